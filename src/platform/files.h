@@ -1,0 +1,112 @@
+// Files and directories, by Windows paths on every system: `C:\X\Y`, `\\server\share\X`, names in any case.
+// On systems without drives, drives.h says where a drive or a share lies.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/service.h"
+
+namespace bv::platform {
+
+enum class FileError {
+    None,
+    NotFound,     // no such file, directory, drive or share
+    AccessDenied, // sharing refused by another opening, read-only, or no right to it
+    Exists,       // CreateNew found a file
+    NotAFile,     // a directory, a device or a pipe stands where a file is expected
+    DiskFull,
+    Failed, // any other fault
+};
+
+enum class Access { Read, ReadWrite };
+
+// What an opening refuses to others, in this and every other process, until it is closed. An opening that
+// asks for what another one denies, or denies what another one has, fails with AccessDenied.
+enum class Deny { Nothing, Writing, ReadingAndWriting };
+
+enum class Creation {
+    OpenExisting,
+    OpenOrCreate,
+    CreateOrTruncate, // asks for ReadWrite, too; a refused opening leaves the old contents
+    CreateNew,        // fails with Exists
+};
+
+struct OpenRequest {
+    Access Wanted = Access::Read;
+    Deny Denied = Deny::Nothing;
+    Creation How = Creation::OpenExisting;
+};
+
+constexpr bool MayWrite(const OpenRequest& request) {
+    return request.Wanted == Access::ReadWrite || request.How == Creation::CreateOrTruncate;
+}
+
+// How many bytes were transferred before the end of the file or the error.
+struct Transfer {
+    std::size_t Count = 0;
+    FileError Error = FileError::None;
+};
+
+// An open file. It holds its denials while it lives; destroying it closes it.
+class File {
+  public:
+    virtual ~File() = default;
+
+    // Reads up to `size` bytes at `offset`; fewer only at the end of the file or with an error.
+    virtual Transfer Read(std::uint64_t offset, char* bytes, std::size_t size) = 0;
+
+    // Writes at `offset`, past the end if need be; with an error, Count bytes were written.
+    virtual Transfer Write(std::uint64_t offset, std::string_view bytes) = 0;
+
+    virtual std::optional<std::uint64_t> Length() = 0;
+    virtual FileError SetLength(std::uint64_t length) = 0;
+
+    // Brings what was written to the disk itself, so that it outlasts a failing computer. Slow.
+    virtual FileError Flush() = 0;
+
+    // Time of the last write, in seconds since 1970 in universal time.
+    virtual std::optional<std::int64_t> WriteTime() = 0;
+    virtual FileError SetWriteTime(std::int64_t seconds) = 0;
+
+    // Closes early, to learn whether what was written has arrived. Nothing else may be called afterwards.
+    virtual FileError Close() = 0;
+};
+
+struct OpenResult {
+    std::unique_ptr<File> Opened; // none with an error
+    FileError Error = FileError::None;
+};
+
+struct FileInfo {
+    bool IsDirectory = false;
+    std::uint64_t Length = 0;   // bytes
+    std::int64_t WriteTime = 0; // seconds since 1970 in universal time
+};
+
+class FileSystem {
+  public:
+    virtual ~FileSystem() = default;
+
+    virtual OpenResult Open(const std::string& path, const OpenRequest& request) = 0;
+    virtual FileError Delete(const std::string& path) = 0;
+
+    // What stands at the path, or none.
+    virtual std::optional<FileInfo> Find(const std::string& path) = 0;
+
+    // The names of the files (no directories) that match a pattern of "*" and "?" without regard to case,
+    // in alphabetical order; empty also when the directory cannot be read.
+    virtual std::vector<std::string> List(const std::string& directory, std::string_view pattern) = 0;
+};
+
+template <>
+FileSystem& Service<FileSystem>::System();
+
+inline FileSystem& Files() { return Service<FileSystem>::InUse(); }
+
+} // namespace bv::platform

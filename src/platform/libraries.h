@@ -1,0 +1,33 @@
+// Libraries that are loaded at run time when they are there.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "platform/service.h"
+
+namespace bv::platform {
+
+// A loaded library; destroying it unloads it.
+class Library {
+  public:
+    virtual ~Library() = default;
+
+    // The named entry, to be cast to its real type, or none.
+    virtual void (*Entry(const std::string& name))() = 0;
+};
+
+class Libraries {
+  public:
+    virtual ~Libraries() = default;
+
+    // Loads a library by file name or path, without any box of the system's; none when it is missing.
+    virtual std::unique_ptr<Library> Load(const std::string& name) = 0;
+};
+
+template <>
+Libraries& Service<Libraries>::System();
+
+inline Libraries& TheLibraries() { return Service<Libraries>::InUse(); }
+
+} // namespace bv::platform

@@ -1,0 +1,53 @@
+// A file system on top of another one, whose changes stay in memory.
+#pragma once
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/files.h"
+
+namespace bv::platform {
+
+struct OverlayEntry;
+
+// Shows a file of the base until it is opened for writing, created or deleted through the overlay; from then on the
+// overlay's own copy. The base is never changed, but it is asked as if it were: as long as a file of the base is
+// open here, it is open there with the same access and the same denial, so that what would be refused there is
+// refused here. A file that only the overlay has denies to the overlay's own openings. A path is one and the same
+// in any case, but not by way of another drive or share.
+//
+// Without a base it is a file system in memory alone, in which every directory exists.
+class OverlayFiles final : public FileSystem {
+  public:
+    // What has become of a file: no Before when it was created, no After when it was deleted.
+    struct Change {
+        std::string Path; // as it was first given, or last created with
+        std::optional<std::string> Before;
+        std::optional<std::string> After;
+    };
+
+    OverlayFiles() = default;
+    explicit OverlayFiles(FileSystem& base) : base_(&base) {}
+
+    OpenResult Open(const std::string& path, const OpenRequest& request) override;
+    FileError Delete(const std::string& path) override;
+    std::optional<FileInfo> Find(const std::string& path) override;
+    std::vector<std::string> List(const std::string& directory, std::string_view pattern) override;
+
+    // The files whose contents are no longer the base's, in the order of their paths.
+    [[nodiscard]] std::vector<Change> Changes() const;
+
+  private:
+    [[nodiscard]] std::shared_ptr<OverlayEntry> FindEntry(const std::string& path) const;
+    [[nodiscard]] OpenResult OpenInBase(const std::string& path, const OpenRequest& request) const;
+    [[nodiscard]] bool HasDirectoryOf(const std::string& path) const;
+
+    FileSystem* base_ = nullptr;
+    std::map<std::string, std::shared_ptr<OverlayEntry>> entries_; // by path, made absolute and lower-cased
+};
+
+} // namespace bv::platform
