@@ -1,0 +1,60 @@
+// The face that the engine speaks through: the Windows program, the console companion or a test.
+#pragma once
+
+#include <string>
+
+#include "platform/processes.h"
+
+namespace bv {
+
+enum class BoxIcon { Warning, Error, Question };
+
+// A message box, or the lines that a console prints for one.
+struct Box {
+    std::string Caption;
+    std::string Text;
+    BoxIcon Icon = BoxIcon::Error;
+};
+
+class Front {
+  public:
+    virtual ~Front() = default;
+
+    // Shows a text of at most 200 characters in status line 1, 2 or 3.
+    virtual void SetStatusLine(int line, const std::string& text) = 0;
+
+    // Shows the box with OK and returns when it is closed.
+    virtual void ShowBox(const Box& box) = 0;
+
+    // Shows the box with Yes and No, No the default; true for Yes.
+    virtual bool AskYesNo(const Box& box) = 0;
+
+    // While a program is started or awaited, the window in front takes no input.
+    virtual void EnableInput(bool enabled) = 0;
+
+    virtual void ShowWaitCursor(bool wait) = 0;
+
+    // Keeps the interface alive until the program has ended, then comes to the foreground. False when no
+    // timer could be had, and so the wait was not begun.
+    virtual bool WaitForEnd(platform::Process& program) = 0;
+
+    // Lets the system see that the program is alive.
+    virtual void PeekMessages() = 0;
+};
+
+// Installs a front while it lives, then the one before. Without any, messages go nowhere and questions are
+// answered No.
+class UseFront {
+  public:
+    explicit UseFront(Front& front);
+    ~UseFront();
+    UseFront(const UseFront&) = delete;
+    UseFront& operator=(const UseFront&) = delete;
+
+  private:
+    Front* before_;
+};
+
+Front& CurrentFront();
+
+} // namespace bv

@@ -1,0 +1,99 @@
+// How the engine speaks to the person at the program. A message is the number of a string (strings.h) or a text;
+// either is a printf-style format that the values fill.
+#pragma once
+
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "shell/format.h"
+#include "shell/front.h"
+
+namespace bv {
+
+// A message before it is filled: a string number from 1 to 65535 or a text of 1 to 1001 characters. A number
+// without a string reads "ERROR - %d" with the number; another length "ERROR - message string too long".
+class Message {
+  public:
+    Message(int id) : id_(id) {}
+    Message(const char* text) : text_(text) {}
+    Message(std::string_view text) : text_(text) {}
+    Message(const std::string& text) : text_(text) {}
+
+    [[nodiscard]] std::string Fill(std::span<const FormatValue> values) const;
+
+  private:
+    int id_ = 0;
+    std::string_view text_;
+};
+
+enum class MessageStyle { Status = 3, Warning = 4, Error = 5, GraveError = 6 };
+
+void ReportFilled(int style, const std::string& text);
+bool AskFilled(int captionId, BoxIcon icon, const std::string& text);
+
+template <class... Values>
+std::string FillMessage(const Message& message, const Values&... values) {
+    if constexpr (sizeof...(values) == 0) {
+        return message.Fill({});
+    } else {
+        const FormatValue all[] = {FormatValue(values)...};
+        return message.Fill(all);
+    }
+}
+
+// Shows the message in the style of that number (MessageStyle); any other number shows nothing. Returns the
+// style less 3.
+template <class... Values>
+int ReportMessage(int style, const Message& message, const Values&... values) {
+    ReportFilled(style, FillMessage(message, values...));
+    return style - static_cast<int>(MessageStyle::Status);
+}
+
+// Status line 1.
+template <class... Values>
+void ShowStatus(const Message& message, const Values&... values) {
+    ReportFilled(static_cast<int>(MessageStyle::Status), FillMessage(message, values...));
+}
+
+// A box with OK, captioned "Brivane Setup - Warning!".
+template <class... Values>
+void ShowWarning(const Message& message, const Values&... values) {
+    ReportFilled(static_cast<int>(MessageStyle::Warning), FillMessage(message, values...));
+}
+
+// A box with OK, captioned "Brivane Setup - Error!".
+template <class... Values>
+void ShowError(const Message& message, const Values&... values) {
+    ReportFilled(static_cast<int>(MessageStyle::Error), FillMessage(message, values...));
+}
+
+// Asks "<text> - Ignore error and continue?" as an error; true for Yes, No is the default.
+template <class... Values>
+bool AskIgnoreError(std::string_view format, const Values&... values) {
+    return AskFilled(5228, BoxIcon::Error, FillMessage(format, values...) + FillMessage(5229));
+}
+
+// Asks "<text> - Would you like to continue?"; true for Yes, No is the default.
+template <class... Values>
+bool AskContinue(std::string_view format, const Values&... values) {
+    return AskFilled(5201, BoxIcon::Question, FillMessage(format, values...) + FillMessage(5233));
+}
+
+// Stores up to 200 characters in status line 1, 2 or 3 and repaints.
+void SetStatusLine(std::string_view text, int line);
+
+enum class WaitForProgram { No, Yes };
+
+// Starts a program by its command line, with status "Loading module  - please wait" meanwhile, and on request
+// waits for its end while the interface stays alive but takes no input. False, after error 5031 with the
+// system's error number, when it could not be started. When no timer can be had for the wait, shows error 5032
+// and returns true at once.
+bool RunProgram(const std::string& commandLine, WaitForProgram wait);
+
+// Lets the system see that the program is alive: at most once every 250 ms, unless forced or the yield-now flag
+// is set, which is then cleared. For long file operations.
+void YieldToSystem(bool force = false);
+void SetYieldNow();
+
+} // namespace bv
