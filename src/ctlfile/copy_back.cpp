@@ -1,0 +1,115 @@
+#include "ctlfile/copy_back.h"
+
+#include <algorithm>
+#include <memory>
+
+#include "ctlfile/paths.h"
+#include "shell/messages.h"
+
+namespace bv {
+namespace {
+
+constexpr std::size_t kBlock = 512;           // after each so many bytes the system gets its turn
+constexpr std::size_t kPiece = 1024 * kBlock; // what is read and written by one call
+
+enum class Outcome { Copied, FileWhole, FileTorn };
+
+// Copies the temporary's bytes from `from` to `to` to the same place of the control file. The number copied.
+std::uint64_t CopyRange(ControlStream& temporary, ControlStream& control, Position from, Position to) {
+    const auto largest = static_cast<std::size_t>(std::min<Position>(to - from, kPiece));
+    const auto piece = std::make_unique_for_overwrite<char[]>(largest);
+    for (Position at = from; at < to;) {
+        const auto wanted = static_cast<std::size_t>(std::min<Position>(to - at, kPiece));
+        const platform::Transfer read = temporary.ReadAt(at, piece.get(), wanted);
+        if (read.Count < wanted || read.Error != platform::FileError::None) return at - from;
+        for (std::size_t done = 0; done < wanted; done += kBlock) YieldToSystem();
+        const platform::Transfer written = control.WriteAt(at, {piece.get(), wanted});
+        at += written.Count;
+        if (written.Error != platform::FileError::None) return at - from;
+    }
+    return to - from;
+}
+
+// Writes the old text over what was copied.
+bool PutBack(ControlStream& control, std::string_view oldText, std::uint64_t copied) {
+    const std::string_view lost = oldText.substr(0, static_cast<std::size_t>(copied));
+    if (!lost.empty() && control.WriteAt(0, lost).Error != platform::FileError::None) return false;
+    return control.SetLength(oldText.size());
+}
+
+bool TemporaryReadable(ControlStream& temporary, std::uint64_t length) {
+    char first = 0;
+    return length == 0 || temporary.ReadAt(0, &first, 1).Count == 1;
+}
+
+// The part past the old end goes first: it makes the room, so that a full disk is met while the old text is whole.
+Outcome Overwrite(ControlStream& temporary, ControlStream& control, std::string_view oldText, std::uint64_t length) {
+    if (length > oldText.size()) {
+        const std::uint64_t growth = length - oldText.size();
+        if (CopyRange(temporary, control, oldText.size(), length) < growth) {
+            return control.SetLength(oldText.size()) ? Outcome::FileWhole : Outcome::FileTorn;
+        }
+    }
+    const std::uint64_t rest = std::min<std::uint64_t>(length, oldText.size());
+    const std::uint64_t copied = CopyRange(temporary, control, 0, rest);
+    if (copied == rest && (length >= oldText.size() || control.SetLength(length))) return Outcome::Copied;
+    if (PutBack(control, oldText, copied)) return Outcome::FileWhole;
+    control.SetLength(copied);
+    return Outcome::FileTorn;
+}
+
+Outcome CopyBackKeeping(ControlStream& temporary, ControlStream& control) {
+    if (!temporary.Flush() || !control.Flush()) return Outcome::FileWhole;
+    const std::optional<std::uint64_t> length = temporary.Length();
+    if (!length || !TemporaryReadable(temporary, *length)) return Outcome::FileWhole;
+    const std::optional<FileText> oldText = control.TakeText();
+    if (!oldText) return Outcome::FileWhole;
+    const Outcome outcome = Overwrite(temporary, control, oldText->View(), *length);
+    control.Rewind();
+    return outcome;
+}
+
+} // namespace
+
+StatusCode CopyFileBack(ControlStream& temporary, ControlStream& control) {
+    return CopyBackKeeping(temporary, control) == Outcome::Copied ? kDone : kFileFailed;
+}
+
+Rewrite::Rewrite(const std::string& path, OpenTimeout timeout) : temporaryPath_(TemporaryPath(path)) {
+    if (path.size() > kMaxPath || temporaryPath_.size() > kMaxPath) {
+        fault_ = Problem::BadPath;
+        return;
+    }
+    Control = OpenShared(path, "r+b", timeout);
+    if (!Control) {
+        fault_ = Problem::Control;
+        return;
+    }
+    Temporary = OpenShared(temporaryPath_, "w+b", timeout);
+    if (!Temporary) {
+        fault_ = Problem::Temporary;
+        Control.Close();
+    }
+}
+
+bool Rewrite::Begin() { return Control.Rewind() && Temporary.Rewind() && Temporary.Flush() && Temporary.SetLength(0); }
+
+bool Rewrite::CopyBack() {
+    if (Control.Failed() || Temporary.Failed()) return false;
+    const Outcome outcome = CopyBackKeeping(Temporary, Control);
+    temporaryIsNeeded_ = outcome == Outcome::FileTorn;
+    return outcome == Outcome::Copied;
+}
+
+bool Rewrite::Finish() {
+    if (!Temporary && !Control) return true;
+    bool well = true;
+    if (Temporary) {
+        well = Temporary.Close();
+        // One that cannot be deleted does no harm: the next rewrite writes over it.
+        if (!temporaryIsNeeded_) platform::Files().Delete(temporaryPath_);
+    }
+    return Control.Close() && well;
+}
+
+} // namespace bv

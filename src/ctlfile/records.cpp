@@ -1,0 +1,72 @@
+#include "ctlfile/records.h"
+
+#include <algorithm>
+
+#include "ctlfile/lines.h"
+#include "ctlfile/reader.h"
+#include "platform/ascii.h"
+
+namespace bv {
+namespace {
+
+std::size_t CodeOf(char c) { return static_cast<unsigned char>(c); }
+
+} // namespace
+
+RecordWalker::RecordWalker(ControlStream& stream, std::string_view header, std::span<const std::string_view> keys)
+    : stream_(stream), header_(header), keys_(keys), found_(keys.size()), end_(stream.Tell()) {
+    for (const std::string_view key : keys) {
+        mayBegin_[CodeOf(ToLower(key.front()))] = true;
+        mayBegin_[CodeOf(ToUpper(key.front()))] = true;
+    }
+}
+
+bool RecordWalker::Next() {
+    if (!stream_.Seek(end_) || !FindHeader()) return false;
+    std::ranges::fill(found_, Found{});
+    missing_ = keys_.size();
+    while (missing_ != 0) {
+        end_ = stream_.Tell();
+        const std::string_view raw = stream_.NextRawLine();
+        if (raw.empty() || IsParagraphLine(raw)) return true;
+        if (mayBegin_[CodeOf(raw.front())]) Note(raw, end_);
+    }
+    stream_.SkipToLine('[');
+    end_ = stream_.Tell();
+    return true;
+}
+
+bool RecordWalker::FindHeader() {
+    while (stream_.SkipToLine('[')) {
+        start_ = stream_.Tell();
+        const std::string_view raw = stream_.NextRawLine();
+        bodyStart_ = stream_.Tell();
+        if (BeginsWith(CountingPart(raw), header_)) return true;
+    }
+    return false;
+}
+
+void RecordWalker::Note(std::string_view line, Position at) {
+    for (std::size_t i = 0; i < keys_.size(); ++i) {
+        if (found_[i].Size != 0 || !BeginsWith(line, keys_[i])) continue;
+        if (keys_[i].ends_with(' ') && !BeginsWith(CountingPart(line), keys_[i])) continue;
+        found_[i] = {at, line.size()};
+        --missing_;
+    }
+}
+
+bool RecordWalker::Get(std::size_t key, TextPlace place) const {
+    place.Assign({});
+    const Found& found = found_[key];
+    if (found.Size == 0) return false;
+    const std::string_view part = CountingPart(stream_.Seen(found.At, found.Size));
+    if (FindControl(part, 0) == part.size()) {
+        place.Assign(KeyValue(part).value_or(std::string_view()));
+    } else {
+        const std::string line = CleanLine(part);
+        place.Assign(KeyValue(line).value_or(std::string_view()));
+    }
+    return true;
+}
+
+} // namespace bv

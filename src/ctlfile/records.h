@@ -1,0 +1,55 @@
+// Files of records: paragraphs of one header, each a record, told apart by a key ("[USER]" and "Name:").
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <span>
+#include <string_view>
+#include <vector>
+
+#include "ctlfile/control_stream.h"
+#include "ctlfile/fixed_text.h"
+
+namespace bv {
+
+// Walks the records of one header in file order, in one pass, and picks the values of a few keys of each: of the first
+// line that begins with the key, as GetKeyString would find it.
+//
+//   RecordWalker walker(stream, "[USER]", kKeys);
+//   while (walker.Next()) walker.Get(0, name);
+class RecordWalker {
+  public:
+    // Starts at the stream's position. The keys, with their separators, and the header must outlive the walker.
+    RecordWalker(ControlStream& stream, std::string_view header, std::span<const std::string_view> keys);
+
+    // To the next record; false at the end of the file.
+    bool Next();
+
+    // The value of the key of that index in the current record; false, with the place emptied, when it has none.
+    bool Get(std::size_t key, TextPlace place) const;
+
+    // Where the current record's header line begins, where its body begins, and where the next paragraph does.
+    [[nodiscard]] Position Start() const { return start_; }
+    [[nodiscard]] Position BodyStart() const { return bodyStart_; }
+    [[nodiscard]] Position End() const { return end_; }
+
+  private:
+    struct Found {
+        Position At = 0;
+        std::size_t Size = 0; // 0: the record does not have the key
+    };
+    bool FindHeader();
+    void Note(std::string_view line, Position at);
+
+    ControlStream& stream_;
+    std::string_view header_;
+    std::span<const std::string_view> keys_;
+    std::array<bool, 256> mayBegin_{}; // the characters that keys begin with, in both cases
+    std::vector<Found> found_;
+    std::size_t missing_ = 0; // keys not found yet in the current record
+    Position start_ = 0;
+    Position bodyStart_ = 0;
+    Position end_ = 0;
+};
+
+} // namespace bv
