@@ -30,11 +30,16 @@ std::uint64_t CopyRange(ControlStream& temporary, ControlStream& control, Positi
     return to - from;
 }
 
+// A length that is right is left alone, so that a disk that takes no change any more cannot refuse it.
+bool RestoreLength(ControlStream& control, std::uint64_t length) {
+    return control.Length() == length || control.SetLength(length);
+}
+
 // Writes the old text over what was copied.
 bool PutBack(ControlStream& control, std::string_view oldText, std::uint64_t copied) {
     const std::string_view lost = oldText.substr(0, static_cast<std::size_t>(copied));
     if (!lost.empty() && control.WriteAt(0, lost).Error != platform::FileError::None) return false;
-    return control.SetLength(oldText.size());
+    return RestoreLength(control, oldText.size());
 }
 
 bool TemporaryReadable(ControlStream& temporary, std::uint64_t length) {
@@ -47,7 +52,7 @@ Outcome Overwrite(ControlStream& temporary, ControlStream& control, std::string_
     if (length > oldText.size()) {
         const std::uint64_t growth = length - oldText.size();
         if (CopyRange(temporary, control, oldText.size(), length) < growth) {
-            return control.SetLength(oldText.size()) ? Outcome::FileWhole : Outcome::FileTorn;
+            return RestoreLength(control, oldText.size()) ? Outcome::FileWhole : Outcome::FileTorn;
         }
     }
     const std::uint64_t rest = std::min<std::uint64_t>(length, oldText.size());
@@ -92,7 +97,9 @@ Rewrite::Rewrite(const std::string& path, OpenTimeout timeout) : temporaryPath_(
     }
 }
 
-bool Rewrite::Begin() { return Control.Rewind() && Temporary.Rewind() && Temporary.Flush() && Temporary.SetLength(0); }
+bool Rewrite::Begin() {
+    return !temporaryIsNeeded_ && Control.Rewind() && Temporary.Rewind() && Temporary.Flush() && Temporary.SetLength(0);
+}
 
 bool Rewrite::CopyBack() {
     if (Control.Failed() || Temporary.Failed()) return false;

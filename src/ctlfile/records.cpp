@@ -16,6 +16,7 @@ std::size_t CodeOf(char c) { return static_cast<unsigned char>(c); }
 RecordWalker::RecordWalker(ControlStream& stream, std::string_view header, std::span<const std::string_view> keys)
     : stream_(stream), header_(header), keys_(keys), found_(keys.size()), end_(stream.Tell()) {
     for (const std::string_view key : keys) {
+        valueStarts_.push_back(key.find_first_of(":=") + 1);
         mayBegin_[CodeOf(ToLower(key.front()))] = true;
         mayBegin_[CodeOf(ToUpper(key.front()))] = true;
     }
@@ -56,17 +57,17 @@ void RecordWalker::Note(std::string_view line, Position at) {
 }
 
 bool RecordWalker::Get(std::size_t key, TextPlace place) const {
-    place.Assign({});
     const Found& found = found_[key];
-    if (found.Size == 0) return false;
-    const std::string_view part = CountingPart(stream_.Seen(found.At, found.Size));
-    if (FindControl(part, 0) == part.size()) {
-        place.Assign(KeyValue(part).value_or(std::string_view()));
+    std::string_view value = CountingPart(stream_.Seen(found.At, found.Size));
+    // The first separator of the line is the key's, so what follows that is the value.
+    value.remove_prefix(std::min(valueStarts_[key], value.size()));
+    while (!value.empty() && Cleaned(value.front()) == ' ') value.remove_prefix(1);
+    if (FindControl(value, 0) == value.size()) {
+        place.Assign(value);
     } else {
-        const std::string line = CleanLine(part);
-        place.Assign(KeyValue(line).value_or(std::string_view()));
+        place.Assign(CleanLine(value));
     }
-    return true;
+    return found.Size != 0;
 }
 
 } // namespace bv

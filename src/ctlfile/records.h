@@ -19,7 +19,7 @@ namespace bv {
 //   while (walker.Next()) walker.Get(0, name);
 class RecordWalker {
   public:
-    // Starts at the stream's position. The keys, with their separators, and the header must outlive the walker.
+    // Starts at the stream's position. The keys (each with its separator) and the header must outlive the walker.
     RecordWalker(ControlStream& stream, std::string_view header, std::span<const std::string_view> keys);
 
     // To the next record; false at the end of the file.
@@ -44,7 +44,8 @@ class RecordWalker {
     ControlStream& stream_;
     std::string_view header_;
     std::span<const std::string_view> keys_;
-    std::array<bool, 256> mayBegin_{}; // the characters that keys begin with, in both cases
+    std::array<bool, 256> mayBegin_{};     // the characters that keys begin with, in both cases
+    std::vector<std::size_t> valueStarts_; // on a line with the key of that index
     std::vector<Found> found_;
     std::size_t missing_ = 0; // keys not found yet in the current record
     Position start_ = 0;

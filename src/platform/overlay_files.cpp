@@ -1,0 +1,223 @@
+#include "platform/overlay_files.h"
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+#include "platform/clock.h"
+#include "platform/drives.h"
+#include "platform/file_names.h"
+
+namespace bv::platform {
+
+struct OverlayEntry {
+    std::string Path; // as it was first given, or last created with
+    std::optional<std::string> Before;
+    std::optional<std::string> Now;
+    bool Created = false; // its name is not the base's
+    std::int64_t WriteTime = 0;
+    std::vector<const OpenRequest*> Openings; // those of this moment
+};
+
+namespace {
+
+constexpr std::size_t kLargestFile = std::size_t{1} << 28;
+
+std::string KeyOf(const std::string& path) {
+    std::string key;
+    for (const std::string& name : PathNames(ToWindowsPath(path))) key += '\\' + name;
+    std::ranges::transform(key, key.begin(), ToLower);
+    return key;
+}
+
+bool NamesAFile(const std::string& path) {
+    return !path.empty() && path.find('\0') == std::string::npos && !path.ends_with('\\') && !path.ends_with('/');
+}
+
+// Every opening reads.
+bool DeniesTo(const OpenRequest& holder, const OpenRequest& other) {
+    return holder.Denied == Deny::ReadingAndWriting || (holder.Denied == Deny::Writing && MayWrite(other));
+}
+
+bool IsRefused(const OverlayEntry& entry, const OpenRequest& request) {
+    return std::ranges::any_of(entry.Openings, [&](const OpenRequest* holder) {
+        return DeniesTo(*holder, request) || DeniesTo(request, *holder);
+    });
+}
+
+void Touch(OverlayEntry& entry) { entry.WriteTime = TheClock().Now() / 1000; }
+
+void CreateOrTruncate(OverlayEntry& entry, const std::string& path) {
+    if (!entry.Now) {
+        entry.Path = path;
+        entry.Created = true;
+    }
+    entry.Now.emplace();
+    Touch(entry);
+}
+
+class OverlayFile final : public File {
+  public:
+    OverlayFile(std::shared_ptr<OverlayEntry> entry, std::unique_ptr<File> inBase, const OpenRequest& request)
+        : entry_(std::move(entry)), inBase_(std::move(inBase)), request_(request) {
+        entry_->Openings.push_back(&request_);
+    }
+    ~OverlayFile() override { OverlayFile::Close(); }
+    OverlayFile(const OverlayFile&) = delete;
+    OverlayFile& operator=(const OverlayFile&) = delete;
+
+    Transfer Read(std::uint64_t offset, char* bytes, std::size_t size) override {
+        const std::string& contents = *entry_->Now;
+        if (offset >= contents.size()) return {};
+        const std::size_t count = std::min(size, contents.size() - static_cast<std::size_t>(offset));
+        if (count > 0) std::memcpy(bytes, contents.data() + offset, count);
+        return {count, FileError::None};
+    }
+
+    Transfer Write(std::uint64_t offset, std::string_view bytes) override {
+        if (!MayWrite(request_)) return {0, FileError::AccessDenied};
+        if (bytes.empty()) return {}; // does not extend a file
+        if (offset > kLargestFile || bytes.size() > kLargestFile - offset) return {0, FileError::DiskFull};
+        const auto start = static_cast<std::size_t>(offset);
+        std::string& contents = *entry_->Now;
+        contents.resize(std::max(contents.size(), start + bytes.size()));
+        contents.replace(start, bytes.size(), bytes);
+        Touch(*entry_);
+        return {bytes.size(), FileError::None};
+    }
+
+    std::optional<std::uint64_t> Length() override { return entry_->Now->size(); }
+
+    FileError SetLength(std::uint64_t length) override {
+        if (!MayWrite(request_)) return FileError::AccessDenied;
+        if (length > kLargestFile) return FileError::DiskFull;
+        entry_->Now->resize(static_cast<std::size_t>(length));
+        Touch(*entry_);
+        return FileError::None;
+    }
+
+    FileError Flush() override { return FileError::None; }
+
+    std::optional<std::int64_t> WriteTime() override { return entry_->WriteTime; }
+
+    FileError SetWriteTime(std::int64_t seconds) override {
+        if (!MayWrite(request_)) return FileError::AccessDenied;
+        entry_->WriteTime = seconds;
+        return FileError::None;
+    }
+
+    FileError Close() override {
+        std::erase(entry_->Openings, &request_);
+        const std::unique_ptr<File> inBase = std::move(inBase_);
+        return inBase ? inBase->Close() : FileError::None;
+    }
+
+  private:
+    std::shared_ptr<OverlayEntry> entry_;
+    std::unique_ptr<File> inBase_; // holds the denials there
+    OpenRequest request_;
+};
+
+// The overlay's copy of an opened file of the base; none when it cannot be read.
+std::shared_ptr<OverlayEntry> CopyFromBase(const std::string& path, File& file) {
+    const std::optional<std::uint64_t> length = file.Length();
+    if (!length || *length > kLargestFile) return nullptr;
+    std::string contents(static_cast<std::size_t>(*length), '\0');
+    const Transfer read = file.Read(0, contents.data(), contents.size());
+    if (read.Error != FileError::None) return nullptr;
+    contents.resize(read.Count);
+    auto entry = std::make_shared<OverlayEntry>();
+    entry->Path = path;
+    entry->Before = entry->Now = contents;
+    entry->WriteTime = file.WriteTime().value_or(0);
+    return entry;
+}
+
+} // namespace
+
+std::shared_ptr<OverlayEntry> OverlayFiles::FindEntry(const std::string& path) const {
+    const auto found = entries_.find(KeyOf(path));
+    return found == entries_.end() ? nullptr : found->second;
+}
+
+OpenResult OverlayFiles::OpenInBase(const std::string& path, const OpenRequest& request) const {
+    if (base_ == nullptr) return {nullptr, FileError::NotFound};
+    return base_->Open(path, {MayWrite(request) ? Access::ReadWrite : Access::Read, request.Denied});
+}
+
+bool OverlayFiles::HasDirectoryOf(const std::string& path) const {
+    const std::size_t separator = path.find_last_of("\\/");
+    if (base_ == nullptr || separator == std::string::npos) return true;
+    const std::optional<FileInfo> directory = base_->Find(path.substr(0, separator + 1));
+    return directory && directory->IsDirectory;
+}
+
+OpenResult OverlayFiles::Open(const std::string& path, const OpenRequest& request) {
+    if (!NamesAFile(path)) return {nullptr, FileError::NotFound};
+    std::shared_ptr<OverlayEntry> entry = FindEntry(path);
+    const bool exists = entry ? entry->Now.has_value() : base_ != nullptr && base_->Find(path);
+    if (exists && request.How == Creation::CreateNew) return {nullptr, FileError::Exists};
+    if (!exists && request.How == Creation::OpenExisting) return {nullptr, FileError::NotFound};
+    if (!exists && !HasDirectoryOf(path)) return {nullptr, FileError::NotFound};
+    if (entry && IsRefused(*entry, request)) return {nullptr, FileError::AccessDenied};
+
+    OpenResult inBase = OpenInBase(path, request);
+    if (inBase.Error != FileError::None && inBase.Error != FileError::NotFound) return inBase;
+    if (!entry && inBase.Opened && !MayWrite(request)) return inBase;
+
+    if (!entry && inBase.Opened) entry = CopyFromBase(path, *inBase.Opened);
+    if (!entry && inBase.Opened) return {nullptr, FileError::Failed};
+    if (!entry) entry = std::make_shared<OverlayEntry>();
+    if (!entry->Now || request.How == Creation::CreateOrTruncate) CreateOrTruncate(*entry, path);
+    entries_[KeyOf(path)] = entry;
+    return {std::make_unique<OverlayFile>(entry, std::move(inBase.Opened), request), FileError::None};
+}
+
+FileError OverlayFiles::Delete(const std::string& path) {
+    std::shared_ptr<OverlayEntry> entry = FindEntry(path);
+    if (entry && !entry->Now) return FileError::NotFound;
+    if (entry && !entry->Openings.empty()) return FileError::AccessDenied;
+
+    const OpenResult inBase = OpenInBase(path, {Access::Read, Deny::ReadingAndWriting});
+    if (inBase.Error != FileError::None && (!entry || inBase.Error != FileError::NotFound)) return inBase.Error;
+    if (!entry) entry = CopyFromBase(path, *inBase.Opened);
+    if (!entry) return FileError::Failed;
+    entry->Now.reset();
+    entries_[KeyOf(path)] = entry;
+    return FileError::None;
+}
+
+std::optional<FileInfo> OverlayFiles::Find(const std::string& path) {
+    const std::shared_ptr<OverlayEntry> entry = FindEntry(path);
+    if (!entry) return base_ != nullptr ? base_->Find(path) : std::nullopt;
+    if (!entry->Now) return std::nullopt;
+    return FileInfo{false, entry->Now->size(), entry->WriteTime};
+}
+
+std::vector<std::string> OverlayFiles::List(const std::string& directory, std::string_view pattern) {
+    std::vector<std::string> names;
+    if (base_ != nullptr) names = base_->List(directory, pattern);
+    std::erase_if(names, [&](const std::string& name) {
+        const std::shared_ptr<OverlayEntry> entry = FindEntry(directory + "\\" + name);
+        return entry && (entry->Created || !entry->Now);
+    });
+
+    const std::string directoryKey = KeyOf(directory);
+    for (const auto& [key, entry] : entries_) {
+        if (!entry->Created || !entry->Now || key.substr(0, key.rfind('\\')) != directoryKey) continue;
+        const std::string name = PathNames(entry->Path).back();
+        if (MatchesWildcard(pattern, name)) names.push_back(name);
+    }
+    std::ranges::sort(names, ComesBefore);
+    return names;
+}
+
+std::vector<OverlayFiles::Change> OverlayFiles::Changes() const {
+    std::vector<Change> changes;
+    for (const auto& [key, entry] : entries_) {
+        if (entry->Before != entry->Now) changes.push_back({entry->Path, entry->Before, entry->Now});
+    }
+    return changes;
+}
+
+} // namespace bv::platform

@@ -1,0 +1,154 @@
+#include "platform/drives.h"
+
+#include <dirent.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+#include "platform/ascii.h"
+#include "platform/file_names.h"
+#include "platform/posix/host_paths.h"
+
+namespace bv::platform {
+
+namespace {
+
+// Drives ("F:") and shares ("\\SERVER\SHARE") with the host directory of each: absolute, without a trailing "/",
+// and so empty for the host's root.
+std::map<std::string, std::string>& Mappings() {
+    static std::map<std::string, std::string> mappings{{"Z:", ""}};
+    return mappings;
+}
+
+bool IsSeparator(char c) { return c == '\\' || c == '/'; }
+bool BeginsWithDrive(std::string_view path) { return path.size() >= 2 && IsLetter(path[0]) && path[1] == ':'; }
+
+// A path parted behind its drive or share; the root is upper-cased, as in the mappings, and empty without one.
+struct RootedPath {
+    std::string Root;
+    std::string_view Rest;
+};
+
+RootedPath PartRoot(std::string_view path) {
+    if (BeginsWithDrive(path)) return {UpperText(path.substr(0, 2)), path.substr(2)};
+    if (!path.starts_with("\\\\")) return {"", path};
+    const std::size_t share = path.find_first_of("\\/", 2);
+    if (share == std::string_view::npos) return {"", path};
+    const std::size_t end = std::min(path.find_first_of("\\/", share + 1), path.size());
+    return {"\\\\" + UpperText(path.substr(2, share - 2)) + "\\" + UpperText(path.substr(share + 1, end - share - 1)),
+            path.substr(end)};
+}
+
+// The current directory in the form of a mapping's directory.
+std::string CurrentHostDirectory() {
+    std::error_code error;
+    const std::string directory = std::filesystem::current_path(error).string();
+    return directory == "/" ? "" : directory;
+}
+
+bool Exists(const std::string& path) {
+    struct stat status {};
+    return lstat(path.c_str(), &status) == 0;
+}
+
+// The name that stands in the directory for the given one, the first in order when several do; empty without any.
+std::string FindInAnyCase(const std::string& directory, const std::string& name) {
+    if (Exists(directory + "/" + name)) return name;
+    const std::unique_ptr<DIR, int (*)(DIR*)> listing(opendir((directory + "/").c_str()), closedir);
+    std::string found;
+    while (const dirent* entry = listing ? readdir(listing.get()) : nullptr) {
+        const std::string_view candidate = entry->d_name;
+        if (EqualFolded(candidate, name) && (found.empty() || candidate < found)) found = candidate;
+    }
+    return found;
+}
+
+std::string Join(std::string path, const std::vector<std::string>& names, char separator) {
+    for (const std::string& name : names) path += separator + name;
+    return path;
+}
+
+std::string FindNames(const std::string& directory, const std::vector<std::string>& names) {
+    const std::string exact = Join(directory, names, '/');
+    if (Exists(exact)) return exact;
+
+    std::string path = directory;
+    bool missing = false;
+    for (const std::string& name : names) {
+        const std::string found = missing ? "" : FindInAnyCase(path, name);
+        missing = found.empty();
+        path += "/" + (missing ? name : found);
+    }
+    return path;
+}
+
+// The directory that a path's names are looked up in.
+std::optional<std::string> StartOf(const RootedPath& path) {
+    const auto& mappings = Mappings();
+    if (!path.Root.empty()) {
+        const auto found = mappings.find(path.Root);
+        return found == mappings.end() ? std::nullopt : std::optional(found->second);
+    }
+    if (path.Rest.starts_with("\\\\")) return std::nullopt; // a server without a share
+    if (path.Rest.starts_with('/')) return "";
+    if (path.Rest.starts_with('\\')) return StartOf(PartRoot(ToWindowsPath("/" + CurrentHostDirectory())));
+    return CurrentHostDirectory();
+}
+
+// The names of the path below the directory, when it lies there.
+std::optional<std::vector<std::string>> NamesBelow(const std::string& directory, const std::vector<std::string>& path) {
+    const std::vector<std::string> above = PathNames(directory);
+    if (above.size() > path.size() || !std::equal(above.begin(), above.end(), path.begin())) return std::nullopt;
+    return std::vector<std::string>(path.begin() + static_cast<std::ptrdiff_t>(above.size()), path.end());
+}
+
+} // namespace
+
+std::optional<std::string> ToHostPath(const std::string& path) {
+    if (path.empty() || path.find('\0') != std::string::npos) return std::nullopt;
+    const RootedPath rooted = PartRoot(path);
+    const std::optional<std::string> start = StartOf(rooted);
+    if (!start) return std::nullopt;
+
+    // What stands behind a relative path's ".." is the current directory's, so both are taken apart together;
+    // ".." in a mapped drive or share does not lead out of it.
+    const bool relative = rooted.Root.empty() && !IsSeparator(rooted.Rest.front());
+    const std::string below = relative ? *start + "/" + std::string(rooted.Rest) : std::string(rooted.Rest);
+    const std::string found = FindNames(relative ? "" : *start, PathNames(below));
+    return found.empty() || IsSeparator(path.back()) ? found + "/" : found;
+}
+
+bool MapDrive(const std::string& driveOrShare, const std::string& hostDirectory) {
+    const RootedPath rooted = PartRoot(driveOrShare);
+    if (rooted.Root.empty() || !rooted.Rest.empty()) return false;
+    if (rooted.Root.starts_with("\\\\") && PathNames(rooted.Root).size() != 2) return false;
+
+    std::error_code error;
+    const std::filesystem::path directory = std::filesystem::absolute(hostDirectory, error);
+    if (hostDirectory.empty() || error || !std::filesystem::is_directory(directory, error)) return false;
+    Mappings()[rooted.Root] = Join("", PathNames(directory.string()), '/');
+    return true;
+}
+
+std::string ToWindowsPath(const std::string& userPath) {
+    if (userPath.starts_with('\\') || BeginsWithDrive(userPath)) return userPath;
+    const bool absolute = userPath.starts_with('/');
+    const std::vector<std::string> names = PathNames(absolute ? userPath : CurrentHostDirectory() + "/" + userPath);
+
+    std::optional<std::string> nearest;
+    std::size_t fewest = 0;
+    for (const auto& [root, directory] : Mappings()) {
+        const auto below = NamesBelow(directory, names);
+        if (!below || (nearest && below->size() >= fewest)) continue;
+        nearest = below->empty() ? root + "\\" : Join(root, *below, '\\');
+        fewest = below->size();
+    }
+    return nearest.value_or(Join("", names, '/'));
+}
+
+} // namespace bv::platform

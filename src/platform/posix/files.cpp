@@ -1,0 +1,221 @@
+#include "platform/files.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <utility>
+
+#include "platform/file_names.h"
+#include "platform/posix/deny_locks.h"
+#include "platform/posix/errors.h"
+#include "platform/posix/host_paths.h"
+
+namespace bv::platform {
+
+namespace {
+
+FileError LastError() { return ErrorOf(errno); }
+
+class Descriptor {
+  public:
+    explicit Descriptor(int number) : number_(number) {}
+    Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
+    ~Descriptor() { Close(); }
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    Descriptor& operator=(Descriptor&&) = delete;
+
+    [[nodiscard]] int Number() const { return number_; }
+    [[nodiscard]] bool IsOpen() const { return number_ >= 0; }
+
+    // An interrupted close has closed.
+    FileError Close() {
+        if (!IsOpen() || close(std::exchange(number_, -1)) == 0 || errno == EINTR) return FileError::None;
+        return LastError();
+    }
+
+  private:
+    int number_;
+};
+
+class PosixFile final : public File {
+  public:
+    explicit PosixFile(Descriptor descriptor) : descriptor_(std::move(descriptor)) {}
+
+    Transfer Read(std::uint64_t offset, char* bytes, std::size_t size) override {
+        Transfer done;
+        while (done.Count < size) {
+            const ssize_t count = pread(descriptor_.Number(), bytes + done.Count, size - done.Count,
+                                        static_cast<off_t>(offset + done.Count));
+            if (count < 0 && errno == EINTR) continue;
+            if (count < 0) return {done.Count, LastError()};
+            if (count == 0) break;
+            done.Count += static_cast<std::size_t>(count);
+        }
+        return done;
+    }
+
+    Transfer Write(std::uint64_t offset, std::string_view bytes) override {
+        Transfer done;
+        while (done.Count < bytes.size()) {
+            const ssize_t count = pwrite(descriptor_.Number(), bytes.data() + done.Count, bytes.size() - done.Count,
+                                         static_cast<off_t>(offset + done.Count));
+            if (count < 0 && errno == EINTR) continue;
+            if (count < 0) return {done.Count, LastError()};
+            if (count == 0) return {done.Count, FileError::Failed};
+            done.Count += static_cast<std::size_t>(count);
+        }
+        return done;
+    }
+
+    std::optional<std::uint64_t> Length() override {
+        struct stat status {};
+        if (fstat(descriptor_.Number(), &status) != 0) return std::nullopt;
+        return static_cast<std::uint64_t>(status.st_size);
+    }
+
+    FileError SetLength(std::uint64_t length) override {
+        while (ftruncate(descriptor_.Number(), static_cast<off_t>(length)) != 0) {
+            if (errno != EINTR) return LastError();
+        }
+        return FileError::None;
+    }
+
+    // A file system that cannot sync (EINVAL) has nothing that it could lose.
+    FileError Flush() override {
+        while (fsync(descriptor_.Number()) != 0) {
+            if (errno == EINVAL) return FileError::None;
+            if (errno != EINTR) return LastError();
+        }
+        return FileError::None;
+    }
+
+    std::optional<std::int64_t> WriteTime() override {
+        struct stat status {};
+        if (fstat(descriptor_.Number(), &status) != 0) return std::nullopt;
+        return status.st_mtim.tv_sec;
+    }
+
+    FileError SetWriteTime(std::int64_t seconds) override {
+        struct timespec times[2]{};
+        times[0].tv_nsec = UTIME_OMIT;
+        times[1].tv_sec = static_cast<time_t>(seconds);
+        return futimens(descriptor_.Number(), times) == 0 ? FileError::None : LastError();
+    }
+
+    FileError Close() override { return descriptor_.Close(); }
+
+  private:
+    Descriptor descriptor_;
+};
+
+int OpenFlags(const OpenRequest& request) {
+    int flags = MayWrite(request) ? O_RDWR : O_RDONLY;
+    if (request.How != Creation::OpenExisting) flags |= O_CREAT;
+    if (request.How == Creation::CreateNew) flags |= O_EXCL;
+    return flags | O_CLOEXEC | O_NOCTTY | O_NONBLOCK; // a pipe must not hold the opening up
+}
+
+Descriptor OpenDescriptor(const std::string& path, int flags) {
+    int number = -1;
+    do {
+        number = open(path.c_str(), flags, 0666);
+    } while (number < 0 && errno == EINTR);
+    return Descriptor(number);
+}
+
+// Makes sure of a file and takes its locks.
+FileError Take(const Descriptor& descriptor, const OpenRequest& request) {
+    struct stat status {};
+    if (fstat(descriptor.Number(), &status) != 0) return LastError();
+    if (!S_ISREG(status.st_mode)) return FileError::NotAFile;
+    const DenyGuard guard(descriptor.Number());
+    return HoldDenials(descriptor.Number(), request) ? FileError::None : FileError::AccessDenied;
+}
+
+bool IsDeleted(const Descriptor& descriptor) {
+    struct stat status {};
+    return fstat(descriptor.Number(), &status) == 0 && status.st_nlink == 0;
+}
+
+OpenResult OpenHostFile(const std::string& path, const OpenRequest& request) {
+    constexpr int kTries = 10;
+    for (int i = 0; i < kTries; ++i) {
+        Descriptor descriptor = OpenDescriptor(path, OpenFlags(request));
+        if (!descriptor.IsOpen()) return {nullptr, LastError()};
+        FileError error = Take(descriptor, request);
+        if (error != FileError::None) return {nullptr, error};
+        if (IsDeleted(descriptor)) continue; // before it was locked; the name may mean another file by now
+
+        auto file = std::make_unique<PosixFile>(std::move(descriptor));
+        // An empty file is left alone: some file systems take any truncation for a reason to write at closing.
+        if (request.How == Creation::CreateOrTruncate && file->Length() != 0) error = file->SetLength(0);
+        if (error != FileError::None) return {nullptr, error};
+        return {std::move(file), FileError::None};
+    }
+    return {nullptr, FileError::AccessDenied};
+}
+
+// The file itself is asked only where its directory does not tell the kind, and to follow a link.
+bool IsRegularFile(const std::string& directory, const dirent& entry) {
+    if (entry.d_type == DT_REG) return true;
+    if (entry.d_type != DT_UNKNOWN && entry.d_type != DT_LNK) return false;
+    struct stat status {};
+    return stat((directory + "/" + entry.d_name).c_str(), &status) == 0 && S_ISREG(status.st_mode);
+}
+
+class PosixFileSystem final : public FileSystem {
+  public:
+    OpenResult Open(const std::string& path, const OpenRequest& request) override {
+        const std::optional<std::string> host = ToHostPath(path);
+        return host ? OpenHostFile(*host, request) : OpenResult{nullptr, FileError::NotFound};
+    }
+
+    FileError Delete(const std::string& path) override {
+        const std::optional<std::string> host = ToHostPath(path);
+        if (!host) return FileError::NotFound;
+        const Descriptor descriptor = OpenDescriptor(*host, OpenFlags({}));
+        if (!descriptor.IsOpen()) return LastError();
+
+        struct stat status {};
+        if (fstat(descriptor.Number(), &status) != 0) return LastError();
+        if (!S_ISREG(status.st_mode)) return FileError::NotAFile;
+        const DenyGuard guard(descriptor.Number());
+        if (IsHeldElsewhere(descriptor.Number())) return FileError::AccessDenied;
+        return unlink(host->c_str()) == 0 ? FileError::None : LastError();
+    }
+
+    std::optional<FileInfo> Find(const std::string& path) override {
+        const std::optional<std::string> host = ToHostPath(path);
+        struct stat status {};
+        if (!host || stat(host->c_str(), &status) != 0) return std::nullopt;
+        return FileInfo{S_ISDIR(status.st_mode), static_cast<std::uint64_t>(status.st_size), status.st_mtim.tv_sec};
+    }
+
+    std::vector<std::string> List(const std::string& directory, std::string_view pattern) override {
+        const std::optional<std::string> host = ToHostPath(directory);
+        if (!host) return {};
+        const std::unique_ptr<DIR, int (*)(DIR*)> listing(opendir(host->c_str()), closedir);
+        std::vector<std::string> names;
+        while (const dirent* entry = listing ? readdir(listing.get()) : nullptr) {
+            if (MatchesWildcard(pattern, entry->d_name) && IsRegularFile(*host, *entry))
+                names.emplace_back(entry->d_name);
+        }
+        std::ranges::sort(names, ComesBefore);
+        return names;
+    }
+};
+
+} // namespace
+
+template <>
+FileSystem& Service<FileSystem>::System() {
+    static PosixFileSystem files;
+    return files;
+}
+
+} // namespace bv::platform

@@ -1,0 +1,215 @@
+#include "platform/files.h"
+
+#include <windows.h>
+
+#include <algorithm>
+#include <utility>
+
+#include "platform/file_names.h"
+#include "platform/win32/errors.h"
+
+namespace bv::platform {
+
+namespace {
+
+FileError LastError() { return ErrorOf(GetLastError()); }
+
+// Windows counts in units of 100 ns since 1601.
+constexpr std::int64_t kUnitsPerSecond = 10'000'000;
+constexpr std::int64_t kSecondsTo1970 = 11'644'473'600;
+
+std::int64_t ToSeconds(const FILETIME& time) {
+    const auto units = static_cast<std::int64_t>((std::uint64_t{time.dwHighDateTime} << 32) | time.dwLowDateTime);
+    return units / kUnitsPerSecond - kSecondsTo1970;
+}
+
+FILETIME ToFileTime(std::int64_t seconds) {
+    const auto units = static_cast<std::uint64_t>((seconds + kSecondsTo1970) * kUnitsPerSecond);
+    return {static_cast<DWORD>(units & 0xffff'ffff), static_cast<DWORD>(units >> 32)};
+}
+
+bool IsAbsent(const std::string& path) { return path.empty() || path.find('\0') != std::string::npos; }
+
+bool IsDirectory(const std::string& path) {
+    const DWORD attributes = GetFileAttributesA(path.c_str());
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+// Windows says "access denied" for a directory, too.
+FileError ErrorAt(const std::string& path) {
+    const FileError error = LastError();
+    return error == FileError::AccessDenied && IsDirectory(path) ? FileError::NotAFile : error;
+}
+
+class Handle {
+  public:
+    explicit Handle(HANDLE handle) : handle_(handle) {}
+    Handle(Handle&& other) noexcept : handle_(std::exchange(other.handle_, INVALID_HANDLE_VALUE)) {}
+    ~Handle() { Close(); }
+    Handle(const Handle&) = delete;
+    Handle& operator=(const Handle&) = delete;
+    Handle& operator=(Handle&&) = delete;
+
+    [[nodiscard]] HANDLE Get() const { return handle_; }
+    [[nodiscard]] bool IsOpen() const { return handle_ != INVALID_HANDLE_VALUE; }
+
+    FileError Close() {
+        if (!IsOpen() || CloseHandle(std::exchange(handle_, INVALID_HANDLE_VALUE)) != 0) return FileError::None;
+        return LastError();
+    }
+
+  private:
+    HANDLE handle_;
+};
+
+// One call to the system transfers at most this many bytes.
+DWORD PieceOf(std::size_t size) { return static_cast<DWORD>(std::min(size, std::size_t{1} << 26)); }
+
+OVERLAPPED AtOffset(std::uint64_t offset) {
+    OVERLAPPED place{};
+    place.Offset = static_cast<DWORD>(offset & 0xffff'ffff);
+    place.OffsetHigh = static_cast<DWORD>(offset >> 32);
+    return place;
+}
+
+class WindowsFile final : public File {
+  public:
+    explicit WindowsFile(Handle handle) : handle_(std::move(handle)) {}
+
+    Transfer Read(std::uint64_t offset, char* bytes, std::size_t size) override {
+        Transfer done;
+        while (done.Count < size) {
+            OVERLAPPED place = AtOffset(offset + done.Count);
+            DWORD count = 0;
+            if (ReadFile(handle_.Get(), bytes + done.Count, PieceOf(size - done.Count), &count, &place) == 0) {
+                const bool atEnd = GetLastError() == ERROR_HANDLE_EOF;
+                return {done.Count, atEnd ? FileError::None : LastError()};
+            }
+            if (count == 0) break;
+            done.Count += count;
+        }
+        return done;
+    }
+
+    // A disk that fills up is not always reported: the write then succeeds with fewer bytes, or fails without a
+    // reason.
+    Transfer Write(std::uint64_t offset, std::string_view bytes) override {
+        Transfer done;
+        while (done.Count < bytes.size()) {
+            OVERLAPPED place = AtOffset(offset + done.Count);
+            const DWORD piece = PieceOf(bytes.size() - done.Count);
+            DWORD count = 0;
+            SetLastError(ERROR_SUCCESS);
+            const bool written = WriteFile(handle_.Get(), bytes.data() + done.Count, piece, &count, &place) != 0;
+            const FileError error = written ? FileError::None : LastError();
+            done.Count += count;
+            if (error != FileError::None) return {done.Count, error};
+            if (!written || count < piece) return {done.Count, FileError::DiskFull};
+        }
+        return done;
+    }
+
+    std::optional<std::uint64_t> Length() override {
+        LARGE_INTEGER length{};
+        if (GetFileSizeEx(handle_.Get(), &length) == 0) return std::nullopt;
+        return static_cast<std::uint64_t>(length.QuadPart);
+    }
+
+    FileError SetLength(std::uint64_t length) override {
+        LARGE_INTEGER end{};
+        end.QuadPart = static_cast<LONGLONG>(length);
+        const bool set = SetFilePointerEx(handle_.Get(), end, nullptr, FILE_BEGIN) != 0 && SetEndOfFile(handle_.Get());
+        return set ? FileError::None : LastError();
+    }
+
+    FileError Flush() override { return FlushFileBuffers(handle_.Get()) != 0 ? FileError::None : LastError(); }
+
+    std::optional<std::int64_t> WriteTime() override {
+        FILETIME time{};
+        if (GetFileTime(handle_.Get(), nullptr, nullptr, &time) == 0) return std::nullopt;
+        return ToSeconds(time);
+    }
+
+    FileError SetWriteTime(std::int64_t seconds) override {
+        const FILETIME time = ToFileTime(seconds);
+        return SetFileTime(handle_.Get(), nullptr, nullptr, &time) != 0 ? FileError::None : LastError();
+    }
+
+    FileError Close() override { return handle_.Close(); }
+
+  private:
+    Handle handle_;
+};
+
+DWORD AccessOf(const OpenRequest& request) { return MayWrite(request) ? GENERIC_READ | GENERIC_WRITE : GENERIC_READ; }
+
+DWORD ShareOf(Deny denied) {
+    switch (denied) {
+    case Deny::Nothing: return FILE_SHARE_READ | FILE_SHARE_WRITE;
+    case Deny::Writing: return FILE_SHARE_READ;
+    case Deny::ReadingAndWriting: break;
+    }
+    return 0;
+}
+
+DWORD DispositionOf(Creation how) {
+    switch (how) {
+    case Creation::OpenExisting: break;
+    case Creation::OpenOrCreate: return OPEN_ALWAYS;
+    case Creation::CreateOrTruncate: return CREATE_ALWAYS;
+    case Creation::CreateNew: return CREATE_NEW;
+    }
+    return OPEN_EXISTING;
+}
+
+class WindowsFileSystem final : public FileSystem {
+  public:
+    OpenResult Open(const std::string& path, const OpenRequest& request) override {
+        if (IsAbsent(path)) return {nullptr, FileError::NotFound};
+        Handle handle(CreateFileA(path.c_str(), AccessOf(request), ShareOf(request.Denied), nullptr,
+                                  DispositionOf(request.How), FILE_ATTRIBUTE_NORMAL, nullptr));
+        if (!handle.IsOpen()) return {nullptr, ErrorAt(path)};
+        if (GetFileType(handle.Get()) != FILE_TYPE_DISK) return {nullptr, FileError::NotAFile}; // CON, NUL, COM1
+        return {std::make_unique<WindowsFile>(std::move(handle)), FileError::None};
+    }
+
+    FileError Delete(const std::string& path) override {
+        if (IsAbsent(path)) return FileError::NotFound;
+        return DeleteFileA(path.c_str()) != 0 ? FileError::None : ErrorAt(path);
+    }
+
+    std::optional<FileInfo> Find(const std::string& path) override {
+        WIN32_FILE_ATTRIBUTE_DATA data{};
+        if (IsAbsent(path) || GetFileAttributesExA(path.c_str(), GetFileExInfoStandard, &data) == 0) {
+            return std::nullopt;
+        }
+        return FileInfo{(data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0,
+                        (std::uint64_t{data.nFileSizeHigh} << 32) | data.nFileSizeLow, ToSeconds(data.ftLastWriteTime)};
+    }
+
+    // The pattern is matched here: the system's own search also looks at short names, where "*.G3?" finds "*.G3XY".
+    std::vector<std::string> List(const std::string& directory, std::string_view pattern) override {
+        if (IsAbsent(directory)) return {};
+        WIN32_FIND_DATAA entry{};
+        const HANDLE search = FindFirstFileA((directory + "\\*").c_str(), &entry);
+        if (search == INVALID_HANDLE_VALUE) return {};
+        std::vector<std::string> names;
+        do {
+            const bool isDirectory = (entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+            if (!isDirectory && MatchesWildcard(pattern, entry.cFileName)) names.emplace_back(entry.cFileName);
+        } while (FindNextFileA(search, &entry) != 0);
+        FindClose(search);
+        std::ranges::sort(names, ComesBefore);
+        return names;
+    }
+};
+
+} // namespace
+
+template <>
+FileSystem& Service<FileSystem>::System() {
+    static WindowsFileSystem files;
+    return files;
+}
+
+} // namespace bv::platform

@@ -1,0 +1,42 @@
+#include "platform/libraries.h"
+
+#include <windows.h>
+
+namespace bv::platform {
+
+namespace {
+
+class WindowsLibrary final : public Library {
+  public:
+    explicit WindowsLibrary(HMODULE module) : module_(module) {}
+    ~WindowsLibrary() override { FreeLibrary(module_); }
+    WindowsLibrary(const WindowsLibrary&) = delete;
+    WindowsLibrary& operator=(const WindowsLibrary&) = delete;
+
+    void (*Entry(const std::string& name))() override {
+        return reinterpret_cast<void (*)()>(GetProcAddress(module_, name.c_str()));
+    }
+
+  private:
+    HMODULE module_;
+};
+
+class WindowsLibraries final : public Libraries {
+  public:
+    std::unique_ptr<Library> Load(const std::string& name) override {
+        const UINT before = SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX);
+        const HMODULE module = LoadLibraryA(name.c_str());
+        SetErrorMode(before);
+        return module == nullptr ? nullptr : std::make_unique<WindowsLibrary>(module);
+    }
+};
+
+} // namespace
+
+template <>
+Libraries& Service<Libraries>::System() {
+    static WindowsLibraries libraries;
+    return libraries;
+}
+
+} // namespace bv::platform

@@ -1,0 +1,204 @@
+#include <fstream>
+
+#include <gtest/gtest.h>
+
+#include "platform/drives.h"
+#include "platform/environment.h"
+#include "platform/file_names.h"
+#include "platform/processes.h"
+#include "requests.h"
+#include "support/temporary_directory.h"
+
+namespace bv::test {
+namespace {
+
+using platform::Files;
+using platform::OpenRequest;
+using platform::OpenResult;
+
+constexpr OpenRequest kAlone = {Access::ReadWrite, Deny::ReadingAndWriting, Creation::OpenExisting};
+
+bool IsWindows() { return !platform::TheEnvironment().WindowsDirectory().empty(); }
+
+TEST(Files, CreationDecidesWhatBecomesOfAFile) {
+    const struct {
+        Creation How;
+        FileError WhenThere;
+        const char* OldFile;
+        FileError WhenMissing;
+        const char* NewFile;
+    } rows[] = {
+        {Creation::OpenExisting, FileError::None, "old", FileError::NotFound, "(missing)"},
+        {Creation::OpenOrCreate, FileError::None, "old", FileError::None, ""},
+        {Creation::CreateOrTruncate, FileError::None, "", FileError::None, ""},
+        {Creation::CreateNew, FileError::Exists, "old", FileError::None, ""},
+    };
+    for (const auto& row : rows) {
+        for (const Access access : {Access::Read, Access::ReadWrite}) {
+            const TemporaryDirectory directory;
+            directory.Write("OLD", "old");
+            const OpenRequest request = {access, Deny::Nothing, row.How};
+            EXPECT_EQ(Files().Open(directory.Path("OLD"), request).Error, row.WhenThere);
+            EXPECT_EQ(directory.Read("OLD"), row.OldFile);
+            EXPECT_EQ(Files().Open(directory.Path("NEW"), request).Error, row.WhenMissing);
+            EXPECT_EQ(directory.Read("NEW"), row.NewFile);
+        }
+    }
+}
+
+TEST(Files, WhatIsNoFileIsRefused) {
+    const TemporaryDirectory directory;
+    directory.Write("FILE", "x");
+    directory.Write("SUB\\FILE", "x");
+    const std::string device = IsWindows() ? "NUL" : "/dev/null";
+    for (const Creation how : {Creation::OpenExisting, Creation::OpenOrCreate, Creation::CreateOrTruncate}) {
+        for (const Access access : {Access::Read, Access::ReadWrite}) {
+            const OpenRequest request = {access, Deny::Nothing, how};
+            EXPECT_EQ(Files().Open(directory.Path("SUB"), request).Error, FileError::NotAFile);
+            EXPECT_EQ(Files().Open(device, request).Error, FileError::NotAFile);
+            EXPECT_EQ(Files().Open(directory.Path("NONE\\FILE"), request).Error, FileError::NotFound);
+            EXPECT_EQ(Files().Open(directory.Path("FILE\\FILE"), request).Error, FileError::NotFound);
+            EXPECT_EQ(Files().Open("", request).Error, FileError::NotFound);
+            EXPECT_EQ(Files().Open(directory.Path("FILE") + '\0' + "X", request).Error, FileError::NotFound);
+        }
+    }
+    EXPECT_EQ(Files().Delete(directory.Path("SUB")), FileError::NotAFile);
+    EXPECT_EQ(Files().Delete(directory.Path("NONE")), FileError::NotFound);
+    EXPECT_EQ(Files().Delete(directory.Path("FILE") + '\0' + "X"), FileError::NotFound);
+    EXPECT_TRUE(directory.Has("FILE"));
+    EXPECT_FALSE(Files().Find(""));
+    EXPECT_FALSE(Files().Find(directory.Path("NONE")));
+}
+
+// Opening a pipe waits for somebody at its other end, unless told not to.
+TEST(Files, APipeIsRefusedAtOnce) {
+    if (IsWindows()) GTEST_SKIP() << "pipes have names of their own there";
+    const TemporaryDirectory directory;
+    const auto made = platform::TheProcesses().Start("mkfifo \"" + directory.HostPath("PIPE").string() + "\"");
+    ASSERT_TRUE(made.Started);
+    ASSERT_TRUE(WaitUntil([&] { return directory.Has("PIPE"); }));
+    EXPECT_EQ(Files().Open(directory.Path("PIPE"), {}).Error, FileError::NotAFile);
+    EXPECT_EQ(Files().Open(directory.Path("PIPE"), kAlone).Error, FileError::NotAFile);
+    EXPECT_EQ(Files().Delete(directory.Path("PIPE")), FileError::NotAFile);
+}
+
+TEST(Files, AReadOnlyFileIsNotWritten) {
+    const TemporaryDirectory directory;
+    directory.Write("FIXED", "x");
+    std::filesystem::permissions(directory.HostPath("FIXED"), std::filesystem::perms::owner_read);
+    const bool above = std::ofstream(directory.HostPath("FIXED"), std::ios::app).is_open();
+    EXPECT_EQ(Files().Open(directory.Path("FIXED"), kAlone).Error, above ? FileError::None : FileError::AccessDenied);
+    EXPECT_EQ(Files().Open(directory.Path("FIXED"), {}).Error, FileError::None);
+    std::filesystem::permissions(directory.HostPath("FIXED"), std::filesystem::perms::owner_all);
+}
+
+TEST(Files, ReadingAndWritingGoByOffset) {
+    const TemporaryDirectory directory;
+    directory.Write("FILE", "0123456789");
+    const OpenResult file = Files().Open(directory.Path("FILE"), kAlone);
+    ASSERT_TRUE(file.Opened);
+
+    char bytes[8] = {};
+    EXPECT_EQ(file.Opened->Read(7, bytes, 8).Count, 3U);
+    EXPECT_EQ(std::string(bytes), "789");
+    const platform::Transfer behind = file.Opened->Read(100, bytes, 8);
+    EXPECT_EQ(behind.Count, 0U);
+    EXPECT_EQ(behind.Error, FileError::None);
+
+    EXPECT_EQ(file.Opened->Write(2, "ab").Count, 2U);
+    EXPECT_EQ(file.Opened->SetLength(5), FileError::None);
+    EXPECT_EQ(file.Opened->Length(), 5U);
+    EXPECT_EQ(file.Opened->Write(7, "z").Error, FileError::None);
+    EXPECT_EQ(file.Opened->Flush(), FileError::None);
+    EXPECT_EQ(file.Opened->Close(), FileError::None);
+    EXPECT_EQ(directory.Read("FILE"), std::string("01ab4\0\0z", 8));
+
+    const OpenResult reader = Files().Open(directory.Path("FILE"), {});
+    EXPECT_EQ(reader.Opened->Write(0, "X").Error, FileError::AccessDenied);
+    EXPECT_NE(reader.Opened->SetLength(0), FileError::None);
+    EXPECT_EQ(Files().Find(directory.Path("FILE"))->Length, 8U);
+}
+
+TEST(Files, WriteTimesAreWholeSecondsOfUniversalTime) {
+    const TemporaryDirectory directory;
+    directory.Write("FILE", "x");
+    const std::int64_t now = platform::TheClock().Now() / 1000;
+    EXPECT_NEAR(static_cast<double>(Files().Find(directory.Path("FILE"))->WriteTime), static_cast<double>(now), 60);
+    for (const std::int64_t time :
+         {std::int64_t{315'532'800}, std::int64_t{951'782'399}, std::int64_t{3'600'000'000}}) {
+        const OpenResult file = Files().Open(directory.Path("FILE"), kAlone);
+        EXPECT_EQ(file.Opened->SetWriteTime(time), FileError::None);
+        EXPECT_EQ(file.Opened->WriteTime(), time);
+        EXPECT_EQ(file.Opened->Close(), FileError::None);
+        EXPECT_EQ(Files().Find(directory.Path("FILE"))->WriteTime, time);
+    }
+}
+
+TEST(Files, NamesAreFoundInAnyCase) {
+    const TemporaryDirectory directory;
+    directory.Write("B-DB\\UserList.Ini", "x");
+    EXPECT_TRUE(Files().Find(directory.Path("b-db"))->IsDirectory);
+    EXPECT_FALSE(Files().Find(directory.Path("B-db\\USERLIST.INI"))->IsDirectory);
+    EXPECT_EQ(Files().Open(directory.Path("b-DB/./userlist.ini"), {}).Error, FileError::None);
+    EXPECT_EQ(Files().Open(directory.Path("B-DB\\..\\b-db\\USERLIST.INI"), {}).Error, FileError::None);
+    EXPECT_EQ(
+        Files().Open(directory.Path("b-db\\New.Ini"), {Access::ReadWrite, Deny::Nothing, Creation::CreateNew}).Error,
+        FileError::None);
+    EXPECT_EQ(
+        Files().Open(directory.Path("B-DB\\NEW.INI"), {Access::ReadWrite, Deny::Nothing, Creation::CreateNew}).Error,
+        FileError::Exists);
+    EXPECT_EQ(Files().List(directory.Path("B-db"), "*"), (std::vector<std::string>{"New.Ini", "UserList.Ini"}));
+    EXPECT_EQ(Files().Delete(directory.Path("b-DB\\new.INI")), FileError::None);
+    EXPECT_EQ(Files().List(directory.Path("B-DB"), "*.ini"), std::vector<std::string>{"UserList.Ini"});
+}
+
+TEST(Files, OfTwoNamesTheExactOneIsMeant) {
+    const TemporaryDirectory directory;
+    directory.Write("B-DB\\LINK.INI", "upper");
+    directory.Write("B-DB\\link.ini", "lower");
+    if (directory.Read("B-DB\\LINK.INI") != "upper") GTEST_SKIP() << "the two are one file here";
+    for (const char* path : {"B-DB\\link.ini", "b-db\\link.ini"}) {
+        char bytes[5] = {};
+        EXPECT_EQ(Files().Open(directory.Path(path), {}).Opened->Read(0, bytes, 5).Count, 5U);
+        EXPECT_EQ(std::string(bytes, 5), "lower") << path;
+    }
+}
+
+TEST(Files, ListsAreSortedAndHoldNoDirectories) {
+    const TemporaryDirectory directory;
+    for (const char* name : {"b.G3F", "A.g31", "C.G3", "c_.G3N", "D.G3XY", "SUB.G3D\\X"}) directory.Write(name, "");
+    EXPECT_EQ(Files().List(directory.Path(), "*.G3?"), (std::vector<std::string>{"A.g31", "b.G3F", "c_.G3N"}));
+    EXPECT_TRUE(Files().List(directory.Path("NONE"), "*").empty());
+    EXPECT_TRUE(Files().List(directory.Path("b.G3F"), "*").empty());
+}
+
+TEST(FileNames, Patterns) {
+    const struct {
+        const char* Pattern;
+        const char* Name;
+        bool Matches;
+    } rows[] = {
+        {"*", "", true},
+        {"", "", true},
+        {"", "A", false},
+        {"A", "", false},
+        {"?", "", false},
+        {"?", "A", true},
+        {"*.G3?", "X.G3", false},
+        {"*.G3?", "X.G31", true},
+        {"*.G3?", "X.G312", false},
+        {"*.*", "README", false},
+        {"a*b*c", "AxBxBxC", true},
+        {"a*b*c", "AxBxBx", false},
+        {"*ab", "aab", true},
+        {"**a", "ba", true},
+        {"A?C*", "abc", true},
+        {"\xE4*", "\xC4X", false},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(platform::MatchesWildcard(row.Pattern, row.Name), row.Matches) << row.Pattern << " on " << row.Name;
+    }
+}
+
+} // namespace
+} // namespace bv::test
