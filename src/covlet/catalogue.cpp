@@ -1,0 +1,274 @@
+#include "covlet/catalogue.h"
+
+#include <algorithm>
+#include <span>
+#include <unordered_set>
+#include <utility>
+#include <vector>
+
+#include "ctlfile/copy_back.h"
+#include "ctlfile/lines.h"
+#include "ctlfile/paths.h"
+#include "ctlfile/reader.h"
+#include "platform/ascii.h"
+#include "platform/files.h"
+#include "shell/messages.h"
+#include "shell/server_paths.h"
+
+namespace bv {
+namespace {
+
+constexpr std::string_view kCatalogueFile = "MSGDIR.CTL";
+constexpr std::string_view kParagraph = "[DIRECTORY]";
+constexpr std::string_view kFileKey = "File:";
+constexpr std::size_t kAddedNameLength = 8;
+constexpr OpenTimeout kTimeout{10};
+
+// What the kinds differ in.
+struct KindFacts {
+    std::string_view Directory; // below the system area
+    int Word;
+    int NoName;
+    int NoFiles;
+    std::span<const std::string_view> Extensions; // of the files that make an item
+    std::string_view InstallablePattern;
+    std::span<const std::string_view> InstallableExtensions;
+};
+
+constexpr std::string_view kCoversheetFiles[] = {".EPN", ".G3N", ".G3F"};
+constexpr std::string_view kEditorFiles[] = {".EPN"};
+constexpr std::string_view kLetterheadFiles[] = {".G3N", ".G3F"};
+
+constexpr KindFacts kCoversheets = {"B-COVER\\", 5191, 5148, 5018, kCoversheetFiles, "*.EPN", kEditorFiles};
+constexpr KindFacts kLetterheads = {"B-LETTER\\", 5190, 5147, 5017, kLetterheadFiles, "*.G3?", kLetterheadFiles};
+
+const KindFacts& FactsOf(ItemKind kind) { return kind == ItemKind::Coversheet ? kCoversheets : kLetterheads; }
+
+std::string CataloguePath(ItemKind kind) { return ItemDirectory(kind).append(kCatalogueFile); }
+
+// The item's name on a line: the first word of its value; empty when there is none.
+std::string_view NameOn(std::string_view line) { return ParseQuotedToken(KeyValue(line)).Token.value_or(""); }
+
+// An entry as a catalogue has it, whatever the lengths.
+struct StoredEntry {
+    std::string Name;
+    std::optional<std::string> Description;
+};
+
+// The entries from the stream's start; none without a stream or a paragraph.
+std::vector<StoredEntry> ReadEntries(ControlStream catalogue) {
+    std::vector<StoredEntry> entries;
+    ControlLine line;
+    if (!FindParagraph(catalogue, kParagraph, line)) return entries;
+    while (FindKeyLine(catalogue, kFileKey, line)) {
+        const QuotedToken name = ParseQuotedToken(KeyValue(line));
+        if (!name.Token) continue;
+        StoredEntry& entry = entries.emplace_back(StoredEntry{std::string(*name.Token), {}});
+        if (const auto description = ParseQuotedToken(name.Rest).Token) entry.Description = StripQuotes(*description);
+    }
+    return entries;
+}
+
+std::vector<StoredEntry> ReadEntries(ItemKind kind) {
+    return ReadEntries(OpenShared(CataloguePath(kind), "rb", kTimeout));
+}
+
+std::string EntryLine(std::string_view name, std::string_view description) {
+    return FormatText("File: %s \"%s\"", name, ItemDescription(description));
+}
+
+bool IsEmptyLine(std::string_view rawLine) { return rawLine.find_first_not_of(kLineEnd) == std::string_view::npos; }
+
+// Adds the line cleaned, so that no control character in a name or description can break it.
+void AppendLine(std::string& text, std::string_view line) { text.append(CleanLine(line)).append(kLineEnd); }
+
+void EndLastLine(std::string& text) {
+    if (!text.empty() && !text.ends_with('\n')) text += kLineEnd;
+}
+
+// Moves the lines up to and including the paragraph's header; adds the header when it is missing.
+void CopyThroughHeader(std::string_view& text, std::string& copy) {
+    bool lastWasEmpty = true;
+    while (!text.empty()) {
+        const std::string_view line = TakeLine(text);
+        copy += line;
+        if (BeginsWith(line, kParagraph)) return;
+        lastWasEmpty = IsEmptyLine(line);
+    }
+    EndLastLine(copy);
+    if (!lastWasEmpty) copy += kLineEnd;
+    copy.append(kParagraph).append(kLineEnd);
+}
+
+// The catalogue with a new entry before the first line whose name is greater, else at its end, and otherwise byte for
+// byte as it was, without the empty lines below the header.
+std::string WithNewEntry(std::string_view text, std::string_view name, std::string_view description) {
+    // The format has eight columns for the name; a longer one is cut on purpose.
+    const FixedText<kAddedNameLength> shortName(name);
+    const std::string newLine = EntryLine(FormatText("%-8s", shortName), description);
+    std::string changed;
+    changed.reserve(text.size() + newLine.size() + kParagraph.size() + 3 * kLineEnd.size());
+    CopyThroughHeader(text, changed);
+    bool inserted = false;
+    while (!text.empty()) {
+        const std::string_view line = TakeLine(text);
+        if (IsEmptyLine(line)) continue;
+        if (!inserted && !line.starts_with(';') && CompareFolded(shortName, NameOn(line)) < 0) {
+            AppendLine(changed, newLine);
+            inserted = true;
+        }
+        changed += line;
+    }
+    if (!inserted) {
+        EndLastLine(changed);
+        AppendLine(changed, newLine);
+    }
+    return changed;
+}
+
+bool IsEntryOf(std::string_view rawLine, std::string_view name) {
+    return BeginsWith(rawLine, kFileKey) && EqualFolded(NameOn(CleanLine(rawLine)), name);
+}
+
+// The catalogue with the lines of an entry replaced, or removed without a new line, and every line cleaned.
+std::string WithChangedEntry(std::string_view text, std::string_view name, std::optional<std::string_view> newLine) {
+    std::string changed;
+    bool inParagraph = false;
+    while (!text.empty()) {
+        const std::string_view line = TakeLine(text);
+        if (IsParagraphLine(line)) inParagraph = EqualFolded(CleanLine(line), kParagraph);
+        if (!inParagraph || !IsEntryOf(line, name)) {
+            AppendLine(changed, line);
+        } else if (newLine) {
+            AppendLine(changed, *newLine);
+        }
+    }
+    return changed;
+}
+
+bool Replace(Rewrite& rewrite, std::string_view newText) {
+    return rewrite.Temporary.Write(newText) && rewrite.CopyBack() && rewrite.Finish();
+}
+
+bool RewriteEntry(ItemKind kind, std::string_view name, std::optional<std::string_view> newLine) {
+    const std::string path = CataloguePath(kind);
+    Rewrite rewrite(path, kTimeout);
+    if (!rewrite) {
+        ShowError(413, rewrite.Fault() == Rewrite::Problem::Temporary ? rewrite.TemporaryName() : path);
+        return false;
+    }
+    ShowStatus(470, path);
+    if (!Replace(rewrite, WithChangedEntry(rewrite.Control.Rest(), name, newLine))) {
+        ShowError(5000, path);
+        return false;
+    }
+    ShowStatus(471, path);
+    return true;
+}
+
+} // namespace
+
+std::string ItemDirectory(ItemKind kind) { return Paths().SystemArea.String().append(FactsOf(kind).Directory); }
+
+std::string KindWord(ItemKind kind) { return FillMessage(FactsOf(kind).Word); }
+
+std::string EntryText(const CatalogueEntry& entry) {
+    return entry.Name.String().append("\t").append(entry.Description);
+}
+
+CatalogueEntry ParseEntryText(std::string_view text) {
+    const std::size_t tab = std::min(text.find('\t'), text.size());
+    return {text.substr(0, tab), text.substr(std::min(tab + 1, text.size()))};
+}
+
+bool ListCatalogue(ItemKind kind, ListTarget& list) {
+    list.Clear();
+    const std::string path = CataloguePath(kind);
+    ControlStream catalogue = OpenShared(path, "rb", kTimeout);
+    if (!catalogue) {
+        ShowError(413, path);
+        return false;
+    }
+    for (const StoredEntry& entry : ReadEntries(std::move(catalogue))) {
+        if (entry.Name.size() > ItemName::kLimit || !entry.Description) continue;
+        list.Add(EntryText({entry.Name, *entry.Description}));
+    }
+    return true;
+}
+
+void ListInstallable(ItemKind kind, ListTarget& list) {
+    const KindFacts& facts = FactsOf(kind);
+    std::unordered_set<std::string> catalogued;
+    for (const StoredEntry& entry : ReadEntries(kind)) catalogued.insert(UpperText(entry.Name));
+    for (const std::string& file : platform::Files().List(ItemDirectory(kind), facts.InstallablePattern)) {
+        const std::size_t dot = file.rfind('.');
+        if (dot == std::string::npos) continue;
+        const std::string extension = UpperText(std::string_view(file).substr(dot));
+        if (std::ranges::find(facts.InstallableExtensions, extension) == facts.InstallableExtensions.end()) continue;
+        const std::string name = file.substr(0, dot);
+        if (!catalogued.contains(UpperText(name)) && !list.Contains(name)) list.Add(name);
+    }
+}
+
+bool IsCatalogued(ItemKind kind, std::string_view name) {
+    const auto isNamed = [name](const StoredEntry& entry) { return EqualFolded(entry.Name, name); };
+    return std::ranges::any_of(ReadEntries(kind), isNamed);
+}
+
+bool GetDescription(ItemKind kind, std::string_view name, ItemDescription& description) {
+    for (const StoredEntry& entry : ReadEntries(kind)) {
+        if (!EqualFolded(entry.Name, name)) continue;
+        description = entry.Description.value_or("");
+        return true;
+    }
+    return false;
+}
+
+bool CheckItemFiles(ItemKind kind, std::string_view name) {
+    const KindFacts& facts = FactsOf(kind);
+    const std::string directory = ItemDirectory(kind);
+    const std::string path = directory + std::string(name);
+    const auto exists = [&path](std::string_view extension) { return FileExists(path + std::string(extension)); };
+    if (std::ranges::any_of(facts.Extensions, exists)) return true;
+    ShowError(facts.NoFiles, name, directory);
+    return false;
+}
+
+bool CheckNotInstalled(ItemKind kind, std::string_view name) {
+    if (!IsCatalogued(kind, name)) return true;
+    ShowError(5019, name);
+    return false;
+}
+
+bool CheckNewItem(ItemKind kind, ItemName& name) {
+    name = UpperText(name);
+    if (name.IsEmpty()) {
+        ShowError(FactsOf(kind).NoName);
+        return false;
+    }
+    return CheckItemFiles(kind, name) && CheckNotInstalled(kind, name);
+}
+
+bool AddCatalogueEntry(ItemKind kind, std::string_view name, std::string_view description) {
+    const std::string path = CataloguePath(kind);
+    Rewrite rewrite(path);
+    if (!rewrite) {
+        if (rewrite.Fault() == Rewrite::Problem::Temporary) {
+            ShowError(5015);
+        } else {
+            ShowError(413, path);
+        }
+        return false;
+    }
+    if (Replace(rewrite, WithNewEntry(rewrite.Control.Rest(), name, description))) return true;
+    ShowError(5016);
+    return false;
+}
+
+bool ChangeCatalogueEntry(ItemKind kind, std::string_view name, std::string_view description) {
+    return RewriteEntry(kind, name, EntryLine(name, description));
+}
+
+bool DeleteCatalogueEntry(ItemKind kind, std::string_view name) { return RewriteEntry(kind, name, std::nullopt); }
+
+} // namespace bv

@@ -1,0 +1,67 @@
+// The catalogues of installed coversheets and letterheads: B-COVER\MSGDIR.CTL and B-LETTER\MSGDIR.CTL of the system
+// area, whose "[DIRECTORY]" paragraph has a line `File: NAME "description"` for each item.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "ctlfile/fixed_text.h"
+#include "shell/list_target.h"
+
+namespace bv {
+
+enum class ItemKind { Coversheet, Letterhead };
+
+using ItemName = FixedText<12>; // an item's file name without extension
+using ItemDescription = FixedText<50>;
+
+struct CatalogueEntry {
+    ItemName Name;
+    ItemDescription Description;
+};
+
+// The directory of the kind's files, ending in "\".
+std::string ItemDirectory(ItemKind kind);
+
+// "coversheet" or "letterhead".
+std::string KindWord(ItemKind kind);
+
+// An entry as a list shows it: name, tab, description. And back.
+std::string EntryText(const CatalogueEntry& entry);
+CatalogueEntry ParseEntryText(std::string_view text);
+
+// Fills the emptied list with the entries in file order. Lines with a name of 13 characters or more, or without a
+// description token, are passed over. A catalogue that cannot be opened shows 413 and returns false.
+bool ListCatalogue(ItemKind kind, ListTarget& list);
+
+// Adds to the list the names of the kind's files that can be installed (*.EPN, or *.G3F and *.G3N) and are neither in
+// the catalogue nor in the list.
+void ListInstallable(ItemKind kind, ListTarget& list);
+
+bool IsCatalogued(ItemKind kind, std::string_view name);
+
+// The description of an entry; false when it is not in the catalogue.
+bool GetDescription(ItemKind kind, std::string_view name, ItemDescription& description);
+
+// Whether any of the item's files exists; shows 5018 or 5017 when none does.
+bool CheckItemFiles(ItemKind kind, std::string_view name);
+
+// False, after showing 5019, when the name is in the catalogue.
+bool CheckNotInstalled(ItemKind kind, std::string_view name);
+
+// What an add box does on OK with the typed name, upper-cased by the call: it must not be empty (5148 or 5147), have
+// files and not be installed. False after the message.
+bool CheckNewItem(ItemKind kind, ItemName& name);
+
+// Inserts an entry before the first line below "[DIRECTORY]" whose name is greater, or at the end of the file, which
+// gets a "[DIRECTORY]" if it has none. Every other line stays byte for byte, but the empty ones below "[DIRECTORY]" go.
+// The name is cut or padded to 8 characters. False after 413 (catalogue), 5015 (temporary) or 5016 (rewrite).
+bool AddCatalogueEntry(ItemKind kind, std::string_view name, std::string_view description);
+
+// Replaces the description of every entry with that name, or deletes them; the file's lines are cleaned on the way.
+// True also when there is no such entry. False after 413 or 5000.
+bool ChangeCatalogueEntry(ItemKind kind, std::string_view name, std::string_view description);
+bool DeleteCatalogueEntry(ItemKind kind, std::string_view name);
+
+} // namespace bv

@@ -1,0 +1,29 @@
+#include "covlet/item_actions.h"
+
+#include "shell/messages.h"
+
+namespace bv {
+
+bool AddItem(ItemKind kind, const CatalogueEntry& entry) {
+    if (!AddCatalogueEntry(kind, entry.Name, entry.Description)) return false;
+    ShowStatus(455, KindWord(kind), entry.Name.View());
+    return true;
+}
+
+bool ChangeItem(ItemKind kind, const CatalogueEntry& entry, std::string_view description) {
+    if (entry.Description == description) return true;
+    if (!ChangeCatalogueEntry(kind, entry.Name, description)) return false;
+    ShowStatus(456, KindWord(kind), entry.Name.View());
+    return true;
+}
+
+bool DeleteItem(ItemKind kind, const CatalogueEntry& entry) {
+    const std::string question = FillMessage(5193, KindWord(kind), entry.Name.View(),
+                                             entry.Description.IsEmpty() ? "" : "-", entry.Description.View());
+    if (!AskFilled(5192, BoxIcon::Question, question)) return false;
+    const bool deleted = DeleteCatalogueEntry(kind, entry.Name);
+    ShowStatus(deleted ? 458 : 457, KindWord(kind), entry.Name.View());
+    return deleted;
+}
+
+} // namespace bv

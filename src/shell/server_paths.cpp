@@ -1,0 +1,179 @@
+#include "shell/server_paths.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "ctlfile/paths.h"
+#include "ctlfile/reader.h"
+#include "platform/ascii.h"
+#include "platform/environment.h"
+#include "platform/files.h"
+#include "shell/messages.h"
+
+namespace bv {
+namespace {
+
+constexpr std::string_view kIniFile = "BRIVANE.INI";
+constexpr std::string_view kDatabaseDirectory = "B-DB\\";
+constexpr std::size_t kMaxSearchList = 511;
+constexpr OpenTimeout kIniTimeout{10};
+constexpr OpenTimeout kSetupTimeout{30};
+
+ServerPaths loadedPaths;
+
+// Adds a directory, or a list of them, as far as there is room.
+void AddToSearchList(std::string& list, std::string_view directories) {
+    if (directories.empty()) return;
+    if (!list.empty()) list += ';';
+    list += directories;
+    if (list.size() > kMaxSearchList) list.resize(kMaxSearchList);
+}
+
+std::string SearchList() {
+    platform::Environment& environment = platform::TheEnvironment();
+    std::string list;
+    for (const char* variable : {"BVAXINIT", "INIT", "PATH"}) {
+        AddToSearchList(list, environment.Variable(variable).value_or(""));
+    }
+    AddToSearchList(list, environment.WindowsDirectory());
+    AddToSearchList(list, environment.CurrentDirectory());
+    return list;
+}
+
+struct AreaKey {
+    FixedText<255> ServerPaths::*Area;
+    std::string_view Name;
+};
+
+constexpr AreaKey kAreaKeys[] = {
+    {&ServerPaths::AllUserArea, "AllUserArea"}, {&ServerPaths::RequestArea, "RequestArea"},
+    {&ServerPaths::ServerArea, "ServerArea"},   {&ServerPaths::SystemArea, "SystemArea"},
+    {&ServerPaths::MailArea, "MailArea"},
+};
+
+void ReadAreas(ControlStream& iniFile, Position paragraph, ServerPaths& paths) {
+    for (const auto& [area, name] : kAreaKeys) {
+        FixedText<255> directory;
+        const std::string key(name);
+        if (!GetKeyString(iniFile, key + ":", directory, paragraph)) {
+            GetKeyString(iniFile, key + "=", directory, paragraph);
+        }
+        paths.*area = WithBackslash(directory);
+    }
+}
+
+StatusCode ReadIniFile(ServerPaths& paths) {
+    std::string directory;
+    if (const StatusCode status = FindIniDirectory(directory); status != kDone) {
+        ShowError("ERROR - File %s not found", kIniFile);
+        return status;
+    }
+    ControlStream iniFile = OpenShared(directory.append(kIniFile), "rb", kIniTimeout);
+    if (!iniFile) {
+        ShowError("ERROR - Can't open file %s", directory);
+        return kFileFailed;
+    }
+    ControlLine header;
+    Position paragraph = 0;
+    if (!FindParagraph(iniFile, "[SERVER]", header, &paragraph) &&
+        !FindParagraph(iniFile, "[SERVER-WKN]", header, &paragraph)) {
+        ShowError("ERROR - [SERVER] Paragraph missing from %s file", kIniFile);
+        return kParagraphMissing;
+    }
+    ReadAreas(iniFile, paragraph, paths);
+    return kDone;
+}
+
+// Shows a message for each area that is required and empty.
+bool CheckAreas(const ServerPaths& paths) {
+    bool complete = true;
+    const auto check = [&](const FixedText<255>& area, const char* message) {
+        if (!area.IsEmpty()) return;
+        ShowError(message, kIniFile);
+        complete = false;
+    };
+    check(paths.ServerArea, "ServerArea line missing from %s file");
+    check(paths.SystemArea, "SystemArea line missing from %s file");
+    check(paths.AllUserArea, "AllUserArea line missing from %s file");
+    check(paths.RequestArea, "RequestArea line missing from %s file");
+    return complete;
+}
+
+std::string DatabaseFileOf(const ServerPaths& paths, std::string_view name) {
+    return paths.SystemArea.String().append(kDatabaseDirectory).append(name);
+}
+
+// Where the log of that name lies. Empty, after a message, when the path is too long.
+std::string LogPath(const ServerPaths& paths, std::string_view name) {
+    if (name.empty()) name = "SERVER.LOG";
+    if (!DirectoryPart(name).empty()) return std::string(name);
+    std::string path = paths.ServerArea.String().append(kDatabaseDirectory).append(name);
+    if (path.size() <= kMaxPath) return path;
+    ShowError("Invalid log file name '%s%s%s'", paths.ServerArea, kDatabaseDirectory, name);
+    return {};
+}
+
+void ReadLogSettings(ControlStream& setupFile, ServerPaths& paths) {
+    ControlLine header;
+    Position paragraph = 0;
+    FixedText<kMaxPath> name;
+    if (FindParagraph(setupFile, "[OPTIONS]", header, &paragraph)) {
+        GetKeyString(setupFile, "LogFile:", name, paragraph);
+        // The blank is deliberate: a line written without one counts among the server's options, but not here.
+        GetKeyNumber(setupFile, "LogKeepDays: ", paths.LogKeepDays, paragraph);
+        GetKeyString(setupFile, "Language:", paths.Language, paragraph);
+    }
+    paths.LogFile = LogPath(paths, name);
+}
+
+} // namespace
+
+const ServerPaths& Paths() { return loadedPaths; }
+
+bool FileExists(const std::string& path) {
+    const auto found = platform::Files().Find(path);
+    return found && !found->IsDirectory;
+}
+
+StatusCode FindIniDirectory(std::string& directory) {
+    const std::string list = SearchList();
+    for (std::size_t start = 0; start <= list.size();) {
+        const std::size_t end = std::min(list.find(';', start), list.size());
+        // An element of nothing stands for the current directory.
+        const std::string_view element = TrimBlanks(std::string_view(list).substr(start, end - start));
+        directory = UpperText(WithBackslash(element));
+        if (FileExists(directory + std::string(kIniFile))) return kDone;
+        start = end + 1;
+    }
+    directory.clear();
+    return kIniFileNotFound;
+}
+
+StatusCode LoadServerPaths(ControlStream* setupFile) {
+    ServerPaths paths;
+    if (const StatusCode status = ReadIniFile(paths); status != kDone) return status;
+    const bool complete = CheckAreas(paths);
+    if (paths.MailArea.IsEmpty()) {
+        paths.MailArea = paths.ServerArea.String() + "B-MAIL\\";
+        paths.MailAreaConfigured = false;
+    }
+    if (!complete) return kKeyMissing;
+
+    const std::string setupPath = DatabaseFileOf(paths, "SETUP.INI");
+    ControlStream opened = OpenShared(setupPath, "rb", kSetupTimeout);
+    if (!opened) {
+        ShowError("ERROR - Unable to open file %s", setupPath);
+        return kSetupFileUnreadable;
+    }
+    ReadLogSettings(opened, paths);
+    loadedPaths = paths;
+    if (setupFile != nullptr) {
+        opened.Rewind();
+        *setupFile = std::move(opened);
+    }
+    return kDone;
+}
+
+std::string DatabaseFile(std::string_view name) { return DatabaseFileOf(loadedPaths, name); }
+
+} // namespace bv

@@ -1,0 +1,55 @@
+#include "support/recording_front.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "platform/ascii.h"
+
+namespace bv::test {
+namespace {
+
+std::string IconName(BoxIcon icon) {
+    switch (icon) {
+    case BoxIcon::Warning: return "warning";
+    case BoxIcon::Error: return "error";
+    case BoxIcon::Question: return "question";
+    }
+    return "?";
+}
+
+} // namespace
+
+std::vector<std::string> RecordingFront::TakeSaid() { return std::exchange(Said, {}); }
+
+void RecordingFront::WriteDown(const std::string& how, const Box& box) {
+    Said.push_back(how + IconName(box.Icon) + ": " + box.Text);
+    Captions.push_back(box.Caption);
+}
+
+void RecordingFront::SetStatusLine(int line, const std::string& text) {
+    Said.push_back("status " + std::to_string(line) + ": " + text);
+}
+
+void RecordingFront::ShowBox(const Box& box) { WriteDown("", box); }
+
+bool RecordingFront::AskYesNo(const Box& box) {
+    WriteDown("ask ", box);
+    return Answer;
+}
+
+void RecordingFront::EnableInput(bool enabled) { Said.emplace_back(enabled ? "input on" : "input off"); }
+
+void RecordingFront::ShowWaitCursor(bool wait) { Said.emplace_back(wait ? "wait cursor on" : "wait cursor off"); }
+
+bool RecordingFront::WaitForEnd(platform::Process&) {
+    Said.emplace_back("wait for program");
+    return CanWait;
+}
+
+void RecordingFront::PeekMessages() { ++Peeks; }
+
+bool VectorList::Contains(const std::string& entry) const {
+    return std::ranges::any_of(Entries, [&entry](const std::string& one) { return EqualFolded(one, entry); });
+}
+
+} // namespace bv::test
