@@ -1,0 +1,166 @@
+#include "console/command_line.h"
+
+#include <algorithm>
+
+#include <CLI/CLI.hpp>
+
+#include "shell/startup.h"
+
+namespace bv::console {
+namespace {
+
+constexpr const char* kProgramHelp =
+    "Configures the Brivane fax server from a console.\n\n"
+    "Results go to standard output; status texts, warnings and errors to standard error.\n"
+    "Exit status: 0 done, 1 refused or failed (a message says why), 2 wrong usage.\n"
+    "Bytes pass through as they are: texts are in the code page of the workstations.\n";
+
+constexpr const char* kProgramFooter =
+    "Examples:\n"
+    "  bvctl --drive F:=/srv/fax --ini 'F:\\' paths\n"
+    "  bvctl file get /srv/fax/BRIVANE/B-DB/SETUP.INI OPTIONS LogFile\n"
+    "  bvctl coversheet delete PRICES --dry-run\n\n"
+    "'bvctl AREA --help' shows the verbs of an area, 'bvctl AREA VERB --help' how one is used.";
+
+void AddGlobalOptions(CLI::App& program) {
+    program.set_help_flag("-h,--help", "Show help; after an area or a verb, about it");
+    program.set_version_flag("--version", "bvctl " + std::string(kProgramVersion), "Show the version of bvctl");
+    const auto addFlag = [&](const char* name, const std::string& help) {
+        program.add_flag(name, help)->disable_flag_override();
+    };
+    const auto addOption = [&](const char* name, const char* value, const std::string& help) {
+        return program.add_option(name, CLI::callback_t{}, help)->option_text(value)->allow_extra_args(false);
+    };
+    addOption("--ini", "DIR", "Directory of BRIVANE.INI; else it is searched for along BVAXINIT, INIT and PATH");
+    addOption("--drive", "X:=DIR", "Where a drive, or a share ('\\\\server\\share=DIR'), lies; repeatable")
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    addFlag("--json", "Print results as one JSON document");
+    addFlag("--yes", "Answer questions with Yes; else they are asked on a terminal, and answered No elsewhere");
+    addFlag("--dry-run", "Write and start nothing; show what would change as a unified diff");
+}
+
+void AddParameter(CLI::App& command, const Parameter& parameter) {
+    const std::string name(parameter.Name);
+    const std::string help(parameter.Help);
+    if (parameter.Kind == ParameterKind::Flag) {
+        command.add_flag(name, help)->disable_flag_override();
+        return;
+    }
+    CLI::Option* option = command.add_option(name, CLI::callback_t{}, help)->allow_extra_args(false);
+    // A blank, for an empty text would be filled with the library's own words.
+    option->option_text(parameter.ValueName.empty() ? " " : std::string(parameter.ValueName));
+    option->required(parameter.Kind == ParameterKind::Required);
+}
+
+void DefineVerb(CLI::App& command, const Verb& verb, const std::string& path) {
+    for (const Parameter& parameter : verb.Parameters)
+        if (!parameter.Name.empty()) AddParameter(command, parameter);
+    command.set_help_flag("-h,--help", "Show this help; 'bvctl --help' shows the global options");
+    if (!verb.Example.empty()) command.footer("Example:\n  " + path + ' ' + std::string(verb.Example));
+}
+
+void DefineArea(CLI::App& program, const Area& area) {
+    CLI::App& command = *program.add_subcommand(std::string(area.Name), std::string(area.Help))->group("Areas");
+    const std::string path = "bvctl " + std::string(area.Name);
+    if (area.Verbs.front().Name.empty()) return DefineVerb(command, area.Verbs.front(), path);
+    command.require_subcommand(1);
+    command.get_formatter()->label("SUBCOMMAND", "VERB");
+    command.footer("'" + path + " VERB --help' shows how a verb is used.");
+    for (const Verb& verb : area.Verbs)
+        DefineVerb(*command.add_subcommand(std::string(verb.Name), std::string(verb.Help))->group("Verbs"), verb,
+                   path + ' ' + std::string(verb.Name));
+}
+
+// The verb that the parsed program names.
+const Verb* ChosenVerb(const CLI::App& program) {
+    const CLI::App* command = program.get_subcommands().front();
+    const Area* area = *std::ranges::find(kAreas, command->get_name(), &Area::Name);
+    if (area->Verbs.front().Name.empty()) return area->Verbs.data();
+    return &*std::ranges::find(area->Verbs, command->get_subcommands().front()->get_name(), &Verb::Name);
+}
+
+// The parsed subcommand that stands last, or the program itself.
+const CLI::App* Innermost(const CLI::App& program) {
+    const CLI::App* command = &program;
+    while (!command->get_subcommands().empty()) command = command->get_subcommands().front();
+    return command;
+}
+
+Arguments GivenArguments(const CLI::App& command, const Verb& verb) {
+    Arguments given;
+    for (const Parameter& parameter : verb.Parameters) {
+        if (parameter.Name.empty()) continue;
+        const CLI::Option* option = command.get_option(std::string(parameter.Name));
+        if (option->count() > 0) given.Add(parameter.Name, option->results().front());
+    }
+    return given;
+}
+
+// "X:=DIR" parted at its "="; an empty first half when it is not of that form.
+std::pair<std::string, std::string> PartDrive(const std::string& text) {
+    const std::size_t sign = text.find('=');
+    const bool parted = sign != std::string::npos && sign + 1 < text.size();
+    return parted ? std::pair{text.substr(0, sign), text.substr(sign + 1)} : std::pair{std::string(), text};
+}
+
+GlobalOptions GivenGlobals(const CLI::App& program) {
+    GlobalOptions global;
+    if (program.count("--ini") > 0) global.Ini = program["--ini"]->results().front();
+    for (const std::string& drive : program["--drive"]->results()) global.Drives.push_back(PartDrive(drive));
+    global.Json = program.count("--json") > 0;
+    global.Yes = program.count("--yes") > 0;
+    global.DryRun = program.count("--dry-run") > 0;
+    return global;
+}
+
+// "bvctl file get" of the command that stands last.
+std::string CommandPath(const CLI::App* command) {
+    if (command->get_parent() == nullptr) return command->get_name();
+    return CommandPath(command->get_parent()) + ' ' + command->get_name();
+}
+
+// What is wrong with arguments that the library has refused, and where help is to be had.
+std::string UsageFault(const CLI::App& program, const CLI::ParseError& error) {
+    const CLI::App* command = Innermost(program);
+    const bool lacksSubcommand = command->get_require_subcommand_min() > 0 && error.get_name() == "RequiredError";
+    std::string reason = error.what();
+    const std::vector<std::string> unknown = program.remaining(true);
+    if (lacksSubcommand && unknown.empty()) reason = command == &program ? "An area is missing" : "A verb is missing";
+    if (lacksSubcommand && !unknown.empty()) reason = "There is no '" + unknown.front() + "'";
+    const std::string path = CommandPath(command);
+    return path + ": " + reason + "\nSee '" + path + " --help'.\n";
+}
+
+} // namespace
+
+void DeleteProgram::operator()(CLI::App* program) const { delete program; }
+
+Program DefineProgram() {
+    Program program(new CLI::App(kProgramHelp, "bvctl"));
+    program->fallthrough();
+    program->require_subcommand(1);
+    program->footer(kProgramFooter);
+    AddGlobalOptions(*program);
+    for (const Area* area : kAreas) DefineArea(*program, *area);
+    program->formatter(std::make_shared<CLI::Formatter>());
+    program->get_formatter()->label("SUBCOMMAND", "AREA VERB [ARGUMENTS]");
+    return program;
+}
+
+std::variant<ParsedCommand, Answer> ParseArguments(std::span<const std::string> arguments) {
+    const Program program = DefineProgram();
+    if (arguments.empty()) return Answer{program->help(), kExitWrongUsage};
+    try {
+        program->parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
+    } catch (const CLI::CallForHelp&) {
+        return Answer{program->help()};
+    } catch (const CLI::CallForVersion& version) {
+        return Answer{std::string(version.what()) + '\n'};
+    } catch (const CLI::ParseError& error) {
+        return Answer{UsageFault(*program, error), kExitWrongUsage};
+    }
+    const Verb* verb = ChosenVerb(*program);
+    return ParsedCommand{verb, GivenArguments(*Innermost(*program), *verb), GivenGlobals(*program)};
+}
+
+} // namespace bv::console

@@ -1,0 +1,38 @@
+// The console companion, whole: arguments in, texts and an exit status out.
+#pragma once
+
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace bv::console {
+
+// What the companion reads from and prints to: the process's own streams, or a test's.
+class Console {
+  public:
+    virtual ~Console() = default;
+
+    virtual void PrintResult(std::string_view text) = 0; // standard output: results and nothing else
+    virtual void PrintNotice(std::string_view text) = 0; // standard error: status texts, errors, questions
+
+    // The next line of standard input, without its line end; none at the end of the input.
+    virtual std::optional<std::string> ReadLine() = 0;
+
+    // The same, but what is typed on a terminal is not shown.
+    virtual std::optional<std::string> ReadHiddenLine() = 0;
+
+    // Whether a person is there to be asked.
+    virtual bool IsTerminal() = 0;
+};
+
+enum ExitStatus {
+    kExitDone = 0,
+    kExitRefused = 1,    // refused or failed; a message has said why
+    kExitWrongUsage = 2, // the arguments make no sense; a message has said why
+};
+
+// Does what the arguments (without the program's name) ask for and returns the exit status.
+int RunConsole(std::span<const std::string> arguments, Console& console);
+
+} // namespace bv::console

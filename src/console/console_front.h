@@ -1,0 +1,43 @@
+// The engine's messages on a console.
+#pragma once
+
+#include <string>
+
+#include "console/console.h"
+#include "shell/front.h"
+
+namespace bv::console {
+
+// How a question is answered.
+enum class Answering {
+    ByPerson, // asked on a terminal; No where there is none
+    Yes,
+};
+
+// Prints status texts, boxes and questions as plain lines of standard error, without captions.
+class ConsoleFront : public Front {
+  public:
+    ConsoleFront(Console& console, Answering answering) : console_(console), answering_(answering) {}
+
+    // From here on prints no status texts and answers Yes: nothing that they speak of happens.
+    void Rehearse();
+
+    // The latest text of status line 1.
+    [[nodiscard]] const std::string& LastStatus() const { return lastStatus_; }
+
+    void SetStatusLine(int line, const std::string& text) override;
+    void ShowBox(const Box& box) override;
+    bool AskYesNo(const Box& box) override;
+    void EnableInput(bool) override {}
+    void ShowWaitCursor(bool) override {}
+    bool WaitForEnd(platform::Process& program) override;
+    void PeekMessages() override {}
+
+  private:
+    Console& console_;
+    Answering answering_;
+    bool showsStatus_ = true;
+    std::string lastStatus_;
+};
+
+} // namespace bv::console

@@ -1,0 +1,19 @@
+// Doing what changes files or starts programs, or only showing it.
+#pragma once
+
+#include <functional>
+
+#include "console/session.h"
+
+namespace bv::console {
+
+// Runs an action that says itself why it fails, and returns the exit status. With --json prints the last status text
+// as {"status": TEXT}.
+//
+// With --dry-run the action sees files that take its writing but keep it in memory, and starts no program. Then
+// prints a unified diff of each file that would have changed and the command line of each program that would have
+// been started; with --json {"changes": [{"path": PATH, "diff": TEXT}...], "starts": [TEXT...]}. In a diff, the CR of
+// a CR LF line end is not shown; a line that ends in LF alone is marked with "^J".
+int Perform(const Session& session, const std::function<bool()>& action);
+
+} // namespace bv::console

@@ -1,0 +1,244 @@
+#include <optional>
+
+#include "console/commands.h"
+#include "console/dry_run.h"
+#include "console/output.h"
+#include "ctlfile/reader.h"
+#include "ctlfile/rewriter.h"
+#include "platform/ascii.h"
+#include "platform/drives.h"
+#include "shell/messages.h"
+
+namespace bv::console {
+namespace {
+
+// What the arguments name.
+struct Target {
+    std::string Path;
+    std::string Header;            // "[OPTIONS]"
+    std::vector<std::string> Keys; // with its separator; both when none was given, in the order they are tried
+};
+
+std::string PathOf(const Arguments& arguments) { return platform::ToWindowsPath(arguments["FILE"]); }
+
+// "[NAME]" of a name with or without its brackets; empty when there is no name.
+std::string HeaderOf(std::string_view paragraph) {
+    if (paragraph.starts_with('[')) paragraph.remove_prefix(1);
+    if (paragraph.ends_with(']')) paragraph.remove_suffix(1);
+    return paragraph.empty() ? std::string() : '[' + std::string(paragraph) + ']';
+}
+
+std::vector<std::string> KeysOf(const std::string& key) {
+    if (key.ends_with(':') || key.ends_with('=')) return {key};
+    return {key + ':', key + '='};
+}
+
+// Why a line with the key could not be read back; none when it can.
+std::optional<std::string> FaultOfKey(const std::string& key) {
+    const std::size_t separator = key.find_first_of(":=");
+    if (separator == 0 || !IsSignificantLine(key) || IsParagraphLine(key))
+        return "A key is a word that begins a line: '" + key + "' is none";
+    if (separator != std::string::npos && separator + 1 != key.size())
+        return "A key ends at its first ':' or '=': '" + key + "' goes on";
+    return {};
+}
+
+// Reads the target from the arguments; 0 or the exit status, a message shown.
+int ReadTarget(const Session& session, const Arguments& arguments, Target& target) {
+    target = {PathOf(arguments), HeaderOf(arguments["PARAGRAPH"]), KeysOf(arguments["KEY"])};
+    if (target.Header.empty()) return session.WrongUsage("A paragraph has a name");
+    if (target.Header.size() > kMaxLine)
+        return session.WrongUsage("A line holds at most " + std::to_string(kMaxLine) + " characters");
+    if (!arguments.Has("KEY")) return 0;
+    const std::optional<std::string> fault = FaultOfKey(arguments["KEY"]);
+    return fault ? session.WrongUsage(*fault) : 0;
+}
+
+// Opens for reading; 413 when that fails.
+ControlStream OpenForReading(const std::string& path) {
+    ControlStream stream = OpenShared(path, "rb");
+    if (!stream) ShowError(413, path);
+    return stream;
+}
+
+int RefuseParagraph(const Session& session, const Target& target) {
+    return session.Refuse("There is no paragraph " + target.Header + " in file " + target.Path);
+}
+
+int RefuseKey(const Session& session, const Target& target) {
+    return session.Refuse("There is no key " + target.Keys.front() + " in paragraph " + target.Header + " of file " +
+                          target.Path);
+}
+
+std::string ValueText(std::string_view line) { return std::string(KeyValue(line).value_or("")); }
+
+// A line without a separator is all key, and has no value.
+struct PartedLine {
+    std::string Key;
+    Value Content;
+};
+
+PartedLine PartLine(std::string_view line) {
+    const std::size_t separator = line.find_first_of(":=");
+    if (separator == std::string_view::npos) return {std::string(line), {}};
+    return {std::string(line.substr(0, separator)), ValueText(line)};
+}
+
+int ListParagraphs(Session& session, const Arguments& arguments) {
+    ControlStream stream = OpenForReading(PathOf(arguments));
+    if (!stream) return kExitRefused;
+    std::vector<std::string> headers;
+    for (ControlLine line; FindParagraph(stream, {}, line);) headers.push_back(line.String());
+    PrintLines(session, headers);
+    return kExitDone;
+}
+
+int ListLines(Session& session, const Arguments& arguments) {
+    Target target;
+    if (const int fault = ReadTarget(session, arguments, target)) return fault;
+    ControlStream stream = OpenForReading(target.Path);
+    if (!stream) return kExitRefused;
+    ControlLine line;
+    if (!FindParagraph(stream, target.Header, line)) return RefuseParagraph(session, target);
+
+    std::vector<std::string> lines;
+    std::vector<Record> records;
+    while (FindKeyLine(stream, {}, line)) {
+        lines.push_back(line.String());
+        const PartedLine parted = PartLine(line);
+        records.push_back({{"key", parted.Key}, {"value", parted.Content}});
+    }
+    if (session.Json)
+        PrintRecords(session, records);
+    else
+        PrintLines(session, lines);
+    return kExitDone;
+}
+
+int List(Session& session, const Arguments& arguments) {
+    return arguments.Has("PARAGRAPH") ? ListLines(session, arguments) : ListParagraphs(session, arguments);
+}
+
+enum class Sought { NoFile, NoParagraph, NoKey, Key };
+
+// Looks for the target's keys in turn; cuts the target's keys down to the one that is there and stores its line.
+Sought Find(Target& target, ControlLine& line) {
+    ControlStream stream = OpenForReading(target.Path);
+    if (!stream) return Sought::NoFile;
+    Position body = 0;
+    if (!FindParagraph(stream, target.Header, line, &body)) return Sought::NoParagraph;
+    for (const std::string& key : target.Keys) {
+        if (!FindKeyLine(stream, key, line, body)) continue;
+        target.Keys = {key};
+        return Sought::Key;
+    }
+    return Sought::NoKey;
+}
+
+// Says what was not found, if anything that is needed; 0 or the exit status.
+int RequireFound(const Session& session, const Target& target, Sought found) {
+    switch (found) {
+    case Sought::NoFile: return kExitRefused;
+    case Sought::NoParagraph: return RefuseParagraph(session, target);
+    case Sought::NoKey: return RefuseKey(session, target);
+    case Sought::Key: break;
+    }
+    return 0;
+}
+
+int Get(Session& session, const Arguments& arguments) {
+    Target target;
+    if (const int fault = ReadTarget(session, arguments, target)) return fault;
+    ControlLine line;
+    if (const int fault = RequireFound(session, target, Find(target, line))) return fault;
+    if (session.Json)
+        PrintRecord(session, {{PartLine(line).Key, ValueText(line)}});
+    else
+        PrintLines(session, {ValueText(line)});
+    return kExitDone;
+}
+
+bool Rewrite(const std::string& path, const KeyChange& change) {
+    ShowStatus(470, path);
+    if (UpdateControlFile(path, change)) {
+        ShowStatus(471, path);
+        return true;
+    }
+    const bool canOpen{OpenShared(path, "r+b", OpenTimeout{0})};
+    ShowError(canOpen ? 5000 : 413, path);
+    return false;
+}
+
+int Set(Session& session, const Arguments& arguments) {
+    Target target;
+    if (const int fault = ReadTarget(session, arguments, target)) return fault;
+    const std::string& value = arguments["VALUE"];
+    if (target.Keys.front().size() + 1 + value.size() > kMaxLine)
+        return session.WrongUsage("A line holds at most " + std::to_string(kMaxLine) +
+                                  " characters: readers would lose the end of this value");
+    ControlLine line;
+    if (Find(target, line) == Sought::NoFile) return kExitRefused;
+    const Placing placing = arguments.Has("--append") ? Placing::Append : Placing::InPlace;
+    return Perform(session, [&] { return Rewrite(target.Path, {target.Header, target.Keys.front(), value, placing}); });
+}
+
+int Delete(Session& session, const Arguments& arguments) {
+    Target target;
+    if (const int fault = ReadTarget(session, arguments, target)) return fault;
+    ControlLine line;
+    if (const int fault = RequireFound(session, target, Find(target, line))) return fault;
+    return Perform(session, [&] { return Rewrite(target.Path, {target.Header, target.Keys.front(), {}}); });
+}
+
+int Empty(Session& session, const Arguments& arguments) {
+    Target target;
+    if (const int fault = ReadTarget(session, arguments, target)) return fault;
+    ControlStream stream = OpenForReading(target.Path);
+    if (!stream) return kExitRefused;
+    ControlLine line;
+    if (!FindParagraph(stream, target.Header, line)) return RefuseParagraph(session, target);
+    stream.Close();
+    return Perform(session, [&] { return Rewrite(target.Path, {target.Header, {}, {}}); });
+}
+
+constexpr Parameter kFile = {"FILE", "Control file, by a path of this system or a Windows path"};
+constexpr Parameter kParagraph = {"PARAGRAPH", "Paragraph, with or without its brackets"};
+constexpr Parameter kKey = {"KEY", "Key; without ':' or '=' behind it, ':' is tried first, then '='"};
+
+constexpr Verb kVerbs[] = {
+    {.Name = "list",
+     .Help = "List the paragraphs of a file, or the lines of its first paragraph of a name",
+     .Parameters = {{kFile, {kParagraph.Name, kParagraph.Help, ParameterKind::Optional}}},
+     .Example = "SETUP.INI OPTIONS",
+     .Run = List},
+    {.Name = "get",
+     .Help = "Show the value of a key",
+     .Parameters = {{kFile, kParagraph, kKey}},
+     .Example = "SETUP.INI OPTIONS LogFile",
+     .Run = Get},
+    {.Name = "set",
+     .Help = "Set the value of a key, adding the key or its paragraph when it is not there",
+     .Parameters = {{kFile,
+                     kParagraph,
+                     kKey,
+                     {"VALUE", "Value; may be empty (''). Put -- before one that begins with '-'"},
+                     {"--append", "Move the key's line to the end of the paragraph", ParameterKind::Flag}}},
+     .Example = "SETUP.INI OPTIONS LogFile SERVER.LOG",
+     .Run = Set},
+    {.Name = "delete",
+     .Help = "Delete every line with a key",
+     .Parameters = {{kFile, kParagraph, kKey}},
+     .Example = "SETUP.INI OPTIONS LogFile",
+     .Run = Delete},
+    {.Name = "empty",
+     .Help = "Delete every line of a paragraph except comments, and keep its header",
+     .Parameters = {{kFile, kParagraph}},
+     .Example = "SETUP.INI OPTIONS",
+     .Run = Empty},
+};
+
+} // namespace
+
+const Area kFileArea = {"file", "Read and change any control file", kVerbs};
+
+} // namespace bv::console

@@ -1,0 +1,78 @@
+#include <charconv>
+#include <optional>
+
+#include "console/commands.h"
+#include "console/output.h"
+#include "ctlfile/scramble.h"
+#include "shell/messages.h"
+
+namespace bv::console {
+namespace {
+
+constexpr std::size_t kMaxLetters = 196;
+
+// The number of letters that --size asks for; none when it asks for an impossible one.
+std::optional<std::size_t> Letters(const std::string& text) {
+    std::size_t letters = 0;
+    const auto [end, fault] = std::from_chars(text.data(), text.data() + text.size(), letters);
+    const bool whole = fault == std::errc{} && end == text.data() + text.size();
+    if (!whole || letters == 0 || letters > kMaxLetters || letters % 2 != 0) return {};
+    return letters;
+}
+
+// The line on standard input, asked for when a person is there to type it.
+std::optional<std::string> AskText(Console& console) {
+    if (!console.IsTerminal()) return console.ReadLine();
+    console.PrintNotice("Text to scramble: ");
+    std::optional<std::string> text = console.ReadHiddenLine();
+    console.PrintNotice("\n");
+    return text;
+}
+
+int Scramble(Session& session, const Arguments& arguments) {
+    std::optional<std::size_t> letters;
+    if (arguments.Has("--size")) {
+        letters = Letters(arguments["--size"]);
+        if (!letters) return session.WrongUsage("--size is an even number from 2 to " + std::to_string(kMaxLetters));
+    }
+    const std::optional<std::string> text = AskText(session.Streams);
+    if (!text) return session.WrongUsage("The text to scramble is a line of standard input");
+
+    const auto scrambled = letters ? ScrambleText(*text, *letters + 2) : ScrambleForPage(*text);
+    if (!scrambled) {
+        ShowError(5033);
+        return kExitRefused;
+    }
+    PrintLines(session, {*scrambled});
+    return kExitDone;
+}
+
+int Unscramble(Session& session, const Arguments&) {
+    const std::optional<std::string> scrambled = session.Streams.ReadLine();
+    if (!scrambled) return session.WrongUsage("The text to unscramble is a line of standard input");
+    const std::optional<std::string> text = UnscrambleText(*scrambled);
+    if (!text) return session.Refuse("This is no scrambled text");
+    PrintLines(session, {*text});
+    return kExitDone;
+}
+
+constexpr Verb kVerbs[] = {
+    {.Name = "scramble",
+     .Help = "Scramble the line on standard input, differently each time",
+     .Parameters = {{{"--size",
+                      "Letters in the scrambled text, an even number up to 196; else 30, 60, 90 or 100 by the "
+                      "text's length, as the settings pages store it",
+                      ParameterKind::Option, "N"}}},
+     .Example = "< password.txt",
+     .Run = Scramble},
+    {.Name = "unscramble",
+     .Help = "Show what a scrambled text on standard input stands for",
+     .Example = "< stored.txt",
+     .Run = Unscramble},
+};
+
+} // namespace
+
+const Area kSecretArea = {"secret", "Scramble and unscramble the stored form of passwords", kVerbs};
+
+} // namespace bv::console

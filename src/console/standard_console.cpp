@@ -1,0 +1,38 @@
+#include "console/standard_console.h"
+
+#include <cstdio>
+
+#include "platform/terminal.h"
+
+namespace bv::console {
+
+void StandardConsole::PrintResult(std::string_view text) { std::fwrite(text.data(), 1, text.size(), stdout); }
+
+void StandardConsole::PrintNotice(std::string_view text) {
+    std::fflush(stdout); // on a terminal, notices stand where they belong among the results
+    std::fwrite(text.data(), 1, text.size(), stderr);
+}
+
+std::optional<std::string> StandardConsole::ReadLine() {
+    std::string line;
+    int c = std::getc(stdin);
+    if (c == EOF) return {};
+    for (; c != EOF && c != '\n'; c = std::getc(stdin)) line += static_cast<char>(c);
+    if (line.ends_with('\r')) line.pop_back();
+    return line;
+}
+
+std::optional<std::string> StandardConsole::ReadHiddenLine() {
+    const platform::HiddenTyping hidden;
+    return ReadLine();
+}
+
+bool StandardConsole::IsTerminal() { return platform::IsTerminal(); }
+
+bool StandardConsole::Finish() {
+    if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return true;
+    PrintNotice("Unable to write the results\n");
+    return false;
+}
+
+} // namespace bv::console

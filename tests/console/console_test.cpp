@@ -1,0 +1,190 @@
+// The command line itself, and the commands that only report.
+#include <gtest/gtest.h>
+
+#include "console/command_line.h"
+#include "console/output.h"
+#include "console/text_console.h"
+#include "support/memory_server.h"
+
+namespace bv::console {
+namespace {
+
+using test::MemoryServer;
+using test::TextConsole;
+
+struct Fault {
+    std::vector<std::string> Arguments;
+    int Status;
+    std::string Notices;
+};
+
+const std::string kDriveForm = "--drive takes a drive and a directory, as X:=DIR, or a share and a directory, as "
+                               "'\\\\server\\share=DIR'\n";
+
+const Fault kFaults[] = {
+    {{"file"}, 2, "bvctl file: A verb is missing\nSee 'bvctl file --help'.\n"},
+    {{"nonsense"}, 2, "bvctl: There is no 'nonsense'\nSee 'bvctl --help'.\n"},
+    {{"file", "nonsense"}, 2, "bvctl file: There is no 'nonsense'\nSee 'bvctl file --help'.\n"},
+    {{"--json=false", "paths"}, 2, "bvctl: json was given a disallowed flag override\nSee 'bvctl --help'.\n"},
+    {{"file", "get", "X"}, 2, "bvctl file get: PARAGRAPH is required\nSee 'bvctl file get --help'.\n"},
+    {{"paths", "--drive", "F"}, 2, kDriveForm},
+    {{"paths", "--drive", "F:="}, 2, kDriveForm},
+    {{"paths", "--drive", "\\\\server=X"}, 2, kDriveForm},
+    {{"paths", "--drive", "\\\\\\share=X"}, 2, kDriveForm},
+    {{"paths", "--drive", "\\\\a\\b\\c=X"}, 2, kDriveForm},
+    {{"paths", "--drive", "F:=X"}, 2, "--drive: drives are the system's own\n"},
+    {{"paths", "--ini", "F:\\A;F:\\B"}, 2, "--ini takes one directory, without ';'\n"},
+    {{"paths", "--ini", "F:\\NONE"}, 1, "There is no BRIVANE.INI in directory F:\\NONE\n"},
+    {{"paths"}, 1, "ERROR - File BRIVANE.INI not found\n"},
+    {{"coversheet", "list"}, 1, "ERROR - File BRIVANE.INI not found\n"},
+    {{"completion", "fish"}, 2, "SHELL is bash or zsh\n"},
+    {{"secret", "unscramble"}, 2, "The text to unscramble is a line of standard input\n"},
+};
+
+TEST(CommandLine, SaysWhatIsWrong) {
+    MemoryServer server;
+    for (const auto& [arguments, status, notices] : kFaults) {
+        SCOPED_TRACE(notices);
+        TextConsole console;
+        EXPECT_EQ(console.Run(arguments), status);
+        EXPECT_EQ(console.Results, "");
+        EXPECT_EQ(console.Notices, notices);
+    }
+    TextConsole console;
+    EXPECT_EQ(console.Run({}), 2);
+    EXPECT_NE(console.Notices.find("Usage: bvctl"), std::string::npos);
+    EXPECT_EQ(console.Run({"--version"}), 0);
+    EXPECT_EQ(console.Results, "bvctl 5.50\n");
+}
+
+TEST(CommandLine, MapsADriveOfTheHost) {
+    if (!platform::Service<platform::Environment>::System().WindowsDirectory().empty()) GTEST_SKIP();
+    const std::string samples = BV_SAMPLES "/server";
+    TextConsole console;
+    EXPECT_EQ(console.Run({"--drive", "Q:=" + samples, "file", "get", "q:\\brivane.ini", "SERVER", "ServerName"}), 0);
+    EXPECT_EQ(console.Results, "QUILL\n");
+    EXPECT_EQ(console.Run({"file", "list", "\\\\S\\FAX\\Brivane.ini", "--drive", "\\\\s\\fax=" + samples}), 0);
+    EXPECT_EQ(console.Results, "[WORKSTATION]\n[SERVER]\n[NETWORK]\n");
+    EXPECT_EQ(console.Run({"--drive", "Q:=" + samples + "/NONE", "paths"}), 1);
+    EXPECT_EQ(console.Notices, "--drive Q:: there is no directory " + samples + "/NONE\n");
+}
+
+// Every command is documented everywhere, with each of its parameters.
+TEST(CommandLine, HelpManualAndCompletionKnowEveryCommand) {
+    TextConsole manual;
+    EXPECT_EQ(manual.Run({"manual"}), 0);
+    TextConsole completion;
+    EXPECT_EQ(completion.Run({"completion", "bash"}), 0);
+    for (const Area* area : kAreas) {
+        for (const Verb& verb : area->Verbs) {
+            const std::string command =
+                std::string(area->Name) + (verb.Name.empty() ? "" : " ") + std::string(verb.Name);
+            SCOPED_TRACE(command);
+            std::vector<std::string> asking = {std::string(area->Name), "--help"};
+            if (!verb.Name.empty()) asking.insert(asking.begin() + 1, std::string(verb.Name));
+            TextConsole help;
+            EXPECT_EQ(help.Run(asking), 0);
+            EXPECT_NE(help.Results.find("Usage: bvctl " + command), std::string::npos);
+            EXPECT_NE(manual.Results.find("\n.SS bvctl " + command), std::string::npos);
+            EXPECT_NE(completion.Results.find("'" + command + "') echo"), std::string::npos);
+            for (const Parameter& parameter : verb.Parameters)
+                EXPECT_NE(help.Results.find("\n  " + std::string(parameter.Name)), std::string::npos);
+        }
+    }
+}
+
+TEST(CommandLine, ManualIsPlainGroff) {
+    TextConsole console;
+    EXPECT_EQ(console.Run({"manual"}), 0);
+    EXPECT_NE(console.Results.find("(\\(aq\\e\\eserver\\eshare=DIR\\(aq)"), std::string::npos);
+    EXPECT_NE(console.Results.find("\n.B \\-\\-drive X:=DIR\n"), std::string::npos);
+    EXPECT_EQ(console.Results.find("\n'"), std::string::npos);
+}
+
+TEST(ReportingCommands, ShowTheRecords) {
+    MemoryServer server;
+    server.Load();
+    server.Put("F:\\INI\\BRIVANE.INI", "[SERVER]\r\nAllUserArea: U\r\nRequestArea: R\r\nServerArea: F:\\S\r\n"
+                                       "SystemArea: F:\\\r\n");
+    server.Put("F:\\B-DB\\SETUP.INI", "[OPTIONS]\r\nLogKeepDays: 7\r\nLanguage: ENG\r\n");
+    server.Put("F:\\S\\VERSION.DAT", "[VERSION]\r\nServer: 5.50c\r\n");
+    TextConsole console;
+    EXPECT_EQ(console.Run({"paths", "--ini", "F:\\INI"}), 0);
+    EXPECT_EQ(console.Results, "AllUserArea: U\\\nRequestArea: R\\\nServerArea: F:\\S\\\nSystemArea: F:\\\n"
+                               "MailArea: F:\\S\\B-MAIL\\\nMailAreaConfigured: NO\nLogFile: F:\\S\\B-DB\\SERVER.LOG\n"
+                               "LogKeepDays: 7\nLanguage: ENG\n");
+    EXPECT_EQ(console.Run({"--json", "paths"}), 0);
+    EXPECT_NE(console.Results.find("\"MailAreaConfigured\": false,\n"), std::string::npos);
+    EXPECT_NE(console.Results.find("\"LogKeepDays\": 7,\n"), std::string::npos);
+    EXPECT_EQ(console.Run({"version"}), 0);
+    EXPECT_EQ(console.Results, "Program: 5.50\nServer: 5.50c\nMailGateway: (none)\n");
+
+    server.Put("F:\\S\\VERSION.DAT", "");
+    EXPECT_EQ(console.Run({"version", "--json"}), 0);
+    EXPECT_EQ(console.Results, "{\n  \"Program\": \"5.50\",\n  \"Server\": null,\n  \"MailGateway\": null\n}\n");
+}
+
+struct SecretCase {
+    std::string Text;
+    std::vector<std::string> Options;
+    std::size_t Letters; // 0: refused
+    int Status;
+};
+
+const SecretCase kSecrets[] = {
+    {"", {}, 30, 0},
+    {"ten letter", {}, 60, 0},
+    {" \xFC blank ", {}, 30, 0},
+    {"x", {"--size", "14"}, 14, 0},
+    {std::string(92, 'x'), {"--size", "196"}, 196, 0},
+    {"xx", {"--size", "14"}, 0, 1},
+    {std::string(45, 'x'), {}, 0, 1},
+    {"x", {"--size", "15"}, 0, 2},
+    {"x", {"--size", "198"}, 0, 2},
+    {"x", {"--size", "0"}, 0, 2},
+    {"x", {"--size", "14x"}, 0, 2},
+};
+
+TEST(SecretCommand, ScramblesAndUnscrambles) {
+    MemoryServer server;
+    for (const auto& [text, options, letters, status] : kSecrets) {
+        SCOPED_TRACE(text + (options.empty() ? "" : options.back()));
+        std::vector<std::string> arguments = {"secret", "scramble"};
+        arguments.insert(arguments.end(), options.begin(), options.end());
+        TextConsole console;
+        console.Input = {text};
+        EXPECT_EQ(console.Run(arguments), status);
+        EXPECT_EQ(console.Notices == "Unable to encrypt the password\n", status == 1);
+        if (status != 0) continue;
+        ASSERT_EQ(console.Results.size(), letters + 1);
+        console.Input = {console.Results.substr(0, letters)};
+        EXPECT_EQ(console.Run({"secret", "unscramble"}), 0);
+        EXPECT_EQ(console.Results, text + "\n");
+    }
+    TextConsole console;
+    console.Terminal = true;
+    console.Input = {"typed"};
+    EXPECT_EQ(console.Run({"secret", "scramble"}), 0);
+    EXPECT_EQ(console.Results.substr(0, 8), "(hidden)");
+    EXPECT_EQ(console.Notices, "Text to scramble: \n");
+    console.Input = {"xyz"};
+    EXPECT_EQ(console.Run({"secret", "unscramble"}), 1);
+    EXPECT_EQ(console.Notices, "This is no scrambled text\n");
+}
+
+TEST(Output, IsUtf8InJson) {
+    const std::pair<std::string, std::string> texts[] = {
+        {"plain \x7F", "plain \x7F"},
+        {"\xC3\xBC \xE2\x82\xAC \xF0\x9F\x93\xA0", "\xC3\xBC \xE2\x82\xAC \xF0\x9F\x93\xA0"},
+        {"\xFC \x80 \x81 \x9F \xFF", "\xC3\xBC \xE2\x82\xAC \xC2\x81 \xC5\xB8 \xC3\xBF"},
+        {"\xC3", "\xC3\x83"},
+        {"\xC0\xAF", "\xC3\x80\xC2\xAF"},                     // overlong
+        {"\xE0\x80\x80", "\xC3\xA0\xE2\x82\xAC\xE2\x82\xAC"}, // overlong
+        {"\xED\xA0\x80", "\xC3\xAD\xC2\xA0\xE2\x82\xAC"},     // surrogate
+        {"\xF4\x90\x80\x80", "\xC3\xB4\xC2\x90\xE2\x82\xAC\xE2\x82\xAC"},
+    };
+    for (const auto& [text, expected] : texts) EXPECT_EQ(Utf8Text(text), expected);
+}
+
+} // namespace
+} // namespace bv::console

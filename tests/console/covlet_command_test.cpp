@@ -1,0 +1,186 @@
+#include <gtest/gtest.h>
+
+#include "console/text_console.h"
+#include "support/memory_server.h"
+
+namespace bv::console {
+namespace {
+
+using test::MemoryServer;
+using test::TextConsole;
+
+const std::string kCatalogue = "F:\\BRIVANE\\B-COVER\\MSGDIR.CTL";
+const std::string kBefore = "[DIRECTORY]\r\nFile: Memo     \"B\xFCro\"\r\n";
+const std::string kUpdating = "Updating file F:\\BRIVANE\\B-COVER\\MSGDIR.CTL\n";
+const std::string kUpdated = "Updated file F:\\BRIVANE\\B-COVER\\MSGDIR.CTL\n";
+
+struct Step {
+    const char* Name;
+    std::vector<std::string> Arguments;
+    int Status;
+    std::string Results;
+    std::string Notices;
+    std::string After; // the catalogue
+};
+
+const Step kSteps[] = {
+    {"list", {"coversheet", "list"}, 0, "Memo\tB\xFCro\n", "", kBefore},
+    {"list as JSON",
+     {"coversheet", "list", "--json"},
+     0,
+     "[\n  {\n    \"Name\": \"Memo\",\n    \"Description\": \"B\xC3\xBCro\"\n  }\n]\n",
+     "",
+     kBefore},
+    {"installable", {"coversheet", "installable"}, 0, "ALPHA\nLIST\n", "", kBefore},
+    {"installable as JSON",
+     {"coversheet", "installable", "--json"},
+     0,
+     "[\n  \"ALPHA\",\n  \"LIST\"\n]\n",
+     "",
+     kBefore},
+    {"add a name that is also a verb",
+     {"coversheet", "add", "list", "A list"},
+     0,
+     "",
+     "Added coversheet LIST\n",
+     "[DIRECTORY]\r\nFile: LIST     \"A list\"\r\nFile: Memo     \"B\xFCro\"\r\n"},
+    {"add, status as JSON",
+     {"coversheet", "add", "alpha", "", "--json"},
+     0,
+     "{\n  \"status\": \"Added coversheet ALPHA\"\n}\n",
+     "Added coversheet ALPHA\n",
+     "[DIRECTORY]\r\nFile: ALPHA    \"\"\r\nFile: Memo     \"B\xFCro\"\r\n"},
+    {"add what is there", {"coversheet", "add", "MEMO", "x"}, 1, "", "Coversheet MEMO is already installed\n", kBefore},
+    {"add without files",
+     {"coversheet", "add", "NONE", "x"},
+     1,
+     "",
+     "NONE coversheet files (*.EPN, *.G3N, *.G3F) not found in F:\\BRIVANE\\B-COVER\\ directory\n",
+     kBefore},
+    {"add a name that would be cut",
+     {"coversheet", "add", "ALPHA67890123", "x"},
+     2,
+     "",
+     "A name has at most 12 characters\n",
+     kBefore},
+    {"rename, named as the catalogue has it",
+     {"coversheet", "rename", "MEMO", "Note"},
+     0,
+     "",
+     kUpdating + kUpdated + "Modified coversheet Memo\n",
+     "[DIRECTORY]\r\nFile: Memo \"Note\"\r\n"},
+    {"rename to the same", {"coversheet", "rename", "memo", "B\xFCro"}, 0, "", "", kBefore},
+    {"rename to what would be cut",
+     {"coversheet", "rename", "memo", std::string(51, 'x')},
+     2,
+     "",
+     "A description has at most 50 characters\n",
+     kBefore},
+    {"rename what is not there",
+     {"coversheet", "rename", "NONE", "x"},
+     1,
+     "",
+     "There is no coversheet NONE in the catalogue\n",
+     kBefore},
+    {"delete what is not there",
+     {"coversheet", "delete", "NONE", "--yes"},
+     1,
+     "",
+     "There is no coversheet NONE in the catalogue\n",
+     kBefore},
+    {"delete with nobody to ask",
+     {"coversheet", "delete", "MEMO"},
+     1,
+     "",
+     "Deleting coversheet Memo - B\xFCro\n\nAre you sure? [y/N] No (nobody to ask; --yes answers Yes)\n",
+     kBefore},
+    {"delete answered beforehand",
+     {"coversheet", "delete", "MEMO", "--yes"},
+     0,
+     "",
+     kUpdating + kUpdated + "Deleted coversheet Memo\n",
+     "[DIRECTORY]\r\n"},
+    {"view what has no graphics",
+     {"coversheet", "view", "alpha"},
+     1,
+     "",
+     "This coversheet cannot be viewed since graphics file ALPHA.G3F or ALPHA.G3N cannot be found in directory "
+     "F:\\BRIVANE\\B-COVER\\\n",
+     kBefore},
+    {"letterheads have a catalogue of their own",
+     {"letterhead", "list"},
+     1,
+     "",
+     "Unable to open file F:\\BRIVANE\\B-LETTER\\MSGDIR.CTL\n",
+     kBefore},
+};
+
+// A server with a catalogue of one entry, and files of two coversheets that are not in it.
+class CovletCommand : public testing::Test {
+  protected:
+    CovletCommand() {
+        Server.Load();
+        Server.Put(kCatalogue, kBefore);
+        for (const char* file : {"MEMO.G3F", "ALPHA.EPN", "LIST.EPN"})
+            Server.Put("F:\\BRIVANE\\B-COVER\\" + std::string(file), "");
+    }
+    MemoryServer Server;
+    TextConsole Console;
+};
+
+TEST_F(CovletCommand, DoesWhatTheDialogDoes) {
+    for (const auto& [name, arguments, status, results, notices, after] : kSteps) {
+        SCOPED_TRACE(name);
+        Server.Put(kCatalogue, kBefore);
+        EXPECT_EQ(Console.Run(arguments), status);
+        EXPECT_EQ(Console.Results, results);
+        EXPECT_EQ(Console.Notices, notices);
+        EXPECT_EQ(Server.Get(kCatalogue), after);
+    }
+}
+
+TEST_F(CovletCommand, AsksOnATerminal) {
+    Console.Terminal = true;
+    for (const char* no : {"", "n", "yesterday"}) {
+        SCOPED_TRACE(no);
+        Console.Input = {no};
+        EXPECT_EQ(Console.Run({"coversheet", "delete", "MEMO"}), 1);
+        EXPECT_EQ(Console.Notices, "Deleting coversheet Memo - B\xFCro\n\nAre you sure? [y/N] ");
+        EXPECT_EQ(Server.Get(kCatalogue), kBefore);
+    }
+    for (const char* yes : {"y", " YES "}) {
+        SCOPED_TRACE(yes);
+        Server.Put(kCatalogue, kBefore);
+        Console.Input = {yes};
+        EXPECT_EQ(Console.Run({"coversheet", "delete", "MEMO"}), 0);
+        EXPECT_EQ(Server.Get(kCatalogue), "[DIRECTORY]\r\n");
+    }
+}
+
+TEST_F(CovletCommand, SaysThatAnItemWasNotDeleted) {
+    const platform::OpenResult holder =
+        Server.Files.Open("F:\\BRIVANE\\B-COVER\\MSGDIR.TMP",
+                          {platform::Access::ReadWrite, platform::Deny::Writing, platform::Creation::CreateNew});
+    EXPECT_EQ(Console.Run({"coversheet", "delete", "MEMO", "--yes"}), 1);
+    EXPECT_EQ(Console.Notices, "Unable to open file F:\\BRIVANE\\B-COVER\\MSGDIR.TMP\n"
+                               "Unable to delete coversheet Memo\n");
+    EXPECT_EQ(Server.Get(kCatalogue), kBefore);
+}
+
+TEST_F(CovletCommand, StartsTheServersPrograms) {
+    const std::string viewer = "\"F:\\BRIVANE\\BRIVANE.EXE\" \"F:\\BRIVANE\\B-COVER\\MEMO.G3F\"";
+    EXPECT_EQ(Console.Run({"coversheet", "view", "memo", "--dry-run"}), 0);
+    EXPECT_EQ(Console.Results, "Would start " + viewer + "\n");
+    EXPECT_EQ(Console.Run({"letterhead", "edit", "*", "--dry-run", "--json"}), 0);
+    EXPECT_EQ(Console.Results,
+              "{\n  \"changes\": [],\n  \"starts\": [\n    \"F:\\\\BRIVANE\\\\i386\\\\covedit.exe *\"\n  ]\n}\n");
+    EXPECT_EQ(Server.Processes.Started, std::vector<std::string>());
+
+    EXPECT_EQ(Console.Run({"coversheet", "view", "memo"}), 0);
+    EXPECT_EQ(Console.Run({"coversheet", "edit", "MEMO"}), 0);
+    EXPECT_EQ(Server.Processes.Started,
+              (std::vector<std::string>{"restored: " + viewer, "F:\\BRIVANE\\i386\\covedit.exe MEMO"}));
+}
+
+} // namespace
+} // namespace bv::console
