@@ -1,0 +1,93 @@
+#include "covlet/item_dlg.h"
+
+#include "covlet/launch.h"
+#include "resources/ids.h"
+#include "shell/dialog_dlg.h"
+#include "shell/list_dlg.h"
+
+namespace bv {
+namespace {
+
+bool IsCoversheet(const ItemDialog& item) { return item.Kind == ItemKind::Coversheet; }
+
+void FillNewItem(HWND dialog, ItemDialog& item) {
+    const WaitCursor wait;
+    ComboBoxTarget files(dialog, ID_ITEM_FILE);
+    ListBoxTarget installed(dialog, ID_ITEM_INSTALLED);
+    PrepareList(dialog, ID_ITEM_INSTALLED, kDescriptionColumn);
+    SendDlgItemMessageA(dialog, ID_ITEM_FILE, CB_LIMITTEXT, ItemName::kLimit, 0);
+    PutField(dialog, ID_ITEM_NEW_DESCRIPTION, item.Entry.Description);
+    // Without its catalogue everything would seem to be new.
+    if (ListCatalogue(item.Kind, installed)) ListInstallable(item.Kind, files);
+    FitListWidth(dialog, ID_ITEM_INSTALLED, kDescriptionColumn);
+}
+
+void TakeNewItem(HWND dialog, ItemDialog& item) {
+    TakeField(dialog, ID_ITEM_FILE, item.Entry.Name);
+    if (!CheckNewItem(item.Kind, item.Entry.Name)) return FocusControl(dialog, ID_ITEM_FILE);
+    TakeField(dialog, ID_ITEM_NEW_DESCRIPTION, item.Entry.Description);
+    EndDialog(dialog, IDOK);
+}
+
+void MakeNewCoversheet(HWND dialog, ItemDialog&) {
+    RunItemEditor("*");
+    EndDialog(dialog, IDCANCEL);
+}
+
+void FillDetails(HWND dialog, ItemDialog& item) {
+    SetText(dialog, ID_ITEM_NAME, item.Entry.Name.String());
+    PutField(dialog, ID_ITEM_DESCRIPTION, item.Entry.Description);
+}
+
+void TakeDetails(HWND dialog, ItemDialog& item) {
+    TakeField(dialog, ID_ITEM_DESCRIPTION, item.Entry.Description);
+    EndDialog(dialog, IDOK);
+}
+
+void ViewShownItem(HWND, ItemDialog& item) { ViewItem(item.Kind, item.Entry.Name); }
+
+constexpr DialogCommand<ItemDialog> kAddCommands[] = {
+    {IDOK, BN_CLICKED, TakeNewItem},
+    {IDCANCEL, BN_CLICKED, EndWithCancel},
+    {ID_ITEM_NEW, BN_CLICKED, MakeNewCoversheet}, // only the coversheets' box has this button
+};
+constexpr DialogPlan<ItemDialog> kAddCoversheet{HELP_ADD_COVERSHEET, FillNewItem, kAddCommands};
+constexpr DialogPlan<ItemDialog> kAddLetterhead{HELP_ADD_LETTERHEAD, FillNewItem, kAddCommands};
+
+constexpr DialogCommand<ItemDialog> kDetailCommands[] = {
+    {IDOK, BN_CLICKED, TakeDetails},
+    {IDCANCEL, BN_CLICKED, EndWithCancel},
+    {ID_ITEM_VIEW, BN_CLICKED, ViewShownItem},
+};
+constexpr DialogPlan<ItemDialog> kCoversheetDetails{HELP_COVERSHEET, FillDetails, kDetailCommands};
+constexpr DialogPlan<ItemDialog> kLetterheadDetails{HELP_LETTERHEAD, FillDetails, kDetailCommands};
+
+} // namespace
+
+bool AskNewItem(HWND owner, ItemDialog& item) {
+    if (IsCoversheet(item)) return OpenDialog("CovsheetAddBox", owner, CovsheetAddDlgBox, &item) == IDOK;
+    return OpenDialog("LetheadAddBox", owner, LetheadAddDlgBox, &item) == IDOK;
+}
+
+bool AskDescription(HWND owner, ItemDialog& item) {
+    if (IsCoversheet(item)) return OpenDialog("CovsheetEditBox", owner, CovsheetEditDlgBox, &item) == IDOK;
+    return OpenDialog("LetheadEditBox", owner, LetheadEditDlgBox, &item) == IDOK;
+}
+
+INT_PTR CALLBACK CovsheetAddDlgBox(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
+    return FollowPlan(kAddCoversheet, {dialog, message, wParam, lParam});
+}
+
+INT_PTR CALLBACK LetheadAddDlgBox(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
+    return FollowPlan(kAddLetterhead, {dialog, message, wParam, lParam});
+}
+
+INT_PTR CALLBACK CovsheetEditDlgBox(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
+    return FollowPlan(kCoversheetDetails, {dialog, message, wParam, lParam});
+}
+
+INT_PTR CALLBACK LetheadEditDlgBox(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
+    return FollowPlan(kLetterheadDetails, {dialog, message, wParam, lParam});
+}
+
+} // namespace bv

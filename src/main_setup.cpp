@@ -1,0 +1,72 @@
+// BVSETUP.EXE: the administrator's configuration program.
+#include <windows.h>
+
+#include "platform/environment.h"
+#include "resources/ids.h"
+#include "shell/colours_dlg.h"
+#include "shell/front_dlg.h"
+#include "shell/help_dlg.h"
+#include "shell/main_window_dlg.h"
+#include "shell/menu_dlg.h"
+#include "shell/messages.h"
+#include "shell/server_paths.h"
+#include "shell/startup.h"
+
+namespace bv {
+namespace {
+
+constexpr int kFailed = 1; // exit code after a message that says why
+
+bool TakeCommandLine(const char* commandLine) {
+    const int fault = ParseCommandLine(commandLine, Startup());
+    if (fault != 0) CurrentFront().ShowBox({FillMessage(5201), FillMessage(fault), BoxIcon::Warning});
+    return fault == 0;
+}
+
+// Opens the banner; the menu follows when the server's files were found.
+bool OpenMainWindow(MainWindow& window, int showCommand) {
+    ControlStream setupFile;
+    const bool loaded = LoadServerPaths(&setupFile) == kDone;
+    if (!window.Open(showCommand) || !loaded) {
+        ShowError(5030);
+        return false;
+    }
+    ReadServerSwitches(setupFile);
+    PostMessageA(window.Handle(), WM_COMMAND, ID_OPEN_MENU, 0);
+    return true;
+}
+
+int RunSetup(const char* commandLine, int showCommand) {
+    if (ActivateRunningCopy(showCommand)) return 0;
+    // All of the program's times are in one fixed zone; the server's files rely on it.
+    platform::TheEnvironment().SetVariable("TZ", "PST8PDT");
+
+    MainWindow window;
+    WindowsFront front(window);
+    const UseFront speaking(front);
+    if (!TakeCommandLine(commandLine)) return kFailed;
+
+    StartCommonControls();
+    ThreeDControls controls;
+    MainWindow::RegisterWindowClass();
+    window.OnColoursChanged = [&] { controls.ColoursChanged(); };
+    window.OnOpenMenu = [&] {
+        RunStartFunction(window.Handle());
+        EndProgram(0);
+    };
+    if (!OpenMainWindow(window, showCommand)) return kFailed;
+
+    StartupOptions& options = Startup();
+    options.HelpFile = FindHelpFile(options);
+    if (options.InstallerModeA || options.InstallerModeU || options.InstallerModeM) window.JoinInstaller();
+    const int exitCode = RunMessageLoop();
+    CloseHelp();
+    return exitCode;
+}
+
+} // namespace
+} // namespace bv
+
+int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR commandLine, int showCommand) {
+    return bv::RunSetup(commandLine, showCommand);
+}

@@ -1,0 +1,42 @@
+// The Windows program's way of speaking: boxes over the dialog in front, the banner's status lines, and the wait for a
+// program that was started.
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+
+#include "shell/front.h"
+#include "shell/main_window_dlg.h"
+
+namespace bv {
+
+class WindowsFront : public Front {
+  public:
+    // The window need not be open yet: boxes have no owner then.
+    explicit WindowsFront(MainWindow& window);
+    ~WindowsFront() override;
+    WindowsFront(const WindowsFront&) = delete;
+    WindowsFront& operator=(const WindowsFront&) = delete;
+
+    void SetStatusLine(int line, const std::string& text) override;
+    void ShowBox(const Box& box) override;
+    bool AskYesNo(const Box& box) override;
+    void EnableInput(bool enabled) override;
+    void ShowWaitCursor(bool wait) override;
+    bool WaitForEnd(platform::Process& program) override;
+    void PeekMessages() override;
+
+  private:
+    int OpenBox(const Box& box, UINT buttons) const;
+    void CheckProgram();
+
+    MainWindow& window_;
+    platform::Process* watched_ = nullptr;
+    HCURSOR cursor_ = nullptr; // the one before the wait cursor
+    HWND disabled_ = nullptr;  // the window that takes no input at present
+    HWND focus_ = nullptr;     // the control in it that had the focus
+    bool hasWaited_ = false;
+};
+
+} // namespace bv

@@ -1,0 +1,56 @@
+#include "shell/help_dlg.h"
+
+#include <shellapi.h>
+
+#include "ctlfile/paths.h"
+#include "platform/environment.h"
+#include "shell/format.h"
+#include "shell/messages.h"
+#include "shell/server_paths.h"
+#include "shell/startup.h"
+
+namespace bv {
+namespace {
+
+HWND viewerOwner = nullptr; // the help viewer wants to be closed by the window that opened it
+
+std::string PageName(int context) { return FormatText("help\\%d.html", context); }
+
+std::string PageBesideProgram(int context) {
+    return WithBackslash(platform::TheEnvironment().ProgramDirectory()) + PageName(context);
+}
+
+bool OpenHelpFile(HWND dialog, const std::string& path, int context) {
+    viewerOwner = GetAncestor(dialog, GA_ROOTOWNER);
+    return WinHelpA(viewerOwner, path.c_str(), HELP_CONTEXT, static_cast<ULONG_PTR>(context)) != FALSE;
+}
+
+bool OpenPage(HWND dialog, const std::string& path) {
+    const auto result = ShellExecuteA(dialog, "open", path.c_str(), nullptr, nullptr, SW_SHOWNORMAL);
+    return reinterpret_cast<INT_PTR>(result) > 32; // up to 32 are error numbers
+}
+
+} // namespace
+
+HelpPlace FindHelp(int context) {
+    const std::string viewer = WithBackslash(platform::TheEnvironment().WindowsDirectory()) + "WINHLP32.EXE";
+    const std::string helpFile = Startup().HelpFile.String();
+    if (!helpFile.empty() && FileExists(helpFile) && FileExists(viewer)) return {HelpKind::HelpFile, helpFile};
+    for (const std::string& page : {PageBesideProgram(context), Paths().ServerArea.String() + PageName(context)})
+        if (FileExists(page)) return {HelpKind::Page, page};
+    return {};
+}
+
+void ShowHelp(HWND dialog, int context) {
+    const HelpPlace place = FindHelp(context);
+    if (place.Kind == HelpKind::HelpFile && OpenHelpFile(dialog, place.Path, context)) return;
+    if (place.Kind == HelpKind::Page && OpenPage(dialog, place.Path)) return;
+    ShowWarning(9010, Startup().HelpFile.View(), PageBesideProgram(context));
+}
+
+void CloseHelp() {
+    if (viewerOwner != nullptr) WinHelpA(viewerOwner, nullptr, HELP_QUIT, 0);
+    viewerOwner = nullptr;
+}
+
+} // namespace bv

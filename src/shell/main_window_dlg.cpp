@@ -1,0 +1,245 @@
+#include "shell/main_window_dlg.h"
+
+#include <algorithm>
+#include <string_view>
+
+#include "platform/ascii.h"
+#include "resources/ids.h"
+#include "resources/version.h"
+#include "shell/messages.h"
+#include "shell/startup.h"
+
+namespace bv {
+namespace {
+
+static_assert(kProgramVersion == VERSION_TEXT);
+
+constexpr int kGrowthSteps = 10;
+constexpr DWORD kGrowthPause = 15; // milliseconds a step
+constexpr int kMargin = 8;         // pixels at 96 dots per inch
+
+HINSTANCE Instance() { return GetModuleHandleA(nullptr); }
+
+int Dpi(HWND window) { return static_cast<int>(GetDpiForWindow(window)); }
+int Scaled(HWND window, int pixels) { return MulDiv(pixels, Dpi(window), 96); }
+
+// The bottom strip of the work area, two captions tall.
+RECT BannerPlace(HWND window) {
+    RECT area{};
+    if (!SystemParametersInfoA(SPI_GETWORKAREA, 0, &area, 0))
+        area = {0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)};
+    area.top = area.bottom - 2 * GetSystemMetricsForDpi(SM_CYCAPTION, static_cast<UINT>(Dpi(window)));
+    return area;
+}
+
+bool IsMinimising(int showCommand) {
+    return showCommand == SW_SHOWMINIMIZED || showCommand == SW_MINIMIZE || showCommand == SW_SHOWMINNOACTIVE;
+}
+
+bool ShowsAnimations() {
+    BOOL on = FALSE;
+    return SystemParametersInfoA(SPI_GETCLIENTAREAANIMATION, 0, &on, 0) && on && !GetSystemMetrics(SM_REMOTESESSION);
+}
+
+void MoveTo(HWND window, const RECT& place) {
+    SetWindowPos(window, nullptr, place.left, place.top, place.right - place.left, place.bottom - place.top,
+                 SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void Grow(HWND window, const RECT& full) {
+    const LONG width = full.right - full.left;
+    const LONG height = full.bottom - full.top;
+    for (LONG step = 1; step <= kGrowthSteps; ++step) {
+        const LONG across = width * step / kGrowthSteps;
+        const LONG down = height * step / kGrowthSteps;
+        const LONG left = full.left + (width - across) / 2;
+        const LONG top = full.top + (height - down) / 2;
+        MoveTo(window, {left, top, left + across, top + down});
+        UpdateWindow(window);
+        if (step < kGrowthSteps) Sleep(kGrowthPause);
+    }
+}
+
+void DrawLine(HDC drawing, const std::string& text, RECT place, UINT alignment) {
+    constexpr UINT kStyle = DT_SINGLELINE | DT_VCENTER | DT_NOPREFIX | DT_END_ELLIPSIS;
+    DrawTextA(drawing, text.c_str(), static_cast<int>(text.size()), &place, kStyle | alignment);
+}
+
+int TextWidth(HDC drawing, const std::string& text) {
+    SIZE size{};
+    GetTextExtentPoint32A(drawing, text.c_str(), static_cast<int>(text.size()), &size);
+    return size.cx;
+}
+
+void DrawProgramIcon(HDC drawing, int x, int y, int size) {
+    const auto icon = static_cast<HICON>(LoadImageA(Instance(), "Setup", IMAGE_ICON, size, size, LR_DEFAULTCOLOR));
+    DrawIconEx(drawing, x, y, icon, size, size, 0, nullptr, DI_NORMAL);
+    DestroyIcon(icon);
+}
+
+} // namespace
+
+MainWindow::~MainWindow() {
+    if (window_ != nullptr) {
+        SetWindowLongPtrA(window_, GWLP_USERDATA, 0); // its end is not the program's any more
+        DestroyWindow(window_);
+    }
+    if (font_ != nullptr) DeleteObject(font_);
+}
+
+void MainWindow::RegisterWindowClass() {
+    WNDCLASSA windowClass{};
+    windowClass.lpfnWndProc = Procedure;
+    windowClass.hInstance = Instance();
+    windowClass.hIcon = LoadIconA(Instance(), "Setup");
+    windowClass.hCursor = LoadCursor(nullptr, IDC_ARROW);
+    windowClass.hbrBackground = static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH));
+    windowClass.lpszClassName = kMainWindowClass;
+    windowClass.style = CS_HREDRAW | CS_VREDRAW;
+    RegisterClassA(&windowClass);
+}
+
+bool MainWindow::Open(int showCommand) {
+    const std::string title = FillMessage(5226);
+    CreateWindowExA(0, kMainWindowClass, title.c_str(), WS_POPUP, 0, 0, 0, 0, nullptr, nullptr, Instance(), this);
+    if (window_ == nullptr) return false;
+    MakeFont();
+    const RECT full = BannerPlace(window_);
+    const POINT centre{(full.left + full.right) / 2, (full.top + full.bottom) / 2};
+    const bool grows = ShowsAnimations() && !IsMinimising(showCommand);
+    MoveTo(window_, grows ? RECT{centre.x, centre.y, centre.x, centre.y} : full);
+    ShowWindow(window_, showCommand);
+    if (grows) Grow(window_, full);
+    SetStatusLine(2, "");
+    SetStatusLine(3, FillMessage(5227, kProgramVersion));
+    return true;
+}
+
+void MainWindow::SetStatusLine(int line, const std::string& text) {
+    if (line < 1 || line > static_cast<int>(lines_.size())) return;
+    lines_[static_cast<std::size_t>(line - 1)] = text;
+    if (window_ == nullptr) return;
+    InvalidateRect(window_, nullptr, FALSE);
+    UpdateWindow(window_);
+}
+
+void MainWindow::JoinInstaller() {
+    if (const HWND installer = FindWindowA("InstallShield_Win", "Setup")) SetParent(window_, installer);
+}
+
+LRESULT CALLBACK MainWindow::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_NCCREATE) {
+        const auto* creation = reinterpret_cast<const CREATESTRUCTA*>(lParam);
+        auto* created = static_cast<MainWindow*>(creation->lpCreateParams);
+        created->window_ = window;
+        SetWindowLongPtrA(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(created));
+    }
+    auto* self = reinterpret_cast<MainWindow*>(GetWindowLongPtrA(window, GWLP_USERDATA));
+    if (self == nullptr) return DefWindowProcA(window, message, wParam, lParam);
+    return self->Answer(message, wParam, lParam);
+}
+
+LRESULT MainWindow::Answer(UINT message, WPARAM wParam, LPARAM lParam) {
+    const HWND window = window_;
+    switch (message) {
+    case WM_COMMAND:
+        if (LOWORD(wParam) == ID_OPEN_MENU && OnOpenMenu) OnOpenMenu();
+        return 0;
+    case WM_TIMER:
+        if (wParam == kWatchTimer && OnWatchTimer) OnWatchTimer();
+        return 0;
+    case WM_ERASEBKGND: return 1; // painting covers everything
+    case WM_PAINT: {
+        PAINTSTRUCT paint;
+        RECT client;
+        GetClientRect(window, &client);
+        Paint(BeginPaint(window, &paint), client);
+        EndPaint(window, &paint);
+        return 0;
+    }
+    case WM_SYSCOLORCHANGE: ChangeColours(); return 0;
+    case WM_SETTINGCHANGE: ChangeSettings(wParam, reinterpret_cast<const char*>(lParam)); return 0;
+    case WM_DISPLAYCHANGE: Place(); return 0;
+    case WM_DPICHANGED:
+        MakeFont();
+        Place();
+        return 0;
+    case WM_DESTROY: EndProgram(0); return 0;
+    case WM_NCDESTROY: window_ = nullptr; return DefWindowProcA(window, message, wParam, lParam);
+    default: return DefWindowProcA(window, message, wParam, lParam);
+    }
+}
+
+// An installer's child stays where the installer puts it.
+void MainWindow::Place() {
+    if (GetAncestor(window_, GA_PARENT) == GetDesktopWindow()) MoveTo(window_, BannerPlace(window_));
+}
+
+void MainWindow::MakeFont() {
+    NONCLIENTMETRICSW metrics{};
+    metrics.cbSize = sizeof metrics;
+    const auto dpi = static_cast<UINT>(Dpi(window_));
+    if (!SystemParametersInfoForDpi(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0, dpi)) return;
+    if (font_ != nullptr) DeleteObject(font_);
+    font_ = CreateFontIndirectW(&metrics.lfMessageFont);
+}
+
+// The icon, line 1 above, and lines 2 and 3 below it at the left and the right.
+void MainWindow::Paint(HDC drawing, const RECT& client) const {
+    FillRect(drawing, &client, BackgroundBrush());
+    RECT edge = client;
+    DrawEdge(drawing, &edge, EDGE_ETCHED, BF_TOP);
+    const HGDIOBJ before = SelectObject(drawing, font_ != nullptr ? font_ : GetStockObject(DEFAULT_GUI_FONT));
+    SetBkMode(drawing, TRANSPARENT);
+    SetTextColor(drawing, GetSysColor(COLOR_BTNTEXT));
+
+    const int margin = Scaled(window_, kMargin);
+    const int icon = std::min(Scaled(window_, 32), static_cast<int>(client.bottom) - 4);
+    DrawProgramIcon(drawing, margin, (client.bottom - icon) / 2, icon);
+
+    const LONG right = client.right - margin;
+    const LONG left = margin + icon + margin;
+    const LONG parting = std::max(left, right - TextWidth(drawing, lines_[2]));
+    const LONG middle = client.bottom / 2;
+    DrawLine(drawing, lines_[0], {left, client.top, right, middle}, DT_LEFT);
+    DrawLine(drawing, lines_[1], {left, middle, parting - margin, client.bottom}, DT_LEFT);
+    DrawLine(drawing, lines_[2], {parting, middle, right, client.bottom}, DT_RIGHT);
+    SelectObject(drawing, before);
+}
+
+void MainWindow::ChangeColours() {
+    RecreateBackgroundBrush();
+    InvalidateRect(window_, nullptr, FALSE);
+    if (OnColoursChanged) OnColoursChanged();
+}
+
+void MainWindow::ChangeSettings(WPARAM parameter, const char* section) {
+    if (section == nullptr || EqualFolded(section, "colors")) ChangeColours();
+    if (parameter == SPI_SETWORKAREA) Place();
+}
+
+bool ActivateRunningCopy(int showCommand) {
+    const HWND running = FindWindowA(kMainWindowClass, nullptr);
+    if (running == nullptr) return false;
+    HWND outermost = running;
+    while (const HWND parent = GetParent(outermost)) outermost = parent;
+    if (IsIconic(outermost) && !IsMinimising(showCommand)) ShowWindow(outermost, SW_RESTORE);
+    SetForegroundWindow(GetLastActivePopup(outermost));
+    return true;
+}
+
+void EndProgram(int exitCode) {
+    MSG pending;
+    if (!PeekMessageA(&pending, nullptr, WM_QUIT, WM_QUIT, PM_NOREMOVE)) PostQuitMessage(exitCode);
+}
+
+int RunMessageLoop() {
+    MSG message;
+    while (GetMessageA(&message, nullptr, 0, 0) > 0) {
+        TranslateMessage(&message);
+        DispatchMessageA(&message);
+    }
+    return static_cast<int>(message.wParam);
+}
+
+} // namespace bv

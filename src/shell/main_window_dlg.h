@@ -1,0 +1,68 @@
+// The main window: a banner along the bottom of the screen with the program's icon and three status lines. All dialogs
+// are owned by it.
+#pragma once
+
+#include <windows.h>
+
+#include <array>
+#include <functional>
+#include <string>
+
+#include "shell/colours_dlg.h"
+
+namespace bv {
+
+inline constexpr const char* kMainWindowClass = "BrivaneSetup";
+inline constexpr UINT_PTR kWatchTimer = 100;
+
+class MainWindow {
+  public:
+    MainWindow() = default;
+    ~MainWindow();
+    MainWindow(const MainWindow&) = delete;
+    MainWindow& operator=(const MainWindow&) = delete;
+
+    // Registers the window's class; without it, Open fails.
+    static void RegisterWindowClass();
+
+    // Creates the banner, shows it with the program's show command and lets it grow to its place; false when the
+    // system refuses.
+    bool Open(int showCommand);
+
+    // None before Open and after the window is gone.
+    [[nodiscard]] HWND Handle() const { return window_; }
+
+    // Line 1, 2 or 3; repaints at once.
+    void SetStatusLine(int line, const std::string& text);
+
+    // Makes the banner a child of the installer's window, when that is there.
+    void JoinInstaller();
+
+    std::function<void()> OnOpenMenu;       // the menu's command has arrived
+    std::function<void()> OnWatchTimer;     // kWatchTimer has ticked
+    std::function<void()> OnColoursChanged; // the system's colours are others
+
+  private:
+    static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+    LRESULT Answer(UINT message, WPARAM wParam, LPARAM lParam);
+    void Place();
+    void MakeFont();
+    void Paint(HDC drawing, const RECT& client) const;
+    void ChangeColours();
+    void ChangeSettings(WPARAM parameter, const char* section);
+
+    HWND window_ = nullptr;
+    HFONT font_ = nullptr;
+    std::array<std::string, 3> lines_;
+};
+
+// Brings the dialog in front of a running copy of this program forward; false when none runs.
+bool ActivateRunningCopy(int showCommand);
+
+// Has the program's message loop end with the code, unless an end is already under way.
+void EndProgram(int exitCode);
+
+// The program's message loop; returns the exit code.
+int RunMessageLoop();
+
+} // namespace bv

@@ -1,0 +1,121 @@
+#include "shell/menu_dlg.h"
+
+#include <string>
+
+#include "covlet/catalogue_dlg.h"
+#include "resources/ids.h"
+#include "shell/dialog_dlg.h"
+#include "shell/menu_walk.h"
+#include "shell/messages.h"
+#include "shell/startup.h"
+#include "shell/strings.h"
+
+namespace bv {
+namespace {
+
+struct Area {
+    MenuEntry Entry;
+    int Button;               // its radio button
+    int Name;                 // the string that names it
+    void (*Open)(HWND owner); // runs its dialog; none: this version has none, and the entry is disabled
+};
+
+// In the menu's order.
+constexpr Area kAreas[] = {
+    {MenuEntry::Users, ID_MENU_USERS, 9001, nullptr},
+    {MenuEntry::Devices, ID_MENU_DEVICES, 9002, nullptr},
+    {MenuEntry::Settings, ID_MENU_SETTINGS, 9003, nullptr},
+    {MenuEntry::InwardRouting, ID_MENU_ROUTING, 9004, nullptr},
+    {MenuEntry::Coversheets, ID_MENU_COVLET, 9005, ConfigureCoversheets},
+};
+
+// Runs the dialog of an area, or says that this version has none.
+void OpenArea(MenuEntry entry, HWND owner) {
+    for (const Area& area : kAreas) {
+        if (area.Entry != entry) continue;
+        if (area.Open != nullptr)
+            area.Open(owner);
+        else
+            ShowWarning(9000, FillMessage(area.Name));
+    }
+}
+
+int ButtonOf(MenuEntry entry) {
+    for (const Area& area : kAreas)
+        if (area.Entry == entry) return area.Button;
+    return ID_MENU_QUIT;
+}
+
+MenuEntry CheckedEntry(HWND dialog) {
+    for (const Area& area : kAreas)
+        if (IsDlgButtonChecked(dialog, area.Button)) return area.Entry;
+    return MenuEntry::Quit;
+}
+
+void CheckEntry(HWND dialog, MenuEntry entry) {
+    for (const Area& area : kAreas) CheckDlgButton(dialog, area.Button, BST_UNCHECKED);
+    CheckDlgButton(dialog, ID_MENU_QUIT, BST_UNCHECKED);
+    CheckDlgButton(dialog, ButtonOf(entry), BST_CHECKED);
+    if (IsWindowEnabled(GetDlgItem(dialog, ButtonOf(entry)))) FocusControl(dialog, ButtonOf(entry));
+}
+
+// The entry itself, or the first one that can be opened when its area is not there.
+MenuEntry FirstOpenable(MenuEntry entry) {
+    for (const Area& area : kAreas)
+        if (area.Open != nullptr && area.Entry >= entry) return area.Entry;
+    return MenuEntry::Quit;
+}
+
+void TakeStep(HWND dialog, const MenuStep& step) {
+    CheckEntry(dialog, step.PressOk ? step.Checked : FirstOpenable(step.Checked));
+    if (step.PressOk) PostMessageA(dialog, WM_COMMAND, IDOK, 0);
+}
+
+void FillMenu(HWND dialog, StartupOptions& options) {
+    const std::string_view users = FindString(502);
+    if (!users.empty()) SetText(dialog, ID_MENU_USERS, "&" + std::string(users));
+    for (const Area& area : kAreas) EnableControl(dialog, area.Button, area.Open != nullptr);
+    TakeStep(dialog, FirstStep(options));
+}
+
+void QuitMenu(HWND dialog, StartupOptions& options) {
+    LeaveMenu(options);
+    EndDialog(dialog, IDOK);
+}
+
+void OpenChecked(HWND dialog, StartupOptions& options) {
+    const MenuEntry entry = CheckedEntry(dialog);
+    if (entry == MenuEntry::Quit) return QuitMenu(dialog, options);
+    {
+        const KeepFocus focus;
+        OpenArea(entry, dialog);
+    }
+    SetStatusLine("", 1);
+    TakeStep(dialog, NextStep(entry, options));
+}
+
+constexpr DialogCommand<StartupOptions> kMenuCommands[] = {
+    {IDOK, BN_CLICKED, OpenChecked},
+    {IDCANCEL, BN_CLICKED, QuitMenu},
+    {ID_MENU_USERS, BN_DBLCLK, OpenChecked},
+    {ID_MENU_DEVICES, BN_DBLCLK, OpenChecked},
+    {ID_MENU_SETTINGS, BN_DBLCLK, OpenChecked},
+    {ID_MENU_ROUTING, BN_DBLCLK, OpenChecked},
+    {ID_MENU_COVLET, BN_DBLCLK, OpenChecked},
+    {ID_MENU_QUIT, BN_DBLCLK, OpenChecked},
+};
+constexpr DialogPlan<StartupOptions> kMenuPlan{HELP_MENU, FillMenu, kMenuCommands};
+
+} // namespace
+
+INT_PTR CALLBACK FunctionDlgBox(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
+    return FollowPlan(kMenuPlan, {dialog, message, wParam, lParam});
+}
+
+void RunStartFunction(HWND mainWindow) {
+    const KeepFocus focus;
+    if (Startup().StartFunction != 0) return OpenArea(static_cast<MenuEntry>(Startup().StartFunction), mainWindow);
+    OpenDialog(Switches().EnableRouting ? "FunctionBox" : "FunctionBoxLtd", mainWindow, FunctionDlgBox, &Startup());
+}
+
+} // namespace bv

@@ -1,0 +1,65 @@
+#include "shell/progress_dlg.h"
+
+#include <commctrl.h>
+
+#include "resources/ids.h"
+#include "shell/dialog_dlg.h"
+
+namespace bv {
+namespace {
+
+constexpr int kNoHelp = 0;
+
+} // namespace
+
+ProgressBox::ProgressBox(HWND owner, int total) : owner_(owner), state_{false, total} {
+    dialog_ = CreateDialogParamA(GetModuleHandleA(nullptr), "PROGRESS_DLG", owner, Procedure,
+                                 reinterpret_cast<LPARAM>(&state_));
+    ShowWindow(dialog_, SW_SHOW);
+    EnableWindow(owner_, FALSE);
+    Pump();
+}
+
+ProgressBox::~ProgressBox() {
+    EnableWindow(owner_, TRUE); // first, so that the owner and no other program's window comes to the front
+    DestroyWindow(dialog_);
+}
+
+bool ProgressBox::Advance(int done, const std::string& count, const std::string& name) {
+    SetText(dialog_, ID_PROGRESS_COUNT, count);
+    SetText(dialog_, ID_PROGRESS_NAME, name);
+    SendDlgItemMessageA(dialog_, ID_PROGRESS_BAR, PBM_SETPOS, static_cast<WPARAM>(done), 0);
+    Pump();
+    return !state_.Cancelled;
+}
+
+void ProgressBox::Fill(HWND dialog, State& state) {
+    SendDlgItemMessageA(dialog, ID_PROGRESS_BAR, PBM_SETRANGE32, 0, state.Total);
+}
+
+void ProgressBox::Cancel(HWND dialog, State& state) {
+    state.Cancelled = true;
+    EnableControl(dialog, IDCANCEL, false);
+}
+
+INT_PTR CALLBACK ProgressBox::Procedure(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
+    static constexpr DialogCommand<State> kCommands[] = {{IDCANCEL, BN_CLICKED, Cancel}};
+    static constexpr DialogPlan<State> kPlan{kNoHelp, Fill, kCommands};
+    return FollowPlan(kPlan, {dialog, message, wParam, lParam});
+}
+
+void ProgressBox::Pump() {
+    MSG message;
+    while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
+        if (message.message == WM_QUIT) {
+            state_.Cancelled = true;
+            PostQuitMessage(static_cast<int>(message.wParam));
+            return;
+        }
+        if (IsDialogMessageA(dialog_, &message)) continue;
+        TranslateMessage(&message);
+        DispatchMessageA(&message);
+    }
+}
+
+} // namespace bv

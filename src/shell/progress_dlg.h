@@ -1,0 +1,38 @@
+// The progress of an operation that can take over a second.
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+
+namespace bv {
+
+// A box over the owner with a count, a name, a bar and a Cancel button, open while this lives. The owner takes no input
+// meanwhile.
+class ProgressBox {
+  public:
+    ProgressBox(HWND owner, int total);
+    ~ProgressBox();
+    ProgressBox(const ProgressBox&) = delete;
+    ProgressBox& operator=(const ProgressBox&) = delete;
+
+    // Shows how many of the total are done, the count's text ("Adding 3 of 20 users") and the name at hand, and lets
+    // the person's input take effect. False once Cancel was pressed or the program ends.
+    bool Advance(int done, const std::string& count, const std::string& name);
+
+  private:
+    struct State {
+        bool Cancelled = false;
+        int Total = 0;
+    };
+    static void Fill(HWND dialog, State& state);
+    static void Cancel(HWND dialog, State& state);
+    static INT_PTR CALLBACK Procedure(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
+    void Pump();
+
+    HWND owner_;
+    HWND dialog_ = nullptr;
+    State state_;
+};
+
+} // namespace bv

@@ -1,0 +1,59 @@
+#include "gui/disk_server.h"
+
+#include <filesystem>
+
+#include "gui/gui.h"
+#include "platform/environment.h"
+#include "shell/format.h"
+
+namespace bv::gui {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::string_view kWholeIni = "[SERVER]\r\n"
+                                       "AllUserArea: %s\\USERS\r\n"
+                                       "RequestArea: %s\\B-REQ\r\n"
+                                       "ServerArea: %s\\SERVER\r\n"
+                                       "SystemArea: %s\r\n";
+
+std::string With(std::string_view name, std::string_view extension) { return std::string(name).append(extension); }
+
+} // namespace
+
+std::string BesideTest(std::string_view name) {
+    return platform::TheEnvironment().ProgramDirectory().append("\\").append(name);
+}
+
+DiskServer::DiskServer() {
+    const fs::path sample = fs::path(BV_SAMPLES) / "server" / "BRIVANE";
+    for (const char* directory : {"B-COVER", "B-LETTER"})
+        fs::copy(sample / directory, files_.HostPath(directory), fs::copy_options::recursive);
+    for (const char* directory : {"B-DB", "SERVER", "i386"}) fs::create_directories(files_.HostPath(directory));
+    fs::copy_file(sample / "B-DB" / "SETUP.INI", files_.HostPath("B-DB\\SETUP.INI"));
+    InstallProgram("BRIVANE");
+    InstallProgram("i386\\covedit");
+    WriteIni(std::string(kWholeIni));
+    platform::TheEnvironment().SetVariable("BVAXINIT", files_.Path());
+}
+
+void DiskServer::WriteIni(const std::string& text) const {
+    const std::string& path = files_.Path();
+    files_.Write("BRIVANE.INI", FormatText(text, path, path, path, path));
+}
+
+void DiskServer::InstallProgram(std::string_view name) const {
+    fs::copy_file(BesideTest("recorder.exe"), files_.HostPath(With(name, ".exe")));
+}
+
+std::string DiskServer::Calls(std::string_view program) const {
+    const std::string file = With(program, ".calls");
+    Until([&] { return files_.Has(file) && files_.Read(file).ends_with('\n'); });
+    return files_.Read(file);
+}
+
+void DiskServer::Hold(std::string_view program) const { files_.Write(With(program, ".hold"), ""); }
+
+void DiskServer::Release(std::string_view program) const { fs::remove(files_.HostPath(With(program, ".hold"))); }
+
+} // namespace bv::gui

@@ -1,0 +1,320 @@
+// How the Windows program speaks, waits and looks: boxes, the banner, progress, colours, help and resources.
+#include "shell/front_dlg.h"
+
+#include <gmock/gmock.h>
+
+#include <commctrl.h>
+
+#include "gui/disk_server.h"
+#include "gui/gui.h"
+#include "resources/ids.h"
+#include "shell/colours_dlg.h"
+#include "shell/dialog_dlg.h"
+#include "shell/help_dlg.h"
+#include "shell/messages.h"
+#include "shell/progress_dlg.h"
+#include "shell/server_paths.h"
+#include "shell/startup.h"
+#include "shell/strings.h"
+#include "support/fakes.h"
+
+namespace bv::gui {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+constexpr int kNameField = 101;
+
+// A banner, the front over it, and in front a plain window with a field, which does not look after its focus itself.
+class SpeakingFront : public testing::Test {
+  protected:
+    void SetUp() override {
+        ASSERT_TRUE(Banner.Open(SW_SHOWNORMAL));
+        WNDCLASSA plain{};
+        plain.lpfnWndProc = DefWindowProcA;
+        plain.lpszClassName = "PlainWindow";
+        RegisterClassA(&plain);
+        Window = CreateWindowA("PlainWindow", "in front", WS_POPUP | WS_CAPTION | WS_VISIBLE, 100, 100, 300, 200,
+                               Banner.Handle(), nullptr, GetModuleHandleA(nullptr), nullptr);
+        Field = CreateWindowA("EDIT", "", WS_CHILD | WS_VISIBLE | WS_TABSTOP, 10, 10, 100, 20, Window,
+                              MenuId(kNameField), GetModuleHandleA(nullptr), nullptr);
+        SetActiveWindow(Window);
+        SetFocus(Field);
+    }
+    void TearDown() override { DestroyWindow(Window); }
+
+    static HMENU MenuId(int id) { return reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)); }
+
+    MainWindow Banner;
+    WindowsFront Front{Banner};
+    UseFront Speaking{Front};
+    HWND Window = nullptr;
+    HWND Field = nullptr;
+};
+
+TEST_F(SpeakingFront, BoxesAreModalOverTheWindowInFrontAndGiveTheFocusBack) {
+    RunDriven([] { ShowError(413, "F:\\X.INI"); },
+              [&](const Windows& windows) {
+                  EXPECT_EQ(windows.WaitBox("Brivane Setup - Error!"), "Unable to open file F:\\X.INI");
+                  const HWND box = windows.Box("Brivane Setup - Error!");
+                  EXPECT_EQ(GetWindow(box, GW_OWNER), Window);
+                  EXPECT_FALSE(IsWindowEnabled(Window));
+                  windows.AnswerBox("Brivane Setup - Error!", IDOK);
+              });
+    EXPECT_TRUE(IsWindowEnabled(Window));
+    EXPECT_EQ(GetFocus(), Field);
+
+    RunDriven([] { ShowWarning(5079); },
+              [&](const Windows& windows) {
+                  EXPECT_THAT(windows.WaitBox("Brivane Setup - Warning!"), HasSubstr("will need to be re-started"));
+                  EnableWindow(Field, FALSE);
+              });
+    EXPECT_NE(GetFocus(), Field) << "a disabled control cannot take the focus back";
+}
+
+TEST_F(SpeakingFront, QuestionsAreAnsweredNoByEnter) {
+    struct Case {
+        std::function<bool()> Ask;
+        const char* Caption;
+        const char* Text;
+    };
+    const Case cases[] = {
+        {[] { return AskIgnoreError("Cannot read %s", "A"); }, "Brivane Setup - Error!",
+         "Cannot read A - Ignore error and continue?"},
+        {[] { return AskContinue("No %s", "B"); }, "Brivane Configuration", "No B - Would you like to continue?"},
+    };
+    for (const Case& one : cases) {
+        bool answer = true;
+        RunDriven([&] { answer = one.Ask(); },
+                  [&](const Windows& windows) {
+                      EXPECT_EQ(windows.WaitBox(one.Caption), one.Text);
+                      const HWND box = windows.Box(one.Caption);
+                      EXPECT_TRUE(Until([&] { return FocusOf(box) == IDNO; }));
+                      Key(VK_RETURN);
+                      EXPECT_TRUE(Until([&] { return !IsWindow(box); }));
+                  });
+        EXPECT_FALSE(answer) << one.Text;
+        RunDriven([&] { answer = one.Ask(); },
+                  [&](const Windows& windows) { EXPECT_TRUE(windows.AnswerBox(one.Caption, IDYES)); });
+        EXPECT_TRUE(answer) << one.Text;
+    }
+}
+
+TEST_F(SpeakingFront, AMissingProgramIsReportedAndInputComesBack) {
+    bool started = true;
+    RunDriven([&] { started = RunProgram("C:\\missing.exe A B", WaitForProgram::Yes); },
+              [&](const Windows& windows) {
+                  EXPECT_THAT(windows.WaitBox("Brivane Setup - Error!"),
+                              testing::MatchesRegex("Windows error .* running program 'C:.missing.exe A B'"));
+                  windows.AnswerBox("Brivane Setup - Error!", IDOK);
+              });
+    EXPECT_FALSE(started);
+    EXPECT_TRUE(IsWindowEnabled(Window));
+    EXPECT_EQ(GetFocus(), Field);
+}
+
+TEST_F(SpeakingFront, WaitingForAProgramKeepsTheWindowDisabledButAlive) {
+    const DiskServer server;
+    server.Hold("BRIVANE");
+    bool didStart = false;
+    RunDriven([&] { didStart = RunProgram("\"" + server.Files().Path("BRIVANE.exe") + "\" one", WaitForProgram::Yes); },
+              [&](const Windows&) {
+                  EXPECT_EQ(server.Calls("BRIVANE"), "one\n");
+                  EXPECT_TRUE(Until([&] { return !IsWindowEnabled(Window); }));
+                  EXPECT_EQ(Send(Window, WM_GETTEXTLENGTH), 8) << "the window answers";
+                  const HWND started = CreateWindowA("STATIC", "the program's", WS_POPUP | WS_VISIBLE, 0, 0, 50, 50,
+                                                     nullptr, nullptr, nullptr, nullptr);
+                  SetForegroundWindow(started);
+                  EXPECT_TRUE(Until([&] { return GetForegroundWindow() == started; }));
+                  server.Release("BRIVANE");
+                  EXPECT_TRUE(Until([&] { return GetForegroundWindow() == Window; }));
+                  DestroyWindow(started);
+              });
+    EXPECT_TRUE(didStart);
+    EXPECT_TRUE(IsWindowEnabled(Window));
+    EXPECT_EQ(GetForegroundWindow(), Window);
+    EXPECT_EQ(GetFocus(), Field);
+}
+
+TEST_F(SpeakingFront, AQuitMessageDuringTheWaitEndsTheProgramWithItsCode) {
+    class Endless final : public platform::Process {
+      public:
+        bool IsRunning() override { return true; }
+    } program;
+    PostQuitMessage(7);
+    EXPECT_TRUE(Front.WaitForEnd(program));
+    EndProgram(0); // as the menu does when it returns
+    EXPECT_EQ(RunMessageLoop(), 7);
+}
+
+TEST_F(SpeakingFront, BannerCoversTheBottomOfTheWorkArea) {
+    RECT area{};
+    RECT place{};
+    SystemParametersInfoA(SPI_GETWORKAREA, 0, &area, 0);
+    GetWindowRect(Banner.Handle(), &place);
+    EXPECT_EQ(place.left, area.left);
+    EXPECT_EQ(place.right, area.right);
+    EXPECT_EQ(place.bottom, area.bottom);
+    EXPECT_EQ(place.bottom - place.top, 2 * GetSystemMetrics(SM_CYCAPTION));
+    EXPECT_EQ(Text(Banner.Handle()), "Brivane Configuration");
+}
+
+// The system's button face while it lives.
+class ButtonFace {
+  public:
+    explicit ButtonFace(COLORREF colour) : before_(GetSysColor(COLOR_BTNFACE)) { Set(colour); }
+    ~ButtonFace() { Set(before_); }
+    ButtonFace(const ButtonFace&) = delete;
+    ButtonFace& operator=(const ButtonFace&) = delete;
+
+  private:
+    static void Set(COLORREF colour) {
+        const INT element = COLOR_BTNFACE;
+        SetSysColors(1, &element, &colour);
+        RecreateBackgroundBrush();
+    }
+    COLORREF before_;
+};
+
+TEST_F(SpeakingFront, OnlyLightGreyDialogsAreColouredAndNoComboBoxes) {
+    const HWND combo = CreateWindowA("COMBOBOX", "", WS_CHILD | CBS_DROPDOWN, 10, 70, 100, 100, Window, nullptr,
+                                     GetModuleHandleA(nullptr), nullptr);
+    const HDC drawing = GetDC(Window);
+    const auto answer = [&](UINT message, HWND control) {
+        return ColourDialog({Window, message, reinterpret_cast<WPARAM>(drawing), reinterpret_cast<LPARAM>(control)});
+    };
+    {
+        const ButtonFace grey(RGB(192, 192, 192));
+        LOGBRUSH brush{};
+        GetObjectA(reinterpret_cast<HBRUSH>(answer(WM_CTLCOLORDLG, Window)), sizeof brush, &brush);
+        EXPECT_EQ(brush.lbColor, RGB(192, 192, 192));
+        EXPECT_EQ(GetBkColor(drawing), RGB(192, 192, 192));
+        EXPECT_NE(answer(WM_CTLCOLOREDIT, Field), 0);
+        EXPECT_EQ(answer(WM_CTLCOLOREDIT, combo), 0);
+        EXPECT_EQ(answer(WM_COMMAND, Field), 0);
+    }
+    const ButtonFace other(RGB(192, 192, 193));
+    EXPECT_EQ(answer(WM_CTLCOLORDLG, Window), 0);
+    ReleaseDC(Window, drawing);
+}
+
+TEST_F(SpeakingFront, ProgressCountsAndCancels) {
+    std::vector<bool> wentOn;
+    std::string shown;
+    {
+        ProgressBox progress(Window, 20);
+        EXPECT_FALSE(IsWindowEnabled(Window));
+        wentOn.push_back(progress.Advance(7, "Adding 7 of 20 users", "ANNA & BEN"));
+        const HWND box = Windows().Wait("Brivane Setup", ID_PROGRESS_BAR);
+        shown = Text(box, ID_PROGRESS_COUNT) + ", " + Text(box, ID_PROGRESS_NAME);
+        EXPECT_EQ(SendTo(box, ID_PROGRESS_BAR, PBM_GETPOS), 7);
+        EXPECT_EQ(SendTo(box, ID_PROGRESS_BAR, PBM_GETRANGE, FALSE), 20);
+        SetForegroundWindow(box);
+        Key(VK_ESCAPE);
+        EXPECT_TRUE(Until([&] { return !progress.Advance(8, "", ""); }));
+    }
+    EXPECT_THAT(wentOn, ElementsAre(true));
+    EXPECT_EQ(shown, "Adding 7 of 20 users, ANNA & BEN");
+    EXPECT_TRUE(IsWindowEnabled(Window));
+}
+
+std::vector<std::string> controlCalls;
+
+BOOL WINAPI Register(HINSTANCE) { return controlCalls.emplace_back("register"), TRUE; }
+BOOL WINAPI Unregister(HINSTANCE) { return controlCalls.emplace_back("unregister"), TRUE; }
+BOOL WINAPI ChangeColour() { return controlCalls.emplace_back("colours"), TRUE; }
+
+// CTL3D32.DLL without its Ctl3dAutoSubclass.
+class FakeControls final : public platform::Libraries {
+  public:
+    bool IsThere = true;
+
+    std::unique_ptr<platform::Library> Load(const std::string& name) override {
+        controlCalls.push_back(name);
+        return IsThere ? std::make_unique<Loaded>() : nullptr;
+    }
+
+  private:
+    class Loaded final : public platform::Library {
+      public:
+        ~Loaded() override { controlCalls.emplace_back("unload"); }
+        void (*Entry(const std::string& name))() override {
+            if (name == "Ctl3dRegister") return reinterpret_cast<void (*)()>(Register);
+            if (name == "Ctl3dUnregister") return reinterpret_cast<void (*)()>(Unregister);
+            return name == "Ctl3dColorChange" ? reinterpret_cast<void (*)()>(ChangeColour) : nullptr;
+        }
+    };
+};
+
+TEST_F(SpeakingFront, ThreeDControlsAreOptionalAndHearOfColours) {
+    FakeControls library;
+    const platform::Substitute<platform::Libraries> standIn(library);
+    controlCalls.clear();
+    {
+        ThreeDControls controls;
+        Banner.OnColoursChanged = [&] { controls.ColoursChanged(); };
+        Send(Banner.Handle(), WM_SYSCOLORCHANGE);
+        SendMessageA(Banner.Handle(), WM_SETTINGCHANGE, 0, reinterpret_cast<LPARAM>("Colors"));
+        SendMessageA(Banner.Handle(), WM_SETTINGCHANGE, 0, reinterpret_cast<LPARAM>("intl"));
+    }
+    EXPECT_THAT(controlCalls, ElementsAre("CTL3D32.DLL", "register", "colours", "colours", "unregister", "unload"));
+
+    library.IsThere = false;
+    controlCalls.clear();
+    ThreeDControls().ColoursChanged();
+    EXPECT_THAT(controlCalls, ElementsAre("CTL3D32.DLL"));
+    Banner.OnColoursChanged = nullptr;
+}
+
+TEST(Help, IsTheHelpFileOrAPageBesideTheProgramOrOnTheServer) {
+    const DiskServer server;
+    ASSERT_EQ(LoadServerPaths(), kDone);
+    const test::TemporaryDirectory& files = server.Files();
+    test::FakeEnvironment environment;
+    environment.Windows = files.Path("windows");
+    environment.Program = files.Path("program");
+    const platform::Substitute<platform::Environment> standIn(environment);
+    Startup().HelpFile = files.Path("BVSETUP.HLP");
+
+    EXPECT_EQ(FindHelp(100).Kind, HelpKind::None);
+    files.Write("SERVER\\help\\100.html", "");
+    EXPECT_EQ(FindHelp(100).Path, files.Path("SERVER\\help\\100.html"));
+    files.Write("program\\help\\100.html", "");
+    EXPECT_EQ(FindHelp(100).Path, files.Path("program\\help\\100.html"));
+    files.Write("BVSETUP.HLP", "");
+    EXPECT_EQ(FindHelp(100).Kind, HelpKind::Page) << "the system has no viewer for help files";
+    files.Write("windows\\WINHLP32.EXE", "");
+    EXPECT_EQ(FindHelp(100).Kind, HelpKind::HelpFile);
+    EXPECT_EQ(FindHelp(100).Path, files.Path("BVSETUP.HLP"));
+    Startup() = {};
+}
+
+TEST(Help, HasAPageForEachDialog) {
+    for (const int context :
+         {HELP_MENU, HELP_COVLET, HELP_ADD_COVERSHEET, HELP_COVERSHEET, HELP_ADD_LETTERHEAD, HELP_LETTERHEAD})
+        EXPECT_EQ(FindHelp(context).Kind, HelpKind::Page) << context;
+}
+
+TEST(Resources, HaveTheEnginesStrings) {
+    int strings = 0;
+    for (int id = 1; id <= 65535; ++id) {
+        char text[1100] = "";
+        LoadStringA(nullptr, static_cast<UINT>(id), text, sizeof text);
+        ASSERT_EQ(std::string_view(text), FindString(id)) << id;
+        if (text[0] != '\0') ++strings;
+    }
+    EXPECT_GT(strings, 50);
+}
+
+TEST(Resources, TellTheProgramsVersion) {
+    char block[4096] = "";
+    ASSERT_TRUE(GetFileVersionInfoA(BesideTest("BVSETUP.exe").c_str(), 0, sizeof block, block));
+    void* text = nullptr;
+    UINT length = 0;
+    ASSERT_TRUE(VerQueryValueA(block, "\\StringFileInfo\\080904E4\\ProductVersion", &text, &length));
+    EXPECT_EQ(std::string_view(static_cast<const char*>(text)), kProgramVersion);
+}
+
+} // namespace
+} // namespace bv::gui

@@ -1,0 +1,263 @@
+#include "gui/gui.h"
+
+#include <thread>
+
+namespace bv::gui {
+namespace {
+
+constexpr DWORD kPatience = 10000; // milliseconds
+constexpr DWORD kPoll = 5;
+constexpr int kBoxText = 0xFFFF; // the control that holds a message box's text
+
+std::string desktopName;
+HDESK desktop = nullptr;
+
+std::string Narrow(const std::wstring& wide) {
+    const int length = static_cast<int>(wide.size());
+    std::string text(wide.size() * 3, '\0');
+    const int used = WideCharToMultiByte(CP_UTF8, 0, wide.c_str(), length, text.data(), static_cast<int>(text.size()),
+                                         nullptr, nullptr);
+    text.resize(static_cast<std::size_t>(used));
+    return text;
+}
+
+// The answer to a message that fills a text of that many characters.
+std::string ReadText(HWND window, UINT message, WPARAM wParam, LRESULT length, bool countInWParam) {
+    if (length < 0) return "(none)";
+    std::wstring wide(static_cast<std::size_t>(length) + 1, L'\0');
+    const LRESULT copied =
+        Send(window, message, countInWParam ? wide.size() : wParam, reinterpret_cast<LPARAM>(wide.data()));
+    wide.resize(copied < 0 ? 0 : static_cast<std::size_t>(copied));
+    return Narrow(wide);
+}
+
+void Press(WORD key, DWORD flags, std::vector<INPUT>& inputs) {
+    INPUT input{};
+    input.type = INPUT_KEYBOARD;
+    input.ki.wVk = key;
+    input.ki.wScan = static_cast<WORD>(MapVirtualKeyA(key, MAPVK_VK_TO_VSC));
+    input.ki.dwFlags = flags;
+    inputs.push_back(input);
+}
+
+void Inject(std::vector<INPUT>& inputs) { SendInput(static_cast<UINT>(inputs.size()), inputs.data(), sizeof(INPUT)); }
+
+// The button that closes a dialog; 0 when the window has none.
+int ClosingButton(HWND window) {
+    for (const int button : {IDNO, IDCANCEL, IDOK})
+        if (GetDlgItem(window, button) != nullptr) return button;
+    return 0;
+}
+
+void CloseDialogs(const Windows& windows) {
+    Until([&] {
+        bool open = false;
+        for (const HWND window : windows.All()) {
+            const int button = ClosingButton(window);
+            open = open || button != 0;
+            if (button != 0 && IsWindowEnabled(window)) Click(window, button);
+        }
+        return !open;
+    });
+}
+
+} // namespace
+
+void MakeDesktop() {
+    desktopName = "bvtest" + std::to_string(GetCurrentProcessId());
+    desktop = CreateDesktopA(desktopName.c_str(), nullptr, nullptr, 0, GENERIC_ALL, nullptr);
+    UseDesktop();
+}
+
+void UseDesktop() { SetThreadDesktop(desktop); }
+
+bool Until(const std::function<bool()>& condition) {
+    const DWORD start = GetTickCount();
+    while (!condition()) {
+        if (GetTickCount() - start > kPatience) return false;
+        Sleep(kPoll);
+    }
+    return true;
+}
+
+LRESULT Send(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    DWORD_PTR result = 0;
+    if (!SendMessageTimeoutW(window, message, wParam, lParam, SMTO_NORMAL, kPatience, &result)) return -1;
+    return static_cast<LRESULT>(result);
+}
+
+LRESULT SendTo(HWND dialog, int control, UINT message, WPARAM wParam, LPARAM lParam) {
+    return Send(GetDlgItem(dialog, control), message, wParam, lParam);
+}
+
+std::string Text(HWND window) { return ReadText(window, WM_GETTEXT, 0, Send(window, WM_GETTEXTLENGTH), true); }
+
+std::string Text(HWND dialog, int control) { return Text(GetDlgItem(dialog, control)); }
+
+std::string ClassOf(HWND window) {
+    char name[64] = "";
+    GetClassNameA(window, name, sizeof name);
+    return name;
+}
+
+bool IsEnabled(HWND dialog, int control) { return IsWindowEnabled(GetDlgItem(dialog, control)) != FALSE; }
+
+bool IsChecked(HWND dialog, int control) { return SendTo(dialog, control, BM_GETCHECK) == BST_CHECKED; }
+
+int FocusOf(HWND dialog) {
+    GUITHREADINFO info{};
+    info.cbSize = sizeof info;
+    GetGUIThreadInfo(GetWindowThreadProcessId(dialog, nullptr), &info);
+    HWND focus = info.hwndFocus;
+    while (focus != nullptr && GetParent(focus) != dialog) focus = GetAncestor(focus, GA_PARENT);
+    return focus == nullptr ? 0 : GetDlgCtrlID(focus);
+}
+
+void Click(HWND dialog, int control) { PostMessageW(GetDlgItem(dialog, control), BM_CLICK, 0, 0); }
+
+std::vector<std::string> Entries(HWND dialog, int control) {
+    const HWND window = GetDlgItem(dialog, control);
+    const bool combo = ClassOf(window) == "ComboBox";
+    const LRESULT count = Send(window, combo ? CB_GETCOUNT : LB_GETCOUNT);
+    std::vector<std::string> entries;
+    for (LRESULT i = 0; i < count; ++i) {
+        const auto index = static_cast<WPARAM>(i);
+        const LRESULT length = Send(window, combo ? CB_GETLBTEXTLEN : LB_GETTEXTLEN, index);
+        entries.push_back(ReadText(window, combo ? CB_GETLBTEXT : LB_GETTEXT, index, length, false));
+    }
+    return entries;
+}
+
+int Selection(HWND dialog, int list) { return static_cast<int>(SendTo(dialog, list, LB_GETCURSEL)); }
+
+void Select(HWND dialog, int list, int index) {
+    SendTo(dialog, list, LB_SETCURSEL, static_cast<WPARAM>(index));
+    Send(dialog, WM_COMMAND, MAKEWPARAM(list, LBN_SELCHANGE), reinterpret_cast<LPARAM>(GetDlgItem(dialog, list)));
+}
+
+void Key(WORD key, WORD modifier) {
+    std::vector<INPUT> inputs;
+    if (modifier != 0) Press(modifier, 0, inputs);
+    Press(key, 0, inputs);
+    Press(key, KEYEVENTF_KEYUP, inputs);
+    if (modifier != 0) Press(modifier, KEYEVENTF_KEYUP, inputs);
+    Inject(inputs);
+}
+
+void Type(const std::string& text) {
+    std::vector<INPUT> inputs;
+    for (const char character : text) {
+        for (const DWORD flags : {0UL, static_cast<unsigned long>(KEYEVENTF_KEYUP)}) {
+            INPUT input{};
+            input.type = INPUT_KEYBOARD;
+            input.ki.wScan = static_cast<WORD>(static_cast<unsigned char>(character));
+            input.ki.dwFlags = KEYEVENTF_UNICODE | flags;
+            inputs.push_back(input);
+        }
+    }
+    Inject(inputs);
+}
+
+std::vector<HWND> Children(HWND window) {
+    std::vector<HWND> children;
+    for (HWND child = GetWindow(window, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT))
+        children.push_back(child);
+    return children;
+}
+
+std::vector<HWND> Windows::All() const {
+    struct Search {
+        DWORD Process;
+        std::vector<HWND> Found;
+    } search{process_, {}};
+    EnumWindows(
+        [](HWND window, LPARAM data) -> BOOL {
+            auto* found = reinterpret_cast<Search*>(data);
+            DWORD process = 0;
+            GetWindowThreadProcessId(window, &process);
+            if (process == found->Process && IsWindowVisible(window)) found->Found.push_back(window);
+            return TRUE;
+        },
+        reinterpret_cast<LPARAM>(&search));
+    return search.Found;
+}
+
+HWND Windows::Wait(const std::string& title, int control) const {
+    HWND found = nullptr;
+    Until([&] {
+        for (const HWND window : All()) {
+            if (!IsWindowEnabled(window) || (control != 0 && GetDlgItem(window, control) == nullptr)) continue;
+            if (Text(window) != title || ClassOf(window) != "#32770") continue;
+            found = window;
+            return true;
+        }
+        return false;
+    });
+    return found;
+}
+
+HWND Windows::Box(const std::string& caption) const {
+    for (const HWND window : All())
+        if (GetDlgItem(window, kBoxText) != nullptr && Text(window) == caption) return window;
+    return nullptr;
+}
+
+std::string Windows::WaitBox(const std::string& caption) const {
+    const HWND box = Wait(caption, kBoxText);
+    return box == nullptr ? "(no box \"" + caption + "\")" : Text(box, kBoxText);
+}
+
+bool Windows::AnswerBox(const std::string& caption, int button) const {
+    const HWND box = Wait(caption, kBoxText);
+    if (box == nullptr) return false;
+    Click(box, button);
+    return Until([&] { return !IsWindow(box); });
+}
+
+Program::Program(std::string commandLine) {
+    STARTUPINFOA startup{};
+    startup.cb = sizeof startup;
+    startup.lpDesktop = desktopName.data();
+    job_ = CreateJobObjectA(nullptr, nullptr);
+    JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits{};
+    limits.BasicLimitInformation.LimitFlags = JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE;
+    SetInformationJobObject(job_, JobObjectExtendedLimitInformation, &limits, sizeof limits);
+    if (!CreateProcessA(nullptr, commandLine.data(), nullptr, nullptr, FALSE, CREATE_SUSPENDED, nullptr, nullptr,
+                        &startup, &process_))
+        return;
+    AssignProcessToJobObject(job_, process_.hProcess);
+    ResumeThread(process_.hThread);
+    windows_ = gui::Windows(process_.dwProcessId);
+}
+
+Program::~Program() {
+    CloseHandle(job_); // ends the program and what it started
+    WaitForSingleObject(process_.hProcess, kPatience);
+    CloseHandle(process_.hProcess);
+    CloseHandle(process_.hThread);
+}
+
+bool Program::IsRunning() const { return WaitForSingleObject(process_.hProcess, 0) == WAIT_TIMEOUT; }
+
+int Program::WaitForEnd() const {
+    DWORD code = 0;
+    if (WaitForSingleObject(process_.hProcess, kPatience) != WAIT_OBJECT_0) return -1;
+    GetExitCodeProcess(process_.hProcess, &code);
+    return static_cast<int>(code);
+}
+
+void RunDriven(const std::function<void()>& open, const std::function<void(const Windows&)>& drive) {
+    std::thread driver([&] {
+        UseDesktop();
+        const Windows windows;
+        drive(windows);
+        CloseDialogs(windows);
+    });
+    open();
+    driver.join();
+    // Keys that came too late must not reach the next dialog.
+    for (MSG message; PeekMessageA(&message, nullptr, WM_KEYFIRST, WM_KEYLAST, PM_REMOVE);) {
+    }
+}
+
+} // namespace bv::gui

@@ -1,0 +1,162 @@
+#include "gui/pictures.h"
+
+#include <cstdio>
+#include <fstream>
+
+#include "covlet/catalogue_dlg.h"
+#include "covlet/item_dlg.h"
+#include "gui/disk_server.h"
+#include "gui/gui.h"
+#include "resources/ids.h"
+#include "shell/dialog_dlg.h"
+#include "shell/front_dlg.h"
+#include "shell/main_window_dlg.h"
+#include "shell/menu_dlg.h"
+#include "shell/messages.h"
+#include "shell/progress_dlg.h"
+#include "shell/server_paths.h"
+#include "shell/startup.h"
+
+namespace bv::gui {
+namespace {
+
+constexpr const char* kCatalogueTitle = "Brivane - coversheets and letterheads";
+
+bool IsPainted(HWND window) {
+    if (GetUpdateRect(window, nullptr, FALSE)) return false;
+    for (const HWND child : Children(window))
+        if (IsWindowVisible(child) && !IsPainted(child)) return false;
+    return true;
+}
+
+void WriteBitmap(const std::string& path, const BITMAPINFOHEADER& header, const char* pixels) {
+    const DWORD size = static_cast<DWORD>((header.biWidth * 3 + 3) / 4 * 4 * header.biHeight);
+    constexpr DWORD kOffset = sizeof(BITMAPFILEHEADER) + sizeof(BITMAPINFOHEADER);
+    BITMAPFILEHEADER start{0x4D42, kOffset + size, 0, 0, kOffset};
+    std::ofstream file(path, std::ios::binary);
+    file.write(reinterpret_cast<const char*>(&start), sizeof start);
+    file.write(reinterpret_cast<const char*>(&header), sizeof header);
+    file.write(pixels, static_cast<std::streamsize>(size));
+}
+
+void Shoot(HWND window, const std::string& path) {
+    Until([&] { return IsPainted(window); });
+    Send(window, WM_NCACTIVATE, TRUE); // an active caption in every picture
+    RECT place{};
+    GetWindowRect(window, &place);
+    BITMAPINFO info{};
+    info.bmiHeader = {
+        sizeof(BITMAPINFOHEADER), place.right - place.left, place.bottom - place.top, 1, 24, BI_RGB, 0, 0, 0, 0, 0};
+    const HDC source = GetWindowDC(window);
+    const HDC target = CreateCompatibleDC(source);
+    void* pixels = nullptr;
+    const HBITMAP bitmap = CreateDIBSection(target, &info, DIB_RGB_COLORS, &pixels, nullptr, 0);
+    const HGDIOBJ before = SelectObject(target, bitmap);
+    BitBlt(target, 0, 0, info.bmiHeader.biWidth, info.bmiHeader.biHeight, source, 0, 0, SRCCOPY);
+    GdiFlush();
+    WriteBitmap(path, info.bmiHeader, static_cast<const char*>(pixels));
+    SelectObject(target, before);
+    DeleteObject(bitmap);
+    DeleteDC(target);
+    ReleaseDC(window, source);
+}
+
+class Painter {
+  public:
+    explicit Painter(std::string directory) : directory_(std::move(directory)) {}
+
+    // Opens a dialog, has it made ready and draws it.
+    void Draw(
+        const std::string& name, const std::string& title, const std::function<void()>& open,
+        const std::function<void(HWND)>& prepare = [](HWND) {}) const {
+        RunDriven(open, [&](const Windows& windows) {
+            const HWND dialog = windows.Wait(title);
+            if (dialog == nullptr) return;
+            prepare(dialog);
+            Shoot(dialog, directory_ + "\\" + name + ".bmp");
+        });
+        std::printf("%s\n", name.c_str());
+    }
+
+    void DrawOpen(const std::string& name, HWND window) const { Shoot(window, directory_ + "\\" + name + ".bmp"); }
+
+  private:
+    std::string directory_;
+};
+
+void DrawMenus(const Painter& painter, HWND owner) {
+    painter.Draw("menu", "Brivane configuration", [&] { RunStartFunction(owner); });
+    painter.Draw("menu-without-routing", "Brivane configuration",
+                 [&] { OpenDialog("FunctionBoxLtd", owner, FunctionDlgBox, &Startup()); });
+}
+
+void DrawCatalogues(const Painter& painter, HWND owner) {
+    painter.Draw("coversheets", kCatalogueTitle, [&] { ConfigureCoversheets(owner); });
+    painter.Draw(
+        "coversheets-chosen", kCatalogueTitle, [&] { ConfigureCoversheets(owner); },
+        [](HWND dialog) { Select(dialog, ID_COVLET_LIST, 1); });
+    painter.Draw(
+        "letterheads", kCatalogueTitle, [&] { ConfigureCoversheets(owner); },
+        [](HWND dialog) {
+            Click(dialog, ID_COVLET_LETTERHEADS);
+            Until([&] { return Entries(dialog, ID_COVLET_LIST).size() == 2; });
+        });
+}
+
+// More entries than fit, one of them as wide as can be.
+void DrawFullCatalogue(const Painter& painter, HWND owner, const DiskServer& server) {
+    std::string text = "[DIRECTORY]\r\nFile: AAAAAAAAAAAA \"" + std::string(50, 'W') + "\"\r\n";
+    for (int i = 1; i <= 30; ++i) text += FormatText("File: SHEET%02d \"Coversheet number %d\"\r\n", i, i);
+    server.Files().Write(kCoverCatalogue, text);
+    painter.Draw("coversheets-full", kCatalogueTitle, [&] { ConfigureCoversheets(owner); });
+}
+
+void DrawItems(const Painter& painter, HWND owner) {
+    const std::string longText = "Wide: WWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWW";
+    ItemDialog cover{ItemKind::Coversheet, {"STANDARD", "Standard coversheet"}};
+    ItemDialog letter{ItemKind::Letterhead, {"WWWWWWWWWWWW", longText}};
+    painter.Draw("coversheet-details", "Brivane coversheet details", [&] { AskDescription(owner, cover); });
+    painter.Draw("letterhead-details", "Brivane letterhead details", [&] { AskDescription(owner, letter); });
+    ItemDialog item;
+    painter.Draw("coversheet-add", "Add new coversheet", [&] { AskNewItem(owner, item); });
+    item.Kind = ItemKind::Letterhead;
+    painter.Draw("letterhead-add", "Add new letterhead", [&] { AskNewItem(owner, item); });
+}
+
+void DrawBoxes(const Painter& painter) {
+    painter.Draw("box-delete", FillMessage(5192), [] {
+        AskFilled(5192, BoxIcon::Question, FillMessage(5193, "coversheet", "ORDER", "-", "Order to a supplier"));
+    });
+    painter.Draw("box-restart", FillMessage(5151), [] { ShowWarning(5079); });
+    painter.Draw("box-unbuilt", FillMessage(5151), [] { ShowWarning(9000, FillMessage(9002)); });
+    painter.Draw("box-no-help", FillMessage(5151), [] { ShowWarning(9010, "F:\\BVSETUP.HLP", "C:\\help\\100.html"); });
+}
+
+void DrawProgress(const Painter& painter, HWND owner) {
+    ProgressBox progress(owner, 20);
+    progress.Advance(7, "Adding 7 of 20 users", "Wilhelmina Featherstonehaugh");
+    painter.DrawOpen("progress", Windows().Wait("Brivane Setup"));
+}
+
+} // namespace
+
+int DrawPictures(const std::string& directory) {
+    const DiskServer server;
+    MainWindow window;
+    WindowsFront front(window);
+    const UseFront speaking(front);
+    if (!window.Open(SW_SHOWNORMAL) || LoadServerPaths() != kDone) return 1;
+    const Painter painter(directory);
+    SetStatusLine("Updating file F:\\BRIVANE\\B-COVER\\MSGDIR.CTL", 1);
+    SetStatusLine("The second line, with g, p and \xFC", 2);
+    painter.DrawOpen("banner", window.Handle());
+    DrawMenus(painter, window.Handle());
+    DrawCatalogues(painter, window.Handle());
+    DrawItems(painter, window.Handle());
+    DrawBoxes(painter);
+    DrawProgress(painter, window.Handle());
+    DrawFullCatalogue(painter, window.Handle(), server);
+    return 0;
+}
+
+} // namespace bv::gui

@@ -1,0 +1,309 @@
+// BVSETUP.EXE driven from outside, by keyboard, as a person does; then the server's files are read.
+#include <gmock/gmock.h>
+
+#include "gui/disk_server.h"
+#include "gui/gui.h"
+#include "resources/ids.h"
+#include "shell/format.h"
+
+namespace bv::gui {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+constexpr const char* kMenuTitle = "Brivane configuration";
+constexpr const char* kCatalogueTitle = "Brivane - coversheets and letterheads";
+constexpr const char* kErrorCaption = "Brivane Setup - Error!";
+constexpr const char* kWarningCaption = "Brivane Setup - Warning!";
+
+std::string Command(const std::string& arguments = "") { return "\"" + BesideTest("BVSETUP.exe") + "\" " + arguments; }
+
+HWND Banner() { return FindWindowA("BrivaneSetup", nullptr); }
+
+class Setup : public testing::Test {
+  protected:
+    DiskServer Server;
+};
+
+// Waits until the dialog is in front with the focus on that control, and so takes keys.
+bool FocusMovesTo(HWND dialog, int control) {
+    return Until([&] { return FocusOf(dialog) == control && GetForegroundWindow() == dialog; });
+}
+
+TEST_F(Setup, OpensTheMenuOverItsBannerAndEndsWithIt) {
+    const Program setup(Command());
+    const HWND menu = setup.Shown().Wait(kMenuTitle);
+    ASSERT_NE(menu, nullptr);
+    EXPECT_TRUE(IsWindowVisible(Banner()));
+    EXPECT_EQ(GetWindow(menu, GW_OWNER), Banner());
+    EXPECT_NE(GetDlgItem(menu, ID_MENU_ROUTING), nullptr);
+    EXPECT_TRUE(FocusMovesTo(menu, ID_MENU_COVLET));
+    Key(VK_ESCAPE);
+    EXPECT_EQ(setup.WaitForEnd(), 0);
+}
+
+TEST_F(Setup, LeavesInwardRoutingOutWhereItIsSwitchedOff) {
+    Server.Files().Write("B-DB\\SETUP.INI", "[OPTIONS]\r\nEnableRouting: FALSE\r\n");
+    const Program setup(Command());
+    const HWND menu = setup.Shown().Wait(kMenuTitle);
+    ASSERT_NE(menu, nullptr);
+    EXPECT_EQ(GetDlgItem(menu, ID_MENU_ROUTING), nullptr);
+    EXPECT_NE(GetDlgItem(menu, ID_MENU_COVLET), nullptr);
+}
+
+TEST_F(Setup, AKeyboardUserAddsDescribesViewsAndDeletesACoversheet) {
+    const std::string before = Server.Files().Read(kCoverCatalogue);
+    const std::size_t place = before.find("File: ORDER");
+    const Program setup(Command());
+    const HWND menu = setup.Shown().Wait(kMenuTitle);
+    ASSERT_TRUE(FocusMovesTo(menu, ID_MENU_COVLET));
+    Key(VK_RETURN);
+    const HWND catalogue = setup.Shown().Wait(kCatalogueTitle);
+    ASSERT_TRUE(FocusMovesTo(catalogue, ID_COVLET_COVERSHEETS));
+
+    Key('A', VK_MENU);
+    const HWND box = setup.Shown().Wait("Add new coversheet");
+    ASSERT_TRUE(FocusMovesTo(box, ID_ITEM_FILE));
+    Type("draft");
+    Key('D', VK_MENU);
+    ASSERT_TRUE(FocusMovesTo(box, ID_ITEM_NEW_DESCRIPTION));
+    Type("Rough");
+    Key(VK_RETURN);
+    ASSERT_TRUE(Until([&] { return Selection(catalogue, ID_COVLET_LIST) == 0; }));
+    EXPECT_EQ(Server.Files().Read(kCoverCatalogue), std::string(before).insert(place, "File: DRAFT    \"Rough\"\r\n"));
+
+    Key('R', VK_MENU);
+    const HWND details = setup.Shown().Wait("Brivane coversheet details");
+    ASSERT_TRUE(FocusMovesTo(details, ID_ITEM_DESCRIPTION));
+    Type("Smooth"); // the old description is selected and so replaced
+    Key(VK_RETURN);
+    ASSERT_TRUE(Until([&] { return Entries(catalogue, ID_COVLET_LIST)[0] == "DRAFT\tSmooth"; }));
+    EXPECT_EQ(Server.Files().Read(kCoverCatalogue), std::string(before).insert(place, "File: DRAFT \"Smooth\"\r\n"));
+
+    Key('N', VK_MENU);
+    ASSERT_TRUE(FocusMovesTo(catalogue, ID_COVLET_LIST));
+    Key(VK_DELETE);
+    EXPECT_EQ(setup.Shown().WaitBox("Delete Brivane"), "Deleting coversheet DRAFT - Smooth\n\nAre you sure?");
+    Key('Y');
+    ASSERT_TRUE(Until([&] { return Entries(catalogue, ID_COVLET_LIST).size() == 5; }));
+    EXPECT_EQ(Server.Files().Read(kCoverCatalogue), before);
+    EXPECT_FALSE(Server.Files().Has("B-COVER\\MSGDIR.TMP"));
+
+    ASSERT_TRUE(FocusMovesTo(catalogue, ID_COVLET_LIST));
+    Key(VK_ESCAPE);
+    ASSERT_TRUE(FocusMovesTo(menu, ID_MENU_QUIT));
+    Key(VK_RETURN);
+    EXPECT_EQ(setup.WaitForEnd(), 0) << "and without a warning, for no setting was changed";
+}
+
+TEST_F(Setup, TabGoesThroughWhatCanBeUsed) {
+    const Program setup(Command("/5"));
+    const HWND catalogue = setup.Shown().Wait(kCatalogueTitle);
+    ASSERT_TRUE(FocusMovesTo(catalogue, ID_COVLET_COVERSHEETS));
+    for (const int next : {ID_COVLET_LIST, ID_COVLET_ADD, ID_HELP_BUTTON, IDOK, ID_COVLET_COVERSHEETS}) {
+        Key(VK_TAB);
+        EXPECT_TRUE(FocusMovesTo(catalogue, next)) << next;
+    }
+    Key('N', VK_MENU);
+    ASSERT_TRUE(FocusMovesTo(catalogue, ID_COVLET_LIST));
+    Key(VK_END);
+    ASSERT_TRUE(Until([&] { return IsEnabled(catalogue, ID_COVLET_EDIT); }));
+    for (const int next : {ID_COVLET_ADD, ID_COVLET_RENAME, ID_COVLET_DELETE, ID_COVLET_EDIT, ID_HELP_BUTTON}) {
+        Key(VK_TAB);
+        EXPECT_TRUE(FocusMovesTo(catalogue, next)) << next;
+    }
+}
+
+TEST_F(Setup, WaitsForTheEditorAndNotForTheViewer) {
+    Server.Hold("i386\\covedit");
+    Server.Hold("BRIVANE");
+    const Program setup(Command("/5"));
+    const HWND catalogue = setup.Shown().Wait(kCatalogueTitle);
+    Select(catalogue, ID_COVLET_LIST, 1);
+    Click(catalogue, ID_COVLET_EDIT);
+    EXPECT_EQ(Server.Calls("i386\\covedit"), "PRICES\n");
+    EXPECT_EQ(Server.Files().Read("i386\\covedit.zone"), "PST8PDT") << "the zone of the program and what it starts";
+    EXPECT_TRUE(Until([&] { return !IsWindowEnabled(catalogue); }));
+    Server.Files().Write(kCoverCatalogue, "[DIRECTORY]\r\nFile: NEW \"from the editor\"\r\n");
+    Server.Release("i386\\covedit");
+    EXPECT_TRUE(Until([&] { return IsWindowEnabled(catalogue) && Entries(catalogue, ID_COVLET_LIST).size() == 1; }));
+    EXPECT_TRUE(Until([&] { return GetForegroundWindow() == catalogue; }));
+
+    Click(catalogue, ID_COVLET_LETTERHEADS);
+    ASSERT_TRUE(Until([&] { return Entries(catalogue, ID_COVLET_LIST).size() == 2; }));
+    Select(catalogue, ID_COVLET_LIST, 0);
+    Click(catalogue, ID_COVLET_RENAME);
+    const HWND details = setup.Shown().Wait("Brivane letterhead details");
+    Click(details, ID_ITEM_VIEW);
+    EXPECT_EQ(Server.Calls("BRIVANE"), Server.Files().Path("B-LETTER\\LONDON.G3F") + "\n");
+    EXPECT_TRUE(IsWindowEnabled(details));
+    Server.Release("BRIVANE");
+}
+
+TEST_F(Setup, ADigitOpensOneAreaAndTheProgramEndsWithIt) {
+    const Program coversheets(Command("-5"));
+    const HWND catalogue = coversheets.Shown().Wait(kCatalogueTitle);
+    ASSERT_TRUE(FocusMovesTo(catalogue, ID_COVLET_COVERSHEETS));
+    Key(VK_ESCAPE);
+    EXPECT_EQ(coversheets.WaitForEnd(), 0);
+
+    const Program devices(Command("/2"));
+    EXPECT_EQ(devices.Shown().WaitBox(kWarningCaption), "This version of the program cannot configure devices.");
+    EXPECT_TRUE(devices.Shown().AnswerBox(kWarningCaption, IDOK));
+    EXPECT_EQ(devices.WaitForEnd(), 0);
+}
+
+TEST_F(Setup, AWrongCommandLineEndsTheProgram) {
+    const std::pair<const char*, const char*> cases[] = {{"/X", "Invalid command line switch"},
+                                                         {"/2 /6", "Invalid command line switch"},
+                                                         {"devices", "Invalid command line parameter"}};
+    for (const auto& [arguments, message] : cases) {
+        const Program setup(Command(arguments));
+        EXPECT_EQ(setup.Shown().WaitBox("Brivane Configuration"), message) << arguments;
+        EXPECT_EQ(GetWindow(setup.Shown().Box("Brivane Configuration"), GW_OWNER), nullptr);
+        EXPECT_EQ(Banner(), nullptr);
+        EXPECT_TRUE(setup.Shown().AnswerBox("Brivane Configuration", IDOK));
+        EXPECT_EQ(setup.WaitForEnd(), 1);
+    }
+}
+
+TEST_F(Setup, AServerThatIsNotFoundIsReportedStepByStep) {
+    const std::string unable = "Unable to initialise SETUP program - check installation";
+    struct Case {
+        std::string Ini;
+        std::vector<std::string> Boxes;
+    };
+    const Case cases[] = {
+        {"[SERVER]\r\nSystemArea: %s\r\nAllUserArea: %s\r\n",
+         {"ServerArea line missing from BRIVANE.INI file", "RequestArea line missing from BRIVANE.INI file", unable}},
+        {"[OTHER]\r\n", {"ERROR - [SERVER] Paragraph missing from BRIVANE.INI file", unable}},
+        {"[SERVER]\r\nServerArea: %s\r\nSystemArea: C:\\nowhere\r\nAllUserArea: %s\r\nRequestArea: %s\r\n",
+         {"ERROR - Unable to open file C:\\nowhere\\B-DB\\SETUP.INI", unable}},
+        {"", {"ERROR - File BRIVANE.INI not found", unable}},
+    };
+    for (const Case& one : cases) {
+        Server.WriteIni(one.Ini);
+        if (one.Ini.empty()) DeleteFileA(Server.Files().Path("BRIVANE.INI").c_str());
+        const Program setup(Command());
+        for (const std::string& text : one.Boxes) {
+            EXPECT_EQ(setup.Shown().WaitBox(kErrorCaption), text);
+            EXPECT_TRUE(setup.Shown().AnswerBox(kErrorCaption, IDOK));
+        }
+        EXPECT_EQ(setup.WaitForEnd(), 1);
+    }
+}
+
+TEST_F(Setup, ASecondCopyBringsTheFirstForwardAndEnds) {
+    const Program first(Command("/5"));
+    const HWND catalogue = first.Shown().Wait(kCatalogueTitle);
+    Click(catalogue, ID_COVLET_ADD);
+    const HWND box = first.Shown().Wait("Add new coversheet");
+    ASSERT_NE(box, nullptr);
+    const HWND other =
+        CreateWindowA("STATIC", "other", WS_POPUP | WS_VISIBLE, 0, 0, 50, 50, nullptr, nullptr, nullptr, nullptr);
+    SetForegroundWindow(other);
+    ASSERT_EQ(GetForegroundWindow(), other);
+
+    const Program second(Command("/X"));
+    EXPECT_EQ(second.WaitForEnd(), 0) << "before it has looked at its command line";
+    EXPECT_TRUE(Until([&] { return GetForegroundWindow() == box; }));
+    EXPECT_TRUE(first.IsRunning());
+    DestroyWindow(other);
+}
+
+TEST_F(Setup, TheInstallersWalkPassesAreasThatAreNotThereVisibly) {
+    const std::pair<const char*, std::vector<const char*>> walks[] = {
+        {"/A", {"users and user groups", "devices", "server settings"}},
+        {"/D", {"devices", "server settings"}},
+        {"/M", {"server settings"}},
+    };
+    for (const auto& [mode, areas] : walks) {
+        const Program setup(Command(mode));
+        for (const std::string area : areas) {
+            EXPECT_EQ(setup.Shown().WaitBox(kWarningCaption),
+                      "This version of the program cannot configure " + area + ".")
+                << mode;
+            EXPECT_TRUE(setup.Shown().AnswerBox(kWarningCaption, IDOK));
+        }
+        EXPECT_EQ(setup.WaitForEnd(), 0) << mode;
+    }
+}
+
+TEST_F(Setup, TheBannerJoinsTheInstallersWindow) {
+    WNDCLASSA installerClass{};
+    installerClass.lpfnWndProc = DefWindowProcA;
+    installerClass.lpszClassName = "InstallShield_Win";
+    RegisterClassA(&installerClass);
+    const HWND installer = CreateWindowA("InstallShield_Win", "Setup", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 900, 600,
+                                         nullptr, nullptr, nullptr, nullptr);
+    const Program setup(Command("/U"));
+    EXPECT_TRUE(Until([&] {
+        for (MSG message; PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE);) DispatchMessageA(&message);
+        return FindWindowExA(installer, nullptr, "BrivaneSetup", nullptr) != nullptr;
+    }));
+    DestroyWindow(installer);
+}
+
+// Has .html documents opened by the stand-in viewer; the system's own registry is left alone outside Wine.
+bool OpenPagesWith(const std::string& program) {
+    if (GetProcAddress(GetModuleHandleA("ntdll.dll"), "wine_get_version") == nullptr) return false;
+    const auto set = [](const char* key, const std::string& value) {
+        return RegSetKeyValueA(HKEY_LOCAL_MACHINE, key, nullptr, REG_SZ, value.c_str(),
+                               static_cast<DWORD>(value.size() + 1)) == ERROR_SUCCESS;
+    };
+    return set("Software\\Classes\\.html", "bvtest") &&
+           set("Software\\Classes\\bvtest\\shell\\open\\command", "\"" + program + "\" \"%1\"");
+}
+
+TEST_F(Setup, HelpOpensThePageOfTheDialogInFront) {
+    if (!OpenPagesWith(Server.Files().Path("BRIVANE.exe"))) GTEST_SKIP() << "would change this system's settings";
+    const Program setup(Command());
+    std::string opened;
+    const auto opens = [&](HWND dialog, int focus, int page) {
+        EXPECT_TRUE(FocusMovesTo(dialog, focus)) << page;
+        Key(VK_F1);
+        opened += BesideTest(FormatText("help\\%d.html\n", page));
+        EXPECT_TRUE(Until([&] { return Server.Files().Read("BRIVANE.calls") == opened; })) << page;
+        EXPECT_TRUE(FocusMovesTo(dialog, focus)) << page;
+    };
+    const HWND menu = setup.Shown().Wait(kMenuTitle);
+    opens(menu, ID_MENU_COVLET, HELP_MENU);
+    Key(VK_RETURN);
+    const HWND catalogue = setup.Shown().Wait(kCatalogueTitle);
+    ASSERT_TRUE(FocusMovesTo(catalogue, ID_COVLET_COVERSHEETS));
+    Key('N', VK_MENU);
+    opens(catalogue, ID_COVLET_LIST, HELP_COVLET);
+
+    struct Kind {
+        int Button;
+        const char* AddTitle;
+        int AddPage;
+        const char* DetailsTitle;
+        int DetailsPage;
+    };
+    const Kind kinds[] = {
+        {ID_COVLET_COVERSHEETS, "Add new coversheet", HELP_ADD_COVERSHEET, "Brivane coversheet details",
+         HELP_COVERSHEET},
+        {ID_COVLET_LETTERHEADS, "Add new letterhead", HELP_ADD_LETTERHEAD, "Brivane letterhead details",
+         HELP_LETTERHEAD},
+    };
+    for (const Kind& kind : kinds) {
+        Click(catalogue, kind.Button);
+        Click(catalogue, ID_COVLET_ADD);
+        opens(setup.Shown().Wait(kind.AddTitle), ID_ITEM_FILE, kind.AddPage);
+        Key(VK_ESCAPE);
+        ASSERT_TRUE(Until([&] { return IsWindowEnabled(catalogue); }));
+        Select(catalogue, ID_COVLET_LIST, 0);
+        Click(catalogue, ID_COVLET_RENAME);
+        opens(setup.Shown().Wait(kind.DetailsTitle), ID_ITEM_DESCRIPTION, kind.DetailsPage);
+        Key(VK_ESCAPE);
+        ASSERT_TRUE(Until([&] { return IsWindowEnabled(catalogue); }));
+    }
+    Click(catalogue, ID_HELP_BUTTON);
+    opened += BesideTest(FormatText("help\\%d.html\n", HELP_COVLET));
+    EXPECT_TRUE(Until([&] { return Server.Files().Read("BRIVANE.calls") == opened; })) << "the Help button";
+}
+
+} // namespace
+} // namespace bv::gui
