@@ -1,0 +1,102 @@
+#!/usr/bin/env bash
+# tests/faults/strace_faults.sh [BVCTL]: each call to the system that changes a control file or its temporary during
+# "bvctl file set" fails in its turn, once and from then on, or ends the program; what is left is checked. A close that
+# fails is not among the faults: strace would keep the file open.
+# shellcheck disable=SC2317 # check calls functions by name
+set -u
+# shellcheck source=checks.bash
+. "$(dirname "$0")/checks.bash"
+
+repeat() { yes "$2" | head -n "$1"; }
+blanks=$(printf '%60s' '')
+padding=xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx
+
+# The text before, in the four ways in which a rewrite changes the length; the large ones need several calls to copy.
+before_small_grows() { printf '[A]\r\nk: 1\r\n\r\n[B]\r\nm: 2\r\n'; }
+before_large_grows() { repeat 12000 "$padding" && before_small_grows; }
+before_large_shrinks() { repeat 12000 "$padding$blanks"$'\r' && before_small_grows; }
+before_large_keeps() { repeat 12000 "$padding"$'\r' && printf '[A]\r\nk: 123456\r\n'; }
+
+set_key() { "$@" "$program" file set "$file" A k longer </dev/null >"$work/output" 2>"$work/errors"; }
+
+# Runs with one fault and checks what is left; false when the fault was not met any more.
+run_with() {
+    local call=$1 fault=$2 status=0
+    cp "$work/before" "$file"
+    rm -f "$temporary" "$work/log"
+    set_key strace -f -o "$work/log" -P "$file" -P "$temporary" -e "trace=$call" -e "inject=$call:$fault" \
+        2>"$work/shell" || status=$?
+    where="$change, $call:$fault, status $status"
+    case $status in
+        0) check_success "$call" ;;
+        1) check_refusal "$call:$fault" ;;
+        137) check_kill ;;
+        *) check "an end that is none of the three" false ;;
+    esac
+    grep -Eq 'INJECTED|killed by SIGKILL' "$work/log"
+}
+
+# Only the temporary's own deletion may fail with success.
+check_success() {
+    check "success without the new text" same "$file" "$work/after"
+    case $1 in
+        unlink | openat) check "a temporary that is not the new text" none_or_new ;;
+        *) check "a temporary is left" not test -e "$temporary" ;;
+    esac
+}
+
+none_or_new() { [ ! -e "$temporary" ] || same "$temporary" "$work/after"; }
+whole() { same "$file" "$work/before" || same "$file" "$work/after"; }
+
+# The file is cut to what was copied and the temporary is the whole new text.
+is_cut() { same "$temporary" "$work/after" && head -c "$(stat -c %s "$file")" "$work/after" | cmp -s - "$file"; }
+
+check_refusal() {
+    check "no message" has_message "$work/errors"
+    case $1 in
+        pwrite64:*+) if ! whole; then check "torn" is_cut && return; fi ;;
+    esac
+    check "no whole text" whole
+    check "a temporary is left" not test -e "$temporary"
+}
+
+check_kill() {
+    check "no whole text anywhere" whole_somewhere
+    local was_whole=no
+    if whole; then was_whole=yes; fi
+    check "the next rewrite fails" set_key
+    check "the next rewrite leaves its temporary" not test -e "$temporary"
+    [ "$was_whole" = no ] || check "the next rewrite is wrong" same "$file" "$work/after"
+}
+
+whole_somewhere() { whole || same "$temporary" "$work/after"; }
+
+# fail CALL FAULT: at each call, until there are no more; FAULT has # where the number goes.
+fail() {
+    local n met=0
+    for change in small_grows large_grows large_shrinks large_keeps; do
+        "before_$change" >"$work/before"
+        cp "$work/before" "$file"
+        where="$change without a fault"
+        check "fails" set_key
+        cp "$file" "$work/after"
+        for ((n = 1; n < 100; n++)); do run_with "$1" "${2/\#/$n}" || break; done
+        met=$((met + n - 1))
+    done
+    where="in all"
+    check "the fault was never met" test "$met" -gt 0
+    report "$1 $2"
+}
+
+for call in pwrite64 ftruncate openat unlink; do
+    fail "$call" error=EIO:when=#
+    fail "$call" error=EIO:when=#+
+    fail "$call" signal=KILL:when=#
+done
+for call in pwrite64 openat; do
+    fail "$call" error=ENOSPC:when=#
+    fail "$call" error=ENOSPC:when=#+
+done
+fail pwrite64 retval=0:when=#
+fail close signal=KILL:when=#
+finish
