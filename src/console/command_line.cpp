@@ -56,7 +56,7 @@ void DefineVerb(CLI::App& command, const Verb& verb, const std::string& path) {
     for (const Parameter& parameter : verb.Parameters)
         if (!parameter.Name.empty()) AddParameter(command, parameter);
     command.set_help_flag("-h,--help", "Show this help; 'bvctl --help' shows the global options");
-    if (!verb.Example.empty()) command.footer("Example:\n  " + path + ' ' + std::string(verb.Example));
+    command.footer(verb.Example.empty() ? "" : "Example:\n  " + path + ' ' + std::string(verb.Example));
 }
 
 void DefineArea(CLI::App& program, const Area& area) {

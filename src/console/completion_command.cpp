@@ -9,14 +9,14 @@ namespace {
 // Finds the areas and verbs among the words before the cursor, and offers what may follow them: options behind a
 // "-", else verbs or file names. Paths below AREA and VERB are looked up in the functions that precede it.
 constexpr std::string_view kBashFunction = R"(_bvctl() {
-    local word=${COMP_WORDS[COMP_CWORD]} command='' at
+    local word=${COMP_WORDS[COMP_CWORD]} command='' words at
     for ((at = 1; at < COMP_CWORD; ++at)); do
         if _bvctl_is_command "${command:+$command }${COMP_WORDS[at]}"; then
             command="${command:+$command }${COMP_WORDS[at]}"
         fi
     done
     COMPREPLY=()
-    local words=$(_bvctl_words "$command")
+    words=$(_bvctl_words "$command")
     if [[ $word == -* ]]; then
         words=$(_bvctl_options "$command")
     elif [[ $words == FILE ]]; then

@@ -29,10 +29,9 @@ class TextList : public ListTarget {
 // A name or description that is too long for the catalogue; 0 or the exit status.
 int CheckLengths(const Session& session, const Arguments& arguments) {
     if (arguments["NAME"].size() > ItemName::kLimit)
-        return session.WrongUsage("A name has at most " + std::to_string(ItemName::kLimit) + " characters");
+        return session.Refuse("A name has at most " + std::to_string(ItemName::kLimit) + " characters");
     if (arguments["DESCRIPTION"].size() > ItemDescription::kLimit)
-        return session.WrongUsage("A description has at most " + std::to_string(ItemDescription::kLimit) +
-                                  " characters");
+        return session.Refuse("A description has at most " + std::to_string(ItemDescription::kLimit) + " characters");
     return 0;
 }
 

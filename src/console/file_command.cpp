@@ -3,6 +3,7 @@
 #include "console/commands.h"
 #include "console/dry_run.h"
 #include "console/output.h"
+#include "ctlfile/lines.h"
 #include "ctlfile/reader.h"
 #include "ctlfile/rewriter.h"
 #include "platform/ascii.h"
@@ -15,8 +16,8 @@ namespace {
 // What the arguments name.
 struct Target {
     std::string Path;
-    std::string Header;            // "[OPTIONS]"
-    std::vector<std::string> Keys; // with its separator; both when none was given, in the order they are tried
+    std::string Header; // "[OPTIONS]"
+    std::string Key;    // with its separator
 };
 
 std::string PathOf(const Arguments& arguments) { return platform::ToWindowsPath(arguments["FILE"]); }
@@ -28,10 +29,7 @@ std::string HeaderOf(std::string_view paragraph) {
     return paragraph.empty() ? std::string() : '[' + std::string(paragraph) + ']';
 }
 
-std::vector<std::string> KeysOf(const std::string& key) {
-    if (key.ends_with(':') || key.ends_with('=')) return {key};
-    return {key + ':', key + '='};
-}
+std::string KeyOf(const std::string& key) { return key.ends_with(':') || key.ends_with('=') ? key : key + ':'; }
 
 // Why a line with the key could not be read back; none when it can.
 std::optional<std::string> FaultOfKey(const std::string& key) {
@@ -43,12 +41,20 @@ std::optional<std::string> FaultOfKey(const std::string& key) {
     return {};
 }
 
+// Why readers would not give the value back as it is; none when they would.
+std::optional<std::string> FaultOfValue(std::string_view key, std::string_view value) {
+    if (TrimBlanks(value) != value) return "Readers would lose the blank that VALUE begins or ends with";
+    if (KeyedLine(key, value).size() > kMaxLine)
+        return "A line holds at most " + std::to_string(kMaxLine) + " characters: readers would lose the end of VALUE";
+    return {};
+}
+
 // Reads the target from the arguments; 0 or the exit status, a message shown.
 int ReadTarget(const Session& session, const Arguments& arguments, Target& target) {
-    target = {PathOf(arguments), HeaderOf(arguments["PARAGRAPH"]), KeysOf(arguments["KEY"])};
+    target = {PathOf(arguments), HeaderOf(arguments["PARAGRAPH"]), KeyOf(arguments["KEY"])};
     if (target.Header.empty()) return session.WrongUsage("A paragraph has a name");
     if (target.Header.size() > kMaxLine)
-        return session.WrongUsage("A line holds at most " + std::to_string(kMaxLine) + " characters");
+        return session.Refuse("A line holds at most " + std::to_string(kMaxLine) + " characters");
     if (!arguments.Has("KEY")) return 0;
     const std::optional<std::string> fault = FaultOfKey(arguments["KEY"]);
     return fault ? session.WrongUsage(*fault) : 0;
@@ -66,7 +72,7 @@ int RefuseParagraph(const Session& session, const Target& target) {
 }
 
 int RefuseKey(const Session& session, const Target& target) {
-    return session.Refuse("There is no key " + target.Keys.front() + " in paragraph " + target.Header + " of file " +
+    return session.Refuse("There is no key " + target.Key + " in paragraph " + target.Header + " of file " +
                           target.Path);
 }
 
@@ -121,18 +127,13 @@ int List(Session& session, const Arguments& arguments) {
 
 enum class Sought { NoFile, NoParagraph, NoKey, Key };
 
-// Looks for the target's keys in turn; cuts the target's keys down to the one that is there and stores its line.
-Sought Find(Target& target, ControlLine& line) {
+// Looks for the target's key and stores its line.
+Sought Find(const Target& target, ControlLine& line) {
     ControlStream stream = OpenForReading(target.Path);
     if (!stream) return Sought::NoFile;
     Position body = 0;
     if (!FindParagraph(stream, target.Header, line, &body)) return Sought::NoParagraph;
-    for (const std::string& key : target.Keys) {
-        if (!FindKeyLine(stream, key, line, body)) continue;
-        target.Keys = {key};
-        return Sought::Key;
-    }
-    return Sought::NoKey;
+    return FindKeyLine(stream, target.Key, line, body) ? Sought::Key : Sought::NoKey;
 }
 
 // Says what was not found, if anything that is needed; 0 or the exit status.
@@ -173,13 +174,10 @@ int Set(Session& session, const Arguments& arguments) {
     Target target;
     if (const int fault = ReadTarget(session, arguments, target)) return fault;
     const std::string& value = arguments["VALUE"];
-    if (target.Keys.front().size() + 1 + value.size() > kMaxLine)
-        return session.WrongUsage("A line holds at most " + std::to_string(kMaxLine) +
-                                  " characters: readers would lose the end of this value");
-    ControlLine line;
-    if (Find(target, line) == Sought::NoFile) return kExitRefused;
+    if (const std::optional<std::string> fault = FaultOfValue(target.Key, value)) return session.Refuse(*fault);
+    if (!OpenForReading(target.Path)) return kExitRefused;
     const Placing placing = arguments.Has("--append") ? Placing::Append : Placing::InPlace;
-    return Perform(session, [&] { return Rewrite(target.Path, {target.Header, target.Keys.front(), value, placing}); });
+    return Perform(session, [&] { return Rewrite(target.Path, {target.Header, target.Key, value, placing}); });
 }
 
 int Delete(Session& session, const Arguments& arguments) {
@@ -187,23 +185,19 @@ int Delete(Session& session, const Arguments& arguments) {
     if (const int fault = ReadTarget(session, arguments, target)) return fault;
     ControlLine line;
     if (const int fault = RequireFound(session, target, Find(target, line))) return fault;
-    return Perform(session, [&] { return Rewrite(target.Path, {target.Header, target.Keys.front(), {}}); });
+    return Perform(session, [&] { return Rewrite(target.Path, {target.Header, target.Key, {}}); });
 }
 
 int Empty(Session& session, const Arguments& arguments) {
     Target target;
     if (const int fault = ReadTarget(session, arguments, target)) return fault;
-    ControlStream stream = OpenForReading(target.Path);
-    if (!stream) return kExitRefused;
-    ControlLine line;
-    if (!FindParagraph(stream, target.Header, line)) return RefuseParagraph(session, target);
-    stream.Close();
+    if (!OpenForReading(target.Path)) return kExitRefused;
     return Perform(session, [&] { return Rewrite(target.Path, {target.Header, {}, {}}); });
 }
 
 constexpr Parameter kFile = {"FILE", "Control file, by a path of this system or a Windows path"};
 constexpr Parameter kParagraph = {"PARAGRAPH", "Paragraph, with or without its brackets"};
-constexpr Parameter kKey = {"KEY", "Key; without ':' or '=' behind it, ':' is tried first, then '='"};
+constexpr Parameter kKey = {"KEY", "Key, with or without its ':'; write the '=' of one that has that"};
 
 constexpr Verb kVerbs[] = {
     {.Name = "list",
@@ -231,7 +225,7 @@ constexpr Verb kVerbs[] = {
      .Example = "SETUP.INI OPTIONS LogFile",
      .Run = Delete},
     {.Name = "empty",
-     .Help = "Delete every line of a paragraph except comments, and keep its header",
+     .Help = "Delete every line of a paragraph except comments, and keep its header, or make it",
      .Parameters = {{kFile, kParagraph}},
      .Example = "SETUP.INI OPTIONS",
      .Run = Empty},

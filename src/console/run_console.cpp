@@ -53,7 +53,7 @@ int UseIniDirectory(const Session& session, const GlobalOptions& global) {
 int CheckTexts(const Session& session, const Arguments& arguments) {
     for (const auto& [name, value] : arguments)
         if (HasControlCharacter(value))
-            return session.WrongUsage(std::string(name) + " holds a control character, such as a line end");
+            return session.Refuse(std::string(name) + " holds a control character, such as a line end");
     return 0;
 }
 

@@ -249,6 +249,12 @@ bool CheckNewItem(ItemKind kind, ItemName& name) {
     return CheckItemFiles(kind, name) && CheckNotInstalled(kind, name);
 }
 
+bool CheckDescription(std::string_view description) {
+    if (description.find('"') == std::string_view::npos) return true;
+    ShowError("A description cannot contain a double quote");
+    return false;
+}
+
 bool AddCatalogueEntry(ItemKind kind, std::string_view name, std::string_view description) {
     const std::string path = CataloguePath(kind);
     Rewrite rewrite(path);

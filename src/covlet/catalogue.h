@@ -54,6 +54,9 @@ bool CheckNotInstalled(ItemKind kind, std::string_view name);
 // files and not be installed. False after the message.
 bool CheckNewItem(ItemKind kind, ItemName& name);
 
+// False, after a message, for a description with a double quote: readers would lose what follows it.
+bool CheckDescription(std::string_view description);
+
 // Inserts an entry before the first line below "[DIRECTORY]" whose name is greater, or at the end of the file, which
 // gets a "[DIRECTORY]" if it has none. Every other line stays byte for byte, but the empty ones below "[DIRECTORY]" go.
 // The name is cut or padded to 8 characters. False after 413 (catalogue), 5015 (temporary) or 5016 (rewrite).

@@ -5,6 +5,7 @@
 namespace bv {
 
 bool AddItem(ItemKind kind, const CatalogueEntry& entry) {
+    if (!CheckDescription(entry.Description)) return false;
     if (!AddCatalogueEntry(kind, entry.Name, entry.Description)) return false;
     ShowStatus(455, KindWord(kind), entry.Name.View());
     return true;
@@ -12,6 +13,7 @@ bool AddItem(ItemKind kind, const CatalogueEntry& entry) {
 
 bool ChangeItem(ItemKind kind, const CatalogueEntry& entry, std::string_view description) {
     if (entry.Description == description) return true;
+    if (!CheckDescription(description)) return false;
     if (!ChangeCatalogueEntry(kind, entry.Name, description)) return false;
     ShowStatus(456, KindWord(kind), entry.Name.View());
     return true;

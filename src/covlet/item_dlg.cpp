@@ -26,6 +26,7 @@ void TakeNewItem(HWND dialog, ItemDialog& item) {
     TakeField(dialog, ID_ITEM_FILE, item.Entry.Name);
     if (!CheckNewItem(item.Kind, item.Entry.Name)) return FocusControl(dialog, ID_ITEM_FILE);
     TakeField(dialog, ID_ITEM_NEW_DESCRIPTION, item.Entry.Description);
+    if (!CheckDescription(item.Entry.Description)) return FocusControl(dialog, ID_ITEM_NEW_DESCRIPTION);
     EndDialog(dialog, IDOK);
 }
 
@@ -41,6 +42,7 @@ void FillDetails(HWND dialog, ItemDialog& item) {
 
 void TakeDetails(HWND dialog, ItemDialog& item) {
     TakeField(dialog, ID_ITEM_DESCRIPTION, item.Entry.Description);
+    if (!CheckDescription(item.Entry.Description)) return FocusControl(dialog, ID_ITEM_DESCRIPTION);
     EndDialog(dialog, IDOK);
 }
 

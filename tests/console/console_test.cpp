@@ -85,6 +85,7 @@ TEST(CommandLine, HelpManualAndCompletionKnowEveryCommand) {
             TextConsole help;
             EXPECT_EQ(help.Run(asking), 0);
             EXPECT_NE(help.Results.find("Usage: bvctl " + command), std::string::npos);
+            EXPECT_EQ(help.Results.find(" VERB "), std::string::npos);
             EXPECT_NE(manual.Results.find("\n.SS bvctl " + command), std::string::npos);
             EXPECT_NE(completion.Results.find("'" + command + "') echo"), std::string::npos);
             for (const Parameter& parameter : verb.Parameters)

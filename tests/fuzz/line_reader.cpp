@@ -16,7 +16,8 @@ namespace {
 using model::Line;
 
 constexpr std::size_t kMaxText = 20'000; // more than a stream takes at once
-constexpr std::size_t kPlaces = 8;       // searched from
+constexpr unsigned long kMaxCopies = 999;
+constexpr std::size_t kPlaces = 8; // searched from
 
 struct Reading {
     std::string_view Text;
@@ -106,7 +107,8 @@ void TryInput(std::string_view bytes) {
 
     std::string text(input.Text);
     const std::string times(input.Parameter(3).value_or(""));
-    for (long i = 1; i < std::strtol(times.c_str(), nullptr, 10) && text.size() < kMaxText; ++i) text += input.Text;
+    const long repeats = input.Text.empty() ? 0 : std::strtol(times.c_str(), nullptr, 10);
+    for (long i = 1; i < repeats && text.size() < kMaxText; ++i) text += input.Text;
 
     const test::MemoryDisk disk;
     test::MemoryDisk::Put("A.CTL", text);

@@ -40,8 +40,9 @@ RootedPath PartRoot(std::string_view path) {
     const std::size_t share = path.find_first_of("\\/", 2);
     if (share == std::string_view::npos) return {"", path};
     const std::size_t end = std::min(path.find_first_of("\\/", share + 1), path.size());
-    return {"\\\\" + UpperText(path.substr(2, share - 2)) + "\\" + UpperText(path.substr(share + 1, end - share - 1)),
-            path.substr(end)};
+    std::string root = UpperText(path.substr(0, end));
+    std::ranges::replace(root, '/', '\\');
+    return {root, path.substr(end)};
 }
 
 // The current directory in the form of a mapping's directory.
