@@ -42,8 +42,6 @@ class OtherProcess : public testing::Test {
   protected:
     OtherProcess() { directory_.Write("SETUP.INI", kBefore); }
     ~OtherProcess() override { WaitAtMost(5); }
-    OtherProcess(const OtherProcess&) = delete;
-    OtherProcess& operator=(const OtherProcess&) = delete;
 
     static void WaitAtMost(int seconds) { OpenShared("", "", seconds); }
     static inline const std::string kBefore = "[A]\r\nk: 1\r\n";
@@ -67,6 +65,7 @@ TEST_F(OtherProcess, ThatKeepsTheFileIsWaitedForInVain) {
         TextConsole console;
         EXPECT_EQ(console.Run({"file", "set", path_, "A", "k", "2"}), 1);
         EXPECT_TRUE(console.Notices.ends_with("Unable to open file " + path_ + "\n")) << console.Notices;
+        holder.LetGo();
         EXPECT_EQ(directory_.Read("SETUP.INI"), kBefore);
         EXPECT_FALSE(directory_.Has("SETUP.TMP"));
     }

@@ -1,5 +1,6 @@
 #include "gui/gui.h"
 
+#include <atomic>
 #include <thread>
 
 namespace bv::gui {
@@ -42,22 +43,14 @@ void Press(WORD key, DWORD flags, std::vector<INPUT>& inputs) {
 
 void Inject(std::vector<INPUT>& inputs) { SendInput(static_cast<UINT>(inputs.size()), inputs.data(), sizeof(INPUT)); }
 
-// The button that closes a dialog; 0 when the window has none.
-int ClosingButton(HWND window) {
-    for (const int button : {IDNO, IDCANCEL, IDOK})
-        if (GetDlgItem(window, button) != nullptr) return button;
-    return 0;
-}
-
-void CloseDialogs(const Windows& windows) {
+// Cancels what is open, again and again, until the modal dialog has ended.
+void CancelDialogs(const Windows& windows, const std::atomic<bool>& ended) {
     Until([&] {
-        bool open = false;
         for (const HWND window : windows.All()) {
-            const int button = ClosingButton(window);
-            open = open || button != 0;
-            if (button != 0 && IsWindowEnabled(window)) Click(window, button);
+            if (ClassOf(window) != "#32770" || !IsWindowEnabled(window)) continue;
+            PostMessageW(window, WM_COMMAND, GetDlgItem(window, IDNO) != nullptr ? IDNO : IDCANCEL, 0);
         }
-        return !open;
+        return ended.load();
     });
 }
 
@@ -247,13 +240,15 @@ int Program::WaitForEnd() const {
 }
 
 void RunDriven(const std::function<void()>& open, const std::function<void(const Windows&)>& drive) {
+    std::atomic<bool> ended = false;
     std::thread driver([&] {
         UseDesktop();
         const Windows windows;
         drive(windows);
-        CloseDialogs(windows);
+        CancelDialogs(windows, ended);
     });
     open();
+    ended = true;
     driver.join();
     // Keys that came too late must not reach the next dialog.
     for (MSG message; PeekMessageA(&message, nullptr, WM_KEYFIRST, WM_KEYLAST, PM_REMOVE);) {
