@@ -16,8 +16,7 @@ namespace {
 using model::Line;
 
 constexpr std::size_t kMaxText = 20'000; // more than a stream takes at once
-constexpr unsigned long kMaxCopies = 999;
-constexpr std::size_t kPlaces = 8; // searched from
+constexpr std::size_t kPlaces = 8;       // searched from
 
 struct Reading {
     std::string_view Text;
