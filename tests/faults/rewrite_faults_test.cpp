@@ -8,14 +8,12 @@
 #include "console/text_console.h"
 #include "covlet/catalogue.h"
 #include "ctlfile/copy_back.h"
-#include "ctlfile/paths.h"
 #include "ctlfile/rewriter.h"
 #include "platform/ascii.h"
 #include "shell/server_paths.h"
 #include "support/faulty_files.h"
 #include "support/memory_server.h"
 #include "support/temporary_directory.h"
-#include "users/user_rewrite.h"
 
 namespace bv::test {
 namespace {
@@ -27,20 +25,20 @@ using platform::FileError;
 
 constexpr ItemKind kKind = ItemKind::Coversheet;
 
-// A server whose control file, that of an action, lies in memory or in a real directory.
+// A server whose catalogue, the control file of every action, lies in memory or in a real directory.
 class Scene {
   public:
-    Scene(const TemporaryDirectory* disk, const std::string& file)
+    explicit Scene(const TemporaryDirectory* disk)
         : Files(disk != nullptr ? platform::Service<platform::FileSystem>::System() : server_.Files) {
         const std::string area = disk != nullptr ? disk->Path() : "F:\\BRIVANE";
-        if (disk != nullptr) disk->Write(file, "");
+        if (disk != nullptr) disk->Write("B-COVER\\MSGDIR.CTL", "");
         server_.Put("C:\\WINDOWS\\BRIVANE.INI", "[SERVER]\r\nAllUserArea: U\r\nRequestArea: R\r\nServerArea: S\r\n"
                                                 "SystemArea: " +
                                                     area + "\r\n");
         server_.Put(area + "\\B-DB\\SETUP.INI", "");
         EXPECT_EQ(LoadServerPaths(), kDone);
-        Control = Paths().SystemArea.String() + file;
-        Temporary = TemporaryPath(Control);
+        Control = ItemDirectory(kKind) + "MSGDIR.CTL";
+        Temporary = ItemDirectory(kKind) + "MSGDIR.TMP";
     }
 
     void Put(const std::string& path, std::string_view text) const {
@@ -62,9 +60,8 @@ class Scene {
         std::vector<std::string> errors;
         for (std::string said : Said().TakeSaid()) {
             if (!said.starts_with("error: ")) continue;
-            const std::string_view directory = DirectoryPart(Control);
-            const std::size_t at = said.find(directory);
-            if (at != std::string::npos) said.erase(at, directory.size());
+            const std::size_t directory = said.find(ItemDirectory(kKind));
+            if (directory != std::string::npos) said.erase(directory, ItemDirectory(kKind).size());
             errors.push_back(said.substr(7));
         }
         return errors;
@@ -86,7 +83,6 @@ struct Action {
     std::function<bool(Scene&)> Run;
     std::set<std::string> Words;      // all that may be said, and each is said at some fault
     std::vector<std::string> Between; // whole texts on the way
-    std::string File = "B-COVER\\MSGDIR.CTL";
 
     friend void PrintTo(const Action& action, std::ostream* out) { *out << action.Name; }
 };
@@ -140,11 +136,6 @@ const std::string kNotOpened = "Unable to open file MSGDIR.CTL";
 const std::string kNotUpdated = "Error updating file MSGDIR.CTL";
 const std::set<std::string> kChangeWords = {kNotOpened, "Unable to open file MSGDIR.TMP", kNotUpdated};
 
-const std::string kUserList = "B-DB\\USERLIST.INI";
-const std::string kUsers = "[USER]\r\nName: (d)\r\nX: 1\r\n\r\n[USER]\r\nName: BEN\r\n\r\n[USER]\r\nName: IRIS\r\n";
-const std::set<std::string> kUserWords = {"Unable to open file USERLIST.INI", "Unable to create file USERLIST.TMP",
-                                          "Error writing to file USERLIST.TMP", "Unable to update file USERLIST.INI"};
-
 // The last ones are larger than what is copied by one call, 512 KiB.
 const Action kActions[] = {
     {"KeyGrows", kKeys, Updating({"[A]", "k:", "longer"}), {}, {}},
@@ -178,25 +169,6 @@ const Action kActions[] = {
      kChangeWords,
      {}},
     {"CatalogueEntryGoes", kCatalogue, [](Scene&) { return DeleteCatalogueEntry(kKind, "ALPHA"); }, kChangeWords, {}},
-    {"UserIsAdded",
-     kUsers,
-     [](Scene&) { return AddUserRecord("CLARA", {}, RecordKind::User); },
-     kUserWords,
-     {},
-     kUserList},
-    {"UserIsUpdated",
-     kUsers,
-     [](Scene&) { return UpdateUserRecord("BEN", {}, RecordKind::User); },
-     kUserWords,
-     {},
-     kUserList},
-    {"UserGoes",
-     // from a list of which one user was deleted already, as the next rewrite deletes the same one again
-     kUsers + kUsers,
-     [](Scene&) { return DeleteUserRecord("BEN", RecordKind::User); },
-     kUserWords,
-     {},
-     kUserList},
     {"CommandSets", kKeys, Commanding({"file", "set", "", "A", "k", "longer"}), {kNotOpened, kNotUpdated}, {}},
     {"KeyOfALargeFile", Lines(10'000, 'a') + kKeys, Updating({"[A]", "k:", "longer"}), {}, {}},
     {"LargeFileGrows", Lines(10'000, 'a'), ReplacingBy(Lines(30'000, 'b')), {}, {}},
@@ -242,7 +214,7 @@ class RewriteFaults : public testing::TestWithParam<std::tuple<bool, Action>> {
         std::vector<std::string> Errors;
     };
 
-    RewriteFaults() : scene_(std::get<bool>(GetParam()) ? &disk_.emplace() : nullptr, action_.File) {}
+    RewriteFaults() : scene_(std::get<bool>(GetParam()) ? &disk_.emplace() : nullptr) {}
 
     // The new text, made over a stale temporary that is longer.
     void FindAfter() {
@@ -374,7 +346,7 @@ class WornFile final : public platform::File {
 TEST(RewriteFaults, WhatCannotBePutBackIsCutAndItsTemporaryStays) {
     constexpr std::size_t kCopiedByOneCall = std::size_t{512} * 1024;
     for (const std::size_t lines : {10'000U, 20'000U, 30'000U}) { // shorter, as long, longer
-        const Scene scene(nullptr, "B-COVER\\MSGDIR.CTL");
+        const Scene scene(nullptr);
         const std::string newText = Lines(lines, 'b');
         std::string text = Lines(20'000, 'a');
         scene.Put(scene.Control, "");
