@@ -166,7 +166,7 @@ std::int64_t FromCalendar(const CalendarTime& time) {
 }
 
 std::string GetDatePicture(platform::DateStyle style) {
-    const std::string picture = platform::TheLocale().DatePicture(style);
+    std::string picture = platform::TheLocale().DatePicture(style);
     if (!picture.empty()) return picture;
     return style == platform::DateStyle::Short ? "dd/MM/yy" : "d MMMM yyyy";
 }

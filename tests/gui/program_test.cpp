@@ -9,8 +9,6 @@
 namespace bv::gui {
 namespace {
 
-using testing::ElementsAre;
-using testing::HasSubstr;
 
 constexpr const char* kMenuTitle = "Brivane configuration";
 constexpr const char* kCatalogueTitle = "Brivane - coversheets and letterheads";

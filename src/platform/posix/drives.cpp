@@ -75,7 +75,7 @@ std::string Join(std::string path, const std::vector<std::string>& names, char s
 }
 
 std::string FindNames(const std::string& directory, const std::vector<std::string>& names) {
-    const std::string exact = Join(directory, names, '/');
+    std::string exact = Join(directory, names, '/');
     if (Exists(exact)) return exact;
 
     std::string path = directory;
