@@ -9,7 +9,6 @@
 namespace bv::gui {
 namespace {
 
-
 constexpr const char* kMenuTitle = "Brivane configuration";
 constexpr const char* kCatalogueTitle = "Brivane - coversheets and letterheads";
 constexpr const char* kErrorCaption = "Brivane Setup - Error!";
