@@ -67,9 +67,6 @@ class File {
     virtual std::optional<std::uint64_t> Length() = 0;
     virtual FileError SetLength(std::uint64_t length) = 0;
 
-    // Brings what was written to the disk itself, so that it outlasts a failing computer. Slow.
-    virtual FileError Flush() = 0;
-
     // Time of the last write, in seconds since 1970 in universal time.
     virtual std::optional<std::int64_t> WriteTime() = 0;
     virtual FileError SetWriteTime(std::int64_t seconds) = 0;

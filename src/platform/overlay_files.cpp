@@ -96,8 +96,6 @@ class OverlayFile final : public File {
         return FileError::None;
     }
 
-    FileError Flush() override { return FileError::None; }
-
     std::optional<std::int64_t> WriteTime() override { return entry_->WriteTime; }
 
     FileError SetWriteTime(std::int64_t seconds) override {

@@ -333,7 +333,6 @@ class WornFile final : public platform::File {
         text_.resize(static_cast<std::size_t>(length));
         return FileError::None;
     }
-    FileError Flush() override { return FileError::None; }
     std::optional<std::int64_t> WriteTime() override { return 0; }
     FileError SetWriteTime(std::int64_t) override { return FileError::None; }
     FileError Close() override { return FileError::None; }

@@ -87,8 +87,6 @@ class FaultyFile final : public platform::File {
         return state_->Allows(CallKind::Changes) ? wrapped_->SetLength(length) : state_->Error();
     }
 
-    FileError Flush() override { return state_->Allows(CallKind::Changes) ? wrapped_->Flush() : state_->Error(); }
-
     std::optional<std::int64_t> WriteTime() override {
         return state_->Allows(CallKind::Looks) ? wrapped_->WriteTime() : std::nullopt;
     }

@@ -12,7 +12,7 @@
 namespace bv::test {
 
 enum class CallKind {
-    Changes, // an opening that creates or truncates, Write, SetLength, Flush, SetWriteTime, Delete, Close after writing
+    Changes, // an opening that creates or truncates, Write, SetLength, SetWriteTime, Delete, Close after writing
     Looks,   // any other opening, Read, Length, WriteTime, Find, List
 };
 

@@ -85,15 +85,6 @@ class PosixFile final : public File {
         return FileError::None;
     }
 
-    // A file system that cannot sync (EINVAL) has nothing that it could lose.
-    FileError Flush() override {
-        while (fsync(descriptor_.Number()) != 0) {
-            if (errno == EINVAL) return FileError::None;
-            if (errno != EINTR) return LastError();
-        }
-        return FileError::None;
-    }
-
     std::optional<std::int64_t> WriteTime() override {
         struct stat status {};
         if (fstat(descriptor_.Number(), &status) != 0) return std::nullopt;

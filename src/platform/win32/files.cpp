@@ -122,8 +122,6 @@ class WindowsFile final : public File {
         return set ? FileError::None : LastError();
     }
 
-    FileError Flush() override { return FlushFileBuffers(handle_.Get()) != 0 ? FileError::None : LastError(); }
-
     std::optional<std::int64_t> WriteTime() override {
         FILETIME time{};
         if (GetFileTime(handle_.Get(), nullptr, nullptr, &time) == 0) return std::nullopt;
