@@ -5,6 +5,7 @@
 #include "console/output.h"
 #include "ctlfile/lines.h"
 #include "ctlfile/reader.h"
+#include "ctlfile/reading.h"
 #include "ctlfile/rewriter.h"
 #include "platform/ascii.h"
 #include "platform/drives.h"
@@ -60,13 +61,6 @@ int ReadTarget(const Session& session, const Arguments& arguments, Target& targe
     return fault ? session.WrongUsage(*fault) : 0;
 }
 
-// Opens for reading; 413 when that fails.
-ControlStream OpenForReading(const std::string& path) {
-    ControlStream stream = OpenShared(path, "rb");
-    if (!stream) ShowError(413, path);
-    return stream;
-}
-
 int RefuseParagraph(const Session& session, const Target& target) {
     return session.Refuse("There is no paragraph " + target.Header + " in file " + target.Path);
 }
@@ -95,6 +89,7 @@ int ListParagraphs(Session& session, const Arguments& arguments) {
     if (!stream) return kExitRefused;
     std::vector<std::string> headers;
     for (ControlLine line; FindParagraph(stream, {}, line);) headers.push_back(line.String());
+    if (!WasRead(stream)) return kExitRefused;
     PrintLines(session, headers);
     return kExitDone;
 }
@@ -105,15 +100,16 @@ int ListLines(Session& session, const Arguments& arguments) {
     ControlStream stream = OpenForReading(target.Path);
     if (!stream) return kExitRefused;
     ControlLine line;
-    if (!FindParagraph(stream, target.Header, line)) return RefuseParagraph(session, target);
-
+    const bool found = FindParagraph(stream, target.Header, line);
     std::vector<std::string> lines;
     std::vector<Record> records;
-    while (FindKeyLine(stream, {}, line)) {
+    while (found && FindKeyLine(stream, {}, line)) {
         lines.push_back(line.String());
         const PartedLine parted = PartLine(line);
         records.push_back({{"key", parted.Key}, {"value", parted.Content}});
     }
+    if (!WasRead(stream)) return kExitRefused;
+    if (!found) return RefuseParagraph(session, target);
     if (session.Json)
         PrintRecords(session, records);
     else
@@ -125,21 +121,23 @@ int List(Session& session, const Arguments& arguments) {
     return arguments.Has("PARAGRAPH") ? ListLines(session, arguments) : ListParagraphs(session, arguments);
 }
 
-enum class Sought { NoFile, NoParagraph, NoKey, Key };
+enum class Sought { Unreadable, NoParagraph, NoKey, Key };
 
-// Looks for the target's key and stores its line.
+// Looks for the target's key and stores its line. Unreadable: a message has been shown.
 Sought Find(const Target& target, ControlLine& line) {
     ControlStream stream = OpenForReading(target.Path);
-    if (!stream) return Sought::NoFile;
+    if (!stream) return Sought::Unreadable;
     Position body = 0;
-    if (!FindParagraph(stream, target.Header, line, &body)) return Sought::NoParagraph;
-    return FindKeyLine(stream, target.Key, line, body) ? Sought::Key : Sought::NoKey;
+    const bool hasParagraph = FindParagraph(stream, target.Header, line, &body);
+    if (hasParagraph && FindKeyLine(stream, target.Key, line, body)) return Sought::Key;
+    if (!WasRead(stream)) return Sought::Unreadable;
+    return hasParagraph ? Sought::NoKey : Sought::NoParagraph;
 }
 
 // Says what was not found, if anything that is needed; 0 or the exit status.
 int RequireFound(const Session& session, const Target& target, Sought found) {
     switch (found) {
-    case Sought::NoFile: return kExitRefused;
+    case Sought::Unreadable: return kExitRefused;
     case Sought::NoParagraph: return RefuseParagraph(session, target);
     case Sought::NoKey: return RefuseKey(session, target);
     case Sought::Key: break;

@@ -10,6 +10,7 @@
 #include "ctlfile/lines.h"
 #include "ctlfile/paths.h"
 #include "ctlfile/reader.h"
+#include "ctlfile/reading.h"
 #include "platform/ascii.h"
 #include "platform/files.h"
 #include "shell/messages.h"
@@ -55,22 +56,30 @@ struct StoredEntry {
     std::optional<std::string> Description;
 };
 
-// The entries from the stream's start; none without a stream or a paragraph.
-std::vector<StoredEntry> ReadEntries(ControlStream catalogue) {
+// The entries from the stream's start; nothing, after a message, when they cannot be read to the end.
+std::optional<std::vector<StoredEntry>> ReadEntries(ControlStream catalogue) {
     std::vector<StoredEntry> entries;
     ControlLine line;
-    if (!FindParagraph(catalogue, kParagraph, line)) return entries;
-    while (FindKeyLine(catalogue, kFileKey, line)) {
+    const bool found = FindParagraph(catalogue, kParagraph, line);
+    while (found && FindKeyLine(catalogue, kFileKey, line)) {
         const QuotedToken name = ParseQuotedToken(KeyValue(line));
         if (!name.Token) continue;
         StoredEntry& entry = entries.emplace_back(StoredEntry{std::string(*name.Token), {}});
         if (const auto description = ParseQuotedToken(name.Rest).Token) entry.Description = StripQuotes(*description);
     }
+    if (!WasRead(catalogue)) return {};
     return entries;
 }
 
-std::vector<StoredEntry> ReadEntries(ItemKind kind) {
-    return ReadEntries(OpenShared(CataloguePath(kind), "rb", kTimeout));
+// The same; no entries without a catalogue.
+std::optional<std::vector<StoredEntry>> ReadEntries(ItemKind kind) {
+    ControlStream catalogue = OpenShared(CataloguePath(kind), "rb", kTimeout);
+    if (!catalogue) return std::vector<StoredEntry>();
+    return ReadEntries(std::move(catalogue));
+}
+
+bool Contains(const std::vector<StoredEntry>& entries, std::string_view name) {
+    return std::ranges::any_of(entries, [name](const StoredEntry& entry) { return EqualFolded(entry.Name, name); });
 }
 
 std::string EntryLine(std::string_view name, std::string_view description) {
@@ -183,13 +192,11 @@ CatalogueEntry ParseEntryText(std::string_view text) {
 
 bool ListCatalogue(ItemKind kind, ListTarget& list) {
     list.Clear();
-    const std::string path = CataloguePath(kind);
-    ControlStream catalogue = OpenShared(path, "rb", kTimeout);
-    if (!catalogue) {
-        ShowError(413, path);
-        return false;
-    }
-    for (const StoredEntry& entry : ReadEntries(std::move(catalogue))) {
+    ControlStream catalogue = OpenForReading(CataloguePath(kind), kTimeout);
+    if (!catalogue) return false;
+    const auto entries = ReadEntries(std::move(catalogue));
+    if (!entries) return false;
+    for (const StoredEntry& entry : *entries) {
         if (entry.Name.size() > ItemName::kLimit || !entry.Description) continue;
         list.Add(EntryText({entry.Name, *entry.Description}));
     }
@@ -198,8 +205,10 @@ bool ListCatalogue(ItemKind kind, ListTarget& list) {
 
 void ListInstallable(ItemKind kind, ListTarget& list) {
     const KindFacts& facts = FactsOf(kind);
+    const auto entries = ReadEntries(kind);
+    if (!entries) return;
     std::unordered_set<std::string> catalogued;
-    for (const StoredEntry& entry : ReadEntries(kind)) catalogued.insert(UpperText(entry.Name));
+    for (const StoredEntry& entry : *entries) catalogued.insert(UpperText(entry.Name));
     for (const std::string& file : platform::Files().List(ItemDirectory(kind), facts.InstallablePattern)) {
         const std::size_t dot = file.rfind('.');
         if (dot == std::string::npos) continue;
@@ -211,17 +220,18 @@ void ListInstallable(ItemKind kind, ListTarget& list) {
 }
 
 bool IsCatalogued(ItemKind kind, std::string_view name) {
-    const auto isNamed = [name](const StoredEntry& entry) { return EqualFolded(entry.Name, name); };
-    return std::ranges::any_of(ReadEntries(kind), isNamed);
+    const auto entries = ReadEntries(kind);
+    return entries && Contains(*entries, name);
 }
 
 bool GetDescription(ItemKind kind, std::string_view name, ItemDescription& description) {
-    for (const StoredEntry& entry : ReadEntries(kind)) {
-        if (!EqualFolded(entry.Name, name)) continue;
-        description = entry.Description.value_or("");
-        return true;
-    }
-    return false;
+    const auto entries = ReadEntries(kind);
+    if (!entries) return false;
+    const auto found =
+        std::ranges::find_if(*entries, [name](const auto& entry) { return EqualFolded(entry.Name, name); });
+    if (found == entries->end()) return false;
+    description = found->Description.value_or("");
+    return true;
 }
 
 bool CheckItemFiles(ItemKind kind, std::string_view name) {
@@ -235,7 +245,9 @@ bool CheckItemFiles(ItemKind kind, std::string_view name) {
 }
 
 bool CheckNotInstalled(ItemKind kind, std::string_view name) {
-    if (!IsCatalogued(kind, name)) return true;
+    const auto entries = ReadEntries(kind);
+    if (!entries) return false;
+    if (!Contains(*entries, name)) return true;
     ShowError(5019, name);
     return false;
 }

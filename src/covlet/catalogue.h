@@ -32,13 +32,15 @@ std::string EntryText(const CatalogueEntry& entry);
 CatalogueEntry ParseEntryText(std::string_view text);
 
 // Fills the emptied list with the entries in file order. Lines with a name of 13 characters or more, or without a
-// description token, are passed over. A catalogue that cannot be opened shows 413 and returns false.
+// description token, are passed over. False after 413 or 9011, with an empty list, when the catalogue cannot be opened
+// or read.
 bool ListCatalogue(ItemKind kind, ListTarget& list);
 
 // Adds to the list the names of the kind's files that can be installed (*.EPN, or *.G3F and *.G3N) and are neither in
-// the catalogue nor in the list.
+// the catalogue nor in the list; none, after 9011, when the catalogue cannot be read to its end.
 void ListInstallable(ItemKind kind, ListTarget& list);
 
+// Whether there is an entry of that name; no, after 9011, when the catalogue cannot be read to its end.
 bool IsCatalogued(ItemKind kind, std::string_view name);
 
 // The description of an entry; false when it is not in the catalogue.
@@ -47,7 +49,7 @@ bool GetDescription(ItemKind kind, std::string_view name, ItemDescription& descr
 // Whether any of the item's files exists; shows 5018 or 5017 when none does.
 bool CheckItemFiles(ItemKind kind, std::string_view name);
 
-// False, after showing 5019, when the name is in the catalogue.
+// False, after showing 5019 or 9011, when the name is in the catalogue or that cannot be known.
 bool CheckNotInstalled(ItemKind kind, std::string_view name);
 
 // What an add box does on OK with the typed name, upper-cased by the call: it must not be empty (5148 or 5147), have

@@ -1,6 +1,7 @@
 #include "ctlfile/control_stream.h"
 
 #include <algorithm>
+#include <cstring>
 #include <new>
 #include <utility>
 
@@ -53,6 +54,7 @@ ControlStream& ControlStream::operator=(ControlStream&& other) noexcept {
     std::swap(capacity_, other.capacity_);
     std::swap(loaded_, other.loaded_);
     std::swap(complete_, other.complete_);
+    std::swap(lineEnds_, other.lineEnds_);
     std::swap(pending_, other.pending_);
     return *this;
 }
@@ -150,6 +152,7 @@ bool ControlStream::LoadMore() {
 void ControlStream::ForgetFrom(Position position) {
     loaded_ = static_cast<std::size_t>(std::min<Position>(loaded_, position));
     complete_ = false;
+    lineEnds_.Forget();
 }
 
 bool ControlStream::Write(std::string_view bytes) {

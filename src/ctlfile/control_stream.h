@@ -7,12 +7,12 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 
+#include "ctlfile/lines.h"
 #include "platform/files.h"
 
 namespace bv {
@@ -50,11 +50,11 @@ class ControlStream {
     // holds until the stream is next read or written. Empty at the end of the file and after a failure.
     std::string_view NextRawLine() {
         if (pending_.empty() && position_ < loaded_) {
-            const char* start = memory_.get() + position_;
-            if (const void* end = std::memchr(start, '\n', loaded_ - position_)) {
-                const auto length = static_cast<std::size_t>(static_cast<const char*>(end) - start) + 1;
-                position_ += length;
-                return {start, length};
+            const std::size_t start = position_;
+            const std::size_t end = lineEnds_.Find(Loaded(), start);
+            if (end < loaded_) {
+                position_ = end + 1;
+                return {memory_.get() + start, end + 1 - start};
             }
         }
         return NextRawLineSlowly();
@@ -106,6 +106,7 @@ class ControlStream {
     std::size_t capacity_ = 0;
     std::size_t loaded_ = 0;
     bool complete_ = false; // the whole file is in memory
+    LineEnds lineEnds_;
 
     std::string pending_; // written, not yet handed over; ends at position_
 };

@@ -9,21 +9,24 @@
 namespace bv {
 namespace {
 
-constexpr std::size_t kBlock = 512;           // after each so many bytes the system gets its turn
-constexpr std::size_t kPiece = 1024 * kBlock; // what is read and written by one call
+constexpr std::size_t kBlock = 512; // after each so many bytes the system gets its turn
 
 enum class Outcome { Copied, FileWhole, FileTorn };
 
-// Copies the temporary's bytes from `from` to `to` to the same place of the control file. The number copied.
-std::uint64_t CopyRange(ControlStream& temporary, ControlStream& control, Position from, Position to) {
-    const auto largest = static_cast<std::size_t>(std::min<Position>(to - from, kPiece));
+// Copies the temporary's bytes from `from` to `to` to the same place of the control file; pieces that stand there in
+// the old text already are not written. The number copied.
+std::uint64_t CopyRange(ControlStream& temporary, ControlStream& control, std::string_view oldText, Position from,
+                        Position to) {
+    const auto largest = static_cast<std::size_t>(std::min<Position>(to - from, kCopyPiece));
     const auto piece = std::make_unique_for_overwrite<char[]>(largest);
     for (Position at = from; at < to;) {
-        const auto wanted = static_cast<std::size_t>(std::min<Position>(to - at, kPiece));
+        const auto wanted = static_cast<std::size_t>(std::min<Position>(to - at, kCopyPiece));
         const platform::Transfer read = temporary.ReadAt(at, piece.get(), wanted);
         if (read.Count < wanted || read.Error != platform::FileError::None) return at - from;
         for (std::size_t done = 0; done < wanted; done += kBlock) YieldToSystem();
-        const platform::Transfer written = control.WriteAt(at, {piece.get(), wanted});
+        const std::string_view bytes(piece.get(), wanted);
+        const bool isThere = at < oldText.size() && oldText.substr(static_cast<std::size_t>(at), wanted) == bytes;
+        const platform::Transfer written = isThere ? platform::Transfer{wanted} : control.WriteAt(at, bytes);
         at += written.Count;
         if (written.Error != platform::FileError::None) return at - from;
     }
@@ -51,12 +54,12 @@ bool TemporaryReadable(ControlStream& temporary, std::uint64_t length) {
 Outcome Overwrite(ControlStream& temporary, ControlStream& control, std::string_view oldText, std::uint64_t length) {
     if (length > oldText.size()) {
         const std::uint64_t growth = length - oldText.size();
-        if (CopyRange(temporary, control, oldText.size(), length) < growth) {
+        if (CopyRange(temporary, control, oldText, oldText.size(), length) < growth) {
             return RestoreLength(control, oldText.size()) ? Outcome::FileWhole : Outcome::FileTorn;
         }
     }
     const std::uint64_t rest = std::min<std::uint64_t>(length, oldText.size());
-    const std::uint64_t copied = CopyRange(temporary, control, 0, rest);
+    const std::uint64_t copied = CopyRange(temporary, control, oldText, 0, rest);
     if (copied == rest && (length >= oldText.size() || control.SetLength(length))) return Outcome::Copied;
     if (PutBack(control, oldText, copied)) return Outcome::FileWhole;
     control.SetLength(copied);

@@ -2,7 +2,8 @@
 //
 // A rewrite holds the control file against every other reader and writer, writes the new text to a temporary beside
 // it, and only then copies the temporary over the file, in place: the file is never deleted or moved, so its
-// identity, its attributes and the server's handles stay valid. Then the temporary goes.
+// identity, its attributes and the server's handles stay valid. Pieces that did not change are not written again. Then
+// the temporary goes.
 //
 // What can be left:
 //   - an error before the copy-back: the file as it was, no temporary;
@@ -20,6 +21,8 @@
 #include "ctlfile/status.h"
 
 namespace bv {
+
+inline constexpr std::size_t kCopyPiece = 64 * 1024; // bytes copied by one call of the system
 
 // Copies the whole temporary over the control file, which then has its length. 0, or -4084 on failure (above).
 StatusCode CopyFileBack(ControlStream& temporary, ControlStream& control);

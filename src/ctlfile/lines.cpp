@@ -8,6 +8,11 @@
 
 #include "ctlfile/reader.h"
 
+#if defined(__SSE2__) || defined(_M_X64)
+#include <emmintrin.h>
+#define BV_SSE2
+#endif
+
 namespace bv {
 namespace {
 
@@ -29,6 +34,25 @@ constexpr std::size_t FirstMarked(std::uint64_t marks) {
 }
 
 constexpr std::size_t kGlance = 64; // bytes looked at in one go
+using Flags = std::array<bool, kGlance>;
+
+// A bit for each LF among the bytes, the first byte's lowest.
+std::uint64_t MarkLineEnds(const char* bytes) {
+    std::uint64_t marks = 0;
+#ifdef BV_SSE2
+    const __m128i wanted = _mm_set1_epi8('\n');
+    for (std::size_t i = 0; i < kGlance; i += sizeof(__m128i)) {
+        __m128i some;
+        std::memcpy(&some, bytes + i, sizeof some);
+        const int found = _mm_movemask_epi8(_mm_cmpeq_epi8(some, wanted));
+        marks |= static_cast<std::uint64_t>(found) << i;
+    }
+#else
+    for (std::size_t i = 0; i < kGlance; ++i) marks |= std::uint64_t{bytes[i] == '\n'} << i;
+#endif
+    return marks;
+}
+
 // So many blocks without a line end between two with one hold a line of less than kMaxLine.
 constexpr int kMaxBlocksWithoutEnd = 2;
 static_assert((kMaxBlocksWithoutEnd + 2) * kGlance <= kMaxLine);
@@ -38,8 +62,7 @@ struct Glance {
     bool HasLineEnd;
 };
 
-// Whether any of the flags, one a byte, is set.
-bool AnySet(const std::array<bool, kGlance>& flags) {
+bool AnySet(const Flags& flags) {
     std::array<std::uint64_t, kGlance / 8> words{};
     std::memcpy(words.data(), flags.data(), kGlance);
     return std::ranges::any_of(words, [](std::uint64_t word) { return word != 0; });
@@ -48,8 +71,8 @@ bool AnySet(const std::array<bool, kGlance>& flags) {
 // Whether the bytes, seen with the one before them, may be part of clean lines: no control character but CR LF, no
 // blank before it. Each byte is judged without a branch and for itself, so that compilers take sixteen at a time.
 Glance GlanceAt(const char* bytes) {
-    std::array<bool, kGlance> unclean{};
-    std::array<bool, kGlance> lineEnd{};
+    Flags unclean{};
+    Flags lineEnd{};
     for (std::size_t i = 0; i < kGlance; ++i) {
         const auto c = static_cast<unsigned char>(bytes[i]);
         const auto before = static_cast<unsigned char>(*(bytes + i - 1));
@@ -63,6 +86,19 @@ Glance GlanceAt(const char* bytes) {
 }
 
 } // namespace
+
+std::size_t LineEnds::FindFurther(std::string_view text, std::size_t from) {
+    std::size_t at = from / kGlance * kGlance;
+    for (; at + kGlance <= text.size(); at += kGlance) {
+        block_ = at / kGlance;
+        marks_ = MarkLineEnds(text.data() + at);
+        const std::size_t behind = from > at ? from - at : 0;
+        const std::uint64_t ahead = marks_ >> behind << behind;
+        if (ahead != 0) return at + static_cast<std::size_t>(std::countr_zero(ahead));
+    }
+    // Bytes may still be added to the last block, so nothing of it is kept.
+    return std::min(text.find('\n', std::max(from, at)), text.size());
+}
 
 std::size_t FindControl(std::string_view text, std::size_t from) {
     std::size_t at = from;

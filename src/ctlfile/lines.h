@@ -3,7 +3,9 @@
 #pragma once
 
 #include <array>
+#include <bit>
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -43,6 +45,28 @@ inline bool BeginsWith(std::string_view line, std::string_view key) {
 
 // The line cleaned.
 std::string CleanLine(std::string_view rawLine);
+
+// The line ends of a text, found in rising order: 64 bytes are looked at in one go and what was seen is kept, so that
+// short lines cost little each.
+class LineEnds {
+  public:
+    // The index of the first LF at or after `from`, or the text's size.
+    std::size_t Find(std::string_view text, std::size_t from) {
+        const std::uint64_t marks = from / kGlance == block_ ? marks_ >> from % kGlance : 0;
+        return marks != 0 ? from + static_cast<std::size_t>(std::countr_zero(marks)) : FindFurther(text, from);
+    }
+
+    // To be called when bytes that have been searched change.
+    void Forget() { block_ = kNone; }
+
+  private:
+    static constexpr std::size_t kGlance = 64;
+    static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
+    std::size_t FindFurther(std::string_view text, std::size_t from);
+
+    std::size_t block_ = kNone; // the block of kGlance bytes that marks_ tells of
+    std::uint64_t marks_ = 0;   // a bit for each LF in it, the first byte's lowest
+};
 
 // Takes the first line, its line end included, off the front of the text; empty at the end.
 std::string_view TakeLine(std::string_view& text);

@@ -26,7 +26,7 @@ class RecordWalker {
     bool Next();
 
     // The value of the key of that index in the current record; false, with the place emptied, when it has none.
-    bool Get(std::size_t key, TextPlace place) const;
+    bool Get(std::size_t index, TextPlace place) const;
 
     // Where the current record's header line begins, where its body begins, and where the next paragraph does.
     [[nodiscard]] Position Start() const { return start_; }
@@ -34,20 +34,27 @@ class RecordWalker {
     [[nodiscard]] Position End() const { return end_; }
 
   private:
-    struct Found {
-        Position At = 0;
-        std::size_t Size = 0; // 0: the record does not have the key
+    struct Key {
+        explicit Key(std::string_view text);
+        [[nodiscard]] bool Begins(std::string_view line) const;
+
+        std::string_view Text;
+        std::size_t ValueStart;    // on its line
+        std::uint64_t Head = 0;    // its first eight characters
+        std::uint64_t Counts = 0;  // the bits of Head that tell: not which case a letter has
+        bool HeadIsAll = true;     // the key has no further characters, and no blanks
+        std::uint8_t Next = 0;     // the next key with the same first letter: its index plus 1, or 0
+        std::size_t FoundSize = 0; // of its line in the current record, or 0
+        Position FoundAt = 0;
     };
     bool FindHeader();
     void Note(std::string_view line, Position at);
 
     ControlStream& stream_;
     std::string_view header_;
-    std::span<const std::string_view> keys_;
-    std::array<bool, 256> mayBegin_{};     // the characters that keys begin with, in both cases
-    std::vector<std::size_t> valueStarts_; // on a line with the key of that index
-    std::vector<Found> found_;
-    std::size_t missing_ = 0; // keys not found yet in the current record
+    std::vector<Key> keys_;
+    std::array<std::uint8_t, 256> first_{}; // the first key that begins with the character, in any case, as Next
+    std::size_t missing_ = 0;               // keys not found yet in the current record
     Position start_ = 0;
     Position bodyStart_ = 0;
     Position end_ = 0;

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "console/text_console.h"
+#include "support/faulty_files.h"
 #include "support/memory_server.h"
 
 namespace bv::console {
@@ -195,6 +196,24 @@ TEST(FileCommand, SaysWhyAFileIsNotRead) {
         TextConsole console;
         EXPECT_EQ(console.Run(arguments), 1);
         EXPECT_EQ(console.Notices, "Unable to open file F:\\X\\SETUP.INI\n");
+    }
+}
+
+TEST(FileCommand, ShowsNothingOfAFileThatCannotBeReadToItsEnd) {
+    const std::vector<std::string> commands[] = {{"list"}, {"list", "A"}, {"get", "A", "K"}, {"delete", "A", "K"}};
+    MemoryServer server;
+    server.Put(kPath, "[A]\r\n;" + std::string(40'000, 'x') + "\r\nK: 1\r\n[B]\r\n");
+    for (std::vector<std::string> arguments : commands) {
+        SCOPED_TRACE(arguments.front());
+        arguments.insert(arguments.begin(), "file");
+        arguments.insert(arguments.begin() + 2, kPath);
+        // The first look opens the file and the second asks its length; the first read asks again.
+        test::FaultyFiles faulty(server.Files, {test::FaultKind::FailOnce, 5, test::CallKind::Looks});
+        const platform::Substitute<platform::FileSystem> substitute(faulty);
+        TextConsole console;
+        EXPECT_EQ(console.Run(arguments), 1);
+        EXPECT_EQ(console.Results, "");
+        EXPECT_EQ(console.Notices, "Unable to read file F:\\X\\SETUP.INI to its end\n");
     }
 }
 

@@ -1,11 +1,8 @@
 // Adding, changing and deleting: the catalogue's bytes before, one action, the bytes after.
 #include <gmock/gmock.h>
 
-#include <set>
-
 #include "covlet/catalogue.h"
 #include "ctlfile/control_stream.h"
-#include "support/faulty_files.h"
 #include "support/memory_server.h"
 
 namespace bv {
@@ -145,45 +142,6 @@ TEST(CatalogueRewrites, WaitForALockedFileAndThenNameIt) {
         EXPECT_THAT(server.Front.Said, ElementsAre(saidByAdding, saidByChanging));
         EXPECT_EQ(server.Get(kCatalogue), kHead + kAlpha);
     }
-}
-
-// Runs an action once for each change that it makes to the files, that change failing; what it said each time last.
-template <class Action>
-std::set<std::string> WithEachChangeFailing(const std::string& after, const Action& action) {
-    const std::string before = kHead + kAlpha + kMemo;
-    std::set<std::string> said;
-    int unsaid = 0;
-    bool fired = true;
-    for (int call = 1; fired; ++call) {
-        MemoryServer server;
-        server.Load();
-        server.Put(kCatalogue, before);
-        test::FaultPlan plan;
-        plan.AtCall = call;
-        plan.Error = platform::FileError::DiskFull;
-        test::FaultyFiles faulty(server.Files, plan);
-        const platform::Substitute<platform::FileSystem> substitute(faulty);
-        const bool done = action();
-        fired = faulty.Fired();
-        // Only a file that does not close well fails with the new text all there.
-        const std::string found = server.Get(kCatalogue);
-        EXPECT_TRUE(found == after || (found == before && !done)) << found;
-        if (!done) said.insert(server.Front.Said.back());
-        if (done && fired) ++unsaid;
-    }
-    EXPECT_EQ(unsaid, 1) << "only a temporary that stays does no harm";
-    return said;
-}
-
-TEST(CatalogueRewrites, AFailedOneIsSaidAndLeavesTheCatalogueWhole) {
-    const auto saidByAdding =
-        WithEachChangeFailing(kHead + kAlpha + kBeta + kMemo, [] { return AddCatalogueEntry(kKind, "BETA", "New"); });
-    EXPECT_THAT(saidByAdding, ElementsAre("error: Could not create temporary MSGDIR.TMP file",
-                                          "error: Could not replace MSGDIR.CTL file"));
-    const auto saidByDeleting =
-        WithEachChangeFailing(kHead + kMemo, [] { return DeleteCatalogueEntry(kKind, "ALPHA"); });
-    EXPECT_THAT(saidByDeleting,
-                ElementsAre("error: Error updating file " + kCatalogue, "error: Unable to open file " + kTemporary));
 }
 
 } // namespace

@@ -342,19 +342,34 @@ class WornFile final : public platform::File {
     int writesLeft_;
 };
 
+TEST(RewriteFaults, WhatDidNotChangeIsNotWrittenBack) {
+    const Scene scene(nullptr);
+    std::string text = Lines(20'000, 'a');
+    std::string changed = text;
+    changed[2 * kCopyPiece + 1] = 'b';
+    scene.Put(scene.Control, "");
+    Rewrite rewrite(scene.Control);
+    rewrite.Control = ControlStream(std::make_unique<WornFile>(text, 1), scene.Control);
+    for (int times = 0; times < 2; ++times) {
+        ASSERT_TRUE(rewrite.Begin() && rewrite.Temporary.Write(changed));
+        EXPECT_TRUE(rewrite.CopyBack()) << "one write is enough for one change, and none for none";
+        EXPECT_TRUE(text == changed);
+    }
+}
+
 TEST(RewriteFaults, WhatCannotBePutBackIsCutAndItsTemporaryStays) {
-    constexpr std::size_t kCopiedByOneCall = std::size_t{512} * 1024;
     for (const std::size_t lines : {10'000U, 20'000U, 30'000U}) { // shorter, as long, longer
         const Scene scene(nullptr);
         const std::string newText = Lines(lines, 'b');
         std::string text = Lines(20'000, 'a');
         scene.Put(scene.Control, "");
         Rewrite rewrite(scene.Control);
-        const int growths = lines > 20'000U ? 2 : 0;
+        const std::size_t growth = newText.size() - std::min(text.size(), newText.size());
+        const auto growths = static_cast<int>((growth + kCopyPiece - 1) / kCopyPiece);
         rewrite.Control = ControlStream(std::make_unique<WornFile>(text, growths + 1), scene.Control);
         ASSERT_TRUE(rewrite.Begin() && rewrite.Temporary.Write(newText));
         EXPECT_FALSE(rewrite.CopyBack());
-        EXPECT_TRUE(text == newText.substr(0, kCopiedByOneCall)) << text.size();
+        EXPECT_TRUE(text == newText.substr(0, kCopyPiece)) << text.size();
         EXPECT_FALSE(rewrite.Begin()) << "the only whole text would go";
         EXPECT_TRUE(rewrite.Finish());
         EXPECT_TRUE(scene.Get(scene.Temporary) == newText);
