@@ -99,6 +99,12 @@ class FileSystem {
     // The names of the files (no directories) that match a pattern of "*" and "?" without regard to case,
     // in alphabetical order; empty also when the directory cannot be read.
     virtual std::vector<std::string> List(const std::string& directory, std::string_view pattern) = 0;
+
+    // Makes a directory in one that is there. Exists: something stands at the path already.
+    virtual FileError MakeDirectory(const std::string& path) = 0;
+
+    // Failed: the directory holds something. NotFound: there is none, or no directory.
+    virtual FileError RemoveEmptyDirectory(const std::string& path) = 0;
 };
 
 template <>

@@ -34,6 +34,9 @@ bool NamesAFile(const std::string& path) {
     return !path.empty() && path.find('\0') == std::string::npos && !path.ends_with('\\') && !path.ends_with('/');
 }
 
+// Without separators at its end.
+std::string TrimmedDirectory(const std::string& path) { return path.substr(0, path.find_last_not_of("\\/") + 1); }
+
 // Every opening reads.
 bool DeniesTo(const OpenRequest& holder, const OpenRequest& other) {
     return holder.Denied == Deny::ReadingAndWriting || (holder.Denied == Deny::Writing && MayWrite(other));
@@ -139,21 +142,48 @@ std::shared_ptr<OverlayEntry> OverlayFiles::FindEntry(const std::string& path) c
 }
 
 OpenResult OverlayFiles::OpenInBase(const std::string& path, const OpenRequest& request) const {
-    if (base_ == nullptr) return {nullptr, FileError::NotFound};
+    if (base_ == nullptr || KnownDirectory(path)) return {nullptr, FileError::NotFound};
     return base_->Open(path, {MayWrite(request) ? Access::ReadWrite : Access::Read, request.Denied});
+}
+
+// Whether a directory is there as far as the overlay itself has made or removed it.
+std::optional<bool> OverlayFiles::KnownDirectory(const std::string& path) const {
+    const auto found = directories_.find(KeyOf(path));
+    return found == directories_.end() ? std::nullopt : std::optional(found->second);
 }
 
 bool OverlayFiles::HasDirectoryOf(const std::string& path) const {
     const std::size_t separator = path.find_last_of("\\/");
-    if (base_ == nullptr || separator == std::string::npos) return true;
-    const std::optional<FileInfo> directory = base_->Find(path.substr(0, separator + 1));
+    if (separator == std::string::npos) return true;
+    const std::string parent = path.substr(0, separator + 1);
+    if (const std::optional<bool> known = KnownDirectory(parent)) return *known;
+    if (base_ == nullptr) return true;
+    const std::optional<FileInfo> directory = base_->Find(parent);
     return directory && directory->IsDirectory;
+}
+
+bool OverlayFiles::HasFileBelow(const std::string& directory) const {
+    const std::string inside = KeyOf(TrimmedDirectory(directory)) + "\\";
+    const auto next = entries_.lower_bound(inside);
+    return std::any_of(next, entries_.end(),
+                       [&](const auto& file) { return file.first.starts_with(inside) && file.second->Now; });
+}
+
+bool OverlayFiles::HoldsSomething(const std::string& directory) {
+    const std::string inside = KeyOf(directory) + "\\";
+    const auto isMadeInside = [&](const auto& made) { return made.second && made.first.starts_with(inside); };
+    const auto isFileInside = [&](const auto& file) { return file.second->Now && file.first.starts_with(inside); };
+    return std::ranges::any_of(directories_, isMadeInside) || std::ranges::any_of(entries_, isFileInside) ||
+           !List(directory, "*").empty();
 }
 
 OpenResult OverlayFiles::Open(const std::string& path, const OpenRequest& request) {
     if (!NamesAFile(path)) return {nullptr, FileError::NotFound};
+    if (KnownDirectory(path).value_or(false)) {
+        return {nullptr, request.How == Creation::CreateNew ? FileError::Exists : FileError::NotAFile};
+    }
     std::shared_ptr<OverlayEntry> entry = FindEntry(path);
-    const bool exists = entry ? entry->Now.has_value() : base_ != nullptr && base_->Find(path);
+    const bool exists = Find(path).has_value();
     if (exists && request.How == Creation::CreateNew) return {nullptr, FileError::Exists};
     if (!exists && request.How == Creation::OpenExisting) return {nullptr, FileError::NotFound};
     if (!exists && !HasDirectoryOf(path)) return {nullptr, FileError::NotFound};
@@ -172,6 +202,7 @@ OpenResult OverlayFiles::Open(const std::string& path, const OpenRequest& reques
 }
 
 FileError OverlayFiles::Delete(const std::string& path) {
+    if (KnownDirectory(path).value_or(false)) return FileError::NotAFile;
     std::shared_ptr<OverlayEntry> entry = FindEntry(path);
     if (entry && !entry->Now) return FileError::NotFound;
     if (entry && !entry->Openings.empty()) return FileError::AccessDenied;
@@ -187,7 +218,11 @@ FileError OverlayFiles::Delete(const std::string& path) {
 
 std::optional<FileInfo> OverlayFiles::Find(const std::string& path) {
     const std::shared_ptr<OverlayEntry> entry = FindEntry(path);
-    if (!entry) return base_ != nullptr ? base_->Find(path) : std::nullopt;
+    const std::optional<bool> isDirectory = KnownDirectory(path);
+    if (isDirectory.value_or(false)) return FileInfo{true, 0, 0};
+    if (!entry && isDirectory) return std::nullopt;
+    if (!entry && base_ != nullptr) return base_->Find(path);
+    if (!entry) return HasFileBelow(path) ? std::optional(FileInfo{true, 0, 0}) : std::nullopt;
     if (!entry->Now) return std::nullopt;
     return FileInfo{false, entry->Now->size(), entry->WriteTime};
 }
@@ -208,6 +243,21 @@ std::vector<std::string> OverlayFiles::List(const std::string& directory, std::s
     }
     std::ranges::sort(names, ComesBefore);
     return names;
+}
+
+FileError OverlayFiles::MakeDirectory(const std::string& path) {
+    if (Find(path)) return FileError::Exists;
+    if (!HasDirectoryOf(TrimmedDirectory(path))) return FileError::NotFound;
+    directories_[KeyOf(path)] = true;
+    return FileError::None;
+}
+
+FileError OverlayFiles::RemoveEmptyDirectory(const std::string& path) {
+    const std::optional<FileInfo> info = Find(path);
+    if (!info || !info->IsDirectory) return FileError::NotFound;
+    if (HoldsSomething(path)) return FileError::Failed;
+    directories_[KeyOf(path)] = false;
+    return FileError::None;
 }
 
 std::vector<OverlayFiles::Change> OverlayFiles::Changes() const {

@@ -20,7 +20,11 @@ struct OverlayEntry;
 // refused here. A file that only the overlay has denies to the overlay's own openings. A path is one and the same
 // in any case, but not by way of another drive or share.
 //
-// Without a base it is a file system in memory alone, in which every directory exists.
+// Directories that are made or removed through the overlay are remembered, too. A directory of the base counts as empty
+// when no file is left in it: directories of the base inside it are not seen.
+//
+// Without a base it is a file system in memory alone. A file may then be created in any directory, made or not, that
+// was not removed, and what holds a file is a directory.
 class OverlayFiles final : public FileSystem {
   public:
     // What has become of a file: no Before when it was created, no After when it was deleted.
@@ -37,6 +41,8 @@ class OverlayFiles final : public FileSystem {
     FileError Delete(const std::string& path) override;
     std::optional<FileInfo> Find(const std::string& path) override;
     std::vector<std::string> List(const std::string& directory, std::string_view pattern) override;
+    FileError MakeDirectory(const std::string& path) override;
+    FileError RemoveEmptyDirectory(const std::string& path) override;
 
     // The files whose contents are no longer the base's, in the order of their paths.
     [[nodiscard]] std::vector<Change> Changes() const;
@@ -44,10 +50,14 @@ class OverlayFiles final : public FileSystem {
   private:
     [[nodiscard]] std::shared_ptr<OverlayEntry> FindEntry(const std::string& path) const;
     [[nodiscard]] OpenResult OpenInBase(const std::string& path, const OpenRequest& request) const;
+    [[nodiscard]] std::optional<bool> KnownDirectory(const std::string& path) const;
     [[nodiscard]] bool HasDirectoryOf(const std::string& path) const;
+    [[nodiscard]] bool HasFileBelow(const std::string& directory) const;
+    [[nodiscard]] bool HoldsSomething(const std::string& directory);
 
     FileSystem* base_ = nullptr;
     std::map<std::string, std::shared_ptr<OverlayEntry>> entries_; // by path, made absolute and lower-cased
+    std::map<std::string, bool> directories_;                      // made (true) or removed, by path as above
 };
 
 } // namespace bv::platform

@@ -70,6 +70,25 @@ TEST(Files, WhatIsNoFileIsRefused) {
     EXPECT_FALSE(Files().Find(directory.Path("NONE")));
 }
 
+TEST(Files, DirectoriesAreMadeAndRemovedOneByOne) {
+    const TemporaryDirectory directory;
+    directory.Write("FILE", "x");
+    EXPECT_EQ(Files().MakeDirectory(directory.Path("A\\B")), FileError::NotFound);
+    EXPECT_EQ(Files().MakeDirectory(directory.Path("FILE\\B")), FileError::NotFound);
+    EXPECT_EQ(Files().MakeDirectory(directory.Path("FILE")), FileError::Exists);
+    EXPECT_EQ(Files().MakeDirectory(directory.Path("A")), FileError::None);
+    EXPECT_EQ(Files().MakeDirectory(directory.Path("a")), FileError::Exists);
+    EXPECT_EQ(Files().MakeDirectory(directory.Path("a\\B")), FileError::None);
+    EXPECT_TRUE(Files().Find(directory.Path("A\\b"))->IsDirectory);
+    EXPECT_EQ(Files().RemoveEmptyDirectory(directory.Path("A")), FileError::Failed);
+    EXPECT_EQ(Files().RemoveEmptyDirectory(directory.Path("A\\b")), FileError::None);
+    EXPECT_EQ(Files().RemoveEmptyDirectory(directory.Path("A")), FileError::None);
+    EXPECT_EQ(Files().RemoveEmptyDirectory(directory.Path("A")), FileError::NotFound);
+    EXPECT_EQ(Files().RemoveEmptyDirectory(directory.Path("FILE")), FileError::NotFound);
+    EXPECT_EQ(Files().MakeDirectory(""), FileError::NotFound);
+    EXPECT_EQ(directory.Read("FILE"), "x");
+}
+
 // Opening a pipe waits for somebody at its other end, unless told not to.
 TEST(Files, APipeIsRefusedAtOnce) {
     if (IsWindows()) GTEST_SKIP() << "pipes have names of their own there";

@@ -32,13 +32,14 @@ std::string ReadAll(platform::File& file) {
 
 // Does one thing that the numbers choose, and says what came of it.
 std::string Step(World& world, const unsigned (&numbers)[5]) {
-    static const char* const names[] = {"A.INI", "a.ini", "B.INI", "C.TXT"};
-    const std::string path = world.Directory + "\\" + names[numbers[1] % 4];
+    static const char* const names[] = {"A.INI", "a.ini", "B.INI", "C.TXT", "SUB\\D.INI", "sub"};
+    const std::string path = world.Directory + "\\" + names[numbers[1] % 6];
     OpenResult& open = world.Open[numbers[2] % 3];
-    switch (numbers[0] % 8) {
+    switch (numbers[0] % 10) {
     case 0: return "delete" + ShowError(world.Files.Delete(path));
     case 1: {
         const auto info = world.Files.Find(path);
+        if (info && info->IsDirectory) return "directory";
         return info ? "found " + std::to_string(info->Length) : "not found";
     }
     case 2: {
@@ -49,7 +50,7 @@ std::string Step(World& world, const unsigned (&numbers)[5]) {
     case 3:
     case 4: {
         OpenRequest request{Access::Read, static_cast<Deny>(numbers[3] % 3), static_cast<Creation>(numbers[4] % 4)};
-        if (numbers[0] % 8 == 4) request.Wanted = Access::ReadWrite;
+        if (numbers[0] % 10 == 4) request.Wanted = Access::ReadWrite;
         if (MayWrite(request)) request.Denied = Deny::ReadingAndWriting; // so that no earlier reader looks on
         open = {};
         open = world.Files.Open(path, request);
@@ -60,6 +61,11 @@ std::string Step(World& world, const unsigned (&numbers)[5]) {
         if (!open.Opened) return "nothing to write";
         open.Opened->Write(numbers[3] % 8, std::string(numbers[4] % 5, static_cast<char>('a' + numbers[1] % 26)));
         return ReadAll(*open.Opened);
+    case 7: return "make" + ShowError(world.Files.MakeDirectory(path));
+    case 8:
+        if (!world.Files.Find(path)) return "nothing to remove";
+        for (OpenResult& opened : world.Open) opened = {};
+        return "remove" + ShowError(world.Files.RemoveEmptyDirectory(path));
     default:
         if (!open.Opened) return "nothing to cut";
         open.Opened->SetLength(numbers[3] % 10);
@@ -80,6 +86,8 @@ TEST(Overlay, BehavesAsTheSystemsFilesDo) {
         World worlds[] = {{platform::Files(), real.Path(), {}}, {overlay, under.Path(), {}}, {memory, "X:\\Y", {}}};
         for (const TemporaryDirectory* directory : {&real, &under}) directory->Write("A.INI", "first");
         Fill(worlds[2], "A.INI", "first");
+        if (seed % 2 == 0) platform::Files().MakeDirectory(under.Path("SUB"));
+        for (World& world : worlds) world.Files.MakeDirectory(world.Directory + "\\SUB");
 
         std::mt19937 random(seed);
         for (int i = 0; i < 100; ++i) {
@@ -96,6 +104,7 @@ TEST(Overlay, BehavesAsTheSystemsFilesDo) {
         EXPECT_FALSE(under.Has("B.INI") || under.Has("C.TXT"));
         for (const OverlayFiles::Change& change : overlay.Changes()) {
             const std::string name = UpperText(change.Path.substr(under.Path().size() + 1));
+            if (name == "SUB") continue; // where a directory stands in the base
             EXPECT_EQ(change.Before.value_or("(missing)"), under.Read(name));
             EXPECT_NE(change.Before, change.After);
         }

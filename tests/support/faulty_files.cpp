@@ -142,6 +142,14 @@ std::vector<std::string> FaultyFiles::List(const std::string& directory, std::st
     return wrapped_.List(directory, pattern);
 }
 
+FileError FaultyFiles::MakeDirectory(const std::string& path) {
+    return state_->Allows(CallKind::Changes) ? wrapped_.MakeDirectory(path) : state_->Error();
+}
+
+FileError FaultyFiles::RemoveEmptyDirectory(const std::string& path) {
+    return state_->Allows(CallKind::Changes) ? wrapped_.RemoveEmptyDirectory(path) : state_->Error();
+}
+
 bool FaultyFiles::Fired() const { return state_->Fired; }
 
 int FaultyFiles::Calls(CallKind kind) const { return state_->Counts[static_cast<std::size_t>(kind)]; }

@@ -12,7 +12,8 @@
 namespace bv::test {
 
 enum class CallKind {
-    Changes, // an opening that creates or truncates, Write, SetLength, SetWriteTime, Delete, Close after writing
+    Changes, // an opening that creates or truncates, Write, SetLength, SetWriteTime, Delete, Close after
+             // writing, MakeDirectory, RemoveEmptyDirectory
     Looks,   // any other opening, Read, Length, WriteTime, Find, List
 };
 
@@ -41,6 +42,8 @@ class FaultyFiles final : public platform::FileSystem {
     platform::FileError Delete(const std::string& path) override;
     std::optional<platform::FileInfo> Find(const std::string& path) override;
     std::vector<std::string> List(const std::string& directory, std::string_view pattern) override;
+    platform::FileError MakeDirectory(const std::string& path) override;
+    platform::FileError RemoveEmptyDirectory(const std::string& path) override;
 
     // Whether the call of the plan has come.
     [[nodiscard]] bool Fired() const;

@@ -199,6 +199,18 @@ class PosixFileSystem final : public FileSystem {
         std::ranges::sort(names, ComesBefore);
         return names;
     }
+
+    FileError MakeDirectory(const std::string& path) override {
+        const std::optional<std::string> host = ToHostPath(path);
+        if (!host) return FileError::NotFound;
+        return mkdir(host->c_str(), 0777) == 0 ? FileError::None : LastError();
+    }
+
+    FileError RemoveEmptyDirectory(const std::string& path) override {
+        const std::optional<std::string> host = ToHostPath(path);
+        if (!host) return FileError::NotFound;
+        return rmdir(host->c_str()) == 0 ? FileError::None : LastError();
+    }
 };
 
 } // namespace

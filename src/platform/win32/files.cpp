@@ -200,6 +200,16 @@ class WindowsFileSystem final : public FileSystem {
         std::ranges::sort(names, ComesBefore);
         return names;
     }
+
+    FileError MakeDirectory(const std::string& path) override {
+        if (IsAbsent(path)) return FileError::NotFound;
+        return CreateDirectoryA(path.c_str(), nullptr) != 0 ? FileError::None : LastError();
+    }
+
+    FileError RemoveEmptyDirectory(const std::string& path) override {
+        if (IsAbsent(path)) return FileError::NotFound;
+        return RemoveDirectoryA(path.c_str()) != 0 ? FileError::None : LastError();
+    }
 };
 
 } // namespace
