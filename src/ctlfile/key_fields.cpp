@@ -1,0 +1,80 @@
+#include "ctlfile/key_fields.h"
+
+#include <algorithm>
+
+#include "ctlfile/lines.h"
+#include "platform/ascii.h"
+#include "shell/format.h"
+
+namespace bv {
+namespace {
+
+// "A, B or C"; an empty word is called so.
+std::string JoinWords(std::span<const std::string_view> words) {
+    std::string joined;
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        if (i != 0) joined += i + 1 == words.size() ? " or " : ", ";
+        joined += words[i].empty() ? "nothing" : words[i];
+    }
+    return joined;
+}
+
+bool IsNumberUpTo(std::string_view text, std::size_t limit) {
+    constexpr std::size_t kMostDigits = 5;
+    if (text.empty() || text.size() > kMostDigits || !std::ranges::all_of(text, IsDigit)) return false;
+    std::size_t number = 0;
+    for (const char digit : text) number = number * 10 + static_cast<std::size_t>(digit - '0');
+    return number <= limit;
+}
+
+bool IsAllowed(const ValueRule& rule, std::string_view text) {
+    switch (rule.Kind) {
+    case ValueRule::Form::Text: return text.size() <= rule.Limit;
+    case ValueRule::Form::Number: return IsNumberUpTo(text, rule.Limit);
+    case ValueRule::Form::Boolean: return !text.empty() && ParseBool(text); // an empty one in a file is true
+    case ValueRule::Form::Word: return FindWord(rule.Words, text).has_value();
+    case ValueRule::Form::Other: return rule.IsGood(text);
+    }
+    return false;
+}
+
+// What no value of any kind may be; empty when the text is fine.
+std::string_view LineFault(std::string_view key, std::string_view text) {
+    if (FindControl(text, 0) != text.size()) return "holds a control character";
+    if (TrimBlanks(text).size() != text.size()) return "begins or ends with a blank";
+    if (key.size() + std::string_view(": ").size() + text.size() > kMaxLine)
+        return "is too long for a line of the file";
+    return {};
+}
+
+} // namespace
+
+std::string DescribeValues(const ValueRule& rule) {
+    switch (rule.Kind) {
+    case ValueRule::Form::Text: return FormatText("a text of at most %d characters", rule.Limit);
+    case ValueRule::Form::Number: return FormatText("a number from 0 to %d", rule.Limit);
+    case ValueRule::Form::Boolean: return "YES or NO";
+    case ValueRule::Form::Word: return JoinWords(rule.Words);
+    case ValueRule::Form::Other: break;
+    }
+    return std::string(rule.Description);
+}
+
+std::optional<std::string> FaultOfValue(std::string_view key, const ValueRule& rule, std::string_view text) {
+    const std::string_view fault = LineFault(key, text);
+    if (!fault.empty()) return FormatText("%s: \"%s\" %s", key, CleanLine(text), fault);
+    if (!IsAllowed(rule, text)) return FormatText("%s: \"%s\" is not %s", key, text, DescribeValues(rule));
+    return {};
+}
+
+std::optional<std::size_t> FindWord(std::span<const std::string_view> words, std::string_view text) {
+    const auto found = std::ranges::find_if(words, [text](std::string_view word) { return EqualFolded(word, text); });
+    if (found == words.end()) return {};
+    return static_cast<std::size_t>(found - words.begin());
+}
+
+bool RewriteKey(Rewrite& rewrite, const KeyChange& change) {
+    return rewrite.Begin() && CopyReplacingKey(rewrite.Control, rewrite.Temporary, change) && rewrite.CopyBack();
+}
+
+} // namespace bv

@@ -1,0 +1,87 @@
+#include "devices/device_actions.h"
+
+#include "platform/ascii.h"
+#include "shell/messages.h"
+#include "shell/server_paths.h"
+#include "users/user_list.h"
+
+namespace bv {
+namespace {
+
+bool Refuse(const Message& message, std::string_view name) {
+    ShowError(message, name);
+    return false;
+}
+
+bool IsInUserList(std::string_view name) {
+    FoundEntry entry;
+    for (const RecordKind kind : {RecordKind::User, RecordKind::Group})
+        if (FindUserListEntry(name, FindBy::Name, {}, kind, entry) && entry.Found) return true;
+    return false;
+}
+
+// Whether the person has given the key another value; a new device's are all given.
+bool IsEdited(const Device& device, std::string_view keyName) {
+    const DeviceKey* key = FindDeviceKey(device.Type, keyName);
+    return key != nullptr && StoredValueOf(device, *key).value_or("") != key->Field.Text(device.Settings);
+}
+
+// What holds for new and changed devices alike. A receiver that was there already may be anybody, and as long as there
+// are no users yet, so may any.
+bool CheckDevice(std::string_view name, Device& device) {
+    DeviceSettings& settings = device.Settings;
+    if (settings.Type.IsEmpty()) settings.Type = TypeWord(device.Type);
+    if (ParseDeviceType(settings.Type) != device.Type) return Refuse("The type of device %s cannot be changed", name);
+    if (settings.RecdUser.IsEmpty() || !IsEdited(device, "RecdUser") || !FileExists(UserListPath())) return true;
+    return IsInUserList(settings.RecdUser) || Refuse("Brivane user %s not found", settings.RecdUser);
+}
+
+// The device as SETUP.INI has it; false after a message when it is not listed, or stands for the network.
+bool FindForChange(std::string_view name, FoundDevice& found) {
+    if (IsNetworkDevice(name)) return Refuse("Device %s is the network connection and cannot be changed", name);
+    if (!FindDevice(name, found)) return false;
+    return found.IsListed || Refuse("Device %s not found", name);
+}
+
+bool UpdateLists(std::string_view name, const Device& device, const FoundDevice& found) {
+    const DevicePlaces places = {found.IsPrinter || device.Type == DeviceType::Printer, found.IsScanner};
+    return UpdateDeviceList(name, device.Settings.Description, places);
+}
+
+} // namespace
+
+bool AddDevice(std::string_view name, Device& device) {
+    if (!IsValidDeviceName(name) || IsNetworkDevice(name)) return Refuse("Device name '%s' invalid", name);
+    FoundDevice found;
+    if (!FindDevice(name, found)) return false;
+    if (found.IsListed) return Refuse("Device %s is already installed", name);
+    if (!CheckDevice(name, device) || !WriteDeviceSettings(name, device)) return false;
+    if (!UpdateDeviceList(name, device.Settings.Description, {.Printers = device.Type == DeviceType::Printer}))
+        return false;
+    ShowStatus(459, name);
+    return true;
+}
+
+bool ChangeDevice(std::string_view name, Device& device) {
+    FoundDevice found;
+    if (!FindForChange(name, found) || !CheckDevice(name, device)) return false;
+    if (!IsChanged(device)) return true;
+    // A description that nobody edited stays as it is listed, whatever the paragraph says.
+    const bool relist = IsEdited(device, "Description") && device.Settings.Description != found.Description;
+    const bool changed = WriteDeviceSettings(name, device) && (!relist || UpdateLists(name, device, found));
+    ShowStatus(changed ? 461 : 460, name);
+    return changed;
+}
+
+bool DeleteDevice(std::string_view name) {
+    FoundDevice found;
+    if (!FindForChange(name, found)) return false;
+    const std::string question =
+        FillMessage(5193, "device", name, found.Description.IsEmpty() ? "" : "-", found.Description.View());
+    if (!AskFilled(5192, BoxIcon::Question, question)) return false;
+    const bool deleted = UpdateDeviceList(name, {});
+    ShowStatus(deleted ? 463 : 462, name);
+    return deleted;
+}
+
+} // namespace bv

@@ -1,0 +1,231 @@
+#include "devices/device_list.h"
+
+#include <algorithm>
+#include <string>
+
+#include "ctlfile/control_stream.h"
+#include "ctlfile/copy_back.h"
+#include "ctlfile/lines.h"
+#include "ctlfile/reader.h"
+#include "ctlfile/reading.h"
+#include "platform/ascii.h"
+#include "shell/messages.h"
+#include "shell/server_paths.h"
+#include "shell/startup.h"
+#include "users/user_list.h"
+
+namespace bv {
+namespace {
+
+constexpr std::string_view kDevices = "[DEVICES]";
+constexpr std::string_view kPrinters = "[PRINTERS]";
+constexpr std::string_view kScanners = "[SCANNERS]";
+constexpr std::string_view kDeviceKey = "Device:";
+constexpr int kLastNumber = 99;
+
+// The device on a line of a list; none when readers pass over the line.
+std::optional<ListedDevice> ParseDeviceLine(std::string_view line) {
+    if (!BeginsWith(line, kDeviceKey)) return {};
+    const QuotedToken name = ParseQuotedToken(KeyValue(line));
+    if (!name.Token || name.Token->size() > DeviceName::kLimit) return {};
+    const std::optional<std::string_view> description = ParseQuotedToken(name.Rest).Token;
+    if (!description) return {};
+    return ListedDevice{*name.Token, StripQuotes(*description)};
+}
+
+ControlStream OpenSetup() { return OpenForReading(DatabaseFile("SETUP.INI")); }
+
+// The devices of the first list with the header.
+std::vector<ListedDevice> ReadList(ControlStream& setup, std::string_view header) {
+    std::vector<ListedDevice> devices;
+    ControlLine line;
+    setup.Rewind();
+    if (!FindParagraph(setup, header, line)) return devices;
+    while (FindKeyLine(setup, kDeviceKey, line)) {
+        if (const auto device = ParseDeviceLine(line)) devices.push_back(*device);
+    }
+    return devices;
+}
+
+const ListedDevice* FindIn(const std::vector<ListedDevice>& devices, std::string_view name) {
+    const auto isNamed = [name](const ListedDevice& device) { return EqualFolded(device.Name, name); };
+    const auto found = std::ranges::find_if(devices, isNamed);
+    return found == devices.end() ? nullptr : &*found;
+}
+
+void ReadParagraph(ControlStream& setup, std::string_view name, FoundDevice& found) {
+    ControlLine line;
+    Position body = 0;
+    setup.Rewind();
+    found.HasParagraph = FindParagraph(setup, FormatText("[%s]", name), line, &body);
+    if (!found.HasParagraph) return;
+    if (found.Description.IsEmpty()) GetKeyString(setup, "Description:", found.Description, body);
+    if (GetKeyString(setup, "Type:", line, body)) found.Type = ParseDeviceType(line);
+}
+
+// One of the three lists while the file is copied.
+struct List {
+    std::string_view Header;
+    std::optional<std::string> NewLine = {};
+    bool Seen = false;
+};
+
+// Adds the line cleaned, so that no control character in a description can break it.
+void AppendLine(std::string& text, std::string_view line) { text.append(CleanLine(line)).append(kLineEnd); }
+
+// Takes the lines up to the next header off the front of the text.
+std::string_view TakeBody(std::string_view& text) {
+    const std::string_view from = text;
+    while (!text.empty() && !IsParagraphLine(text)) TakeLine(text);
+    return from.substr(0, from.size() - text.size());
+}
+
+// The lines of a list without those of the name, and with the new line, if any, in its place.
+std::string WithDeviceLine(std::string_view body, std::string_view name, const std::optional<std::string>& newLine) {
+    std::string changed;
+    std::size_t end = 0; // behind the last line that is not empty
+    bool inserted = !newLine;
+    while (!body.empty()) {
+        const std::string line = CleanLine(TakeLine(body));
+        const std::optional<ListedDevice> device = ParseDeviceLine(line);
+        if (device && !IsNetworkDevice(device->Name)) {
+            if (EqualFolded(device->Name, name)) continue;
+            if (!inserted && CompareFolded(name, device->Name) < 0) {
+                AppendLine(changed, *newLine);
+                inserted = true;
+            }
+        }
+        AppendLine(changed, line);
+        if (!line.empty()) end = changed.size();
+    }
+    if (!inserted) changed.insert(end, CleanLine(*newLine).append(kLineEnd));
+    return changed;
+}
+
+// The whole file with its lists changed.
+std::string WithChangedLists(std::string_view text, std::string_view name, std::span<List> lists) {
+    std::string changed;
+    while (!text.empty()) {
+        const std::string_view line = TakeLine(text);
+        const auto isHeaderOf = [line](const List& list) { return BeginsWith(CountingPart(line), list.Header); };
+        const auto list = std::ranges::find_if(lists, isHeaderOf);
+        if (list == lists.end()) {
+            AppendLine(changed, line);
+            continue;
+        }
+        const std::string_view body = TakeBody(text);
+        if (list->Seen) continue;
+        list->Seen = true;
+        AppendLine(changed, line);
+        changed += WithDeviceLine(body, name, list->NewLine);
+    }
+    for (const List& list : lists) {
+        if (list.Seen) continue;
+        AppendLine(changed, "");
+        AppendLine(changed, list.Header);
+        if (list.NewLine) AppendLine(changed, *list.NewLine);
+    }
+    return changed;
+}
+
+std::string NumberedName(std::string_view stem, int number) {
+    std::string name = FormatText("%s-%d", stem, number);
+    // The names in parentheses are the system's own, which are in lower case.
+    std::ranges::transform(name, name.begin(), name.starts_with('(') ? ToLower : ToUpper);
+    return name;
+}
+
+} // namespace
+
+bool ReadDeviceList(std::vector<ListedDevice>& devices) {
+    devices.clear();
+    ControlStream setup = OpenSetup();
+    if (!setup) return false;
+    devices = ReadList(setup, kDevices);
+    return WasRead(setup);
+}
+
+bool FindDevice(std::string_view name, FoundDevice& found) {
+    found = {};
+    ControlStream setup = OpenSetup();
+    if (!setup) return false;
+    const std::vector<ListedDevice> devices = ReadList(setup, kDevices);
+    if (const ListedDevice* device = FindIn(devices, name)) {
+        found.IsListed = true;
+        found.Description = device->Description;
+    }
+    found.IsPrinter = FindIn(ReadList(setup, kPrinters), name) != nullptr;
+    found.IsScanner = FindIn(ReadList(setup, kScanners), name) != nullptr;
+    ReadParagraph(setup, name, found);
+    return WasRead(setup);
+}
+
+bool CountDevices(std::size_t& count, CountedDevices which) {
+    ShowStatus(472);
+    std::vector<ListedDevice> devices;
+    if (!ReadDeviceList(devices)) return false;
+    const auto counts = [which](const ListedDevice& device) {
+        return which == CountedDevices::All || IsFaxDevice(device.Name);
+    };
+    count = static_cast<std::size_t>(std::ranges::count_if(devices, counts));
+    return true;
+}
+
+bool FillDeviceList(ListTarget& list, const DeviceListView& view) {
+    list.Clear();
+    std::vector<ListedDevice> devices;
+    if (!ReadDeviceList(devices)) return false;
+    for (const auto& [name, description] : devices) {
+        if (!view.IncludeNetwork && IsNetworkDevice(name)) continue;
+        list.Add(view.WithDescription ? name.String().append("\t").append(description) : name.String());
+    }
+    return true;
+}
+
+bool UpdateDeviceList(std::string_view name, std::optional<std::string_view> description, DevicePlaces places) {
+    const std::string path = DatabaseFile("SETUP.INI");
+    Rewrite rewrite(path);
+    if (!rewrite) {
+        ShowError(413, rewrite.Fault() == Rewrite::Problem::Temporary ? rewrite.TemporaryName() : path);
+        return false;
+    }
+    ShowStatus(470, path);
+    List lists[] = {{kDevices}, {kPrinters}, {kScanners}};
+    if (description) {
+        const std::string line = FormatText("Device: %s \"%s\"", name, *description);
+        lists[0].NewLine = line;
+        if (places.Printers) lists[1].NewLine = line;
+        if (places.Scanners) lists[2].NewLine = line;
+    }
+    const bool copied =
+        rewrite.Temporary.Write(WithChangedLists(rewrite.Control.Rest(), name, lists)) && rewrite.CopyBack();
+    const bool updated = rewrite.Finish() && copied;
+    if (!updated) ShowError(5000, path);
+    ShowStatus(471, path);
+    Startup().SettingsChanged = true;
+    return updated;
+}
+
+std::string_view OfferedStem(DeviceType type) { return type == DeviceType::Modem ? "MODEM" : TypeWord(type); }
+
+bool IsValidDeviceName(std::string_view name) {
+    const auto isUnfit = [](char c) { return IsControl(c) || c == ' ' || c == ',' || c == '"'; };
+    return !name.empty() && name.size() <= DeviceName::kLimit && std::ranges::none_of(name, isUnfit);
+}
+
+std::optional<DeviceName> NextDeviceName(std::string_view stem) {
+    std::vector<ListedDevice> devices;
+    if (!ReadDeviceList(devices)) return {};
+    for (int number = 1; number <= kLastNumber; ++number) {
+        const std::string name = NumberedName(stem, number);
+        if (stem.empty() || !IsValidDeviceName(name)) {
+            ShowError("Device name '%s' invalid", name);
+            return {};
+        }
+        if (FindIn(devices, name) == nullptr) return DeviceName(name);
+    }
+    ShowError("All device numbers of '%s' are in use", stem);
+    return {};
+}
+
+} // namespace bv

@@ -1,0 +1,74 @@
+// The lists of devices in SETUP.INI: "[DEVICES]", and of these the "[PRINTERS]" and "[SCANNERS]", with a line
+// `Device: NAME "description"` for each. A line with a name of 12 characters or more, or without a description, is
+// passed over by every reader.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include "devices/device_settings.h"
+#include "shell/list_target.h"
+
+namespace bv {
+
+using DeviceName = FixedText<11>;
+
+struct ListedDevice {
+    DeviceName Name;
+    DeviceDescription Description;
+};
+
+// The devices of "[DEVICES]" in file order. False after 413 or 9011.
+bool ReadDeviceList(std::vector<ListedDevice>& devices);
+
+// What SETUP.INI says of a device, beside its settings.
+struct FoundDevice {
+    bool IsListed = false;
+    bool IsPrinter = false; // listed in "[PRINTERS]"
+    bool IsScanner = false; // listed in "[SCANNERS]"
+    bool HasParagraph = false;
+    DeviceDescription Description; // as listed; when that is empty, its paragraph's
+    std::optional<DeviceType> Type;
+};
+
+// Looks for a device by its name in any case. False after 413 or 9011.
+bool FindDevice(std::string_view name, FoundDevice& found);
+
+enum class CountedDevices { All, FaxOnly };
+
+// Counts the listed devices. Status 472. False after 413 or 9011.
+bool CountDevices(std::size_t& count, CountedDevices which);
+
+struct DeviceListView {
+    bool IncludeNetwork = false;
+    bool WithDescription = false; // behind a tab
+};
+
+// Fills the emptied list with the devices in file order. False after 413 or 9011.
+bool FillDeviceList(ListTarget& list, const DeviceListView& view);
+
+// In which lists beside "[DEVICES]" a device is put.
+struct DevicePlaces {
+    bool Printers = false;
+    bool Scanners = false;
+};
+
+// Takes every line of that name out of the three lists and, with a description, puts a new one before the first device
+// with a later name. Lines of network devices stay where they are. Of a list that is there twice the first stays, and
+// one that is missing is added at the file's end; the file's lines are cleaned on the way. Status 470 and 471. False
+// after 413, or after 5000 and, all the same, 471.
+bool UpdateDeviceList(std::string_view name, std::optional<std::string_view> description, DevicePlaces places = {});
+
+// What a stem is offered as when a device of the type is added: MODEM, GAMMA, BTROUT or PRINT.
+std::string_view OfferedStem(DeviceType type);
+
+// A name that a list can hold: of 1 to 11 characters, without blanks, commas, quotes and control characters.
+bool IsValidDeviceName(std::string_view name);
+
+// The first name STEM-1 to STEM-99 that is not listed, in upper case, or in lower case when it begins with "(". None
+// after 413, or after a message: the name is not valid, or all are taken.
+std::optional<DeviceName> NextDeviceName(std::string_view stem);
+
+} // namespace bv

@@ -1,0 +1,210 @@
+#include "devices/device_settings.h"
+
+#include <algorithm>
+
+#include "ctlfile/control_stream.h"
+#include "ctlfile/copy_back.h"
+#include "ctlfile/reading.h"
+#include "platform/ascii.h"
+#include "shell/messages.h"
+#include "shell/server_paths.h"
+#include "shell/startup.h"
+
+namespace bv {
+
+template <>
+struct ChoiceWords<ClassOrder> {
+    static constexpr std::string_view kWords[] = {"1.0,1,2,2.0,2.1", "2,2.0,2.1,1.0,1"};
+};
+template <>
+struct ChoiceWords<DialMethod> {
+    static constexpr std::string_view kWords[] = {"TONE", "PULSE"};
+};
+template <>
+struct ChoiceWords<SpeakerMode> {
+    static constexpr std::string_view kWords[] = {"ON", "OFF", "CONNECT"};
+};
+template <>
+struct ChoiceWords<SpeakerLevel> {
+    static constexpr std::string_view kWords[] = {"LOW", "MEDIUM", "HIGH"};
+};
+
+namespace {
+
+using Settings = DeviceSettings;
+
+constexpr std::string_view kTypeWords[] = {"FCLASS", "GAMMA", "BTROUT", "PRINT"}; // by DeviceType
+
+constexpr unsigned Bit(DeviceType type) { return 1U << static_cast<unsigned>(type); }
+constexpr unsigned kModem = Bit(DeviceType::Modem);
+constexpr unsigned kBrooktrout = Bit(DeviceType::Brooktrout);
+constexpr unsigned kFax = kModem | Bit(DeviceType::GammaLink) | kBrooktrout;
+constexpr unsigned kAll = kFax | Bit(DeviceType::Printer);
+
+// The description also stands in quotes, in the list of devices.
+constexpr ValueRule kQuotable = {ValueRule::Form::Other,
+                                 DeviceDescription::kLimit,
+                                 {},
+                                 "a text of at most 50 characters without quotes",
+                                 [](std::string_view text) {
+                                     return text.size() <= DeviceDescription::kLimit &&
+                                            text.find('"') == std::string_view::npos;
+                                 }};
+
+constexpr ValueRule kType = {
+    ValueRule::Form::Other, 100, {}, "FCLASS, GAMMA, BTROUT or PRINT", [](std::string_view text) {
+        return std::ranges::find(kTypeWords, text) != std::end(kTypeWords);
+    }};
+
+// The first class of the list decides, whatever follows.
+constexpr KeyField<Settings> kClassPriority = [] {
+    KeyField<Settings> field = FieldOf<&Settings::ClassPriority>("ClassPriority:");
+    field.Store = [](Settings& settings, std::string_view text) {
+        if (text.empty()) return false;
+        settings.ClassPriority = ParseNumber(text) == 1 ? ClassOrder::Class1First : ClassOrder::Class2First;
+        return true;
+    };
+    return field;
+}();
+
+constexpr DeviceKey kKeys[] = {
+    {FieldOf<&Settings::Description>("Description:", kQuotable), kAll},
+    {FieldOf<&Settings::Type>("Type:", kType), kAll},
+    {kClassPriority, kModem},
+    {FieldOf<&Settings::BaudRate>("BaudRate:"), kModem},
+    {FieldOf<&Settings::CheckInit1>("CheckInit1:"), kModem},
+    {FieldOf<&Settings::CheckInit2>("CheckInit2:"), kModem},
+    {FieldOf<&Settings::ConnectTries>("ConnectTries:"), kFax},
+    {FieldOf<&Settings::DetectBusy>("DetectBusy:"), kFax},
+    {FieldOf<&Settings::DetectDial>("DetectDial:"), kFax},
+    {FieldOf<&Settings::DialPrefix>("DialPrefix:"), kFax},
+    {FieldOf<&Settings::DialSuffix>("DialSuffix:"), kFax},
+    {FieldOf<&Settings::DialType>("DialType:"), kFax},
+    {FieldOf<&Settings::IgnoreCTS>("IgnoreCTS:"), kModem},
+    {FieldOf<&Settings::IgnoreDSR>("IgnoreDSR:"), kModem},
+    {FieldOf<&Settings::IgnorePageErrors>("IgnorePageErrors:"), kModem},
+    {FieldOf<&Settings::MinSendRetryPages>("MinSendRetryPages:"), kFax},
+    {FieldOf<&Settings::PhoneNum>("PhoneNum:"), kFax},
+    {FieldOf<&Settings::Organisation>("Organisation:"), kFax},
+    {FieldOf<&Settings::Port>("Port:"), kFax},
+    {FieldOf<&Settings::RecdUser>("RecdUser:"), kFax},
+    {FieldOf<&Settings::ReceiveInit>("ReceiveInit:"), kModem},
+    {FieldOf<&Settings::ReceiveOnly>("ReceiveOnly:"), kFax},
+    {FieldOf<&Settings::ReceiveSpeed>("ReceiveSpeed:"), kFax},
+    {FieldOf<&Settings::RestartInitialPages>("RestartInitialPages:"), kFax},
+    {FieldOf<&Settings::RestartSplitPages>("RestartSplitPages:"), kFax},
+    {FieldOf<&Settings::SendInit>("SendInit:"), kModem},
+    {FieldOf<&Settings::SendMsgTries>("SendMsgTries:"), kFax},
+    {FieldOf<&Settings::Speaker>("Speaker:"), kModem},
+    {FieldOf<&Settings::SpeakerVolume>("SpeakerVolume:"), kModem},
+    {FieldOf<&Settings::TransmitSpeed>("TransmitSpeed:"), kFax},
+    {FieldOf<&Settings::BTConfigFile>("BTConfigFile:"), kBrooktrout},
+};
+
+std::string Header(std::string_view name) { return FormatText("[%s]", UpperText(name)); }
+
+bool IsKeyChanged(const Device& device, const DeviceKey& key) {
+    return key.IsOf(device.Type) && StoredValueOf(device, key) != key.Field.Text(device.Settings);
+}
+
+bool WriteChangedKeys(Rewrite& rewrite, const std::string& header, Device& device) {
+    for (std::size_t i = 0; i < std::size(kKeys); ++i) {
+        if (!IsKeyChanged(device, kKeys[i])) continue;
+        const std::string value = kKeys[i].Field.Text(device.Settings);
+        if (!RewriteKey(rewrite, {header, kKeys[i].Field.Key, value})) return false;
+        device.AsRead[i] = value;
+    }
+    return true;
+}
+
+std::vector<std::string> NumberedPorts(std::string_view format, int first, int last) {
+    std::vector<std::string> ports;
+    for (int number = first; number <= last; ++number) ports.push_back(FormatText(format, number));
+    return ports;
+}
+
+} // namespace
+
+std::string_view TypeWord(DeviceType type) { return kTypeWords[static_cast<std::size_t>(type)]; }
+
+std::optional<DeviceType> ParseDeviceType(std::string_view word) {
+    const std::optional<std::size_t> code = FindWord(kTypeWords, word);
+    if (!code) return {};
+    return static_cast<DeviceType>(*code);
+}
+
+std::span<const DeviceKey> DeviceKeys() { return kKeys; }
+
+const DeviceKey* FindDeviceKey(DeviceType type, std::string_view name) {
+    const auto isWanted = [=](const DeviceKey& key) { return key.IsOf(type) && EqualFolded(key.Field.Name(), name); };
+    const auto* found = std::ranges::find_if(kKeys, isWanted);
+    return found == std::end(kKeys) ? nullptr : found;
+}
+
+const StoredValue& StoredValueOf(const Device& device, const DeviceKey& key) {
+    return device.AsRead[static_cast<std::size_t>(&key - kKeys)];
+}
+
+Device NewDevice(DeviceType type, std::string_view organisation) {
+    Device device = {type, {}, std::vector<StoredValue>(std::size(kKeys))};
+    Settings& settings = device.Settings;
+    settings.Type = TypeWord(type);
+    settings.ClassPriority = ClassOrder::Class1First;
+    settings.DialType = DialMethod::Tone;
+    settings.IgnoreCTS = true;
+    settings.Organisation = organisation;
+    if (type == DeviceType::Modem) settings.Port = "COM1";
+    return device;
+}
+
+bool ReadDeviceSettings(std::string_view name, DeviceType type, Device& device) {
+    const std::string path = DatabaseFile("SETUP.INI");
+    ShowStatus(468);
+    ShowStatus(469, path);
+    ControlStream setup = OpenForReading(path);
+    if (!setup) return false;
+    device = NewDevice(type);
+    ControlLine line;
+    Position body = 0;
+    if (!FindParagraph(setup, Header(name), line, &body) || !FindKeyLine(setup, {}, line)) return WasRead(setup);
+    device.Settings = {};
+    for (std::size_t i = 0; i < std::size(kKeys); ++i) {
+        if (kKeys[i].IsOf(type)) device.AsRead[i] = ReadField(setup, body, kKeys[i].Field, device.Settings);
+    }
+    return WasRead(setup);
+}
+
+bool IsChanged(const Device& device) {
+    return std::ranges::any_of(kKeys, [&device](const DeviceKey& key) { return IsKeyChanged(device, key); });
+}
+
+bool WriteDeviceSettings(std::string_view name, Device& device) {
+    if (!IsChanged(device)) return true;
+    const std::string path = DatabaseFile("SETUP.INI");
+    Rewrite rewrite(path);
+    if (!rewrite) {
+        ShowError(413, rewrite.Fault() == Rewrite::Problem::Temporary ? rewrite.TemporaryName() : path);
+        return false;
+    }
+    ShowStatus(470, path);
+    Startup().SettingsChanged = true;
+    const bool written = WriteChangedKeys(rewrite, Header(name), device);
+    if (!rewrite.Finish() || !written) {
+        ShowError(5000, path);
+        return false;
+    }
+    ShowStatus(471, path);
+    return true;
+}
+
+std::vector<std::string> OfferedPorts(DeviceType type) {
+    switch (type) {
+    case DeviceType::Modem: return NumberedPorts("COM%d", 1, 32);
+    case DeviceType::GammaLink: return NumberedPorts("CHANNEL%d", 1, 24);
+    case DeviceType::Brooktrout: return NumberedPorts("FAX%d", 0, 63);
+    case DeviceType::Printer: break;
+    }
+    return {};
+}
+
+} // namespace bv

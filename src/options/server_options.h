@@ -1,0 +1,35 @@
+// Reading and saving the server's options: the paragraphs "[OPTIONS]", "[QUEUEMAN]", "[PRINTING]", "[EPSTIFF]",
+// "[BSUBMIT]", "[HPSCAN]" and "[WORKSTATION]" of SETUP.INI.
+#pragma once
+
+#include <vector>
+
+#include "ctlfile/control_stream.h"
+#include "ctlfile/key_fields.h"
+#include "options/option_keys.h"
+
+namespace bv {
+
+// What SETUP.INI held for each of OptionKeys when it was last read or written.
+using SavedOptions = std::vector<StoredValue>;
+
+const StoredValue& StoredValueOf(const SavedOptions& saved, const OptionKey& key);
+
+// What the reader finds beside the options.
+struct OptionsFound {
+    bool HasRouter = false; // "[ROUTER]": least-cost routing has been configured
+};
+
+// Fills the options, each paragraph searched from the file's start. What is absent or unreadable has its default and
+// counts as not in the file. Without "[PRINTING]" the print choices are read from where older files have them.
+OptionsFound ReadServerOptions(ControlStream& setup, ServerOptions& options, SavedOptions& saved);
+
+// The same from SETUP.INI, which is opened for it. Status 467 and 469. False after 413 or 9011.
+bool LoadServerOptions(ServerOptions& options, SavedOptions& saved, OptionsFound* found = nullptr);
+
+// Writes the keys whose values are not those in the file, by one rewrite of SETUP.INI each; without any, does and says
+// nothing. Status 470 and 471; sets SettingsChanged. False after 413 (then nothing is changed), or after 5000 at the
+// first key that cannot be written: those before it are in the file, and `saved` takes all of them for written.
+bool SaveServerOptions(const ServerOptions& options, SavedOptions& saved);
+
+} // namespace bv

@@ -1,0 +1,134 @@
+#include "options/telephone_types.h"
+
+#include <algorithm>
+
+#include "ctlfile/copy_back.h"
+#include "ctlfile/key_fields.h"
+#include "ctlfile/lines.h"
+#include "ctlfile/reader.h"
+#include "ctlfile/reading.h"
+#include "platform/ascii.h"
+#include "shell/messages.h"
+#include "shell/server_paths.h"
+#include "shell/startup.h"
+
+namespace bv {
+namespace {
+
+constexpr std::string_view kParagraph = "[QUEUEMAN]";
+constexpr std::string_view kKey = "TelnumType:";
+constexpr OpenTimeout kTimeout{10};
+
+constexpr TelephoneTypeCode kLocal = 1;
+constexpr TelephoneTypeCode kBeforeNational = 1;       // code of "National" with a digit, less that digit
+constexpr TelephoneTypeCode kBeforeInternational = 10; // the same
+constexpr TelephoneTypeCode kLastType = 19;
+
+// The digit 1 to 9 that alone follows the word, 0 when nothing does; none for another text.
+std::optional<int> DigitAfter(std::string_view text, std::string_view word) {
+    if (!StartsWithFolded(text, word)) return {};
+    text.remove_prefix(word.size());
+    if (text.empty()) return 0;
+    if (text.size() > 1 || !IsDigit(text[0]) || text[0] == '0') return {};
+    return text[0] - '0';
+}
+
+// The entry of a line's value; none for a value of another form.
+std::optional<TelephoneType> ParseEntry(std::optional<std::string_view> value) {
+    const QuotedToken word = ParseQuotedToken(value);
+    const std::optional<std::string_view> text = ParseQuotedToken(word.Rest).Token;
+    if (!text || text->size() < 2 || !text->starts_with('"') || !text->ends_with('"')) return {};
+    const std::optional<TelephoneTypeCode> code = ParseTelephoneType(*word.Token);
+    if (!code) return {};
+    return TelephoneType{*code, StripQuotes(*text)};
+}
+
+// The lines of the list, without the first one's key and the last one's end.
+std::string ListText(const TelephoneTypes& types) {
+    std::string text;
+    for (const TelephoneType& type : types) {
+        if (type.Code == 0) break;
+        if (!text.empty()) text.append(kLineEnd).append(kKey).append(" ");
+        text += CleanLine(FormatText("%-15s \"%s\"", TelephoneTypeWord(type.Code), type.Description.View()));
+    }
+    return text;
+}
+
+} // namespace
+
+std::string TelephoneTypeWord(TelephoneTypeCode code) {
+    if (code <= kLocal || code > kLastType) return "Local";
+    if (code <= kBeforeInternational) return FormatText("National%d", code - kBeforeNational);
+    return FormatText("International%d", code - kBeforeInternational);
+}
+
+std::optional<TelephoneTypeCode> ParseTelephoneType(std::string_view word) {
+    if (EqualFolded(word, "Local")) return kLocal;
+    if (const std::optional<int> digit = DigitAfter(word, "National"))
+        return static_cast<TelephoneTypeCode>(kBeforeNational + std::max(*digit, 1));
+    const std::optional<int> digit = DigitAfter(word, "International");
+    if (!digit) return {};
+    return static_cast<TelephoneTypeCode>(*digit == 0 ? kBeforeInternational + 1
+                                                      : kBeforeInternational + std::max(*digit, 2));
+}
+
+std::optional<std::string> FaultOfTypeDescription(std::string_view text) {
+    constexpr std::size_t kLimit = decltype(TelephoneType::Description)::kLimit;
+    constexpr ValueRule kRule = {ValueRule::Form::Other,
+                                 kLimit,
+                                 {},
+                                 "a text of at most 100 characters without quotes",
+                                 [](std::string_view description) {
+                                     return description.size() <= kLimit &&
+                                            description.find('"') == std::string_view::npos;
+                                 }};
+    return FaultOfValue("TelnumType", kRule, text);
+}
+
+bool ReadTelephoneTypes(ControlStream& setup, TelephoneTypes& types) {
+    types.clear();
+    ControlLine line;
+    setup.Rewind();
+    if (!FindParagraph(setup, kParagraph, line)) return true;
+    while (FindKeyLine(setup, kKey, line)) {
+        const std::optional<TelephoneType> type = ParseEntry(KeyValue(line));
+        if (!type || types.size() == kMaxTelephoneTypes) return false;
+        types.push_back(*type);
+    }
+    return true;
+}
+
+bool LoadTelephoneTypes(TelephoneTypes& types) {
+    types.clear();
+    ControlStream setup = OpenForReading(DatabaseFile("SETUP.INI"), kTimeout);
+    if (!setup) return false;
+    const bool isWellFormed = ReadTelephoneTypes(setup, types);
+    if (!WasRead(setup)) return false;
+    if (!isWellFormed) ShowError("File %s holds an unreadable or a surplus telephone-number type", setup.Path());
+    return isWellFormed;
+}
+
+bool SaveTelephoneTypes(const TelephoneTypes& types, TelephoneTypes& saved) {
+    if (types == saved) return true;
+    const std::string path = DatabaseFile("SETUP.INI");
+    Rewrite rewrite(path, kTimeout);
+    if (!rewrite) {
+        ShowError(413, rewrite.Fault() == Rewrite::Problem::Temporary ? rewrite.TemporaryName() : path);
+        return false;
+    }
+    ShowStatus(470, path);
+    Startup().SettingsChanged = true;
+    // As the value of one key, the list goes in the place of the first old line, and the others go.
+    const std::string text = ListText(types);
+    const KeyChange change = {kParagraph, kKey, text.empty() ? std::nullopt : std::optional<std::string_view>(text)};
+    const bool written = RewriteKey(rewrite, change);
+    if (!rewrite.Finish() || !written) {
+        ShowError(5000, path);
+        return false;
+    }
+    ShowStatus(471, path);
+    saved = types;
+    return true;
+}
+
+} // namespace bv

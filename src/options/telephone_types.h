@@ -1,0 +1,50 @@
+// The types of telephone number that a user may be allowed to dial, and what they are called: up to 20 lines
+// `TelnumType: TYPE "description"` of "[QUEUEMAN]".
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "ctlfile/control_stream.h"
+#include "ctlfile/fixed_text.h"
+
+namespace bv {
+
+inline constexpr std::size_t kMaxTelephoneTypes = 20;
+
+// 1 Local, 2 to 10 National1 to National9, 11 to 19 International1 to International9.
+using TelephoneTypeCode = std::uint16_t;
+
+struct TelephoneType {
+    TelephoneTypeCode Code = 0;
+    FixedText<100> Description;
+    friend bool operator==(const TelephoneType&, const TelephoneType&) = default;
+};
+using TelephoneTypes = std::vector<TelephoneType>;
+
+// The word of a code as it is written; "Local" for a number that is no code.
+std::string TelephoneTypeWord(TelephoneTypeCode code);
+
+// The code of a word, in any case, as it is read; none for another word. Deliberately no inverse: "International" is
+// 11, and "International1", which is what 11 is written as, is 12. The server reads it so, too.
+std::optional<TelephoneTypeCode> ParseTelephoneType(std::string_view word);
+
+// Why a person may not give the text as a description, in a sentence; none when it is fine.
+std::optional<std::string> FaultOfTypeDescription(std::string_view text);
+
+// Reads the list from SETUP.INI's first "[QUEUEMAN]". False, with the entries before it, at a line of another form or
+// beyond the twentieth.
+bool ReadTelephoneTypes(ControlStream& setup, TelephoneTypes& types);
+
+// The same from SETUP.INI, which is opened for it. False after a message, also 413 or 9011.
+bool LoadTelephoneTypes(TelephoneTypes& types);
+
+// Replaces the list in the file, by one rewrite; the same list again writes and says nothing. An entry of code 0 ends
+// the list. Status 470 and 471; sets SettingsChanged. False after 413 or 5000, and then `saved` stays.
+bool SaveTelephoneTypes(const TelephoneTypes& types, TelephoneTypes& saved);
+
+} // namespace bv

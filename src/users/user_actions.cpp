@@ -1,0 +1,139 @@
+#include "users/user_actions.h"
+
+#include <optional>
+#include <utility>
+#include <vector>
+
+#include "ctlfile/lines.h"
+#include "shell/messages.h"
+#include "shell/startup.h"
+#include "users/user_directories.h"
+
+namespace bv {
+namespace {
+
+MailListHook& InstalledHook() {
+    static MailListHook hook;
+    return hook;
+}
+
+bool HasMailName(const UserRecord* record) { return record != nullptr && !record->MailName.IsEmpty(); }
+
+bool TellMailList(std::string_view name, const UserRecord* before, const UserRecord* after) {
+    if (!InstalledHook() || (!HasMailName(before) && !HasMailName(after))) return true;
+    return InstalledHook()(name, before, after);
+}
+
+// The name as the status texts about users have it.
+std::string WithKind(std::string_view name, RecordKind kind) {
+    return std::string(kind == RecordKind::Group ? "group " : "").append(name);
+}
+
+// A profile of the mail system stands for many senders.
+std::string_view SenderName(const UserRecord& record) {
+    const std::string_view mailName = record.MailName;
+    return mailName.starts_with('(') || mailName.starts_with('*') ? std::string_view() : record.Fullname.View();
+}
+
+bool AddEverywhere(std::string_view name, const UserRecord& record, RecordKind kind) {
+    if (!CreateUserDirectories(name, SenderName(record), kind) || !AddUserRecord(name, record, kind)) return false;
+    Startup().SettingsChanged = true;
+    return TellMailList(name, nullptr, &record);
+}
+
+// The number of records, from the first, that have got their directories.
+std::size_t CreateAllDirectories(std::span<const NamedRecord> added, RecordKind kind, const SaveProgress& goOn) {
+    std::size_t done = 0;
+    for (const auto& [name, record] : added) {
+        if (!goOn(done)) break;
+        if (!CreateUserDirectories(name, SenderName(record), kind)) {
+            ShowStatus(465, WithKind(name, kind));
+            break;
+        }
+        ++done;
+    }
+    return done;
+}
+
+bool AskDelete(std::string_view name, const UserRecord& record, RecordKind kind) {
+    const std::string_view what = kind == RecordKind::User ? "user" : "user group";
+    const std::string_view dash = record.Fullname.IsEmpty() ? "" : "-";
+    return AskFilled(5192, BoxIcon::Question, FillMessage(5193, what, name, dash, record.Fullname.View()));
+}
+
+} // namespace
+
+int FaultOfNewName(std::string_view name) {
+    if (name.empty() || name.size() > RecordName::kLimit) return 9020;
+    if (IsDefaultName(name)) return 9021;
+    if (!IsDirectoryName(name) || FindControl(name, 0) != name.size() || name.starts_with(' ')) return 9022;
+    return 0;
+}
+
+bool CheckNewUser(UserList& list, std::string_view name, const UserRecord& record, RecordKind kind) {
+    if (const int fault = FaultOfNewName(name); fault != 0) {
+        ShowError(fault, name);
+        return false;
+    }
+    // Users and groups share the directories of a name.
+    const bool isTaken = list.Has(name, RecordKind::User) || list.Has(name, RecordKind::Group);
+    if (!list.IsRead()) return false;
+    if (isTaken) {
+        ShowError(9023, name);
+        return false;
+    }
+    return kind == RecordKind::Group || CheckGroup(list, record);
+}
+
+bool CheckGroup(UserList& list, const UserRecord& record) {
+    if (record.Group.IsEmpty() || list.Has(record.Group, RecordKind::Group)) return true;
+    if (list.IsRead()) ShowError(9024, record.Group.View());
+    return false;
+}
+
+bool AddUser(std::string_view name, const UserRecord& record, RecordKind kind) {
+    const bool added = AddEverywhere(name, record, kind);
+    ShowStatus(added ? 466 : 465, WithKind(name, kind));
+    return added;
+}
+
+bool UpdateUser(std::string_view name, const UserRecord& before, const UserRecord& after, RecordKind kind) {
+    if (after == before) return true;
+    if (!UpdateUserRecord(name, after, kind)) return false;
+    Startup().SettingsChanged = true;
+    if (!TellMailList(name, &before, &after)) return false;
+    ShowStatus(456, "user", WithKind(name, kind));
+    return true;
+}
+
+bool DeleteUser(std::string_view name, RecordKind kind) {
+    std::string stored(name);
+    UserRecord record;
+    const auto read = [&] {
+        UserList list;
+        return list && list.ReadNamed(stored, record, kind);
+    };
+    if (!CheckDeletable(name) || !read() || !AskDelete(stored, record, kind)) return false;
+    if (!TellMailList(stored, &record, nullptr) || !DeleteUserRecord(stored, kind)) return false;
+    Startup().SettingsChanged = true;
+    return DeleteUserDirectories(stored);
+}
+
+SavedUsers SaveUsers(std::span<const NamedRecord> added, std::span<const RecordUpdate> updated, RecordKind kind,
+                     const SaveProgress& goOn) {
+    const auto withDirectories = added.first(CreateAllDirectories(added, kind, goOn));
+    if (withDirectories.size() < added.size()) updated = {};
+    std::vector<NamedRecord> after;
+    for (const RecordUpdate& update : updated) after.push_back({update.Name, update.After});
+    if (withDirectories.empty() && after.empty()) return {};
+    if (!ChangeUserRecords({withDirectories, after}, kind)) return {};
+
+    Startup().SettingsChanged = true;
+    for (const auto& [name, record] : withDirectories) TellMailList(name, nullptr, &record);
+    for (const auto& [name, from, to] : updated) TellMailList(name, &from, &to);
+    return {withDirectories.size(), updated.size()};
+}
+
+void SetMailListHook(MailListHook hook) { InstalledHook() = std::move(hook); }
+
+} // namespace bv

@@ -1,0 +1,63 @@
+// What a person does to users and user groups, whole: the directories, the user list, the mail list, the status text,
+// and the note that the server must be restarted. For every face.
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "users/user_list.h"
+#include "users/user_rewrite.h"
+
+namespace bv {
+
+// What an add box does on OK: the name must pass FaultOfNewName and be neither a user's nor a group's, and the record's
+// group must be there. False after 9020 to 9024 or 9011.
+bool CheckNewUser(UserList& list, std::string_view name, const UserRecord& record, RecordKind kind);
+
+// Whether the record's Group: is empty or a user group of the list. False after 9024 or 9011.
+bool CheckGroup(UserList& list, const UserRecord& record);
+
+// The number of the string, to be filled with the name, that says why no new record can have it: 9020 for its length,
+// 9021 for a "(" at its front, 9022 when directories cannot have it; 0 without a fault.
+int FaultOfNewName(std::string_view name);
+
+// Each of the next three returns whether everything was done as asked; when not, a message has said why (except a
+// question answered No).
+
+// Adds a record that CheckNewUser has passed: its directories first, and when they fail nothing else. Status 466 "Added
+// user %s" or, after the message, 465 "Unable to add user %s", in which a group is "group NAME".
+bool AddUser(std::string_view name, const UserRecord& record, RecordKind kind);
+
+// Writes a record that a person has changed; one that is as before is left alone. Status 456 "Modified %s %s".
+bool UpdateUser(std::string_view name, const UserRecord& before, const UserRecord& after, RecordKind kind);
+
+// Asks 5193 and deletes a record the other way round: from the mail list, from the user list, then its directories.
+// Status 473.
+bool DeleteUser(std::string_view name, RecordKind kind);
+
+// Adds and changes many at once, in one rewrite of the user list, and returns how many are in it. Before the
+// directories of each added record are made, the progress is asked, with how many are done, whether to go on. When it
+// says no, and when the directories of one fail, those before that one are still added, and nothing is updated.
+struct RecordUpdate {
+    std::string Name;
+    UserRecord Before;
+    UserRecord After;
+};
+struct SavedUsers {
+    std::size_t Added = 0;
+    std::size_t Updated = 0;
+};
+using SaveProgress = std::function<bool(std::size_t done)>;
+SavedUsers SaveUsers(std::span<const NamedRecord> added, std::span<const RecordUpdate> updated, RecordKind kind,
+                     const SaveProgress& goOn);
+
+// Keeps the mail list in step with the user list, for users with a mail name: told of a user with the record before
+// (none for a new user) and after (none for one that goes). False after a message of its own. The area of the mail list
+// installs it; without any, there is no mail list to keep.
+using MailListHook = std::function<bool(std::string_view name, const UserRecord* before, const UserRecord* after)>;
+void SetMailListHook(MailListHook hook);
+
+} // namespace bv

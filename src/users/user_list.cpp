@@ -1,0 +1,222 @@
+#include "users/user_list.h"
+
+#include <algorithm>
+#include <array>
+#include <functional>
+#include <vector>
+
+#include "ctlfile/reading.h"
+#include "ctlfile/records.h"
+#include "platform/ascii.h"
+#include "shell/messages.h"
+
+namespace bv {
+namespace {
+
+// What a list looks at in a record.
+struct ListedRecord {
+    WholeValue Name;
+    FixedText<100> Fullname;
+    FixedText<100> Username;
+    FixedText<100> Group;
+    FixedText<256> Filtered; // the value that the filter judges
+};
+
+// Which records a list takes: those with such a value of a key; all without a key.
+struct Filter {
+    std::string_view Key;
+    std::function<bool(std::string_view)> Accepts;
+};
+
+bool IsProfile(std::string_view mailName) { return mailName.starts_with('(') || mailName.starts_with('*'); }
+
+// The keys that a view needs, and their places in a record. A key less makes the walk faster.
+struct Columns {
+    std::vector<std::string_view> Keys;
+    std::vector<TextPlace> Places;
+
+    Columns(const UserListView& view, const Filter& filter, ListedRecord& record) {
+        Add(kNameKey, record.Name);
+        if (view.Format != UserListFormat::NameOnly) Add("Fullname:", record.Fullname);
+        if (view.Format == UserListFormat::UsernameNameFullname) Add("Username:", record.Username);
+        if (view.WithGroup) Add("Group:", record.Group);
+        if (!filter.Key.empty()) Add(filter.Key, record.Filtered);
+    }
+
+  private:
+    void Add(std::string_view key, TextPlace place) {
+        Keys.push_back(key);
+        Places.push_back(place);
+    }
+};
+
+std::string LineOf(const ListedRecord& record, const UserListView& view, std::string_view separator) {
+    std::string line(record.Name);
+    switch (view.Format) {
+    case UserListFormat::NameOnly: break;
+    case UserListFormat::NameAndFullname: line.append(separator).append(record.Fullname); break;
+    case UserListFormat::UsernameNameFullname: {
+        // Mail profiles have no user behind their user name.
+        const std::string_view first =
+            record.Fullname.View().starts_with('(') ? record.Name.View() : record.Username.View();
+        line = FormatText("%s\t%s\t%s", first, record.Name.View(), record.Fullname.View());
+        break;
+    }
+    }
+    if (view.WithGroup) line.append(separator).append(record.Group);
+    return line;
+}
+
+std::string_view SeparatorOf(const ListTarget& list) { return list.IsComboBox() ? "  -  " : "\t"; }
+
+// Adds a line for each record of the kind that is to be listed.
+void AddLines(ControlStream& stream, RecordKind kind, ListTarget& list, const UserListView& view,
+              const Filter& filter = {}) {
+    const std::string_view separator = SeparatorOf(list);
+    ListedRecord record;
+    const Columns columns(view, filter, record);
+    stream.Rewind();
+    RecordWalker records(stream, RecordHeader(kind), columns.Keys);
+    while (records.Next()) {
+        for (std::size_t i = 0; i < columns.Keys.size(); ++i) records.Get(i, columns.Places[i]);
+        if (IsDefaultName(record.Name) && !view.IncludeDefault) continue;
+        if (!filter.Accepts || filter.Accepts(record.Filtered)) list.Add(LineOf(record, view, separator));
+    }
+}
+
+void FillOneList(ControlStream& stream, ListTarget& list, const UserListView& view) {
+    if (view.Which == UserSelection::AllUsers) AddLines(stream, RecordKind::User, list, view);
+    if (view.Which == UserSelection::MailProfiles) {
+        AddLines(stream, RecordKind::User, list, view, {"MailName:", IsProfile});
+    }
+    if (view.IncludeGroups) AddLines(stream, RecordKind::Group, list, view);
+}
+
+// What stands for a record that is not there; false when nothing does.
+bool ReadMissingRecord(std::optional<std::string_view> name, UserRecord& record, RecordKind kind) {
+    record = {};
+    if (kind == RecordKind::Group) return true;
+    if (name) {
+        ShowNotFound(*name, kind);
+        return false;
+    }
+    ShowWarning("Default user definitions not found");
+    record.Permissions.DialMask = kEveryDialClass;
+    record.Permissions.SendTime.Days = kEveryDay;
+    return true;
+}
+
+} // namespace
+
+bool FindUserListEntry(std::string_view key, FindBy by, std::optional<std::string_view> match, RecordKind kind,
+                       FoundEntry& entry) {
+    static constexpr std::array<std::string_view, 2> kKeys = {kNameKey, "Username:"};
+    entry = {};
+    ControlStream list = OpenForReading(UserListPath());
+    if (!list) return false;
+    if (by == FindBy::Username && key.empty()) return true;
+
+    const std::size_t wanted = by == FindBy::Name ? 0 : 1;
+    RecordWalker records(list, RecordHeader(kind), kKeys);
+    WholeValue value;
+    WholeValue other;
+    while (records.Next()) {
+        records.Get(wanted, value);
+        if (!EqualFolded(value, key)) continue;
+        records.Get(1 - wanted, other);
+        if (match && !EqualFolded(other, *match)) continue;
+        entry = {true, other.View()};
+        return true;
+    }
+    return WasRead(list);
+}
+
+UserList::UserList() : stream_(OpenForReading(UserListPath())) {}
+
+std::optional<std::string> UserList::NameOf(std::string_view name, RecordKind kind) {
+    static constexpr std::array kKeys = {kNameKey};
+    stream_.Rewind();
+    RecordWalker records(stream_, RecordHeader(kind), kKeys);
+    WholeValue found;
+    while (records.Next()) {
+        records.Get(0, found);
+        if (EqualFolded(found, name)) return found.String();
+    }
+    return {};
+}
+
+bool UserList::ReadRecord(std::optional<std::string_view> name, UserRecord& record, RecordKind kind) {
+    const std::optional<RecordPlace> place = FindRecord(stream_, kind, name);
+    if (!place) return IsRead() && ReadMissingRecord(name, record, kind);
+    stream_.Seek(place->BodyStart);
+    ReadRecordBody(stream_, kind, !name || IsDefaultName(*name), record);
+    return IsRead();
+}
+
+bool UserList::ReadNamed(std::string& name, UserRecord& record, RecordKind kind) {
+    const std::optional<std::string> stored = NameOf(name, kind);
+    if (!stored) {
+        if (IsRead()) ShowNotFound(name, kind);
+        return false;
+    }
+    name = *stored;
+    return ReadRecord(name, record, kind);
+}
+
+bool UserList::IsRead() const { return WasRead(stream_); }
+
+void ShowNotFound(std::string_view name, RecordKind kind) {
+    ShowError(kind == RecordKind::User ? "Brivane user %s not found" : "Brivane usergroup %s not found", name);
+}
+
+bool ReadUserRecord(std::optional<std::string_view> name, UserRecord& record, RecordKind kind) {
+    UserList list;
+    return list && list.ReadRecord(name, record, kind);
+}
+
+bool VisitUserRecords(RecordKind kind, const RecordVisitor& visit) {
+    static constexpr std::array kKeys = {kNameKey};
+    ControlStream list = OpenForReading(UserListPath());
+    if (!list) return false;
+    RecordWalker records(list, RecordHeader(kind), kKeys);
+    WholeValue name;
+    UserRecord record;
+    while (records.Next()) {
+        records.Get(0, name);
+        list.Seek(records.BodyStart());
+        ReadRecordBody(list, kind, IsDefaultName(name), record);
+        if (!visit(name, record)) break;
+    }
+    return WasRead(list);
+}
+
+bool FillUserList(ListTarget& list, ListTarget* secondList, const UserListView& view) {
+    list.Clear();
+    if (secondList != nullptr) secondList->Clear();
+    ControlStream stream = OpenForReading(UserListPath());
+    if (!stream) return false;
+    FillOneList(stream, list, view);
+    if (secondList != nullptr) FillOneList(stream, *secondList, view);
+    return WasRead(stream);
+}
+
+bool FillGroupMemberList(std::string_view group, ListTarget& list, bool withFullname, bool withGroup) {
+    ControlStream stream = OpenForReading(UserListPath());
+    if (!stream) return false;
+    UserListView view;
+    view.Format = withFullname ? UserListFormat::NameAndFullname : UserListFormat::NameOnly;
+    view.WithGroup = withGroup;
+    const auto isGroup = [group](std::string_view value) { return EqualFolded(value, group); };
+    AddLines(stream, RecordKind::User, list, view, {"Group:", isGroup});
+    return WasRead(stream);
+}
+
+bool IsNetworkDevice(std::string_view deviceName) { return StartsWithFolded(deviceName, "NETWORK"); }
+
+bool IsFaxDevice(std::string_view deviceName) {
+    constexpr std::array<std::string_view, 4> kOthers = {"PRINT", "NETWORK", "HPPRINT", "PSPRINT"};
+    const auto isOther = [deviceName](std::string_view stem) { return StartsWithFolded(deviceName, stem); };
+    return std::ranges::none_of(kOthers, isOther);
+}
+
+} // namespace bv

@@ -1,0 +1,395 @@
+#include "users/user_record.h"
+
+#include <algorithm>
+#include <array>
+#include <type_traits>
+#include <utility>
+
+#include "ctlfile/lines.h"
+#include "ctlfile/reader.h"
+#include "platform/ascii.h"
+#include "shell/format.h"
+
+namespace bv {
+namespace {
+
+// The field that a path of members leads to.
+template <auto... kPath>
+auto& FieldOf(auto& record) {
+    return (record.*....*kPath);
+}
+
+bool IsEnterable(std::string_view value, std::size_t limit) {
+    const bool isTrimmed = TrimBlanks(value).size() == value.size();
+    return value.size() <= limit && isTrimmed && FindControl(value, 0) == value.size();
+}
+
+// --- The forms of values. Each has what a row of the table needs. ---
+
+template <auto... kPath>
+struct Text {
+    static void Read(UserRecord& record, std::string_view value) { FieldOf<kPath...>(record) = value; }
+    static std::optional<std::string> Write(const UserRecord& record) {
+        const std::string value = Show(record);
+        return value.empty() ? std::nullopt : std::optional(value);
+    }
+    static std::string Show(const UserRecord& record) { return FieldOf<kPath...>(record).String(); }
+    static bool Enter(UserRecord& record, std::string_view value) {
+        auto& field = FieldOf<kPath...>(record);
+        if (!IsEnterable(value, field.kLimit)) return false;
+        field = value;
+        return true;
+    }
+    static std::string Values() {
+        using Field = std::remove_cvref_t<decltype(FieldOf<kPath...>(std::declval<UserRecord&>()))>;
+        return FormatText("a text of at most %d characters", Field::kLimit);
+    }
+};
+
+// Written also when empty.
+template <auto kField>
+struct PlainText : Text<kField> {
+    static std::optional<std::string> Write(const UserRecord& record) { return Text<kField>::Show(record); }
+};
+
+// A record's name, as the file's keys allow it.
+struct GroupName : Text<&UserRecord::Group> {
+    static bool Enter(UserRecord& record, std::string_view value) {
+        return value.size() <= RecordName::kLimit && Text::Enter(record, value);
+    }
+    static std::string Values() { return FormatText("the name of a group, at most %d characters", RecordName::kLimit); }
+};
+
+constexpr std::array<std::string_view, 3> kSquashWords = {"NO", "VERTICAL", "YES"}; // by SquashMode
+
+std::optional<SquashMode> ParseSquash(std::string_view value) {
+    const auto isWord = [value](std::string_view word) { return EqualFolded(word, value); };
+    const auto* found = std::ranges::find_if(kSquashWords, isWord);
+    if (found == kSquashWords.end()) return {};
+    return static_cast<SquashMode>(found - kSquashWords.begin());
+}
+
+template <auto kPrinter>
+struct Squash {
+    static void Read(UserRecord& record, std::string_view value) {
+        (record.*kPrinter).Squash = ParseSquash(value).value_or(SquashMode::None);
+    }
+    static std::optional<std::string> Write(const UserRecord& record) {
+        return (record.*kPrinter).Squash == SquashMode::None ? std::nullopt : std::optional(Show(record));
+    }
+    static std::string Show(const UserRecord& record) {
+        return std::string(kSquashWords.at(static_cast<std::size_t>((record.*kPrinter).Squash)));
+    }
+    static bool Enter(UserRecord& record, std::string_view value) {
+        const std::optional<SquashMode> mode = ParseSquash(value);
+        if (mode) (record.*kPrinter).Squash = *mode;
+        return mode.has_value();
+    }
+    static std::string Values() { return "NO, VERTICAL or YES"; }
+};
+
+// Groups have never kept VERTICAL for their first printer; the server relies on that.
+struct GroupSquash : Squash<&UserRecord::PrintRecd> {
+    static std::optional<std::string> Write(const UserRecord& record) {
+        return record.PrintRecd.Squash == SquashMode::Yes ? Squash::Write(record) : std::nullopt;
+    }
+    static bool Enter(UserRecord& record, std::string_view value) {
+        return ParseSquash(value) != SquashMode::Vertical && Squash::Enter(record, value);
+    }
+    static std::string Values() { return "NO or YES"; }
+};
+
+struct OptionWord {
+    std::string_view Word;
+    bool UserRecord::*Field;
+};
+struct SentOptions {
+    static constexpr auto kIsDefault = &UserRecord::SentOptionsAreDefault;
+    static constexpr std::array kWords = {
+        OptionWord{"STATUS", &UserRecord::SentStatus},
+        OptionWord{"MESSAGE", &UserRecord::SentMessage},
+    };
+};
+struct RecdOptions {
+    static constexpr auto kIsDefault = &UserRecord::RecdOptionsAreDefault;
+    static constexpr std::array kWords = {
+        OptionWord{"STATUS", &UserRecord::RecdStatus},
+        OptionWord{"MESSAGE", &UserRecord::RecdMessage},
+        OptionWord{"DELETE", &UserRecord::RecdDelete},
+    };
+};
+
+template <class Options>
+struct PrintOptions {
+    static constexpr std::string_view kDefault = "DEFAULT";
+
+    // The words count wherever they stand, inside other words, too.
+    static void Read(UserRecord& record, std::string_view value) {
+        const std::string upper = UpperText(value);
+        record.*Options::kIsDefault = false;
+        for (const OptionWord& option : Options::kWords) {
+            record.*option.Field = upper.find(option.Word) != std::string::npos;
+        }
+    }
+    static std::optional<std::string> Write(const UserRecord& record) {
+        return record.*Options::kIsDefault ? std::nullopt : std::optional(Words(record));
+    }
+    static std::string Show(const UserRecord& record) {
+        return record.*Options::kIsDefault ? std::string(kDefault) : Words(record);
+    }
+    static bool Enter(UserRecord& record, std::string_view value) {
+        const bool isDefault = EqualFolded(value, kDefault);
+        std::optional<std::string_view> rest = value;
+        while (!isDefault && rest && !rest->empty()) {
+            const QuotedToken token = ParseQuotedToken(rest);
+            if (!IsWord(*token.Token)) return false;
+            rest = token.Rest;
+        }
+        Read(record, isDefault ? "" : value);
+        record.*Options::kIsDefault = isDefault;
+        return true;
+    }
+    static std::string Values() {
+        std::string words = "DEFAULT, or any of";
+        for (const OptionWord& option : Options::kWords) words.append(" ").append(option.Word);
+        return words;
+    }
+
+  private:
+    static bool IsWord(std::string_view token) {
+        const auto isIt = [token](const OptionWord& option) { return EqualFolded(option.Word, token); };
+        return std::ranges::any_of(Options::kWords, isIt);
+    }
+    static std::string Words(const UserRecord& record) {
+        std::string words;
+        for (const OptionWord& option : Options::kWords) {
+            if (record.*option.Field) words.append(words.empty() ? "" : " ").append(option.Word);
+        }
+        return words;
+    }
+};
+
+template <auto kField>
+struct YesOrNo {
+    static void Read(UserRecord& record, std::string_view value) { Enter(record, value); }
+    static std::optional<std::string> Write(const UserRecord& record) {
+        return record.*kField ? std::optional(Show(record)) : std::nullopt;
+    }
+    static std::string Show(const UserRecord& record) { return record.*kField ? "YES" : "NO"; }
+    static bool Enter(UserRecord& record, std::string_view value) {
+        const std::optional<bool> flag = ParseBool(value);
+        if (flag) record.*kField = *flag;
+        return flag.has_value();
+    }
+    static std::string Values() { return "YES or NO"; }
+};
+
+struct MailName : Text<&UserRecord::MailName> {
+    static std::optional<std::string> Write(const UserRecord& record) {
+        if (!record.MailInbox && !record.MailGateway) return {};
+        return record.MailName.View().starts_with('(') ? "*" : Show(record);
+    }
+    static bool Enter(UserRecord& record, std::string_view value) {
+        return !value.starts_with('(') && Text::Enter(record, value);
+    }
+    static std::string Values() { return Text::Values() + " that does not begin with a bracket"; }
+};
+
+template <PermissionFlag kFlag>
+struct Permission {
+    static constexpr const PermissionKey& kKey = *std::ranges::find(kPermissionKeys, kFlag, &PermissionKey::Flag);
+
+    static void Read(UserRecord& record, std::string_view value) {
+        ParsePermission(value, kFlag, record.Permissions.Flags);
+    }
+    static std::optional<std::string> Write(const UserRecord& record) {
+        const bool isDefault = ((record.Permissions.Flags ^ kDefaultPermissionFlags) & kFlag) == 0;
+        return isDefault ? std::nullopt : std::optional(Show(record));
+    }
+    static std::string Show(const UserRecord& record) { return record.Permissions.Flags & kFlag ? "YES" : "NO"; }
+    static bool Enter(UserRecord& record, std::string_view value) {
+        const bool isWord = value.size() <= 1 || EqualFolded(value, "YES") || EqualFolded(value, "NO");
+        return isWord && ParsePermission(value, kFlag, record.Permissions.Flags);
+    }
+    static std::string Values() { return "YES or NO"; }
+};
+
+struct Dial {
+    static void Read(UserRecord& record, std::string_view value) {
+        ParseDialPermissions(value, record.Permissions.DialMask);
+    }
+    static std::optional<std::string> Write(const UserRecord& record) {
+        const bool everything = (record.Permissions.DialMask & kEveryDialClass) == kEveryDialClass;
+        return everything ? std::nullopt : std::optional(Show(record));
+    }
+    static std::string Show(const UserRecord& record) {
+        std::string text;
+        FormatDialPermissions(text, kMaxLine, record.Permissions);
+        return text;
+    }
+    static bool Enter(UserRecord& record, std::string_view value) {
+        std::uint32_t dialMask = 0;
+        if (!ParseDialPermissions(value, dialMask)) return false;
+        record.Permissions.DialMask = dialMask;
+        return true;
+    }
+    static std::string Values() { return "any of Local, National and International, as in Local National1,3"; }
+};
+
+// No limit at all is shown, and entered, as nothing.
+struct SendTime {
+    static void Read(UserRecord& record, std::string_view value) { ParseSendTime(value, record.Permissions.SendTime); }
+    static std::optional<std::string> Write(const UserRecord& record) {
+        return IsSendTimeWritten(record.Permissions.SendTime) ? std::optional(Show(record)) : std::nullopt;
+    }
+    static std::string Show(const UserRecord& record) {
+        std::string text;
+        if (record.Permissions.SendTime != kAnyTime) FormatSendTime(text, kMaxLine, record.Permissions);
+        return text;
+    }
+    static bool Enter(UserRecord& record, std::string_view value) {
+        SendTimeRange range = value.empty() ? kAnyTime : SendTimeRange();
+        if (!IsValidSendTime(value) || !ParseSendTime(value, range) || !IsSendTimeKept(range)) return false;
+        record.Permissions.SendTime = range;
+        return true;
+    }
+    static std::string Values() {
+        return "a part of the day and some days of the week, as in AFTER 09:00 BEFORE 17:30 MON TUE, or nothing";
+    }
+};
+
+// --- The table ---
+
+template <class Form>
+constexpr RecordKey Row(std::string_view key, RecordSet readIn, RecordSet writtenIn) {
+    return {key, readIn, writtenIn, Form::Read, Form::Write, Form::Show, Form::Enter, Form::Values};
+}
+
+template <PermissionFlag kFlag>
+constexpr RecordKey PermissionRow() {
+    return Row<Permission<kFlag>>(Permission<kFlag>::kKey.Key, kNoRecords, kUsers);
+}
+
+template <auto kPrinter, auto kField>
+constexpr RecordKey PrinterRow(std::string_view key, RecordSet records) {
+    return Row<Text<kPrinter, kField>>(key, records, records);
+}
+
+using R = UserRecord;
+using P = PrinterChoice;
+
+constexpr RecordKey kRecordKeys[] = {
+    Row<PlainText<&R::Fullname>>("Fullname:", kNamedRecords, kAllRecords),
+    Row<GroupName>("Group:", kNamedUsers, kUsers),
+    Row<PlainText<&R::Username>>("Username:", kNamedUsers, kUsers),
+    Row<PlainText<&R::Netware>>("Netware:", kNamedUsers, kUsers),
+    Row<PlainText<&R::LanManager>>("LanManager:", kNamedUsers, kUsers),
+    PrinterRow<&R::PrintSent, &P::Device>("PrintSentDevice:", kUsers),
+    PrinterRow<&R::PrintSent, &P::Bin>("PrintSentBin:", kUsers),
+    PrinterRow<&R::PrintSent, &P::Paper>("PrintSentPaper:", kUsers),
+    Row<Squash<&R::PrintSent>>("PrintSentSquash:", kAllRecords, kUsers),
+    PrinterRow<&R::PrintSent2, &P::Device>("PrintSentDevice2:", kUsers),
+    PrinterRow<&R::PrintSent2, &P::Bin>("PrintSentBin2:", kUsers),
+    PrinterRow<&R::PrintSent2, &P::Paper>("PrintSentPaper2:", kUsers),
+    Row<Squash<&R::PrintSent2>>("PrintSentSquash2:", kAllRecords, kUsers),
+    PrinterRow<&R::PrintRecd, &P::Device>("PrintRecdDevice:", kAllRecords),
+    PrinterRow<&R::PrintRecd, &P::Bin>("PrintRecdBin:", kAllRecords),
+    PrinterRow<&R::PrintRecd, &P::Paper>("PrintRecdPaper:", kAllRecords),
+    Row<Squash<&R::PrintRecd>>("PrintRecdSquash:", kAllRecords, kUsers),
+    Row<GroupSquash>("PrintRecdSquash:", kNoRecords, kGroups),
+    PrinterRow<&R::PrintRecd2, &P::Device>("PrintRecdDevice2:", kAllRecords),
+    PrinterRow<&R::PrintRecd2, &P::Bin>("PrintRecdBin2:", kAllRecords),
+    PrinterRow<&R::PrintRecd2, &P::Paper>("PrintRecdPaper2:", kAllRecords),
+    Row<Squash<&R::PrintRecd2>>("PrintRecdSquash2:", kAllRecords, kAllRecords),
+    Row<PrintOptions<SentOptions>>("PrintSentOptions:", kUsers, kUsers),
+    Row<PrintOptions<RecdOptions>>("PrintRecdOptions:", kAllRecords, kAllRecords),
+    Row<YesOrNo<&R::MailInbox>>("MailInbox:", kAllRecords, kUsers),
+    Row<YesOrNo<&R::MailGateway>>("MailGateway:", kAllRecords, kUsers),
+    Row<MailName>("MailName:", kAllRecords, kUsers),
+    PermissionRow<kNetworkEdit>(),
+    PermissionRow<kUrgent>(),
+    PermissionRow<kAdmin>(),
+    PermissionRow<kRushToTop>(),
+    PermissionRow<kPrivateEdit>(),
+    PermissionRow<kSubmitAny>(),
+    Row<Dial>(kDialKey, kNoRecords, kUsers),
+    Row<SendTime>(kSendTimeKey, kNoRecords, kUsers),
+};
+
+RecordSet SetOf(RecordKind kind, bool isDefault) {
+    if (kind == RecordKind::User) return isDefault ? kDefaultUsers : kNamedUsers;
+    return isDefault ? kDefaultGroups : kNamedGroups;
+}
+
+// Whether a line of a record has any key of the table.
+bool IsKeyLine(std::string_view line) {
+    const auto begins = [line](const RecordKey& key) { return BeginsWith(line, key.Key); };
+    return BeginsWith(line, kNameKey) || std::ranges::any_of(kRecordKeys, begins);
+}
+
+void ReadKeys(ControlStream& list, RecordSet records, UserRecord& record) {
+    std::array<bool, std::size(kRecordKeys)> seen{}; // the first line with a key counts
+    ControlLine line;
+    while (ReadControlLine(list, line) && !IsParagraphLine(line)) {
+        for (std::size_t i = 0; i < seen.size(); ++i) {
+            const RecordKey& key = kRecordKeys[i];
+            if (seen[i] || (key.ReadIn & records) == 0 || !BeginsWith(line, key.Key)) continue;
+            key.Read(record, KeyValue(line).value_or(""));
+            seen[i] = true;
+        }
+    }
+}
+
+// Each of the three network names that is empty takes the first of them that is not.
+void FillNetworkNames(UserRecord& record) {
+    const auto names = {&record.Username, &record.Netware, &record.LanManager};
+    const auto isSet = [](const auto* name) { return !name->IsEmpty(); };
+    const auto* const first = std::ranges::find_if(names, isSet);
+    if (first == names.end()) return;
+    for (auto* name : names) {
+        if (name->IsEmpty()) *name = **first;
+    }
+}
+
+} // namespace
+
+std::span<const RecordKey> RecordKeys() { return kRecordKeys; }
+
+bool HasKey(const RecordKey& key, RecordKind kind) { return (key.WrittenIn & SetOf(kind, false)) != 0; }
+
+void ReadRecordBody(ControlStream& list, RecordKind kind, bool isDefault, UserRecord& record) {
+    record = {};
+    record.SentOptionsAreDefault = true;
+    record.RecdOptionsAreDefault = true;
+    if (kind == RecordKind::User) {
+        const PermissionFault fault = ReadUserPermissions(&list, std::nullopt, record.Permissions);
+        // What is wrong must not lock a user out.
+        if (fault != PermissionFault::None) {
+            record.Permissions.DialMask = kEveryDialClass;
+            record.Permissions.SendTime.Days = kEveryDay;
+        }
+    }
+    ReadKeys(list, SetOf(kind, isDefault), record);
+    if (kind == RecordKind::User && !isDefault) FillNetworkNames(record);
+}
+
+std::string UserRecordLines(std::string_view name, const UserRecord& record, std::optional<std::string_view> oldBody,
+                            RecordKind kind) {
+    std::string lines;
+    const auto add = [&lines](std::string_view key, std::string value) {
+        std::ranges::transform(value, value.begin(), Cleaned); // so that no value can break its line
+        lines.append(key).append(" ").append(value).append(kLineEnd);
+    };
+    add(kNameKey, std::string(name));
+    for (const RecordKey& key : kRecordKeys) {
+        if (!HasKey(key, kind)) continue;
+        if (const std::optional<std::string> value = key.Write(record)) add(key.Key, *value);
+    }
+    for (std::string_view rest = oldBody.value_or(""); !rest.empty();) {
+        const std::string line = CleanLine(TakeLine(rest));
+        if (!IsKeyLine(line)) lines.append(line).append(kLineEnd);
+    }
+    return lines;
+}
+
+} // namespace bv

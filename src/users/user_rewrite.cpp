@@ -1,0 +1,205 @@
+#include "users/user_rewrite.h"
+
+#include <algorithm>
+#include <array>
+#include <map>
+#include <optional>
+#include <utility>
+#include <vector>
+
+#include "ctlfile/copy_back.h"
+#include "ctlfile/lines.h"
+#include "ctlfile/records.h"
+#include "platform/ascii.h"
+#include "shell/messages.h"
+#include "users/user_file.h"
+#include "users/user_list.h"
+
+namespace bv {
+namespace {
+
+// A part of the file and what comes in its place.
+struct Splice {
+    Position From = 0;
+    Position To = 0;
+    std::string Text;
+};
+using Splices = std::vector<Splice>; // in the order of their places, none overlapping
+
+// The list while it is rewritten: whole in memory, and held.
+struct HeldList {
+    ControlStream& Stream;
+    std::size_t Size;
+
+    [[nodiscard]] std::string_view Text(Position from, Position to) const {
+        return Stream.Seen(from, static_cast<std::size_t>(to - from));
+    }
+    [[nodiscard]] std::string_view Body(const RecordPlace& record) const { return Text(record.BodyStart, record.End); }
+};
+
+bool WriteSpliced(const HeldList& list, const Splices& splices, ControlStream& temporary) {
+    Position at = 0;
+    for (const Splice& splice : splices) {
+        if (!temporary.Write(list.Text(at, splice.From)) || !temporary.Write(splice.Text)) return false;
+        at = splice.To;
+    }
+    return temporary.Write(list.Text(at, list.Size)) && temporary.Flush();
+}
+
+// Rewrites the list with the splices that the plan makes of it; without any, the plan has shown a message.
+template <class Plan>
+bool RewriteUserList(Plan plan) {
+    const std::string path = UserListPath();
+    Rewrite rewrite(path);
+    if (rewrite.Fault() == Rewrite::Problem::Temporary) {
+        ShowError(5002, rewrite.TemporaryName());
+        return false;
+    }
+    if (!rewrite) {
+        ShowError(413, path);
+        return false;
+    }
+    const HeldList list{rewrite.Control, rewrite.Control.Rest().size()};
+    const bool isRead = !rewrite.Control.Failed();
+    const std::optional<Splices> splices = isRead ? plan(list) : std::nullopt;
+    if (isRead && !splices) return false;
+    if (isRead && !WriteSpliced(list, *splices, rewrite.Temporary)) {
+        ShowError(5001, rewrite.TemporaryName());
+        return false;
+    }
+    if (isRead && rewrite.CopyBack() && rewrite.Finish()) return true;
+    ShowError(5004, path);
+    return false;
+}
+
+// Finds the places of changes in one pass over the records.
+class ChangePlanner {
+  public:
+    ChangePlanner(const UserListChanges& changes, RecordKind kind) : kind_(kind) {
+        for (const NamedRecord& added : changes.Added) pending_.push_back(&added);
+        // Records of one name stay in their order, as if they came one by one.
+        std::ranges::stable_sort(pending_, {}, &NamedRecord::Name);
+        for (const NamedRecord& updated : changes.Updated) {
+            updates_.insert_or_assign(UpperText(updated.Name), &updated);
+        }
+    }
+
+    // None, after a message, when a record to be updated is not there.
+    std::optional<Splices> Plan(const HeldList& list) {
+        FindPlaces(list);
+        if (!updates_.empty()) {
+            ShowNotFound(updates_.begin()->second->Name, kind_);
+            return {};
+        }
+        Splices splices;
+        for (const auto& [place, record] : placed_) AddSplice(list, place, *record, splices);
+        AppendPending(list, splices);
+        return splices;
+    }
+
+  private:
+    struct Placed {
+        RecordPlace Place; // of the record to be updated; that to be added stands before it, and has no body
+        const NamedRecord* Record;
+    };
+
+    void FindPlaces(const HeldList& list) {
+        static constexpr std::array kKeys = {kNameKey};
+        list.Stream.Rewind();
+        RecordWalker records(list.Stream, RecordHeader(kind_), kKeys);
+        WholeValue name;
+        while (records.Next()) {
+            records.Get(0, name);
+            const RecordPlace place{records.Start(), records.BodyStart(), records.End()};
+            if (IsDefaultName(name) && !defaultRecord_) defaultRecord_ = place;
+            PlacePending(name, place.Start);
+            PlaceUpdate(name, place);
+        }
+    }
+
+    // Those that sort before the record, which are the first of the sorted ones, go before it.
+    void PlacePending(std::string_view name, Position start) {
+        for (; next_ < pending_.size() && name > pending_[next_]->Name; ++next_) {
+            placed_.push_back({{start, start, start}, pending_[next_]});
+        }
+    }
+
+    void PlaceUpdate(std::string_view name, const RecordPlace& place) {
+        if (updates_.empty()) return;
+        const auto update = updates_.find(UpperText(name));
+        if (update == updates_.end()) return;
+        placed_.push_back({place, update->second});
+        updates_.erase(update);
+    }
+
+    [[nodiscard]] std::string NewRecord(const HeldList& list, const NamedRecord& added) const {
+        std::optional<std::string_view> inherited;
+        if (defaultRecord_) inherited = list.Body(*defaultRecord_);
+        std::string text(RecordHeader(kind_));
+        return text.append(kLineEnd).append(UserRecordLines(added.Name, added.Record, inherited, kind_));
+    }
+
+    void AddSplice(const HeldList& list, const RecordPlace& place, const NamedRecord& record, Splices& splices) const {
+        if (place.BodyStart == place.Start) {
+            splices.push_back({place.Start, place.Start, NewRecord(list, record).append(kLineEnd)});
+        } else {
+            const std::string_view oldBody = list.Body(place);
+            splices.push_back(
+                {place.BodyStart, place.End, UserRecordLines(record.Name, record.Record, oldBody, kind_)});
+        }
+    }
+
+    void AppendPending(const HeldList& list, Splices& splices) const {
+        if (next_ == pending_.size()) return;
+        const bool endIsNew = !splices.empty() && splices.back().To == list.Size;
+        Splice end{list.Size, list.Size, {}};
+        if (!endIsNew && list.Size != 0 && !list.Text(0, list.Size).ends_with('\n')) end.Text = kLineEnd;
+        for (std::size_t i = next_; i < pending_.size(); ++i)
+            end.Text.append(kLineEnd).append(NewRecord(list, *pending_[i]));
+        splices.push_back(std::move(end));
+    }
+
+    RecordKind kind_;
+    std::vector<const NamedRecord*> pending_; // to be added, by name; those from next_ on have no place yet
+    std::size_t next_ = 0;
+    std::map<std::string, const NamedRecord*> updates_; // by name in upper case, those not found yet
+    std::vector<Placed> placed_;
+    std::optional<RecordPlace> defaultRecord_;
+};
+
+} // namespace
+
+bool AddUserRecord(std::string_view name, const UserRecord& record, RecordKind kind) {
+    const NamedRecord added[] = {{std::string(name), record}};
+    return ChangeUserRecords({added, {}}, kind);
+}
+
+bool UpdateUserRecord(std::string_view name, const UserRecord& record, RecordKind kind) {
+    const NamedRecord updated[] = {{std::string(name), record}};
+    return ChangeUserRecords({{}, updated}, kind);
+}
+
+bool DeleteUserRecord(std::string_view name, RecordKind kind) {
+    if (!CheckDeletable(name)) return false;
+    const auto cutRecord = [&](const HeldList& list) -> std::optional<Splices> {
+        const std::optional<RecordPlace> place = FindRecord(list.Stream, kind, name);
+        if (place) return Splices{{place->Start, place->End, {}}};
+        ShowNotFound(name, kind);
+        return {};
+    };
+    if (!RewriteUserList(cutRecord)) return false;
+    ShowStatus(473, kind == RecordKind::Group ? " group" : "", name);
+    return true;
+}
+
+bool ChangeUserRecords(const UserListChanges& changes, RecordKind kind) {
+    return RewriteUserList([&](const HeldList& list) { return ChangePlanner(changes, kind).Plan(list); });
+}
+
+bool CheckDeletable(std::string_view name) {
+    if (!IsDefaultName(name)) return true;
+    ShowError(5021, name);
+    return false;
+}
+
+} // namespace bv
