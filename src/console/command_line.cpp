@@ -46,10 +46,12 @@ void AddParameter(CLI::App& command, const Parameter& parameter) {
         command.add_flag(name, help)->disable_flag_override();
         return;
     }
-    CLI::Option* option = command.add_option(name, CLI::callback_t{}, help)->allow_extra_args(false);
+    const bool repeats = parameter.Kind == ParameterKind::ZeroOrMore || parameter.Kind == ParameterKind::OneOrMore;
+    CLI::Option* option = command.add_option(name, CLI::callback_t{}, help)->allow_extra_args(repeats);
+    if (repeats) option->expected(1, CLI::detail::expected_max_vector_size);
     // A blank, for an empty text would be filled with the library's own words.
     option->option_text(parameter.ValueName.empty() ? " " : std::string(parameter.ValueName));
-    option->required(parameter.Kind == ParameterKind::Required);
+    option->required(parameter.Kind == ParameterKind::Required || parameter.Kind == ParameterKind::OneOrMore);
 }
 
 void DefineVerb(CLI::App& command, const Verb& verb, const std::string& path) {
@@ -59,16 +61,36 @@ void DefineVerb(CLI::App& command, const Verb& verb, const std::string& path) {
     command.footer(verb.Example.empty() ? "" : "Example:\n  " + path + ' ' + std::string(verb.Example));
 }
 
+// What holds verbs: an area, or a group of verbs in one.
+void DefineHolder(CLI::App& command, const std::string& path) {
+    command.require_subcommand(1);
+    command.get_formatter()->label("SUBCOMMAND", "VERB");
+    command.footer("'" + path + " VERB --help' shows how a verb is used.");
+}
+
+// The subcommand of one word, for a verb or a group of verbs.
+CLI::App& AddWord(CLI::App& command, const std::string& word, std::string_view help) {
+    return *command.add_subcommand(word, std::string(help))->group("Verbs");
+}
+
+void DefineVerbBelow(CLI::App& command, const Verb& verb, std::string_view name, std::string path) {
+    const std::size_t blank = name.find(' ');
+    const std::string word(name.substr(0, blank));
+    path += ' ' + word;
+    if (blank == std::string_view::npos) return DefineVerb(AddWord(command, word, verb.Help), verb, path);
+    const std::vector<CLI::App*> known =
+        command.get_subcommands([&word](const CLI::App* below) { return below->get_name() == word; });
+    CLI::App& group = known.empty() ? AddWord(command, word, "Has verbs of its own") : *known.front();
+    if (known.empty()) DefineHolder(group, path);
+    DefineVerbBelow(group, verb, name.substr(blank + 1), path);
+}
+
 void DefineArea(CLI::App& program, const Area& area) {
     CLI::App& command = *program.add_subcommand(std::string(area.Name), std::string(area.Help))->group("Areas");
     const std::string path = "bvctl " + std::string(area.Name);
     if (area.Verbs.front().Name.empty()) return DefineVerb(command, area.Verbs.front(), path);
-    command.require_subcommand(1);
-    command.get_formatter()->label("SUBCOMMAND", "VERB");
-    command.footer("'" + path + " VERB --help' shows how a verb is used.");
-    for (const Verb& verb : area.Verbs)
-        DefineVerb(*command.add_subcommand(std::string(verb.Name), std::string(verb.Help))->group("Verbs"), verb,
-                   path + ' ' + std::string(verb.Name));
+    DefineHolder(command, path);
+    for (const Verb& verb : area.Verbs) DefineVerbBelow(command, verb, verb.Name, path);
 }
 
 // The verb that the parsed program names.
@@ -76,7 +98,12 @@ const Verb* ChosenVerb(const CLI::App& program) {
     const CLI::App* command = program.get_subcommands().front();
     const Area* area = *std::ranges::find(kAreas, command->get_name(), &Area::Name);
     if (area->Verbs.front().Name.empty()) return area->Verbs.data();
-    return &*std::ranges::find(area->Verbs, command->get_subcommands().front()->get_name(), &Verb::Name);
+    std::string name;
+    for (command = command->get_subcommands().front();; command = command->get_subcommands().front()) {
+        name += (name.empty() ? "" : " ") + command->get_name();
+        if (command->get_subcommands().empty()) break;
+    }
+    return &*std::ranges::find(area->Verbs, name, &Verb::Name);
 }
 
 // The parsed subcommand that stands last, or the program itself.
@@ -91,7 +118,7 @@ Arguments GivenArguments(const CLI::App& command, const Verb& verb) {
     for (const Parameter& parameter : verb.Parameters) {
         if (parameter.Name.empty()) continue;
         const CLI::Option* option = command.get_option(std::string(parameter.Name));
-        if (option->count() > 0) given.Add(parameter.Name, option->results().front());
+        for (const std::string& value : option->results()) given.Add(parameter.Name, value);
     }
     return given;
 }

@@ -16,6 +16,8 @@ namespace bv::console {
 enum class ParameterKind {
     Required,
     Optional,
+    ZeroOrMore, // these two come last
+    OneOrMore,
     Flag,   // "--name"
     Option, // "--name VALUE"
 };
@@ -40,6 +42,14 @@ class Arguments {
         return value != nullptr ? *value : none;
     }
 
+    // The values of a parameter that may be given more than once.
+    [[nodiscard]] std::vector<std::string> All(std::string_view name) const {
+        std::vector<std::string> values;
+        for (const auto& [given, value] : given_)
+            if (given == name) values.push_back(value);
+        return values;
+    }
+
     [[nodiscard]] auto begin() const { return given_.begin(); }
     [[nodiscard]] auto end() const { return given_.end(); }
 
@@ -57,7 +67,8 @@ class Arguments {
 using Command = int (*)(Session& session, const Arguments& arguments);
 
 struct Verb {
-    std::string_view Name = {}; // empty: the area's name alone is the command
+    // "set", or "telnum set" for a verb of a group; empty: the area's name alone is the command.
+    std::string_view Name = {};
     std::string_view Help = {};
     std::array<Parameter, 5> Parameters = {}; // those without a name do not count
     std::string_view Example = {};            // arguments to show how it is used
@@ -75,13 +86,19 @@ extern const Area kVersionArea;
 extern const Area kFileArea;
 extern const Area kCoversheetArea;
 extern const Area kLetterheadArea;
+extern const Area kUserArea;
+extern const Area kGroupArea;
+extern const Area kDeviceArea;
+extern const Area kOptionArea;
+extern const Area kDeviceArea;
+extern const Area kOptionArea;
 extern const Area kSecretArea;
 extern const Area kCompletionArea;
 extern const Area kManualArea;
 
 inline constexpr std::array kAreas = {
-    &kPathsArea,      &kVersionArea, &kFileArea,       &kCoversheetArea,
-    &kLetterheadArea, &kSecretArea,  &kCompletionArea, &kManualArea,
+    &kPathsArea,  &kVersionArea,    &kFileArea,       &kUserArea,   &kGroupArea,      &kDeviceArea,
+    &kOptionArea, &kCoversheetArea, &kLetterheadArea, &kSecretArea, &kCompletionArea, &kManualArea,
 };
 
 } // namespace bv::console

@@ -18,7 +18,7 @@ bool IsYes(std::string_view answer) {
 } // namespace
 
 void ConsoleFront::Rehearse() {
-    showsStatus_ = false;
+    SetStatusShown(false);
     answering_ = Answering::Yes;
 }
 

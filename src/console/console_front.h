@@ -22,6 +22,9 @@ class ConsoleFront : public Front {
     // From here on prints no status texts and answers Yes: nothing that they speak of happens.
     void Rehearse();
 
+    // Whether status texts are printed.
+    void SetStatusShown(bool shown) { showsStatus_ = shown; }
+
     // The latest text of status line 1.
     [[nodiscard]] const std::string& LastStatus() const { return lastStatus_; }
 

@@ -3,13 +3,13 @@
 
 #include "console/commands.h"
 #include "console/dry_run.h"
+#include "console/located.h"
 #include "console/output.h"
 #include "covlet/catalogue.h"
 #include "covlet/item_actions.h"
 #include "covlet/launch.h"
 #include "platform/ascii.h"
 #include "shell/list_target.h"
-#include "shell/server_paths.h"
 
 namespace bv::console {
 namespace {
@@ -96,12 +96,13 @@ int Edit(Session& session, const Arguments& arguments, ItemKind) {
 
 using ItemCommand = int (*)(Session&, const Arguments&, ItemKind);
 
-// The command for one kind, with the server's paths loaded.
+// The command for one kind.
 template <ItemCommand command, ItemKind kind>
-int For(Session& session, const Arguments& arguments) {
-    if (LoadServerPaths() != kDone) return kExitRefused;
+int Of(Session& session, const Arguments& arguments) {
     return command(session, arguments, kind);
 }
+template <ItemCommand command, ItemKind kind>
+constexpr Command For = Located<Of<command, kind>>;
 
 constexpr Parameter kName = {"NAME", "File name without extension, in any case"};
 constexpr Parameter kDescription = {"DESCRIPTION", "Description, at most 50 characters"};

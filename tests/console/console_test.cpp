@@ -1,6 +1,8 @@
 // The command line itself, and the commands that only report.
 #include <gtest/gtest.h>
 
+#include <sstream>
+
 #include "console/command_line.h"
 #include "console/output.h"
 #include "console/text_console.h"
@@ -80,8 +82,10 @@ TEST(CommandLine, HelpManualAndCompletionKnowEveryCommand) {
             const std::string command =
                 std::string(area->Name) + (verb.Name.empty() ? "" : " ") + std::string(verb.Name);
             SCOPED_TRACE(command);
-            std::vector<std::string> asking = {std::string(area->Name), "--help"};
-            if (!verb.Name.empty()) asking.insert(asking.begin() + 1, std::string(verb.Name));
+            std::vector<std::string> asking;
+            std::istringstream words(command);
+            for (std::string word; words >> word;) asking.push_back(word);
+            asking.emplace_back("--help");
             TextConsole help;
             EXPECT_EQ(help.Run(asking), 0);
             EXPECT_NE(help.Results.find("Usage: bvctl " + command), std::string::npos);

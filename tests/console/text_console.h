@@ -11,7 +11,7 @@
 
 namespace bv::test {
 
-class TextConsole final : public console::Console {
+class TextConsole : public console::Console {
   public:
     std::string Results;
     std::string Notices;

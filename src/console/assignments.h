@@ -1,0 +1,23 @@
+// Arguments of the form KEY=VALUE.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "console/commands.h"
+
+namespace bv::console {
+
+struct Assignment {
+    std::string Key;
+    std::string Value;
+};
+
+// The assignments among the arguments, under the parameter's name, in their order. None, after a message, when one has
+// no "=" or no key, or a key is given twice.
+std::optional<std::vector<Assignment>> ReadAssignments(const Session& session, const Arguments& arguments,
+                                                       std::string_view parameter);
+
+} // namespace bv::console

@@ -1,0 +1,134 @@
+// The server's devices.
+#include <optional>
+
+#include "console/assignments.h"
+#include "console/commands.h"
+#include "console/dry_run.h"
+#include "console/located.h"
+#include "console/output.h"
+#include "devices/device_actions.h"
+#include "devices/device_list.h"
+#include "devices/device_settings.h"
+#include "platform/ascii.h"
+#include "shell/format.h"
+#include "users/user_list.h"
+
+namespace bv::console {
+namespace {
+
+constexpr std::string_view kAssignments = "KEY=VALUE";
+
+int List(Session& session, const Arguments& arguments) {
+    std::vector<ListedDevice> devices;
+    if (!ReadDeviceList(devices)) return kExitRefused;
+    std::vector<Record> records;
+    for (const auto& [name, description] : devices) {
+        if (IsNetworkDevice(name) && !arguments.Has("--network")) continue;
+        if (!IsNetworkDevice(name) && !IsFaxDevice(name) && arguments.Has("--fax")) continue;
+        records.push_back({{"Name", name.String()}, {"Description", description.String()}});
+    }
+    PrintRecords(session, records);
+    return kExitDone;
+}
+
+// Reads a listed device; the name becomes as its paragraph has it, in upper case. 0 or the exit status, a message
+// shown.
+int ReadListed(const Session& session, std::string& name, Device& device) {
+    FoundDevice found;
+    if (!FindDevice(name, found)) return kExitRefused;
+    if (!found.IsListed) return session.Refuse("Device " + name + " not found");
+    if (!found.Type) return session.Refuse("Device " + name + " has no type that this program knows");
+    name = UpperText(name);
+    return ReadDeviceSettings(name, *found.Type, device) ? 0 : kExitRefused;
+}
+
+int Show(Session& session, const Arguments& arguments) {
+    std::string name = arguments["NAME"];
+    Device device;
+    session.Speaker.SetStatusShown(false); // what is read is no news here
+    if (const int fault = ReadListed(session, name, device)) return fault;
+    Record shown = {{"Name", name}};
+    for (const DeviceKey& key : DeviceKeys()) {
+        if (key.IsOf(device.Type)) shown.emplace_back(key.Field.Name(), key.Field.Text(device.Settings));
+    }
+    PrintRecord(session, shown);
+    return kExitDone;
+}
+
+// Puts the given values into the settings; 0 or the exit status, a message shown.
+int Enter(const Session& session, const Arguments& arguments, Device& device) {
+    const auto assignments = ReadAssignments(session, arguments, kAssignments);
+    if (!assignments) return kExitWrongUsage;
+    for (const auto& [name, value] : *assignments) {
+        const DeviceKey* key = FindDeviceKey(device.Type, name);
+        if (key == nullptr)
+            return session.Refuse(
+                FormatText("%s: \"%s\" - %s devices have no such key", name, value, TypeWord(device.Type)));
+        if (const auto fault = key->Field.FaultOf(value)) return session.Refuse(*fault);
+        key->Field.Store(device.Settings, value);
+    }
+    return 0;
+}
+
+int Add(Session& session, const Arguments& arguments) {
+    const std::optional<DeviceType> type = ParseDeviceType(arguments["TYPE"]);
+    if (!type) return session.Refuse("Type: \"" + arguments["TYPE"] + "\" is not FCLASS, GAMMA, BTROUT or PRINT");
+    Device device = NewDevice(*type);
+    if (const int fault = Enter(session, arguments, device)) return fault;
+    const std::optional<DeviceName> name = NextDeviceName(arguments["STEM"]);
+    if (!name) return kExitRefused;
+    const int status = Perform(session, [&] { return AddDevice(*name, device); });
+    if (status == kExitDone && !session.Json && !session.DryRun) PrintLines(session, {name->String()});
+    return status;
+}
+
+int Set(Session& session, const Arguments& arguments) {
+    std::string name = arguments["NAME"];
+    Device device;
+    if (const int fault = ReadListed(session, name, device)) return fault;
+    if (const int fault = Enter(session, arguments, device)) return fault;
+    return Perform(session, [&] { return ChangeDevice(name, device); });
+}
+
+int Delete(Session& session, const Arguments& arguments) {
+    return Perform(session, [&] { return DeleteDevice(arguments["NAME"]); });
+}
+
+constexpr Parameter kName = {"NAME", "Name as listed, in any case"};
+
+constexpr Verb kVerbs[] = {
+    {.Name = "list",
+     .Help = "List the devices with their descriptions",
+     .Parameters = {{{"--fax", "Only those that fax, not the printers", ParameterKind::Flag},
+                     {"--network", "Also those that stand for the network connection", ParameterKind::Flag}}},
+     .Run = Located<List>},
+    {.Name = "show",
+     .Help = "Show every key of a device with the value that is in force",
+     .Parameters = {{kName}},
+     .Example = "MODEM-1",
+     .Run = Located<Show>},
+    {.Name = "add",
+     .Help = "Add a device under the first free number, and print its name",
+     .Parameters = {{{"STEM", "The name without its number: MODEM makes MODEM-1 to MODEM-99"},
+                     {"TYPE", "FCLASS (modem), GAMMA, BTROUT (boards) or PRINT (printer)"},
+                     {kAssignments, "Keys and values as 'show' prints them; the others are a new device's",
+                      ParameterKind::ZeroOrMore}}},
+     .Example = "MODEM FCLASS 'Description=Second line' Port=COM2",
+     .Run = Located<Add>},
+    {.Name = "set",
+     .Help = "Change keys of a device",
+     .Parameters = {{kName, {kAssignments, "Keys and values as 'show' prints them", ParameterKind::OneOrMore}}},
+     .Example = "MODEM-1 RecdUser=RECEPT Speaker=ON",
+     .Run = Located<Set>},
+    {.Name = "delete",
+     .Help = "Take a device out of the lists; its settings stay in the file",
+     .Parameters = {{kName}},
+     .Example = "MODEM-2 --yes",
+     .Run = Located<Delete>},
+};
+
+} // namespace
+
+const Area kDeviceArea = {"device", "The fax devices and printers of the server", kVerbs};
+
+} // namespace bv::console

@@ -1,0 +1,207 @@
+// The server's options and the types of telephone number.
+#include <algorithm>
+#include <optional>
+
+#include "console/assignments.h"
+#include "console/commands.h"
+#include "console/dry_run.h"
+#include "console/located.h"
+#include "console/output.h"
+#include "ctlfile/lines.h"
+#include "options/server_options.h"
+#include "options/telephone_types.h"
+#include "platform/ascii.h"
+#include "shell/format.h"
+#include "shell/messages.h"
+
+namespace bv::console {
+namespace {
+
+constexpr std::string_view kPath = "PARAGRAPH/KEY";
+constexpr std::string_view kAssignments = "PARAGRAPH/KEY=VALUE";
+constexpr std::string_view kTypeAssignments = "TYPE=DESCRIPTION";
+constexpr std::string_view kReveal = "--reveal";
+
+struct Loaded {
+    ServerOptions Options;
+    SavedOptions Saved;
+};
+
+bool Load(const Session& session, Loaded& loaded) {
+    session.Speaker.SetStatusShown(false); // what is read is no news here
+    const bool isLoaded = LoadServerOptions(loaded.Options, loaded.Saved);
+    session.Speaker.SetStatusShown(!session.DryRun);
+    return isLoaded;
+}
+
+// A paragraph's name without its brackets.
+std::string_view BareName(std::string_view header) {
+    if (header.starts_with('[')) header.remove_prefix(1);
+    if (header.ends_with(']')) header.remove_suffix(1);
+    return header;
+}
+
+// The key that "PARAGRAPH/KEY" names; none, after a message, when there is no such option.
+const OptionKey* FindOption(const Session& session, std::string_view path) {
+    const std::size_t slash = std::min(path.find('/'), path.size());
+    const std::string_view name = path.substr(std::min(slash + 1, path.size()));
+    const OptionKey* key = FindOptionKey(BareName(path.substr(0, slash)), name);
+    if (key == nullptr) session.Streams.PrintNotice(FormatText("There is no option %s\n", path));
+    return key;
+}
+
+std::string ShownValue(const OptionKey& key, const ServerOptions& options, const Arguments& arguments) {
+    const std::string value = key.Field.Text(options);
+    const bool isHidden = key.Trait == OptionKey::Traits::Secret && !arguments.Has(kReveal);
+    return isHidden && !value.empty() ? "********" : value;
+}
+
+int List(Session& session, const Arguments& arguments) {
+    const std::string_view wanted = BareName(arguments["PARAGRAPH"]);
+    const auto isWanted = [wanted](const OptionKey& key) {
+        return wanted.empty() || EqualFolded(BareName(key.Paragraph), wanted);
+    };
+    if (std::ranges::none_of(OptionKeys(), isWanted))
+        return session.Refuse(FormatText("There are no options in a paragraph [%s]", wanted));
+    Loaded loaded;
+    if (!Load(session, loaded)) return kExitRefused;
+    std::vector<Record> records;
+    for (const OptionKey& key : OptionKeys()) {
+        if (!isWanted(key)) continue;
+        const std::string value = ShownValue(key, loaded.Options, arguments);
+        const bool isSet = StoredValueOf(loaded.Saved, key).has_value();
+        const std::string paragraph(BareName(key.Paragraph));
+        const std::string name(key.Field.Name());
+        if (session.Json)
+            records.push_back({{"paragraph", paragraph}, {"key", name}, {"value", value}, {"set", isSet}});
+        else
+            records.push_back({{"", paragraph + '/' + name}, {"", value}, {"", isSet ? "set" : "default"}});
+    }
+    PrintRecords(session, records);
+    return kExitDone;
+}
+
+int Get(Session& session, const Arguments& arguments) {
+    const OptionKey* key = FindOption(session, arguments[kPath]);
+    Loaded loaded;
+    if (key == nullptr || !Load(session, loaded)) return kExitRefused;
+    const std::string value = ShownValue(*key, loaded.Options, arguments);
+    if (session.Json)
+        PrintRecord(session, {{std::string(key->Field.Name()), value}});
+    else
+        PrintLines(session, {value});
+    return kExitDone;
+}
+
+int Set(Session& session, const Arguments& arguments) {
+    const auto assignments = ReadAssignments(session, arguments, kAssignments);
+    if (!assignments) return kExitWrongUsage;
+    Loaded loaded;
+    if (!Load(session, loaded)) return kExitRefused;
+    for (const auto& [path, value] : *assignments) {
+        const OptionKey* key = FindOption(session, path);
+        if (key == nullptr) return kExitRefused;
+        if (key->Trait == OptionKey::Traits::OnlyRead)
+            return session.Refuse(path + " is the server's own and is only read");
+        if (const auto fault = key->Field.FaultOf(value)) return session.Refuse(*fault);
+        key->Field.Store(loaded.Options, value);
+    }
+    return Perform(session, [&] { return SaveServerOptions(loaded.Options, loaded.Saved); });
+}
+
+int ListTypes(Session& session, const Arguments&) {
+    TelephoneTypes types;
+    const bool isWhole = LoadTelephoneTypes(types);
+    std::vector<Record> records;
+    for (const auto& [code, description] : types)
+        records.push_back({{"Type", TelephoneTypeWord(code)}, {"Description", description.String()}});
+    PrintRecords(session, records);
+    return isWhole ? kExitDone : kExitRefused;
+}
+
+// The code of a word that comes back as the same type; none, after a message, for any other word.
+std::optional<TelephoneTypeCode> KeptType(const Session& session, std::string_view word) {
+    const auto code = ParseTelephoneType(word);
+    if (!code) {
+        session.Streams.PrintNotice(FormatText("%s is not Local, National1 to National9 or International2 to "
+                                               "International9\n",
+                                               word));
+        return {};
+    }
+    const std::string written = TelephoneTypeWord(*code);
+    const auto readBack = ParseTelephoneType(written);
+    const bool isKept = readBack == code && (EqualFolded(written, word) || EqualFolded(word, "National"));
+    if (isKept) return code;
+    session.Streams.PrintNotice(
+        FormatText("%s cannot be kept: %s would come back\n", word, TelephoneTypeWord(readBack.value_or(*code))));
+    return {};
+}
+
+// The writer's words are not all read as they were meant; a rewrite of the list changes such entries.
+void WarnOfShifts(const TelephoneTypes& types) {
+    for (const TelephoneType& type : types) {
+        const std::string written = TelephoneTypeWord(type.Code);
+        const auto readBack = ParseTelephoneType(written);
+        if (readBack == type.Code) continue;
+        ShowWarning("%s \"%s\" will be read as %s from now on", written, type.Description.View(),
+                    TelephoneTypeWord(readBack.value_or(type.Code)));
+    }
+}
+
+int SetTypes(Session& session, const Arguments& arguments) {
+    const auto assignments = ReadAssignments(session, arguments, kTypeAssignments);
+    if (!assignments) return kExitWrongUsage;
+    TelephoneTypes before;
+    if (!LoadTelephoneTypes(before)) return kExitRefused;
+    TelephoneTypes types = before;
+    for (const auto& [word, description] : *assignments) {
+        const auto code = KeptType(session, word);
+        if (!code) return kExitRefused;
+        if (const auto fault = FaultOfTypeDescription(description)) return session.Refuse(*fault);
+        const auto known = std::ranges::find(types, *code, &TelephoneType::Code);
+        if (known != types.end())
+            known->Description = description;
+        else
+            types.push_back({*code, description});
+    }
+    if (types.size() > kMaxTelephoneTypes)
+        return session.Refuse(FormatText("There can be at most %d telephone-number types", kMaxTelephoneTypes));
+    if (types != before) WarnOfShifts(types);
+    return Perform(session, [&] { return SaveTelephoneTypes(types, before); });
+}
+
+constexpr Parameter kRevealFlag = {kReveal, "Show passwords as they are stored", ParameterKind::Flag};
+
+constexpr Verb kVerbs[] = {
+    {.Name = "list",
+     .Help = "List the options with their values, and whether each is set or has its default as it is not there",
+     .Parameters = {{{"PARAGRAPH", "Only the options of a paragraph", ParameterKind::Optional}, kRevealFlag}},
+     .Example = "QUEUEMAN",
+     .Run = Located<List>},
+    {.Name = "get",
+     .Help = "Show the value that is in force",
+     .Parameters = {{{kPath, "Paragraph and key as 'list' prints them"}, kRevealFlag}},
+     .Example = "QUEUEMAN/SendTries",
+     .Run = Located<Get>},
+    {.Name = "set",
+     .Help = "Set options; those that are not in the file yet are written, too",
+     .Parameters = {{{kAssignments, "Options and values as 'list' prints them", ParameterKind::OneOrMore}}},
+     .Example = "QUEUEMAN/SendTries=3 WORKSTATION/ChargeCode=OPTIONAL",
+     .Run = Located<Set>},
+    {.Name = "telnum list",
+     .Help = "List the types of telephone number that users may be allowed to dial",
+     .Run = Located<ListTypes>},
+    {.Name = "telnum set",
+     .Help = "Describe types of telephone number; the other types stay",
+     .Parameters = {{{kTypeAssignments,
+                      "Local, National1 to National9 or International2 to International9, and what it is called",
+                      ParameterKind::OneOrMore}}},
+     .Example = "'National1=Inland calls' 'International2=Europe'",
+     .Run = Located<SetTypes>},
+};
+
+} // namespace
+
+const Area kOptionArea = {"option", "The options of the server", kVerbs};
+
+} // namespace bv::console

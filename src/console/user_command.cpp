@@ -1,0 +1,266 @@
+// Users and user groups: the same verbs for both kinds, and the exchange of users with other programs.
+#include <optional>
+
+#include "console/assignments.h"
+#include "console/commands.h"
+#include "console/csv.h"
+#include "console/dry_run.h"
+#include "console/located.h"
+#include "console/output.h"
+#include "console/user_import.h"
+#include "ctlfile/lines.h"
+#include "platform/ascii.h"
+#include "shell/list_target.h"
+#include "shell/messages.h"
+#include "users/user_actions.h"
+#include "users/user_entry.h"
+#include "users/user_list.h"
+
+namespace bv::console {
+namespace {
+
+constexpr std::string_view kAssignments = "KEY=VALUE";
+
+// Whether a text holds another one, in any case.
+bool Holds(std::string_view text, std::string_view wanted) {
+    const auto equal = [](char a, char b) { return ToLower(a) == ToLower(b); };
+    return wanted.empty() || !std::ranges::search(text, wanted, equal).empty();
+}
+
+// The lines of a list, whose columns are parted by tabs, that hold a text in the first two.
+class FoundLines : public ListTarget {
+  public:
+    explicit FoundLines(std::string_view wanted) : wanted_(wanted) {}
+
+    void Clear() override { Text.clear(); }
+    void Add(const std::string& entry) override {
+        const std::size_t second = entry.find('\t') + 1;
+        if (Holds(std::string_view(entry).substr(0, entry.find('\t', second)), wanted_))
+            Text.append(entry).append("\n");
+    }
+    [[nodiscard]] bool Contains(const std::string&) const override { return false; }
+    [[nodiscard]] bool IsComboBox() const override { return false; }
+
+    std::string Text;
+
+  private:
+    std::string_view wanted_;
+};
+
+void PrintColumns(const Session& session, std::string_view text, std::span<const std::string_view> names) {
+    if (!session.Json) return session.Streams.PrintResult(text);
+    std::vector<Record> records;
+    while (!text.empty()) {
+        std::string_view line = TakeLine(text);
+        line.remove_suffix(1);
+        Record& record = records.emplace_back();
+        for (const std::string_view name : names) {
+            const std::size_t end = std::min(line.find('\t'), line.size());
+            record.emplace_back(name, std::string(line.substr(0, end)));
+            line.remove_prefix(std::min(end + 1, line.size()));
+        }
+    }
+    PrintRecords(session, records);
+}
+
+// False, after a message, when there is no such group.
+bool HasGroup(std::string_view name) {
+    UserList list;
+    const bool has = list && list.Has(name, RecordKind::Group);
+    if (!has && list && list.IsRead()) ShowNotFound(name, RecordKind::Group);
+    return has;
+}
+
+int ListUsers(Session& session, const Arguments& arguments) {
+    static constexpr std::string_view kColumns[] = {"Name", "Fullname", "Group"};
+    FoundLines lines(arguments["--find"]);
+    if (const std::string& group = arguments["--group"]; !group.empty()) {
+        if (!HasGroup(group) || !FillGroupMemberList(group, lines, true, true)) return kExitRefused;
+    } else {
+        UserListView view;
+        view.Format = UserListFormat::NameAndFullname;
+        view.WithGroup = true;
+        if (!FillUserList(lines, nullptr, view)) return kExitRefused;
+    }
+    PrintColumns(session, lines.Text, kColumns);
+    return kExitDone;
+}
+
+int ListGroups(Session& session, const Arguments& arguments) {
+    static constexpr std::string_view kColumns[] = {"Name", "Fullname"};
+    FoundLines lines(arguments["--find"]);
+    UserListView view;
+    view.Which = UserSelection::None;
+    view.IncludeGroups = true;
+    view.Format = UserListFormat::NameAndFullname;
+    if (!FillUserList(lines, nullptr, view)) return kExitRefused;
+    PrintColumns(session, lines.Text, kColumns);
+    return kExitDone;
+}
+
+int Show(Session& session, const Arguments& arguments, RecordKind kind) {
+    std::string name = arguments["NAME"];
+    UserRecord record;
+    UserList list;
+    if (!list || !list.ReadNamed(name, record, kind)) return kExitRefused;
+    Record shown = {{"Name", name}};
+    for (const RecordKey& key : RecordKeys()) {
+        if (HasKey(key, kind)) shown.emplace_back(KeyName(key), key.Show(record));
+    }
+    PrintRecord(session, shown);
+    return kExitDone;
+}
+
+// Puts the given values into the record; 0 or the exit status, a message shown.
+int Enter(const Session& session, const Arguments& arguments, RecordKind kind, UserRecord& record) {
+    const auto assignments = ReadAssignments(session, arguments, kAssignments);
+    if (!assignments) return kExitWrongUsage;
+    const UserRecord before = record;
+    for (const auto& [key, value] : *assignments) {
+        if (const auto fault = EnterValue(record, kind, key, value)) return session.Refuse(*fault);
+    }
+    const auto fault = FaultOfChange(arguments["NAME"], before, record, kind);
+    return fault ? session.Refuse(*fault) : 0;
+}
+
+// The new record as it is to be added; 0 or the exit status, a message shown.
+int ReadNew(const Session& session, const Arguments& arguments, RecordKind kind, UserRecord& record) {
+    UserList list;
+    if (!list || !list.ReadRecord(std::nullopt, record, kind)) return kExitRefused;
+    if (const int fault = Enter(session, arguments, kind, record)) return fault;
+    return CheckNewUser(list, arguments["NAME"], record, kind) ? 0 : kExitRefused;
+}
+
+int Add(Session& session, const Arguments& arguments, RecordKind kind) {
+    UserRecord record;
+    if (const int fault = ReadNew(session, arguments, kind, record)) return fault;
+    return Perform(session, [&] { return AddUser(arguments["NAME"], record, kind); });
+}
+
+// A record as it is and as it is to be; the name becomes as the list has it. 0 or the exit status, a message shown.
+int ReadChanged(const Session& session, const Arguments& arguments, RecordKind kind, RecordUpdate& update) {
+    update.Name = arguments["NAME"];
+    UserList list;
+    if (!list || !list.ReadNamed(update.Name, update.Before, kind)) return kExitRefused;
+    update.After = update.Before;
+    if (const int fault = Enter(session, arguments, kind, update.After)) return fault;
+    const bool hasNewGroup = update.After.Group != update.Before.Group;
+    return !hasNewGroup || CheckGroup(list, update.After) ? 0 : kExitRefused;
+}
+
+int Set(Session& session, const Arguments& arguments, RecordKind kind) {
+    RecordUpdate update;
+    if (const int fault = ReadChanged(session, arguments, kind, update)) return fault;
+    return Perform(session, [&] { return UpdateUser(update.Name, update.Before, update.After, kind); });
+}
+
+int Delete(Session& session, const Arguments& arguments, RecordKind kind) {
+    return Perform(session, [&] { return DeleteUser(arguments["NAME"], kind); });
+}
+
+int Export(Session& session, const Arguments&) {
+    std::string text = "Name";
+    for (const RecordKey& key : RecordKeys()) {
+        if (HasKey(key, RecordKind::User)) text.append(",").append(KeyName(key));
+    }
+    text += kLineEnd;
+    const auto addRow = [&text](std::string_view name, const UserRecord& record) {
+        if (IsDefaultName(name)) return true;
+        text += CsvText(name);
+        for (const RecordKey& key : RecordKeys()) {
+            if (HasKey(key, RecordKind::User)) text.append(",").append(CsvText(key.Show(record)));
+        }
+        text += kLineEnd;
+        return true;
+    };
+    if (!VisitUserRecords(RecordKind::User, addRow)) return kExitRefused;
+    session.Streams.PrintResult(text);
+    return kExitDone;
+}
+
+using RecordCommand = int (*)(Session&, const Arguments&, RecordKind);
+
+// The command for one kind of record.
+template <RecordCommand command, RecordKind kind>
+int Of(Session& session, const Arguments& arguments) {
+    return command(session, arguments, kind);
+}
+template <RecordCommand command, RecordKind kind>
+constexpr Command For = Located<Of<command, kind>>;
+
+constexpr Parameter kName = {"NAME", "Name, at most 8 characters"};
+constexpr Parameter kFind = {"--find", "Only those with this text in name or full name", ParameterKind::Option, "TEXT"};
+constexpr std::string_view kKeysHelp = "Keys and values as 'show' prints them";
+constexpr Parameter kSomeKeys = {kAssignments, kKeysHelp, ParameterKind::ZeroOrMore};
+constexpr Parameter kKeys = {kAssignments, kKeysHelp, ParameterKind::OneOrMore};
+
+constexpr auto kUser = RecordKind::User;
+constexpr auto kGroup = RecordKind::Group;
+
+constexpr Verb kUserVerbs[] = {
+    {.Name = "list",
+     .Help = "List the users with full name and group",
+     .Parameters = {{kFind, {"--group", "Only the members of a group", ParameterKind::Option, "GROUP"}}},
+     .Example = "--group @SALES",
+     .Run = Located<ListUsers>},
+    {.Name = "show",
+     .Help = "Show every key of a user with the value that is in force",
+     .Parameters = {{{kName.Name, "Name, in any case; '(default)' or so for the default user"}}},
+     .Example = "IRIS",
+     .Run = For<Show, kUser>},
+    {.Name = "add",
+     .Help = "Add a user, who begins with what the default user has, and make the user's directories",
+     .Parameters = {{kName, kSomeKeys}},
+     .Example = "IRIS 'Fullname=Iris Moor' Group=@SALES Admin=YES",
+     .Run = For<Add, kUser>},
+    {.Name = "set",
+     .Help = "Change keys of a user",
+     .Parameters = {{kName, kKeys}},
+     .Example = "IRIS 'Dial=Local National' 'SendTime=AFTER 18:00 BEFORE 08:00 MON TUE'",
+     .Run = For<Set, kUser>},
+    {.Name = "delete",
+     .Help = "Delete a user and the user's directories",
+     .Parameters = {{kName}},
+     .Example = "IRIS --yes",
+     .Run = For<Delete, kUser>},
+    {.Name = "export",
+     .Help = "Print all users as comma-separated values, with a first line of the keys' names",
+     .Example = "> users.csv",
+     .Run = Located<Export>},
+    {.Name = "import",
+     .Help = "Add and change users as a file of comma-separated values says; those it does not name stay",
+     .Parameters = {{{"FILE", "File with a first line of keys, one of them Name; the others may be left out"}}},
+     .Example = "users.csv --dry-run",
+     .Run = Located<ImportUsers>},
+};
+
+constexpr Verb kGroupVerbs[] = {
+    {.Name = "list", .Help = "List the user groups", .Parameters = {{kFind}}, .Run = Located<ListGroups>},
+    {.Name = "show",
+     .Help = "Show every key of a user group with the value that is in force",
+     .Parameters = {{{kName.Name, "Name, in any case"}}},
+     .Example = "@SALES",
+     .Run = For<Show, kGroup>},
+    {.Name = "add",
+     .Help = "Add a user group and make its directories",
+     .Parameters = {{kName, kSomeKeys}},
+     .Example = "@SALES 'Fullname=Sales office'",
+     .Run = For<Add, kGroup>},
+    {.Name = "set",
+     .Help = "Change keys of a user group",
+     .Parameters = {{kName, kKeys}},
+     .Example = "@SALES PrintRecdDevice=PRINT-1",
+     .Run = For<Set, kGroup>},
+    {.Name = "delete",
+     .Help = "Delete a user group and its directories; its members stay",
+     .Parameters = {{kName}},
+     .Example = "@SALES --yes",
+     .Run = For<Delete, kGroup>},
+};
+
+} // namespace
+
+const Area kUserArea = {"user", "The users of the fax server", kUserVerbs};
+const Area kGroupArea = {"group", "The groups of users", kGroupVerbs};
+
+} // namespace bv::console

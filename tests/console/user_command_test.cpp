@@ -1,0 +1,277 @@
+// Users and groups from the console: the list's bytes before, one command, what it says, the bytes after.
+#include <gmock/gmock.h>
+
+#include <csignal>
+#include <set>
+#include <sstream>
+
+#include "console/csv.h"
+#include "console/text_console.h"
+#include "support/memory_server.h"
+#include "support/texts.h"
+
+namespace bv::console {
+namespace {
+
+using test::MemoryServer;
+using test::Replaced;
+using test::TextConsole;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+const std::string kPath = "F:\\BRIVANE\\B-DB\\USERLIST.INI";
+const std::string kHead = "[BRIVANE]\r\nType: UserList\r\n\r\n";
+const std::string kDefault = "[USER]\r\nName: (default)\r\nFullname: Def\r\nUrgent: NO\r\nCostCentre: 7\r\n\r\n";
+const std::string kAnn = "[USER]\r\nName: ANN\r\nFullname: Ann, \"A\"\r\nGroup: @S\r\nUsername: ann\r\nNetware: ann\r\n"
+                         "LanManager: ann\r\nSendTime: AFTER 09:00 BEFORE 17:30  MON\r\n; hers\r\n\r\n";
+const std::string kCarl = "[USER]\r\nName: CARL\r\nFullname: \r\nUsername: \r\nNetware: \r\nLanManager: \r\n\r\n";
+const std::string kGroups = "[GROUP]\r\nName: @S\r\nFullname: Sales\r\n";
+const std::string kList = kHead + kDefault + kAnn + kCarl + kGroups;
+
+struct Scene {
+    MemoryServer Server;
+    TextConsole Console;
+
+    Scene() {
+        Server.Put("C:\\WINDOWS\\BRIVANE.INI", "[SERVER]\r\nAllUserArea: F:\\BRIVANE\\USERS\r\nRequestArea: F:\\R\r\n"
+                                               "ServerArea: F:\\BRIVANE\\SERVER\r\nSystemArea: F:\\BRIVANE\r\n");
+        Server.Put("F:\\BRIVANE\\B-DB\\SETUP.INI", "[OPTIONS]\r\n");
+        Server.Put("F:\\BRIVANE\\B-DB\\USER.INI", "[OPTIONS]\r\n");
+        Server.Put(kPath, kList);
+    }
+    std::string List() { return Server.Get(kPath); }
+    bool HasDirectory(const std::string& name) {
+        return Server.Files.Find("F:\\BRIVANE\\USERS\\" + name + "\\B-IN").has_value();
+    }
+};
+
+struct Case {
+    std::vector<std::string> Arguments;
+    int Status;
+    std::string Results;
+    std::string LastNotice;
+    std::string After = kList;
+};
+
+const Case kCases[] = {
+    {{"user", "list"}, 0, "ANN\tAnn, \"A\"\t@S\nCARL\t\t\n", ""},
+    {{"user", "list", "--group", "@s"}, 0, "ANN\tAnn, \"A\"\t@S\n", ""},
+    {{"user", "list", "--group", "@X"}, 1, "", "Brivane usergroup @X not found\n"},
+    {{"user", "list", "--find", "aRL"}, 0, "CARL\t\t\n", ""},
+    {{"user", "list", "--find", "@s"}, 0, "", ""},
+    {{"group", "list", "--json"}, 0, "[\n  {\n    \"Name\": \"@S\",\n    \"Fullname\": \"Sales\"\n  }\n]\n", ""},
+    {{"user", "show", "BEN"}, 1, "", "Brivane user BEN not found\n"},
+    {{"group", "show", "@T"}, 1, "", "Brivane usergroup @T not found\n"},
+    // a new user begins with what the default user has
+    {{"user", "add", "BEN", "Fullname=Ben B", "group=@s", "Admin=yes"},
+     0,
+     "",
+     "Added user BEN\n",
+     Replaced(kList, kCarl,
+              "[USER]\r\nName: BEN\r\nFullname: Ben B\r\nGroup: @s\r\nUsername: \r\nNetware: \r\nLanManager: \r\n"
+              "Urgent: NO\r\nAdmin: YES\r\nCostCentre: 7\r\n\r\n\r\n" +
+                  kCarl)},
+    {{"group", "add", "@T", "Fullname=T"},
+     0,
+     "",
+     "Added user group @T\n",
+     kList + "\r\n[GROUP]\r\nName: @T\r\nFullname: T\r\nPrintRecdOptions: \r\n"},
+    {{"user", "set", "carl", "Dial=local national3", "SendTime=after 8:00 fri"},
+     0,
+     "",
+     "Modified user CARL\n",
+     Replaced(kList, kCarl,
+              Replaced(kCarl, "LanManager: \r\n",
+                       "LanManager: \r\nDial: Local National3\r\nSendTime: AFTER 08:00  FRI\r\n"))},
+    {{"user", "set", "ANN", "SendTime="},
+     0,
+     "",
+     "Modified user ANN\n",
+     Replaced(kList, "SendTime: AFTER 09:00 BEFORE 17:30  MON\r\n", "")},
+    {{"user", "set", "ANN", "Fullname=Ann, \"A\"", "GROUP=@S"}, 0, "", ""}, // as it was
+    {{"user", "delete", "ann", "--yes"},
+     0,
+     "",
+     "Deleting directory structure for user ANN\n",
+     Replaced(kList, kAnn, "")},
+    {{"user", "delete", "ann"}, 1, "", "No (nobody to ask; --yes answers Yes)\n"},
+    {{"user", "delete", "(default)", "--yes"}, 1, "", "Not allowed to delete default user (default)\n"},
+    // refused, with key and value
+    {{"user", "add", "ann"}, 1, "", "Name: \"ann\" - there is a user or user group of that name already.\n"},
+    {{"user", "add", "@S"}, 1, "", "Name: \"@S\" - there is a user or user group of that name already.\n"},
+    {{"user", "add", "NINECHARS"}, 1, "", "Name: \"NINECHARS\" - a name has 1 to 8 characters.\n"},
+    {{"user", "add", "BEN", "Group=@X"}, 1, "", "Group: \"@X\" - there is no user group of that name.\n"},
+    {{"user", "set", "ANN", "Group=@X"}, 1, "", "Group: \"@X\" - there is no user group of that name.\n"},
+    {{"user", "set", "ANN", "Colour=red"}, 1, "", "Colour: \"red\" - users have no such key\n"},
+    {{"group", "set", "@S", "Dial=Local"}, 1, "", "Dial: \"Local\" - groups have no such key\n"},
+    {{"group", "set", "@S", "PrintRecdSquash=VERTICAL"}, 1, "", "PrintRecdSquash: \"VERTICAL\" is not NO or YES\n"},
+    {{"user", "set", "ANN", "Admin=maybe"}, 1, "", "Admin: \"maybe\" is not YES or NO\n"},
+    {{"user", "set", "ANN", "Fullname=" + std::string(101, 'x')},
+     1,
+     "",
+     "Fullname: \"" + std::string(101, 'x') + "\" is not a text of at most 100 characters\n"},
+    {{"user", "set", "CARL", "MailName=c@x"},
+     1,
+     "",
+     "MailName: \"c@x\" is not kept with the other values; \"\" would come back\n"},
+    {{"user", "set", "ANN", "Netware="},
+     1,
+     "",
+     "Netware: \"\" is not kept with the other values; \"ann\" would come back\n"},
+    {{"user", "set", "ANN", "Admin"}, 2, "", "'Admin' is not of the form KEY=VALUE\n"},
+    {{"user", "set", "ANN", "Admin=YES", "admin=NO"}, 2, "", "admin is given twice\n"},
+};
+
+TEST(UserCommand, DoesOneThingAndSaysIt) {
+    for (const Case& one : kCases) {
+        SCOPED_TRACE(testing::PrintToString(one.Arguments));
+        Scene scene;
+        EXPECT_EQ(scene.Console.Run(one.Arguments), one.Status);
+        EXPECT_EQ(scene.Console.Results, one.Results);
+        EXPECT_THAT(scene.Console.Notices, testing::EndsWith(one.LastNotice));
+        EXPECT_EQ(scene.List(), one.After);
+        std::vector<std::string> rehearsed = one.Arguments;
+        rehearsed.emplace_back("--dry-run");
+        Scene rehearsal;
+        EXPECT_EQ(rehearsal.Console.Run(rehearsed),
+                  one.Arguments[1] == "delete" && one.Status == 1 && one.Arguments[2] == "ann"
+                      ? 0 // nobody need be asked
+                      : one.Status);
+        EXPECT_EQ(rehearsal.List(), kList);
+        EXPECT_FALSE(rehearsal.HasDirectory("BEN"));
+    }
+}
+
+TEST(UserCommand, ShowsEveryKeyAsItIsInForce) {
+    Scene scene;
+    EXPECT_EQ(scene.Console.Run({"user", "show", "ann"}), 0);
+    EXPECT_THAT(scene.Console.Results, StartsWith("Name: ANN\nFullname: Ann, \"A\"\nGroup: @S\nUsername: ann\n"));
+    EXPECT_THAT(scene.Console.Results,
+                HasSubstr("\nDial: Local National International\nSendTime: AFTER 09:00 BEFORE 17:30  MON\n"));
+    EXPECT_EQ(scene.Console.Run({"group", "show", "@s", "--json"}), 0);
+    EXPECT_THAT(scene.Console.Results, HasSubstr("\"PrintRecdOptions\": \"DEFAULT\"\n"));
+    EXPECT_EQ(scene.Console.Results.find("Dial"), std::string::npos);
+}
+
+TEST(UserCommand, AddingMakesTheDirectories) {
+    Scene scene;
+    EXPECT_EQ(scene.Console.Run({"user", "add", "BEN", "Fullname=Ben"}), 0);
+    EXPECT_EQ(scene.Server.Get("F:\\BRIVANE\\USERS\\BEN\\B-DB\\USER.INI"),
+              "[OPTIONS]\r\n\r\n[OPTIONS]\r\nFrom: Ben\r\n");
+    EXPECT_EQ(scene.Console.Run({"user", "delete", "BEN", "--yes"}), 0);
+    EXPECT_FALSE(scene.HasDirectory("BEN"));
+    EXPECT_EQ(scene.List(), kList);
+}
+
+TEST(UserExport, IsImportedWithoutAChange) {
+    Scene scene;
+    // values that could not be entered: over a limit, a time that would not be kept, an unknown word
+    const std::string odd = "[USER]\r\nName: ODD\r\nFullname: " + std::string(120, 'o') +
+                            "\r\nSendTime: AFTER 18:00 MON TUE WED THU FRI SAT SUN\r\nPrintSentSquash: maybe\r\n"
+                            "MailName: (x)\r\nGroup: @GONE\r\nUrgent: perhaps\r\nDial:\r\n";
+    scene.Server.Put(kPath, kList + odd);
+    EXPECT_EQ(scene.Console.Run({"user", "export"}), 0);
+    EXPECT_THAT(scene.Console.Results, StartsWith("Name,Fullname,Group,Username,"));
+    EXPECT_THAT(scene.Console.Results, HasSubstr("\r\nANN,\"Ann, \"\"A\"\"\",@S,ann,ann,ann,,,,NO,"));
+    EXPECT_EQ(scene.Console.Results.find("default"), std::string::npos);
+    scene.Server.Put("F:\\U.CSV", "\xEF\xBB\xBF" + scene.Console.Results);
+    EXPECT_EQ(scene.Console.Run({"user", "import", "F:\\U.CSV"}), 0);
+    EXPECT_EQ(scene.Console.Notices, "Added 0 users, changed 0\n");
+    EXPECT_EQ(scene.List(), kList + odd);
+}
+
+TEST(UserImport, AddsAndChangesInOneRewrite) {
+    Scene scene;
+    scene.Server.Put("F:\\U.CSV",
+                     "name,Fullname,Group\r\nBEN,\"Ben \"\"B\"\"\",@s\n\ncarl,,@S\r\nANN,\"Ann, \"\"A\"\"\",@S");
+    EXPECT_EQ(scene.Console.Run({"user", "import", "F:\\U.CSV", "--dry-run"}), 0);
+    EXPECT_EQ(scene.Console.Notices, "Would add user BEN\nWould change user CARL\n    Group: \"\" to \"@S\"\n");
+    EXPECT_THAT(scene.Console.Results, HasSubstr("+Name: BEN\n"));
+    EXPECT_EQ(scene.List(), kList);
+
+    EXPECT_EQ(scene.Console.Run({"user", "import", "F:\\U.CSV"}), 0);
+    EXPECT_EQ(scene.Console.Notices, "Added 1 users, changed 1\n");
+    EXPECT_THAT(scene.List(), HasSubstr("Name: BEN\r\nFullname: Ben \"B\"\r\nGroup: @s\r\n"));
+    EXPECT_THAT(scene.List(), HasSubstr("Name: CARL\r\nFullname: \r\nGroup: @S\r\n"));
+    EXPECT_THAT(scene.List(), HasSubstr(kAnn)) << "not changed, not written";
+    EXPECT_TRUE(scene.HasDirectory("BEN"));
+    EXPECT_FALSE(scene.HasDirectory("CARL"));
+}
+
+TEST(UserImport, NamesEveryBadRowAndWritesNothing) {
+    const struct {
+        std::string File;
+        std::vector<std::string> Faults;
+    } cases[] = {
+        {"", {"line 1, column 1: a line with the names of the keys is missing"}},
+        {"Fullname\r\nx\r\n", {"line 1, column 1: there is no column Name"}},
+        {"Name,Colour,Dial,dial\r\nBEN,1,,\r\n",
+         {"line 1, column 2: \"Colour\" is no key of users", "line 1, column 4: Dial is there twice"}},
+        {"Name,Admin\r\nBEN\r\n\"a\nb\",YES\r\nben,NO\r\nANN,huh\r\n@s,YES\r\nFINE,NO,\r\n",
+         {"line 2, column 1: 1 fields where the first line has 2",
+          "line 8, column 3: 3 fields where the first line has 2",
+          "line 3, column 1: Name: \"a b\" - the name of a user or group is that of its directory, which cannot have "
+          "this one.",
+          "line 7, column 1: Name: \"@s\" - there is a user or user group of that name already.",
+          "line 6, column 2: Admin: \"huh\" is not YES or NO"}},
+        {"Name,Group\r\nBEN,@X\r\nDORA,@S\r\ndora,\r\n",
+         {"line 4, column 1: Name: \"dora\" is there twice",
+          "line 2, column 2: Group: \"@X\" - there is no user group of that name."}},
+        {"Name,Fullname\r\nBEN,\"x", {"line 2, column 2: the quotes are not closed"}},
+        {"Name,Fullname\r\nBEN,\"x\"y\r\n", {"line 2, column 2: text follows the closing quote"}},
+        {"Name,Fullname\r\nBEN,x\"y\r\n", {"line 2, column 2: a quote stands in a field without quotes"}},
+    };
+    for (const auto& [file, faults] : cases) {
+        SCOPED_TRACE(file);
+        Scene scene;
+        scene.Server.Put("F:\\U.CSV", file);
+        EXPECT_EQ(scene.Console.Run({"user", "import", "F:\\U.CSV"}), 1);
+        std::set<std::string> said;
+        std::istringstream notices(scene.Console.Notices);
+        for (std::string line; std::getline(notices, line);) said.insert(line);
+        std::set<std::string> expected;
+        for (const std::string& fault : faults) expected.insert("F:\\U.CSV, " + fault);
+        EXPECT_EQ(said, expected);
+        EXPECT_EQ(scene.List(), kList);
+    }
+}
+
+// Each look at it takes a second.
+class SlowClock final : public platform::Clock {
+  public:
+    std::int64_t Now() override { return seconds_; }
+    std::int64_t Ticks() override { return 1000 * ++seconds_; }
+    void Sleep(std::int64_t) override {}
+
+  private:
+    std::int64_t seconds_ = 0;
+};
+
+// A person who presses Ctrl+C while the third user is being added.
+class ImpatientConsole : public TextConsole {
+  public:
+    bool IsTerminal() override { return true; }
+    void PrintNotice(std::string_view text) override {
+        if (text.starts_with("\rAdding user 3 of")) std::raise(SIGINT);
+        TextConsole::PrintNotice(text);
+    }
+};
+
+TEST(UserImport, StoppedHalfWayLeavesWholeUsers) {
+    Scene scene;
+    SlowClock clock;
+    const platform::Substitute<platform::Clock> slow(clock);
+    scene.Server.Put("F:\\U.CSV", "Name,Admin\nA1,NO\nA2,NO\nA3,NO\nA4,NO\nANN,YES\n");
+    ImpatientConsole console;
+    EXPECT_EQ(console.Run({"user", "import", "F:\\U.CSV"}), 1);
+    EXPECT_THAT(console.Notices, testing::EndsWith("\nStopped: added 2 of 4 users, changed 0 of 1\n"));
+    EXPECT_THAT(scene.List(), HasSubstr("Name: A2\r\n"));
+    EXPECT_EQ(scene.List().find("Name: A3\r\n"), std::string::npos);
+    EXPECT_TRUE(scene.HasDirectory("A2"));
+    EXPECT_FALSE(scene.HasDirectory("A3"));
+    EXPECT_THAT(scene.List(), HasSubstr(kAnn));
+}
+
+} // namespace
+} // namespace bv::console
