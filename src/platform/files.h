@@ -93,6 +93,9 @@ class FileSystem {
     virtual OpenResult Open(const std::string& path, const OpenRequest& request) = 0;
     virtual FileError Delete(const std::string& path) = 0;
 
+    // Gives a file another name, as written, in the same directory. Exists: something stands there already.
+    virtual FileError Rename(const std::string& from, const std::string& to) = 0;
+
     // What stands at the path, or none.
     virtual std::optional<FileInfo> Find(const std::string& path) = 0;
 

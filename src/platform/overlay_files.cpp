@@ -216,6 +216,24 @@ FileError OverlayFiles::Delete(const std::string& path) {
     return FileError::None;
 }
 
+FileError OverlayFiles::Rename(const std::string& from, const std::string& to) {
+    const std::optional<FileInfo> info = Find(from);
+    if (!info || info->IsDirectory) return info ? FileError::NotAFile : FileError::NotFound;
+    OpenResult source = Open(from, {Access::Read, Deny::ReadingAndWriting});
+    if (!source.Opened) return source.Error;
+    if (Find(to)) return FileError::Exists;
+    if (!HasDirectoryOf(to)) return FileError::NotFound;
+    std::string text(static_cast<std::size_t>(info->Length), '\0');
+    const Transfer read = source.Opened->Read(0, text.data(), text.size());
+    source.Opened.reset();
+    if (read.Error != FileError::None) return read.Error;
+    if (const FileError error = Delete(from); error != FileError::None) return error;
+    const OpenResult target = Open(to, {Access::ReadWrite, Deny::ReadingAndWriting, Creation::CreateNew});
+    if (!target.Opened) return target.Error;
+    target.Opened->Write(0, text);
+    return target.Opened->SetWriteTime(info->WriteTime);
+}
+
 std::optional<FileInfo> OverlayFiles::Find(const std::string& path) {
     const std::shared_ptr<OverlayEntry> entry = FindEntry(path);
     const std::optional<bool> isDirectory = KnownDirectory(path);

@@ -6,6 +6,7 @@
 
 #include "ctlfile/lines.h"
 #include "ctlfile/reader.h"
+#include "ctlfile/whole_file.h"
 #include "platform/files.h"
 #include "shell/messages.h"
 #include "shell/server_paths.h"
@@ -51,15 +52,9 @@ bool CreateTree(std::string_view name, RecordKind kind) {
     return kind == RecordKind::Group || CreateOutDirectories(name);
 }
 
-// A file that was not written whole must not pass for one the next time.
 bool CreateDirFile(const std::string& path, std::string_view type) {
     if (platform::Files().Find(path)) return true;
-    ControlStream file = OpenShared(path, "wb");
-    if (!file) return false;
-    file.Write(FormatText("[BRIVANE]\r\nType: %s\r\nRevision: A\r\n", type));
-    if (file.Close()) return true;
-    platform::Files().Delete(path);
-    return false;
+    return WriteWholeFile(path, FormatText("[BRIVANE]\r\nType: %s\r\nRevision: A\r\n", type));
 }
 
 bool ReportNotCreated(std::string_view directory, std::string_view file) {

@@ -89,6 +89,22 @@ TEST(Files, DirectoriesAreMadeAndRemovedOneByOne) {
     EXPECT_EQ(directory.Read("FILE"), "x");
 }
 
+TEST(Files, AreRenamedButNeverOverAnother) {
+    const TemporaryDirectory directory;
+    directory.Write("OLD", "x");
+    directory.Write("OTHER", "y");
+    EXPECT_EQ(Files().Rename(directory.Path("OLD"), directory.Path("other")), FileError::Exists);
+    EXPECT_EQ(Files().Rename(directory.Path("NONE"), directory.Path("NEW")), FileError::NotFound);
+    {
+        const platform::OpenResult held = Files().Open(directory.Path("OLD"), kAlone);
+        EXPECT_EQ(Files().Rename(directory.Path("OLD"), directory.Path("NEW")), FileError::AccessDenied);
+    }
+    EXPECT_EQ(Files().Rename(directory.Path("old"), directory.Path("New")), FileError::None);
+    EXPECT_FALSE(directory.Has("OLD"));
+    EXPECT_EQ(directory.Read("New"), "x");
+    EXPECT_EQ(directory.Read("OTHER"), "y");
+}
+
 // Opening a pipe waits for somebody at its other end, unless told not to.
 TEST(Files, APipeIsRefusedAtOnce) {
     if (IsWindows()) GTEST_SKIP() << "pipes have names of their own there";

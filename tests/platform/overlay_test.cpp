@@ -35,7 +35,7 @@ std::string Step(World& world, const unsigned (&numbers)[5]) {
     static const char* const names[] = {"A.INI", "a.ini", "B.INI", "C.TXT", "SUB\\D.INI", "sub"};
     const std::string path = world.Directory + "\\" + names[numbers[1] % 6];
     OpenResult& open = world.Open[numbers[2] % 3];
-    switch (numbers[0] % 10) {
+    switch (numbers[0] % 11) {
     case 0: return "delete" + ShowError(world.Files.Delete(path));
     case 1: {
         const auto info = world.Files.Find(path);
@@ -50,7 +50,7 @@ std::string Step(World& world, const unsigned (&numbers)[5]) {
     case 3:
     case 4: {
         OpenRequest request{Access::Read, static_cast<Deny>(numbers[3] % 3), static_cast<Creation>(numbers[4] % 4)};
-        if (numbers[0] % 10 == 4) request.Wanted = Access::ReadWrite;
+        if (numbers[0] % 11 == 4) request.Wanted = Access::ReadWrite;
         if (MayWrite(request)) request.Denied = Deny::ReadingAndWriting; // so that no earlier reader looks on
         open = {};
         open = world.Files.Open(path, request);
@@ -66,6 +66,12 @@ std::string Step(World& world, const unsigned (&numbers)[5]) {
         if (!world.Files.Find(path)) return "nothing to remove";
         for (OpenResult& opened : world.Open) opened = {};
         return "remove" + ShowError(world.Files.RemoveEmptyDirectory(path));
+    case 9: {
+        const std::string to = world.Directory + "\\" + names[numbers[3] % 6];
+        const auto info = world.Files.Find(path);
+        if (info && info->IsDirectory) return "directory";
+        return "rename" + ShowError(world.Files.Rename(path, to));
+    }
     default:
         if (!open.Opened) return "nothing to cut";
         open.Opened->SetLength(numbers[3] % 10);

@@ -133,6 +133,10 @@ FileError FaultyFiles::Delete(const std::string& path) {
     return state_->Allows(CallKind::Changes) ? wrapped_.Delete(path) : state_->Error();
 }
 
+FileError FaultyFiles::Rename(const std::string& from, const std::string& to) {
+    return state_->Allows(CallKind::Changes) ? wrapped_.Rename(from, to) : state_->Error();
+}
+
 std::optional<platform::FileInfo> FaultyFiles::Find(const std::string& path) {
     return state_->Allows(CallKind::Looks) ? wrapped_.Find(path) : std::nullopt;
 }

@@ -180,6 +180,22 @@ class PosixFileSystem final : public FileSystem {
         return unlink(host->c_str()) == 0 ? FileError::None : LastError();
     }
 
+    FileError Rename(const std::string& from, const std::string& to) override {
+        const std::optional<std::string> host = ToHostPath(from);
+        const std::optional<std::string> newHost = ToHostPath(to);
+        if (!host || !newHost) return FileError::NotFound;
+        const Descriptor descriptor = OpenDescriptor(*host, OpenFlags({}));
+        if (!descriptor.IsOpen()) return LastError();
+
+        struct stat status {};
+        if (fstat(descriptor.Number(), &status) != 0) return LastError();
+        if (!S_ISREG(status.st_mode)) return FileError::NotAFile;
+        const DenyGuard guard(descriptor.Number());
+        if (IsHeldElsewhere(descriptor.Number())) return FileError::AccessDenied;
+        if (lstat(newHost->c_str(), &status) == 0) return FileError::Exists;
+        return rename(host->c_str(), newHost->c_str()) == 0 ? FileError::None : LastError();
+    }
+
     std::optional<FileInfo> Find(const std::string& path) override {
         const std::optional<std::string> host = ToHostPath(path);
         struct stat status {};

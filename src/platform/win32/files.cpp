@@ -176,6 +176,11 @@ class WindowsFileSystem final : public FileSystem {
         return DeleteFileA(path.c_str()) != 0 ? FileError::None : ErrorAt(path);
     }
 
+    FileError Rename(const std::string& from, const std::string& to) override {
+        if (IsAbsent(from)) return FileError::NotFound;
+        return MoveFileA(from.c_str(), to.c_str()) != 0 ? FileError::None : LastError();
+    }
+
     std::optional<FileInfo> Find(const std::string& path) override {
         WIN32_FILE_ATTRIBUTE_DATA data{};
         if (IsAbsent(path) || GetFileAttributesExA(path.c_str(), GetFileExInfoStandard, &data) == 0) {

@@ -1,0 +1,19 @@
+// Files that an editor replaces as a whole: the new text is written beside the live file, and then takes its place. The
+// live file is deleted and the new one renamed, so in the instant between there is only the new one, complete: who
+// opens the live file and does not find it looks for that.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace bv {
+
+// Writes a file anew ("wb"). False when it cannot be opened or not be written whole; a part of it does not stay. Shows
+// nothing.
+bool WriteWholeFile(const std::string& path, std::string_view text);
+
+// Deletes the live file, if there is one, and gives the new one its name. False when either cannot be done: then the
+// live file is as it was, or gone with the new one beside. Shows nothing.
+bool PutInPlace(const std::string& newPath, const std::string& livePath);
+
+} // namespace bv
