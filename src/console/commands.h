@@ -90,8 +90,6 @@ extern const Area kUserArea;
 extern const Area kGroupArea;
 extern const Area kDeviceArea;
 extern const Area kOptionArea;
-extern const Area kDeviceArea;
-extern const Area kOptionArea;
 extern const Area kSecretArea;
 extern const Area kCompletionArea;
 extern const Area kManualArea;

@@ -102,35 +102,35 @@ int Of(Session& session, const Arguments& arguments) {
     return command(session, arguments, kind);
 }
 template <ItemCommand command, ItemKind kind>
-constexpr Command For = Located<Of<command, kind>>;
+constexpr Command kFor = Located<Of<command, kind>>;
 
 constexpr Parameter kName = {"NAME", "File name without extension, in any case"};
 constexpr Parameter kDescription = {"DESCRIPTION", "Description, at most 50 characters"};
 
 template <ItemKind kind>
 constexpr Verb kVerbs[] = {
-    {.Name = "list", .Help = "List the catalogue", .Run = For<List, kind>},
-    {.Name = "installable", .Help = "List the files that are not in the catalogue yet", .Run = For<Installable, kind>},
+    {.Name = "list", .Help = "List the catalogue", .Run = kFor<List, kind>},
+    {.Name = "installable", .Help = "List the files that are not in the catalogue yet", .Run = kFor<Installable, kind>},
     {.Name = "add",
      .Help = "Put an item whose files are there into the catalogue",
      .Parameters = {{kName, kDescription}},
      .Example = "PRICES 'Price list'",
-     .Run = For<Add, kind>},
+     .Run = kFor<Add, kind>},
     {.Name = "rename",
      .Help = "Change the description of an item",
      .Parameters = {{kName, kDescription}},
      .Example = "PRICES 'Price list, winter'",
-     .Run = For<Rename, kind>},
+     .Run = kFor<Rename, kind>},
     {.Name = "delete",
      .Help = "Take an item out of the catalogue; its files stay",
      .Parameters = {{kName}},
      .Example = "PRICES --yes",
-     .Run = For<Delete, kind>},
-    {.Name = "view", .Help = "Show an item in the fax viewer", .Parameters = {{kName}}, .Run = For<View, kind>},
+     .Run = kFor<Delete, kind>},
+    {.Name = "view", .Help = "Show an item in the fax viewer", .Parameters = {{kName}}, .Run = kFor<View, kind>},
     {.Name = "edit",
      .Help = "Open an item in the coversheet editor and wait for its end",
      .Parameters = {{{kName.Name, "File name without extension, or * for a new item"}}},
-     .Run = For<Edit, kind>},
+     .Run = kFor<Edit, kind>},
 };
 
 } // namespace

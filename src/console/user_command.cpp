@@ -1,4 +1,5 @@
 // Users and user groups: the same verbs for both kinds, and the exchange of users with other programs.
+#include <algorithm>
 #include <optional>
 
 #include "console/assignments.h"
@@ -24,7 +25,7 @@ constexpr std::string_view kAssignments = "KEY=VALUE";
 // Whether a text holds another one, in any case.
 bool Holds(std::string_view text, std::string_view wanted) {
     const auto equal = [](char a, char b) { return ToLower(a) == ToLower(b); };
-    return wanted.empty() || !std::ranges::search(text, wanted, equal).empty();
+    return std::search(text.begin(), text.end(), wanted.begin(), wanted.end(), equal) != text.end() || wanted.empty();
 }
 
 // The lines of a list, whose columns are parted by tabs, that hold a text in the first two.
@@ -186,7 +187,7 @@ int Of(Session& session, const Arguments& arguments) {
     return command(session, arguments, kind);
 }
 template <RecordCommand command, RecordKind kind>
-constexpr Command For = Located<Of<command, kind>>;
+constexpr Command kFor = Located<Of<command, kind>>;
 
 constexpr Parameter kName = {"NAME", "Name, at most 8 characters"};
 constexpr Parameter kFind = {"--find", "Only those with this text in name or full name", ParameterKind::Option, "TEXT"};
@@ -207,22 +208,22 @@ constexpr Verb kUserVerbs[] = {
      .Help = "Show every key of a user with the value that is in force",
      .Parameters = {{{kName.Name, "Name, in any case; '(default)' or so for the default user"}}},
      .Example = "IRIS",
-     .Run = For<Show, kUser>},
+     .Run = kFor<Show, kUser>},
     {.Name = "add",
      .Help = "Add a user, who begins with what the default user has, and make the user's directories",
      .Parameters = {{kName, kSomeKeys}},
      .Example = "IRIS 'Fullname=Iris Moor' Group=@SALES Admin=YES",
-     .Run = For<Add, kUser>},
+     .Run = kFor<Add, kUser>},
     {.Name = "set",
      .Help = "Change keys of a user",
      .Parameters = {{kName, kKeys}},
      .Example = "IRIS 'Dial=Local National' 'SendTime=AFTER 18:00 BEFORE 08:00 MON TUE'",
-     .Run = For<Set, kUser>},
+     .Run = kFor<Set, kUser>},
     {.Name = "delete",
      .Help = "Delete a user and the user's directories",
      .Parameters = {{kName}},
      .Example = "IRIS --yes",
-     .Run = For<Delete, kUser>},
+     .Run = kFor<Delete, kUser>},
     {.Name = "export",
      .Help = "Print all users as comma-separated values, with a first line of the keys' names",
      .Example = "> users.csv",
@@ -240,22 +241,22 @@ constexpr Verb kGroupVerbs[] = {
      .Help = "Show every key of a user group with the value that is in force",
      .Parameters = {{{kName.Name, "Name, in any case"}}},
      .Example = "@SALES",
-     .Run = For<Show, kGroup>},
+     .Run = kFor<Show, kGroup>},
     {.Name = "add",
      .Help = "Add a user group and make its directories",
      .Parameters = {{kName, kSomeKeys}},
      .Example = "@SALES 'Fullname=Sales office'",
-     .Run = For<Add, kGroup>},
+     .Run = kFor<Add, kGroup>},
     {.Name = "set",
      .Help = "Change keys of a user group",
      .Parameters = {{kName, kKeys}},
      .Example = "@SALES PrintRecdDevice=PRINT-1",
-     .Run = For<Set, kGroup>},
+     .Run = kFor<Set, kGroup>},
     {.Name = "delete",
      .Help = "Delete a user group and its directories; its members stay",
      .Parameters = {{kName}},
      .Example = "@SALES --yes",
-     .Run = For<Delete, kGroup>},
+     .Run = kFor<Delete, kGroup>},
 };
 
 } // namespace

@@ -16,7 +16,6 @@ namespace {
 using test::MemoryServer;
 using test::Replaced;
 using test::TextConsole;
-using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::StartsWith;
 

@@ -149,8 +149,8 @@ TEST(DeviceList, IsRewrittenInOrder) {
 }
 
 TEST(DeviceList, ARewriteThatFailsIsReportedAndLeavesTheFile) {
-    const ListChange& change = kListChanges[3];
-    const auto update = [&change] { return UpdateDeviceList(change.Name, change.Description); };
+    static const ListChange& change = kListChanges[3];
+    const auto update = [] { return UpdateDeviceList(change.Name, change.Description); };
     EXPECT_THAT(test::TextsLeftByFaults(change.Before, update), ElementsAre(change.Before, change.After));
     SetupServer server(change.Before);
     {
