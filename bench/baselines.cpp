@@ -42,6 +42,15 @@ void Floor(const std::string& hostPath) {
     if (close(copy) != 0 || unlink(temporary.c_str()) != 0 || close(live) != 0) std::abort();
 }
 
+void Copy(const std::string& hostPath) {
+    const std::string second = hostPath + ".copy";
+    const int from = open(hostPath.c_str(), O_RDONLY | O_CLOEXEC);
+    const int to = open(second.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
+    if (from < 0 || to < 0) std::abort();
+    WriteAll(to, ReadAll(from));
+    if (close(to) != 0 || unlink(second.c_str()) != 0 || close(from) != 0) std::abort();
+}
+
 std::size_t LineScan(const std::string& hostPath) {
     const int file = open(hostPath.c_str(), O_RDONLY | O_CLOEXEC);
     if (file < 0) std::abort();

@@ -10,13 +10,12 @@
 #include "ctlfile/records.h"
 #include "ctlfile/rewriter.h"
 #include "sample_files.h"
+#include "sizes.h"
 
 namespace bv::bench {
 namespace {
 
 constexpr std::array<std::string_view, 5> kFields = {"Name:", "Fullname:", "Group:", "Username:", "MailName:"};
-
-std::size_t Size(const benchmark::State& state) { return static_cast<std::size_t>(state.range(0)); }
 
 void SetupFloor(benchmark::State& state) {
     const SampleFile& file = SetupFile(Size(state));

@@ -1,27 +1,31 @@
 #include "sample_files.h"
 
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <map>
 #include <unistd.h>
 
 #include "platform/drives.h"
+#include "platform/environment.h"
 #include "shell/format.h"
+#include "shell/server_paths.h"
 
 namespace bv::bench {
 namespace {
 
 class Scratch {
   public:
-    Scratch() : path_(std::filesystem::temp_directory_path() / FormatText("bv-bench-%d", getpid())) {
-        std::filesystem::create_directories(path_);
-    }
+    Scratch() : path_(std::filesystem::temp_directory_path() / FormatText("bv-bench-%d", getpid())) {}
     ~Scratch() { std::filesystem::remove_all(path_); }
     Scratch(const Scratch&) = delete;
     Scratch& operator=(const Scratch&) = delete;
 
+    [[nodiscard]] std::filesystem::path Place(const std::string& name) const { return path_ / name; }
+
     SampleFile Write(const std::string& name, const std::string& text) const {
-        const std::string path = path_ / name;
+        const std::filesystem::path path = Place(name);
+        std::filesystem::create_directories(path.parent_path());
         std::ofstream(path, std::ios::binary) << text;
         return {path, platform::ToWindowsPath(path)};
     }
@@ -60,9 +64,27 @@ std::string UserListText(std::size_t records) {
     return text;
 }
 
+std::string IniText(const std::string& directory) {
+    std::string text = "[SERVER]\r\n";
+    for (const char* area : {"AllUserArea", "RequestArea", "ServerArea", "SystemArea"})
+        text += FormatText("%s: %s\r\n", area, directory);
+    return text;
+}
+
+SampleServer MakeServer(std::size_t records) {
+    constexpr std::size_t kSetupLines = 2000;
+    const std::string name = FormatText("SERVER%d", records);
+    const std::string directory = platform::ToWindowsPath(TheScratch().Place(name));
+    TheScratch().Write(name + "/BRIVANE.INI", IniText(directory));
+    return {directory, TheScratch().Write(name + "/B-DB/USERLIST.INI", UserListText(records)),
+            TheScratch().Write(name + "/B-DB/SETUP.INI", SetupText(kSetupLines))};
+}
+
 } // namespace
 
 std::string RecordName(std::size_t n) { return FormatText("U%06d", 2 * n); }
+
+std::string NewName(std::size_t n) { return FormatText("U%06d", 2 * n + 1); }
 
 const SampleFile& SetupFile(std::size_t lines) {
     static std::map<std::size_t, SampleFile> made;
@@ -75,6 +97,15 @@ const SampleFile& UserList(std::size_t records) {
     static std::map<std::size_t, SampleFile> made;
     auto [at, isNew] = made.try_emplace(records);
     if (isNew) at->second = TheScratch().Write(FormatText("USERS%d.INI", records), UserListText(records));
+    return at->second;
+}
+
+const SampleServer& UseServer(std::size_t records) {
+    static std::map<std::size_t, SampleServer> made;
+    auto [at, isNew] = made.try_emplace(records);
+    if (isNew) at->second = MakeServer(records);
+    platform::TheEnvironment().SetVariable("BVAXINIT", at->second.Directory);
+    if (LoadServerPaths() != kDone) std::abort();
     return at->second;
 }
 

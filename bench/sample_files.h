@@ -18,7 +18,17 @@ const SampleFile& SetupFile(std::size_t lines);
 // A user list of so many records in order of their names, about 255 bytes each.
 const SampleFile& UserList(std::size_t records);
 
-// The name of the n-th record of a user list.
+// The name of the n-th record of a user list, and one that sorts right behind it and is not there.
 std::string RecordName(std::size_t n);
+std::string NewName(std::size_t n);
+
+// A server with a user list of so many records and a setup file of 2,000 lines. The engine works on the one that was
+// asked for last.
+struct SampleServer {
+    std::string Directory; // as the engine takes it
+    SampleFile Users;
+    SampleFile Setup;
+};
+const SampleServer& UseServer(std::size_t records);
 
 } // namespace bv::bench

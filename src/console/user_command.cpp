@@ -25,7 +25,7 @@ constexpr std::string_view kAssignments = "KEY=VALUE";
 // Whether a text holds another one, in any case.
 bool Holds(std::string_view text, std::string_view wanted) {
     const auto equal = [](char a, char b) { return ToLower(a) == ToLower(b); };
-    return std::search(text.begin(), text.end(), wanted.begin(), wanted.end(), equal) != text.end() || wanted.empty();
+    return std::search(text.begin(), text.end(), wanted.begin(), wanted.end(), equal) != text.end();
 }
 
 // The lines of a list, whose columns are parted by tabs, that hold a text in the first two.
@@ -33,35 +33,45 @@ class FoundLines : public ListTarget {
   public:
     explicit FoundLines(std::string_view wanted) : wanted_(wanted) {}
 
-    void Clear() override { Text.clear(); }
+    void Clear() override { Pieces.clear(); }
     void Add(const std::string& entry) override {
-        const std::size_t second = entry.find('\t') + 1;
-        if (Holds(std::string_view(entry).substr(0, entry.find('\t', second)), wanted_))
-            Text.append(entry).append("\n");
+        if (!wanted_.empty() && !Holds(FirstTwo(entry), wanted_)) return;
+        if (Pieces.empty() || Pieces.back().size() + entry.size() >= kPiece) Pieces.emplace_back().reserve(kPiece);
+        Pieces.back().append(entry).append("\n");
     }
     [[nodiscard]] bool Contains(const std::string&) const override { return false; }
     [[nodiscard]] bool IsComboBox() const override { return false; }
 
-    std::string Text;
+    // Of whole lines. Many pieces, since one text of all of them would be copied again and again as it grows.
+    std::vector<std::string> Pieces;
 
   private:
+    static constexpr std::size_t kPiece = 256 * 1024;
+    static std::string_view FirstTwo(std::string_view entry) {
+        return entry.substr(0, entry.find('\t', entry.find('\t') + 1));
+    }
+
     std::string_view wanted_;
 };
 
-void PrintColumns(const Session& session, std::string_view text, std::span<const std::string_view> names) {
-    if (!session.Json) return session.Streams.PrintResult(text);
-    std::vector<Record> records;
-    while (!text.empty()) {
-        std::string_view line = TakeLine(text);
-        line.remove_suffix(1);
-        Record& record = records.emplace_back();
-        for (const std::string_view name : names) {
-            const std::size_t end = std::min(line.find('\t'), line.size());
-            record.emplace_back(name, std::string(line.substr(0, end)));
-            line.remove_prefix(std::min(end + 1, line.size()));
-        }
+Record RecordOf(std::string_view line, std::span<const std::string_view> names) {
+    Record record;
+    line.remove_suffix(1);
+    for (const std::string_view name : names) {
+        const std::size_t end = std::min(line.find('\t'), line.size());
+        record.emplace_back(name, std::string(line.substr(0, end)));
+        line.remove_prefix(std::min(end + 1, line.size()));
     }
-    PrintRecords(session, records);
+    return record;
+}
+
+void PrintColumns(const Session& session, const FoundLines& lines, std::span<const std::string_view> names) {
+    std::vector<Record> records;
+    for (std::string_view piece : lines.Pieces) {
+        if (!session.Json) session.Streams.PrintResult(piece);
+        while (session.Json && !piece.empty()) records.push_back(RecordOf(TakeLine(piece), names));
+    }
+    if (session.Json) PrintRecords(session, records);
 }
 
 // False, after a message, when there is no such group.
@@ -83,7 +93,7 @@ int ListUsers(Session& session, const Arguments& arguments) {
         view.WithGroup = true;
         if (!FillUserList(lines, nullptr, view)) return kExitRefused;
     }
-    PrintColumns(session, lines.Text, kColumns);
+    PrintColumns(session, lines, kColumns);
     return kExitDone;
 }
 
@@ -95,7 +105,7 @@ int ListGroups(Session& session, const Arguments& arguments) {
     view.IncludeGroups = true;
     view.Format = UserListFormat::NameAndFullname;
     if (!FillUserList(lines, nullptr, view)) return kExitRefused;
-    PrintColumns(session, lines.Text, kColumns);
+    PrintColumns(session, lines, kColumns);
     return kExitDone;
 }
 

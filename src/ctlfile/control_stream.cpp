@@ -7,6 +7,7 @@
 
 #include "ctlfile/open_retry.h"
 #include "ctlfile/paths.h"
+#include "platform/memory.h"
 
 namespace bv {
 namespace {
@@ -14,6 +15,7 @@ namespace {
 constexpr std::size_t kFirstPiece = 16 * 1024; // what is read at first; then ever larger pieces
 constexpr std::size_t kLargestPiece = 4 * 1024 * 1024;
 constexpr std::size_t kWritePiece = 128 * 1024;
+constexpr std::size_t kLargePiece = 4 * 1024 * 1024; // of memory
 constexpr std::uint64_t kLargestFile = 1024 * 1024 * 1024;
 
 int defaultTimeout = 5; // seconds
@@ -131,6 +133,7 @@ bool ControlStream::Reserve() {
     const std::size_t wanted = std::max(static_cast<std::size_t>(length) + 1, 2 * capacity_);
     std::unique_ptr<char[]> larger(new (std::nothrow) char[wanted]);
     if (!larger) return false;
+    if (wanted >= kLargePiece) platform::ExpectWholeUse(larger.get(), wanted);
     if (loaded_ != 0) std::memcpy(larger.get(), memory_.get(), loaded_);
     memory_ = std::move(larger);
     capacity_ = wanted;

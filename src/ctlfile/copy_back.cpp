@@ -101,7 +101,9 @@ Rewrite::Rewrite(const std::string& path, OpenTimeout timeout) : temporaryPath_(
 }
 
 bool Rewrite::Begin() {
-    return !temporaryIsNeeded_ && Control.Rewind() && Temporary.Rewind() && Temporary.Flush() && Temporary.SetLength(0);
+    if (temporaryIsNeeded_ || !Control.Rewind() || !Temporary.Rewind() || !Temporary.Flush()) return false;
+    // Some file systems take any truncation for a reason to write the file out when it is closed.
+    return Temporary.Length() == 0 || Temporary.SetLength(0);
 }
 
 bool Rewrite::CopyBack() {

@@ -1,0 +1,40 @@
+// Saving the server's options, one rewrite of the setup file a changed key, against the floor of one rewrite.
+#include <benchmark/benchmark.h>
+#include <cstdint>
+#include <cstdlib>
+#include <span>
+
+#include "baselines.h"
+#include "options/server_options.h"
+#include "sample_files.h"
+#include "sizes.h"
+
+namespace bv::bench {
+namespace {
+
+constexpr std::size_t kUsers = 20000; // of the server; the options do not look at them
+
+void OptionsFloor(benchmark::State& state) {
+    const SampleServer& server = UseServer(kUsers);
+    for (auto _ : state) Floor(server.Setup.HostPath);
+}
+
+// Changes so many keys of two paragraphs, which after the first round stand at the end of the file.
+void SaveOptions(benchmark::State& state) {
+    UseServer(kUsers);
+    ServerOptions options;
+    SavedOptions saved;
+    if (!LoadServerOptions(options, saved)) std::abort();
+    std::uint16_t* const numbers[] = {&options.SendTries, &options.SendRetryWait, &options.CoverLineLen,
+                                      &options.CoverMaxLine, &options.SendListEntries};
+    for (auto _ : state) {
+        for (std::uint16_t* number : std::span(numbers).first(Size(state))) *number ^= 1;
+        if (!SaveServerOptions(options, saved)) std::abort();
+    }
+}
+
+BENCHMARK(OptionsFloor)->Unit(benchmark::kMicrosecond);
+BENCHMARK(SaveOptions)->Arg(1)->Arg(5)->Unit(benchmark::kMicrosecond);
+
+} // namespace
+} // namespace bv::bench
