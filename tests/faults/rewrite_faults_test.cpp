@@ -8,12 +8,19 @@
 #include "console/text_console.h"
 #include "covlet/catalogue.h"
 #include "ctlfile/copy_back.h"
+#include "ctlfile/paths.h"
 #include "ctlfile/rewriter.h"
+#include "devices/device_list.h"
+#include "options/server_options.h"
+#include "options/telephone_types.h"
 #include "platform/ascii.h"
+#include "shell/format.h"
 #include "shell/server_paths.h"
+#include "shell/startup.h"
 #include "support/faulty_files.h"
 #include "support/memory_server.h"
 #include "support/temporary_directory.h"
+#include "users/user_rewrite.h"
 
 namespace bv::test {
 namespace {
@@ -25,20 +32,24 @@ using platform::FileError;
 
 constexpr ItemKind kKind = ItemKind::Coversheet;
 
-// A server whose catalogue, the control file of every action, lies in memory or in a real directory.
+const std::string kCatalogueFile = "B-COVER\\MSGDIR.CTL"; // below the system area, as the others
+const std::string kUserListFile = "B-DB\\USERLIST.INI";
+const std::string kSetupFile = "B-DB\\SETUP.INI";
+
+// A server whose control file, that of an action, lies in memory or in a real directory.
 class Scene {
   public:
-    explicit Scene(const TemporaryDirectory* disk)
+    explicit Scene(const TemporaryDirectory* disk, const std::string& file = kCatalogueFile)
         : Files(disk != nullptr ? platform::Service<platform::FileSystem>::System() : server_.Files) {
         const std::string area = disk != nullptr ? disk->Path() : "F:\\BRIVANE";
-        if (disk != nullptr) disk->Write("B-COVER\\MSGDIR.CTL", "");
+        if (disk != nullptr) disk->Write(file, "");
         server_.Put("C:\\WINDOWS\\BRIVANE.INI", "[SERVER]\r\nAllUserArea: U\r\nRequestArea: R\r\nServerArea: S\r\n"
                                                 "SystemArea: " +
                                                     area + "\r\n");
         server_.Put(area + "\\B-DB\\SETUP.INI", "");
         EXPECT_EQ(LoadServerPaths(), kDone);
-        Control = ItemDirectory(kKind) + "MSGDIR.CTL";
-        Temporary = ItemDirectory(kKind) + "MSGDIR.TMP";
+        Control = Paths().SystemArea.String() + file;
+        Temporary = TemporaryPath(Control);
     }
 
     void Put(const std::string& path, std::string_view text) const {
@@ -60,8 +71,9 @@ class Scene {
         std::vector<std::string> errors;
         for (std::string said : Said().TakeSaid()) {
             if (!said.starts_with("error: ")) continue;
-            const std::size_t directory = said.find(ItemDirectory(kKind));
-            if (directory != std::string::npos) said.erase(directory, ItemDirectory(kKind).size());
+            const std::string_view directory = DirectoryPart(Control);
+            const std::size_t at = said.find(directory);
+            if (at != std::string::npos) said.erase(at, directory.size());
             errors.push_back(said.substr(7));
         }
         return errors;
@@ -83,6 +95,7 @@ struct Action {
     std::function<bool(Scene&)> Run;
     std::set<std::string> Words;      // all that may be said, and each is said at some fault
     std::vector<std::string> Between; // whole texts on the way
+    std::string File = kCatalogueFile;
 
     friend void PrintTo(const Action& action, std::ostream* out) { *out << action.Name; }
 };
@@ -136,7 +149,67 @@ const std::string kNotOpened = "Unable to open file MSGDIR.CTL";
 const std::string kNotUpdated = "Error updating file MSGDIR.CTL";
 const std::set<std::string> kChangeWords = {kNotOpened, "Unable to open file MSGDIR.TMP", kNotUpdated};
 
-// The last ones are larger than what is copied by one call, 512 KiB.
+std::string User(const std::string& name) { return "[USER]\r\nName: " + name + "\r\n\r\n"; }
+
+const std::string kUsers = User("(d)\r\nX: 1") + User("BEN") + User("IRIS");
+
+Action OfUserList(const char* name, const std::string& before, const std::function<bool()>& run) {
+    return {name,
+            before,
+            [run](Scene&) { return run(); },
+            {"Unable to open file USERLIST.INI", "Unable to create file USERLIST.TMP",
+             "Error writing to file USERLIST.TMP", "Unable to update file USERLIST.INI"},
+            {},
+            kUserListFile};
+}
+
+// Adds so many users that the list is copied back in several pieces, and updates one.
+bool ChangeManyUsers() {
+    static const std::vector<NamedRecord> added = [] {
+        std::vector<NamedRecord> many(600);
+        for (NamedRecord& one : many) {
+            one.Name = FormatText("N%.3d", &one - many.data());
+            one.Record.Fullname = std::string(100, 'x');
+        }
+        return many;
+    }();
+    static const std::vector<NamedRecord> updated = {{"IRIS", {}}};
+    return ChangeUserRecords({added, updated}, RecordKind::User);
+}
+
+const std::string kSetup = "[OPTIONS]\r\nLCR: NO\r\n\r\n[QUEUEMAN]\r\nTelnumType: Local \"old\"\r\n\r\n"
+                           "[DEVICES]\r\nDevice: M-1 \"One\"\r\n\r\n[M-1]\r\nPort: COM1\r\n";
+
+Action OfSetup(const char* name, const std::function<bool()>& run) {
+    return {name,
+            kSetup,
+            [run](Scene&) { return run(); },
+            {"Unable to open file SETUP.INI", "Unable to open file SETUP.TMP", "Error updating file SETUP.INI"},
+            {},
+            kSetupFile};
+}
+
+// One key that differs from what the file is said to hold.
+bool ChangePort() {
+    Device device = NewDevice(DeviceType::Modem);
+    device.AsRead.clear();
+    for (const DeviceKey& key : DeviceKeys()) device.AsRead.emplace_back(key.Field.Text(device.Settings));
+    device.Settings.Port = "COM2";
+    return WriteDeviceSettings("M-1", device);
+}
+bool ChangeOption() {
+    ServerOptions options;
+    SavedOptions saved;
+    for (const OptionKey& key : OptionKeys()) saved.emplace_back(key.Field.Text(options));
+    options.LCR = true;
+    return SaveServerOptions(options, saved);
+}
+bool ChangeTelephoneTypes() {
+    TelephoneTypes saved;
+    return SaveTelephoneTypes({{1, "Near"}, {2, "Far"}}, saved);
+}
+
+// The last ones are larger than what is copied by one call.
 const Action kActions[] = {
     {"KeyGrows", kKeys, Updating({"[A]", "k:", "longer"}), {}, {}},
     {"KeyShrinks", kKeys, Updating({"[A]", "k:", ""}), {}, {}},
@@ -169,7 +242,17 @@ const Action kActions[] = {
      kChangeWords,
      {}},
     {"CatalogueEntryGoes", kCatalogue, [](Scene&) { return DeleteCatalogueEntry(kKind, "ALPHA"); }, kChangeWords, {}},
+    OfUserList("UserIsAdded", kUsers, [] { return AddUserRecord("CLARA", {}, RecordKind::User); }),
+    OfUserList("UserIsUpdated", kUsers, [] { return UpdateUserRecord("BEN", {}, RecordKind::User); }),
+    // twice in the list, for the next rewrite deletes one, too
+    OfUserList("UserGoes", kUsers + kUsers, [] { return DeleteUserRecord("BEN", RecordKind::User); }),
+    OfSetup("DeviceIsListed", [] { return UpdateDeviceList("M-2", "Two", {.Printers = true}); }),
+    OfSetup("DeviceIsTakenOut", [] { return UpdateDeviceList("M-1", std::nullopt); }),
+    OfSetup("DeviceKeyIsChanged", ChangePort),
+    OfSetup("OptionIsChanged", ChangeOption),
+    OfSetup("TelephoneTypesAreChanged", ChangeTelephoneTypes),
     {"CommandSets", kKeys, Commanding({"file", "set", "", "A", "k", "longer"}), {kNotOpened, kNotUpdated}, {}},
+    OfUserList("ManyUsersAreChanged", kUsers, ChangeManyUsers),
     {"KeyOfALargeFile", Lines(10'000, 'a') + kKeys, Updating({"[A]", "k:", "longer"}), {}, {}},
     {"LargeFileGrows", Lines(10'000, 'a'), ReplacingBy(Lines(30'000, 'b')), {}, {}},
     {"LargeFileShrinks", Lines(30'000, 'a'), ReplacingBy(Lines(10'000, 'b')), {}, {}},
@@ -214,7 +297,8 @@ class RewriteFaults : public testing::TestWithParam<std::tuple<bool, Action>> {
         std::vector<std::string> Errors;
     };
 
-    RewriteFaults() : scene_(std::get<bool>(GetParam()) ? &disk_.emplace() : nullptr) {}
+    RewriteFaults() : scene_(std::get<bool>(GetParam()) ? &disk_.emplace() : nullptr, action_.File) {}
+    ~RewriteFaults() override { Startup().SettingsChanged = false; }
 
     // The new text, made over a stale temporary that is longer.
     void FindAfter() {

@@ -3,6 +3,7 @@
 // Ends with 1 at the first that fails.
 #include <cstdlib>
 
+#include "platform/clock.h"
 #include "platform/environment.h"
 #include "shell/format.h"
 #include "shell/server_paths.h"
@@ -15,6 +16,7 @@ int main(int argc, char** argv) {
     const long count = std::strtol(argv[3], nullptr, 10);
     for (long n = 1; n <= count; ++n) {
         if (!bv::AddUserRecord(bv::FormatText("%.3d%s", n, argv[2]), {}, bv::RecordKind::User)) return 1;
+        bv::platform::TheClock().Sleep(1); // in which the other has its turn
     }
     return 0;
 }

@@ -17,10 +17,16 @@ namespace {
 constexpr int kUsers = 100; // of each process
 const std::string kList = "B-DB\\USERLIST.INI";
 
-// What is in the list before, with lines that a reader would clean. New users go before the one in the middle or, from
-// number 50 on, to the end.
+std::string Groups() {
+    std::string text;
+    for (int n = 0; n < 2000; ++n) text += "[GROUP]\r\nName: 000\r\n; a note \n";
+    return text;
+}
+
+// What is in the list before: lines that a reader would clean, and so many groups that a rewrite takes its time. New
+// users go before the one in the middle or, from number 50 on, to the end.
 const std::string kHead = "[BRIVANE]\nType: UserList \t\n; \x01\xff" + std::string(1000, 'x') + "\n";
-const std::string kMiddle = "\r\n[user] \nname: 050\t \nX:\t1 \n\n[GROUP]\r\nName: 000\r\n; a note \n";
+const std::string kMiddle = "\r\n[user] \nname: 050\t \nX:\t1 \n\n" + Groups();
 
 std::string Name(int number, const char* suffix) { return FormatText("%.3d%s", number, suffix); }
 
@@ -49,7 +55,10 @@ TEST(TwoProcesses, AddTheirUsersInOrderAndChangeNothingElse) {
         platform::TheProcesses().Start("user_adder " + disk.Path() + " a " + std::to_string(kUsers));
     ASSERT_TRUE(other.Started);
     EXPECT_TRUE(WaitUntil([&] { return disk.Read(kList).find("001a") != std::string::npos; }));
-    for (int n = 1; n <= kUsers; ++n) EXPECT_TRUE(AddUserRecord(Name(n, "B"), {}, RecordKind::User));
+    for (int n = 1; n <= kUsers; ++n) {
+        EXPECT_TRUE(AddUserRecord(Name(n, "B"), {}, RecordKind::User));
+        platform::TheClock().Sleep(1); // in which the other has its turn
+    }
     EXPECT_TRUE(WaitUntil([&] { return !other.Started->IsRunning(); }));
 
     const std::string list = disk.Read(kList);
