@@ -36,7 +36,9 @@ std::string_view SenderName(const UserRecord& record) {
 }
 
 bool AddEverywhere(std::string_view name, const UserRecord& record, RecordKind kind) {
-    if (!CreateUserDirectories(name, SenderName(record), kind) || !AddUserRecord(name, record, kind)) return false;
+    const NamedRecord added[] = {{std::string(name), record}};
+    if (!CreateUserDirectories(name, SenderName(record), kind)) return false;
+    if (!ChangeUserRecords({.Added = added, .NamesAreFree = true}, kind)) return false;
     Startup().SettingsChanged = true;
     return TellMailList(name, nullptr, &record);
 }
@@ -99,7 +101,8 @@ bool AddUser(std::string_view name, const UserRecord& record, RecordKind kind) {
 
 bool UpdateUser(std::string_view name, const UserRecord& before, const UserRecord& after, RecordKind kind) {
     if (after == before) return true;
-    if (!UpdateUserRecord(name, after, kind)) return false;
+    const NamedRecord updated[] = {{std::string(name), after}};
+    if (!ChangeUserRecords({.Updated = updated, .Before = {&before, 1}}, kind)) return false;
     Startup().SettingsChanged = true;
     if (!TellMailList(name, &before, &after)) return false;
     ShowStatus(456, "user", WithKind(name, kind));
@@ -124,9 +127,13 @@ SavedUsers SaveUsers(std::span<const NamedRecord> added, std::span<const RecordU
     const auto withDirectories = added.first(CreateAllDirectories(added, kind, goOn));
     if (withDirectories.size() < added.size()) updated = {};
     std::vector<NamedRecord> after;
-    for (const RecordUpdate& update : updated) after.push_back({update.Name, update.After});
+    std::vector<UserRecord> before;
+    for (const RecordUpdate& update : updated) {
+        after.push_back({update.Name, update.After});
+        before.push_back(update.Before);
+    }
     if (withDirectories.empty() && after.empty()) return {};
-    if (!ChangeUserRecords({withDirectories, after}, kind)) return {};
+    if (!ChangeUserRecords({withDirectories, after, true, before}, kind)) return {};
 
     Startup().SettingsChanged = true;
     for (const auto& [name, record] : withDirectories) TellMailList(name, nullptr, &record);

@@ -31,7 +31,8 @@ int FaultOfNewName(std::string_view name);
 // user %s" or, after the message, 465 "Unable to add user %s", in which a group is "group NAME".
 bool AddUser(std::string_view name, const UserRecord& record, RecordKind kind);
 
-// Writes a record that a person has changed; one that is as before is left alone. Status 456 "Modified %s %s".
+// Writes a record that a person has changed; one that is as before is left alone, and one that somebody else has
+// changed meanwhile is not overwritten (9025). Status 456 "Modified %s %s".
 bool UpdateUser(std::string_view name, const UserRecord& before, const UserRecord& after, RecordKind kind);
 
 // Asks 5193 and deletes a record the other way round: from the mail list, from the user list, then its directories.

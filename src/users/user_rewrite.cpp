@@ -4,6 +4,7 @@
 #include <array>
 #include <map>
 #include <optional>
+#include <set>
 #include <utility>
 #include <vector>
 
@@ -75,7 +76,7 @@ bool RewriteUserList(Plan plan) {
 // Finds the places of changes in one pass over the records.
 class ChangePlanner {
   public:
-    ChangePlanner(const UserListChanges& changes, RecordKind kind) : kind_(kind) {
+    ChangePlanner(const UserListChanges& changes, RecordKind kind) : changes_(changes), kind_(kind) {
         for (const NamedRecord& added : changes.Added) pending_.push_back(&added);
         // Records of one name stay in their order, as if they came one by one.
         std::ranges::stable_sort(pending_, {}, &NamedRecord::Name);
@@ -84,15 +85,19 @@ class ChangePlanner {
         }
     }
 
-    // None, after a message, when a record to be updated is not there.
+    // None, after a message, when a record to be updated is not there, or the list is not as it is to be.
     std::optional<Splices> Plan(const HeldList& list) {
+        if (changes_.NamesAreFree && !CheckNamesAreFree(list)) return {};
         FindPlaces(list);
         if (!updates_.empty()) {
             ShowNotFound(updates_.begin()->second->Name, kind_);
             return {};
         }
         Splices splices;
-        for (const auto& [place, record] : placed_) AddSplice(list, place, *record, splices);
+        for (const auto& [place, record] : placed_) {
+            if (!CheckIsAsBefore(list, place, *record)) return {};
+            AddSplice(list, place, *record, splices);
+        }
         AppendPending(list, splices);
         return splices;
     }
@@ -102,6 +107,37 @@ class ChangePlanner {
         RecordPlace Place; // of the record to be updated; that to be added stands before it, and has no body
         const NamedRecord* Record;
     };
+
+    [[nodiscard]] bool CheckNamesAreFree(const HeldList& list) const {
+        static constexpr std::array kKeys = {kNameKey};
+        std::set<std::string> names;
+        for (const NamedRecord* added : pending_) names.insert(UpperText(added->Name));
+        WholeValue name;
+        for (const RecordKind kind : {RecordKind::User, RecordKind::Group}) {
+            list.Stream.Rewind();
+            RecordWalker records(list.Stream, RecordHeader(kind), kKeys);
+            while (records.Next()) {
+                records.Get(0, name);
+                if (!names.contains(UpperText(name))) continue;
+                ShowError(9023, name.View());
+                return false;
+            }
+        }
+        return true;
+    }
+
+    [[nodiscard]] bool CheckIsAsBefore(const HeldList& list, const RecordPlace& place,
+                                       const NamedRecord& record) const {
+        if (changes_.Before.empty() || IsAddition(place)) return true;
+        UserRecord current;
+        list.Stream.Seek(place.BodyStart);
+        ReadRecordBody(list.Stream, kind_, IsDefaultName(record.Name), current);
+        if (current == changes_.Before[static_cast<std::size_t>(&record - changes_.Updated.data())]) return true;
+        ShowError(9025, record.Name);
+        return false;
+    }
+
+    static bool IsAddition(const RecordPlace& place) { return place.BodyStart == place.Start; }
 
     void FindPlaces(const HeldList& list) {
         static constexpr std::array kKeys = {kNameKey};
@@ -140,7 +176,7 @@ class ChangePlanner {
     }
 
     void AddSplice(const HeldList& list, const RecordPlace& place, const NamedRecord& record, Splices& splices) const {
-        if (place.BodyStart == place.Start) {
+        if (IsAddition(place)) {
             splices.push_back({place.Start, place.Start, NewRecord(list, record).append(kLineEnd)});
         } else {
             const std::string_view oldBody = list.Body(place);
@@ -159,6 +195,7 @@ class ChangePlanner {
         splices.push_back(std::move(end));
     }
 
+    const UserListChanges& changes_;
     RecordKind kind_;
     std::vector<const NamedRecord*> pending_; // to be added, by name; those from next_ on have no place yet
     std::size_t next_ = 0;

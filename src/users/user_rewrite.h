@@ -29,8 +29,13 @@ bool DeleteUserRecord(std::string_view name, RecordKind kind);
 // The same for many records in one rewrite, as if one by one, with the default record as it was before; of several
 // updates of one record the last counts. When one of those to be updated is not there, nothing is changed.
 struct UserListChanges {
-    std::span<const NamedRecord> Added;
-    std::span<const NamedRecord> Updated;
+    std::span<const NamedRecord> Added = {};
+    std::span<const NamedRecord> Updated = {};
+
+    // What somebody has looked at before, and may have become otherwise meanwhile: whether the names of Added must be
+    // free of users and groups (9023), and what each of Updated must still be (9025); nothing, for whatever it is.
+    bool NamesAreFree = false;
+    std::span<const UserRecord> Before = {};
 };
 bool ChangeUserRecords(const UserListChanges& changes, RecordKind kind);
 

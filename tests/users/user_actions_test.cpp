@@ -45,6 +45,11 @@ class UserActions : public testing::Test {
         return server_.Get("F:\\BRIVANE\\USERS\\" + name + "\\B-DB\\USER.INI").substr(11);
     }
 
+    static UserRecord Read(std::string_view name, RecordKind kind) {
+        UserRecord record;
+        EXPECT_TRUE(ReadUserRecord(name, record, kind));
+        return record;
+    }
     static UserRecord Mailed(std::string_view mailName) {
         UserRecord record;
         record.Fullname = "Full";
@@ -93,19 +98,39 @@ TEST_F(UserActions, AddStopsWhereItFails) {
 }
 
 TEST_F(UserActions, UpdateWritesOnlyWhatHasChanged) {
-    EXPECT_TRUE(UpdateUser("ANN", Mailed("a@b"), Mailed("a@b"), kUser));
+    const UserRecord ann = Read("ANN", kUser);
+    EXPECT_TRUE(UpdateUser("ANN", ann, ann, kUser));
     EXPECT_EQ(server_.Get(kPath), kList);
     EXPECT_THAT(server_.Front.TakeSaid(), IsEmpty());
     EXPECT_FALSE(Startup().SettingsChanged);
     EXPECT_FALSE(UpdateUser("BOB", {}, Mailed("a@b"), kUser));
     EXPECT_EQ(LastSaid(), "error: Brivane user BOB not found");
     EXPECT_FALSE(Startup().SettingsChanged);
-    EXPECT_TRUE(UpdateUser("ANN", Mailed("a@b"), {}, kUser));
+    EXPECT_TRUE(UpdateUser("ANN", ann, {}, kUser));
     EXPECT_EQ(LastSaid(), "status 1: Modified user ANN");
-    EXPECT_TRUE(UpdateUser("@A", {}, Mailed(""), kGroup));
+    EXPECT_TRUE(UpdateUser("@A", Read("@A", kGroup), Mailed(""), kGroup));
     EXPECT_EQ(LastSaid(), "status 1: Modified user group @A");
     EXPECT_THAT(told_, ElementsAre("ANN: a@b -> , listed"));
     EXPECT_TRUE(Startup().SettingsChanged);
+}
+
+// Two people look at the list, and then both write.
+TEST_F(UserActions, WhatSomebodyElseHasDoneMeanwhileStays) {
+    const UserRecord seen = Read("ANN", kUser);
+    UserRecord theirs = seen;
+    theirs.Fullname = "Theirs";
+    EXPECT_TRUE(UpdateUser("ANN", seen, theirs, kUser) && AddUser("IRIS", Mailed(""), kUser));
+    const std::string list = server_.Get(kPath);
+    UserRecord ours = seen;
+    ours.Group = "@A";
+    EXPECT_FALSE(UpdateUser("ANN", seen, ours, kUser));
+    EXPECT_EQ(LastSaid(), "error: ANN was changed by somebody else meanwhile, and is not overwritten.");
+    for (const RecordKind kind : {kUser, kGroup}) {
+        EXPECT_FALSE(AddUser("iris", {}, kind));
+        EXPECT_THAT(server_.Front.TakeSaid(),
+                    testing::Contains("error: Name: \"IRIS\" - there is a user or user group of that name already."));
+    }
+    EXPECT_EQ(server_.Get(kPath), list);
 }
 
 TEST_F(UserActions, DeleteGoesTheOtherWayRound) {
@@ -141,7 +166,7 @@ TEST_F(UserActions, DeleteGoesTheOtherWayRound) {
 
 TEST_F(UserActions, ManyAtOnceAreWholeUsersWhereverItStops) {
     const NamedRecord added[] = {{"C", Mailed("c")}, {"B", {}}, {"D", {}}};
-    const RecordUpdate updated[] = {{"ANN", Mailed("a@b"), Mailed("new")}};
+    const RecordUpdate updated[] = {{"ANN", Read("ANN", kUser), Mailed("new")}};
     const auto names = [] {
         std::string text;
         VisitUserRecords(kUser, [&](std::string_view name, const UserRecord& record) {
