@@ -70,6 +70,7 @@ std::string Step(World& world, const unsigned (&numbers)[5]) {
         const std::string to = world.Directory + "\\" + names[numbers[3] % 6];
         const auto info = world.Files.Find(path);
         if (info && info->IsDirectory) return "directory";
+        if (EqualFolded(path, to)) return "the same name"; // which some systems take for a change of case
         return "rename" + ShowError(world.Files.Rename(path, to));
     }
     default:
