@@ -1,6 +1,7 @@
 // Where Windows paths lie on a system without drives.
 #pragma once
 
+#include <optional>
 #include <string>
 
 namespace bv::platform {
@@ -13,5 +14,9 @@ bool MapDrive(const std::string& driveOrShare, const std::string& hostDirectory)
 // The Windows path of a path as the user of this system writes it: a Windows path as it stands, a host path
 // made absolute and put below the mapped drive or share that is nearest to it.
 std::string ToWindowsPath(const std::string& userPath);
+
+// The path by the share ("\\server\share\...") that its drive, or where its drive lies, belongs to; none when it
+// belongs to none. A path that is already one of a share stays as it is.
+std::optional<std::string> ToNetworkPath(const std::string& path);
 
 } // namespace bv::platform

@@ -21,8 +21,14 @@ class Libraries {
   public:
     virtual ~Libraries() = default;
 
+    // The handle by which the system knows this program's own module; none where it has no such handles.
+    virtual void* OwnModule() { return nullptr; }
+
     // Loads a library by file name or path, without any box of the system's; none when it is missing.
     virtual std::unique_ptr<Library> Load(const std::string& name) = 0;
+
+    // The system's own error number of the last Load that found none; 0 where the system has no numbers for that.
+    virtual unsigned long LastError() { return 0; }
 };
 
 template <>

@@ -152,4 +152,16 @@ std::string ToWindowsPath(const std::string& userPath) {
     return nearest.value_or(Join("", names, '/'));
 }
 
+std::optional<std::string> ToNetworkPath(const std::string& path) {
+    const RootedPath rooted = PartRoot(path);
+    if (rooted.Root.starts_with("\\\\")) return path;
+    const std::optional<std::string> host = ToHostPath(path);
+    if (rooted.Root.empty() || !host) return std::nullopt;
+    for (const auto& [root, directory] : Mappings()) {
+        const auto below = NamesBelow(directory, PathNames(*host));
+        if (root.starts_with("\\\\") && below) return Join(root, *below, '\\');
+    }
+    return std::nullopt;
+}
+
 } // namespace bv::platform

@@ -28,4 +28,13 @@ std::string ToWindowsPath(const std::string& userPath) {
     return length == 0 || length >= full.size() ? userPath : std::string(full.data(), length);
 }
 
+std::optional<std::string> ToNetworkPath(const std::string& path) {
+    if (path.starts_with("\\\\")) return path;
+    alignas(UNIVERSAL_NAME_INFOA) std::array<char, 1024> buffer{};
+    DWORD size = static_cast<DWORD>(buffer.size());
+    if (WNetGetUniversalNameA(path.c_str(), UNIVERSAL_NAME_INFO_LEVEL, buffer.data(), &size) != NO_ERROR)
+        return std::nullopt;
+    return std::string(reinterpret_cast<const UNIVERSAL_NAME_INFOA*>(buffer.data())->lpUniversalName);
+}
+
 } // namespace bv::platform

@@ -23,12 +23,19 @@ class WindowsLibrary final : public Library {
 
 class WindowsLibraries final : public Libraries {
   public:
+    void* OwnModule() override { return GetModuleHandleA(nullptr); }
+
     std::unique_ptr<Library> Load(const std::string& name) override {
         const UINT before = SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX);
         const HMODULE module = LoadLibraryA(name.c_str());
+        error_ = module == nullptr ? GetLastError() : 0;
         SetErrorMode(before);
         return module == nullptr ? nullptr : std::make_unique<WindowsLibrary>(module);
     }
+    unsigned long LastError() override { return error_; }
+
+  private:
+    DWORD error_ = 0;
 };
 
 } // namespace
