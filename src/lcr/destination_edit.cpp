@@ -1,0 +1,218 @@
+#include "lcr/destination_edit.h"
+
+#include <algorithm>
+#include <functional>
+#include <optional>
+#include <utility>
+
+#include "ctlfile/whole_file.h"
+#include "lcr/text_file.h"
+#include "platform/ascii.h"
+#include "platform/files.h"
+#include "shell/messages.h"
+
+namespace bv {
+namespace {
+
+using platform::Files;
+
+std::string LivePath(const WorkingCopy& copy) { return DestinationPath(copy.File, copy.DiallingCode); }
+std::string NewPath(const WorkingCopy& copy) { return DestinationPath(copy.File, copy.DiallingCode, "new"); }
+
+// What a change makes of a text; none, after a message, when it cannot be made.
+using TextChange = std::function<std::optional<std::string>(std::string_view text)>;
+
+bool PutWorkingCopyInPlace(const WorkingCopy& copy) {
+    if (PutInPlace(NewPath(copy), LivePath(copy))) return true;
+    ShowError(5004, LivePath(copy));
+    return false;
+}
+
+// A working copy without its live file gets its place.
+bool EndCutOffCommit(const WorkingCopy& copy) {
+    if (!IsMissing(LivePath(copy))) return true;
+    const std::optional<TextOfFile> left = ReadTextFile(NewPath(copy));
+    if (!left) return false;
+    return !HasDestinationList(copy.File, left->Text) || PutWorkingCopyInPlace(copy);
+}
+
+// Writes the working copy anew: with the live file's text, or the given one where there is none.
+bool MakeWorkingCopy(const WorkingCopy& copy, const std::string& textOfNone) {
+    const std::optional<TextOfFile> live = ReadTextFile(LivePath(copy));
+    if (!live) return false;
+    if (WriteWholeFile(NewPath(copy), live->IsThere ? live->Text : textOfNone)) return true;
+    ShowOpenFault(NewPath(copy));
+    return false;
+}
+
+bool BeginFile(DestinationEdit& edit, const WorkingCopy& copy) {
+    if (!EndCutOffCommit(copy) || !MakeWorkingCopy(copy, EmptyDestinationText(copy.File))) return false;
+    edit.Copies.push_back(copy);
+    return true;
+}
+
+// An area file gets its working copy when it is first changed.
+bool Touch(DestinationEdit& edit, const WorkingCopy& copy) {
+    const auto isSame = [&](const WorkingCopy& other) {
+        return other.File.Type == copy.File.Type && other.DiallingCode == copy.DiallingCode;
+    };
+    return std::ranges::any_of(edit.Copies, isSame) || BeginFile(edit, copy);
+}
+
+// The working copy is as it was when this fails, whatever has been deleted.
+bool ReplaceWorkingCopy(const WorkingCopy& copy, const std::string& oldText, const std::string& newText) {
+    const std::string rewritePath = DestinationPath(copy.File, copy.DiallingCode, "ne2");
+    if (!WriteWholeFile(rewritePath, newText)) {
+        ShowOpenFault(rewritePath);
+        return false;
+    }
+    if (PutInPlace(rewritePath, NewPath(copy))) return true;
+    ShowError(5004, NewPath(copy));
+    if (!Files().Find(NewPath(copy))) WriteWholeFile(NewPath(copy), oldText);
+    Files().Delete(rewritePath);
+    return false;
+}
+
+// Stores the new text for the tables.
+bool Change(DestinationEdit& edit, const WorkingCopy& copy, const TextChange& change, std::string& newText) {
+    if (!Touch(edit, copy)) return false;
+    const std::optional<TextOfFile> old = ReadTextFile(NewPath(copy));
+    if (!old) return false;
+    if (!old->IsThere) {
+        ShowOpenFault(NewPath(copy));
+        return false;
+    }
+    const std::optional<std::string> changed = change(old->Text);
+    if (!changed || !ReplaceWorkingCopy(copy, old->Text, *changed)) return false;
+    newText = *changed;
+    edit.Changed = true;
+    return true;
+}
+
+std::optional<std::string> OrNotFound(std::optional<std::string> text, std::string_view kind,
+                                      std::string_view identifier) {
+    if (!text) ShowError(9130, kind, identifier);
+    return text;
+}
+
+bool ChangeRegions(DestinationEdit& edit, const TextChange& change) {
+    std::string text;
+    if (!Change(edit, {kRegionFile, {}}, change, text)) return false;
+    edit.Tables = {ParseMatchEntries(kRegionFile, text), edit.Tables.Countries()};
+    return true;
+}
+
+// A country that was there keeps its areas.
+bool ChangeCountries(DestinationEdit& edit, const TextChange& change) {
+    std::string text;
+    if (!Change(edit, {kCountryFile, {}}, change, text)) return false;
+    std::vector<CountryEntry> countries = ParseCountries(text);
+    for (CountryEntry& country : countries) {
+        const auto& old = edit.Tables.Countries();
+        const auto same = std::ranges::find(old, country.DiallingCode, &CountryEntry::DiallingCode);
+        if (same == old.end()) continue;
+        country.HasAreaFile = same->HasAreaFile;
+        country.Areas = same->Areas;
+    }
+    edit.Tables = {edit.Tables.Regions(), std::move(countries)};
+    return true;
+}
+
+bool ChangeAreas(DestinationEdit& edit, std::string_view diallingCode, const TextChange& change) {
+    std::string text;
+    if (!Change(edit, {kAreaFile, std::string(diallingCode)}, change, text)) return false;
+    std::vector<CountryEntry> countries = edit.Tables.Countries();
+    for (CountryEntry& country : countries) {
+        if (country.DiallingCode != diallingCode) continue;
+        country.HasAreaFile = true;
+        country.Areas = ParseMatchEntries(kAreaFile, text);
+    }
+    edit.Tables = {edit.Tables.Regions(), std::move(countries)};
+    return true;
+}
+
+bool HasEntry(const std::vector<MatchEntry>& entries, const MatchEntry& entry) {
+    return std::ranges::find(entries, entry) != entries.end();
+}
+
+} // namespace
+
+bool BeginDestinationEdit(DestinationEdit& edit) {
+    edit = {};
+    if (!LoadDestinations(edit.Tables)) return false;
+    const auto hasWhole = [](const CountryEntry& country) {
+        return !country.HasAreaFile || EndCutOffCommit({kAreaFile, country.DiallingCode});
+    };
+    if (std::ranges::all_of(edit.Tables.Countries(), hasWhole) && BeginFile(edit, {kRegionFile, {}}) &&
+        BeginFile(edit, {kCountryFile, {}}))
+        return true;
+    DropDestinationEdit(edit);
+    return false;
+}
+
+bool WriteRegion(DestinationEdit& edit, const RegionEntry& entry) {
+    if (HasEntry(edit.Tables.Regions(), entry)) return true;
+    return ChangeRegions(edit, [&](std::string_view text) { return WithMatchEntry(kRegionFile, text, entry); });
+}
+
+bool WriteCountry(DestinationEdit& edit, const CountryEntry& entry) {
+    const auto& countries = edit.Tables.Countries();
+    if (std::ranges::find(countries, CountryLine(entry), CountryLine) != countries.end()) return true;
+    return ChangeCountries(edit, [&](std::string_view text) { return WithCountry(text, entry); });
+}
+
+bool WriteArea(DestinationEdit& edit, std::string_view diallingCode, const AreaEntry& entry) {
+    const CountryEntry* country = edit.Tables.FindCountry(diallingCode);
+    if (country != nullptr && HasEntry(country->Areas, entry)) return true;
+    return ChangeAreas(edit, diallingCode,
+                       [&](std::string_view text) { return WithMatchEntry(kAreaFile, text, entry); });
+}
+
+bool DeleteRegion(DestinationEdit& edit, std::string_view identifier) {
+    return ChangeRegions(edit, [&](std::string_view text) {
+        return OrNotFound(WithoutMatchEntry(kRegionFile, text, identifier), "region", identifier);
+    });
+}
+
+bool DeleteCountry(DestinationEdit& edit, std::string_view identifier) {
+    return ChangeCountries(edit, [&](std::string_view text) {
+        return OrNotFound(WithoutCountry(text, identifier), "country", identifier);
+    });
+}
+
+bool DeleteArea(DestinationEdit& edit, std::string_view diallingCode, std::string_view identifier) {
+    return ChangeAreas(edit, diallingCode, [&](std::string_view text) {
+        return OrNotFound(WithoutMatchEntry(kAreaFile, text, identifier), "area", identifier);
+    });
+}
+
+bool CommitDestinationEdit(DestinationEdit& edit) {
+    while (!edit.Copies.empty()) {
+        WorkingCopy& copy = edit.Copies.front();
+        if (!PutWorkingCopyInPlace(copy)) {
+            copy.IsOnlyText = !Files().Find(LivePath(copy));
+            return false;
+        }
+        edit.Copies.erase(edit.Copies.begin());
+    }
+    edit = {};
+    return true;
+}
+
+bool AbandonDestinationEdit(DestinationEdit& edit) {
+    constexpr int kWarningCaption = 5151;
+    if (edit.Changed &&
+        !AskFilled(kWarningCaption, BoxIcon::Warning, "This will mean all changes will be lost.  Lose changes?"))
+        return false;
+    DropDestinationEdit(edit);
+    return true;
+}
+
+void DropDestinationEdit(DestinationEdit& edit) {
+    for (const WorkingCopy& copy : edit.Copies) {
+        if (!copy.IsOnlyText) Files().Delete(NewPath(copy));
+    }
+    edit = {};
+}
+
+} // namespace bv

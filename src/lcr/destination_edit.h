@@ -1,0 +1,55 @@
+// Editing the destinations: all changes go into working copies beside the live files, which are then put in their place
+// or thrown away together. Two administrators are kept apart by the edit lock (edit_lock.h).
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "lcr/destination_files.h"
+#include "lcr/destinations.h"
+
+namespace bv {
+
+// A file that is being edited.
+struct WorkingCopy {
+    DestinationFile File;
+    std::string DiallingCode; // of an area file
+    bool IsOnlyText = false;  // a commit has deleted the live file and then failed
+};
+
+struct DestinationEdit {
+    Destinations Tables;             // as the working copies have them
+    std::vector<WorkingCopy> Copies; // the region file, the country file and each area file touched
+    bool Changed = false;
+};
+
+// Makes the working copies of the region file and the country file, new ones where there is no such file. What a save
+// that was cut off has left is put in its place first, and said as a warning. False, with no working copy left, after
+// "File error: couldn't open".
+bool BeginDestinationEdit(DestinationEdit& edit);
+
+// Put an entry into its working copy: in the place of the first one whose identifier begins with the entry's, or at the
+// end of the list. An entry that is there already is not written. False after "File error: couldn't open" or message
+// 5004, the working copy unchanged. The dialling code is that of the area's country.
+bool WriteRegion(DestinationEdit& edit, const RegionEntry& entry);
+bool WriteCountry(DestinationEdit& edit, const CountryEntry& entry);
+bool WriteArea(DestinationEdit& edit, std::string_view diallingCode, const AreaEntry& entry);
+
+// Take the first entry of exactly that identifier, in any case, out of its working copy. False, with it unchanged,
+// after a message; without such an entry, message 9130. A country's area file stays.
+bool DeleteRegion(DestinationEdit& edit, std::string_view identifier);
+bool DeleteCountry(DestinationEdit& edit, std::string_view identifier);
+bool DeleteArea(DestinationEdit& edit, std::string_view diallingCode, std::string_view identifier);
+
+// Puts the working copies in the place of the live files. False after message 5004: then it may be called again for
+// those that are left.
+bool CommitDestinationEdit(DestinationEdit& edit);
+
+// Throws the working copies away; changes only when the person says so. False when not.
+bool AbandonDestinationEdit(DestinationEdit& edit);
+
+// The same without asking. A working copy that is the only text of its file stays, for the next editing to find.
+void DropDestinationEdit(DestinationEdit& edit);
+
+} // namespace bv

@@ -1,0 +1,272 @@
+#include "lcr/router_settings.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "ctlfile/lines.h"
+#include "ctlfile/reader.h"
+#include "ctlfile/whole_file.h"
+#include "lcr/text_file.h"
+#include "platform/ascii.h"
+#include "platform/drives.h"
+#include "platform/files.h"
+#include "shell/format.h"
+#include "shell/messages.h"
+#include "shell/server_paths.h"
+
+namespace bv {
+namespace {
+
+using Settings = RouterSettings;
+
+constexpr std::string_view kHeader = "[ROUTER]";
+constexpr std::string_view kOwnKeys[] = {
+    "LocalServerID:",      "EmailLoginName:",        "EmailLoginParams:",  "EmailType:",
+    "EmailInboxPollFreq:", "EmailDeleteInvalidMsg:", "WanInboxDirectory:", "WanInboxPollFreq:",
+};
+
+std::string LivePath() { return DatabaseFile("Setup.ini"); }
+std::string NewPath() { return DatabaseFile("Setup.new"); }
+
+// The text's parts around the lines of the paragraph.
+struct PartedText {
+    std::string_view Before;    // without the header's line
+    std::string_view Paragraph; // without it, too
+    std::string_view After;
+    bool HasParagraph = false;
+};
+
+PartedText PartText(std::string_view text) {
+    std::string_view rest = text;
+    while (!rest.empty()) {
+        const std::size_t start = text.size() - rest.size();
+        if (!EqualFolded(CleanLine(TakeLine(rest)), kHeader)) continue;
+        const std::size_t size = FindHeader(rest, "[");
+        return {text.substr(0, start), rest.substr(0, size), rest.substr(size), true};
+    }
+    return {text, {}, {}, false};
+}
+
+bool IsOwnLine(std::string_view line) {
+    return std::ranges::any_of(kOwnKeys, [&](std::string_view key) { return BeginsWith(line, key); });
+}
+
+// The value of the first line with the key; none without one.
+std::optional<std::string> FindValue(std::string_view paragraph, std::string_view key) {
+    while (!paragraph.empty()) {
+        const std::string line = CleanLine(TakeLine(paragraph));
+        if (IsSignificantLine(line) && BeginsWith(line, key)) return std::string(KeyValue(line).value_or(""));
+    }
+    return {};
+}
+
+// A first token, in quotes or not, and a second one in quotes.
+std::pair<std::string, std::string> TwoTokens(const std::optional<std::string>& value) {
+    if (!value) return {};
+    const QuotedToken first = ParseQuotedToken(*value);
+    const std::string_view second = ParseQuotedToken(first.Rest).Token.value_or("");
+    return {std::string(StripQuotes(first.Token.value_or(""))),
+            second.starts_with('"') ? std::string(StripQuotes(second)) : std::string()};
+}
+
+Settings ParseParagraph(std::string_view paragraph) {
+    Settings settings;
+    std::tie(settings.LocalServerId, settings.LocalServerDescription) = TwoTokens(FindValue(paragraph, kOwnKeys[0]));
+    std::tie(settings.EmailLoginName, settings.NotesIdFile) = TwoTokens(FindValue(paragraph, kOwnKeys[1]));
+    settings.EmailLoginParams = FindValue(paragraph, kOwnKeys[2]).value_or("");
+    if (const auto type = FindValue(paragraph, kOwnKeys[3]);
+        type && !ValueCodec<EmailType>::Store(settings.Email, *type))
+        settings.Email = EmailType::OtherMapi;
+    settings.EmailPollInterval = ParseHourMinute(FindValue(paragraph, kOwnKeys[4]).value_or("0"));
+    if (const auto deletes = FindValue(paragraph, kOwnKeys[5]))
+        settings.DeleteInvalidMessages = ParseBool(*deletes).value_or(false);
+    settings.WanInboxDirectory = FindValue(paragraph, kOwnKeys[6]).value_or("");
+    settings.WanPollInterval = ParseHourMinute(FindValue(paragraph, kOwnKeys[7]).value_or("0"));
+    settings.EmailEnabled = !settings.EmailLoginName.empty();
+    settings.WanEnabled = !settings.WanInboxDirectory.empty();
+    return settings;
+}
+
+std::string ParagraphText(const Settings& settings) {
+    std::string text = FormatText("%s\r\nLocalServerID: %s, \"%s\"\r\n", kHeader, settings.LocalServerId,
+                                  settings.LocalServerDescription);
+    if (settings.EmailEnabled) {
+        text += FormatText("EmailType: %s\r\nEmailLoginName: \"%s\"", ValueCodec<EmailType>::Text(settings.Email),
+                           settings.EmailLoginName);
+        if (settings.Email == EmailType::LotusNotes) text += FormatText(", \"%s\"", settings.NotesIdFile);
+        text += FormatText("\r\nEmailLoginParams: %s\r\nEmailInboxPollFreq: %s\r\n", settings.EmailLoginParams,
+                           FormatHourMinute(settings.EmailPollInterval));
+    }
+    if (settings.WanEnabled)
+        text += FormatText("WanInboxDirectory: %s\r\nWanInboxPollFreq: %s\r\n", settings.WanInboxDirectory,
+                           FormatHourMinute(settings.WanPollInterval));
+    return text;
+}
+
+std::string Rewritten(std::string_view text, const Settings& settings) {
+    PartedText parted = PartText(text);
+    std::string result(parted.Before);
+    if (!result.empty() && !result.ends_with('\n')) result += kLineEnd;
+    if (!parted.HasParagraph) result += kLineEnd;
+    result += ParagraphText(settings);
+    while (!parted.Paragraph.empty()) {
+        const std::string_view line = TakeLine(parted.Paragraph);
+        if (!IsOwnLine(line)) result += line;
+    }
+    return result.append(parted.After);
+}
+
+template <std::string Settings::*Member>
+constexpr KeyField<Settings> TextRow(std::string_view key, const ValueRule& rule) {
+    return {key, rule, [](const Settings& settings) { return settings.*Member; },
+            [](Settings& settings, std::string_view text) {
+                settings.*Member = text;
+                return true;
+            }};
+}
+
+template <HourMinute Settings::*Member>
+KeyField<Settings> TimeRow(std::string_view key) {
+    return {key, HourMinuteRule(), [](const Settings& settings) { return FormatHourMinute(settings.*Member); },
+            [](Settings& settings, std::string_view text) {
+                settings.*Member = ParseHourMinute(text);
+                return true;
+            }};
+}
+
+constexpr bool IsQuotable(std::string_view text, std::size_t limit) {
+    return text.size() <= limit && text.find('"') == std::string_view::npos;
+}
+
+constexpr ValueRule OtherRule(std::string_view description, bool (*isGood)(std::string_view)) {
+    return {ValueRule::Form::Other, 0, {}, description, isGood};
+}
+
+constexpr std::size_t kIdLimit = 19;
+constexpr std::size_t kLoginLimit = 99;
+constexpr ValueRule kIdRule = OtherRule("a name of 1 to 19 characters without blanks, commas and quotes",
+                                        [](std::string_view text) { return IsToken(text, kIdLimit); });
+constexpr ValueRule kQuotedRule = OtherRule("a text of at most 99 characters without quotes",
+                                            [](std::string_view text) { return IsQuotable(text, kLoginLimit); });
+
+const std::array kKeys = {
+    RouterKey{TextRow<&Settings::LocalServerId>("LocalServerID:", kIdRule)},
+    RouterKey{TextRow<&Settings::LocalServerDescription>("Description:", kQuotedRule)},
+    RouterKey{FieldOf<&Settings::EmailEnabled>("EmailEnabled:")},
+    RouterKey{FieldOf<&Settings::Email>("EmailType:")},
+    RouterKey{TextRow<&Settings::EmailLoginName>("EmailLoginName:", kQuotedRule)},
+    RouterKey{TextRow<&Settings::NotesIdFile>("NotesIdFile:", kQuotedRule)},
+    RouterKey{TextRow<&Settings::EmailLoginParams>("EmailLoginParams:", {ValueRule::Form::Text, kLoginLimit}), true},
+    RouterKey{TimeRow<&Settings::EmailPollInterval>("EmailInboxPollFreq:")},
+    RouterKey{FieldOf<&Settings::WanEnabled>("WanEnabled:")},
+    RouterKey{TextRow<&Settings::WanInboxDirectory>("WanInboxDirectory:", {ValueRule::Form::Text, 256})},
+    RouterKey{TimeRow<&Settings::WanPollInterval>("WanInboxPollFreq:")},
+};
+
+// Writes a file in the directory, reads it and deletes it.
+bool CanUse(const std::string& directory) {
+    const std::string path = directory + "\\test.tmp";
+    if (!WriteWholeFile(path, "Test WAN inbox\n")) return false;
+    ControlStream file = OpenShared(path, "rb");
+    const bool isReadable = static_cast<bool>(file);
+    file.Close();
+    platform::Files().Delete(path);
+    return isReadable;
+}
+
+// Why the directory cannot be an inbox; empty when it can.
+std::string_view FaultOfInbox(std::string directory) {
+    if (directory.ends_with('\\')) directory.pop_back();
+    const std::optional<std::string> path =
+        directory.starts_with("\\\\") ? directory : platform::ToNetworkPath(directory);
+    if (!path)
+        return "Unable to resolve network drive mapping to Universal (UNC) address (e.g. \\\\server\\folder\\LCRIN)";
+    const std::optional<platform::FileInfo> found = platform::Files().Find(*path);
+    if (!found) return "Can't find specified directory";
+    if (!found->IsDirectory) return "This path specifies a file not a directory";
+    return CanUse(*path) ? "" : "Unable to read or write in directory";
+}
+
+} // namespace
+
+HourMinute ParseHourMinute(std::string_view text) {
+    if (text.empty()) return {};
+    const std::size_t colon = std::min(text.find(':'), text.size());
+    return {ParseNumber(text.substr(std::min(colon + 1, text.size()))), ParseNumber(text.substr(0, colon))};
+}
+
+std::string FormatHourMinute(const HourMinute& time) {
+    return time.IsSet() ? FormatText("%.2d:%.2d", time.Hours, time.Minutes) : std::string();
+}
+
+ValueRule HourMinuteRule() {
+    return OtherRule("a time such as 01:30", [](std::string_view text) {
+        const std::size_t colon = text.find(':');
+        if (colon == std::string_view::npos) return text.empty();
+        const auto isNumber = [](std::string_view digits) {
+            return !digits.empty() && digits.size() <= 2 && std::ranges::all_of(digits, IsDigit);
+        };
+        return isNumber(text.substr(0, colon)) && isNumber(text.substr(colon + 1));
+    });
+}
+
+std::span<const RouterKey> RouterKeys() { return kKeys; }
+
+bool IsToken(std::string_view text, std::size_t limit) {
+    return !text.empty() && text.size() <= limit && text.find_first_of(" ,\"") == std::string_view::npos;
+}
+
+RouterReading ReadRouterSettings(RouterSettings& settings) {
+    settings = {};
+    const std::optional<TextOfFile> file = ReadTextFile(LivePath());
+    if (file && !file->IsThere) ShowOpenFault(LivePath());
+    if (!file || !file->IsThere) return RouterReading::Failed;
+    const PartedText parted = PartText(file->Text);
+    if (!parted.HasParagraph) return RouterReading::NotConfigured;
+    settings = ParseParagraph(parted.Paragraph);
+    return RouterReading::Done;
+}
+
+RouterSettings AsRead(const RouterSettings& settings) { return ParseParagraph(ParagraphText(settings)); }
+
+bool WriteRouterSettings(const RouterSettings& settings) {
+    const std::optional<TextOfFile> file = ReadTextFile(LivePath());
+    if (!file) return false;
+    if (!file->IsThere || !WriteWholeFile(NewPath(), Rewritten(file->Text, settings))) {
+        ShowOpenFault(file->IsThere ? NewPath() : LivePath());
+        return false;
+    }
+    if (PutInPlace(NewPath(), LivePath())) return true;
+    ShowError(5004, LivePath());
+    return false;
+}
+
+std::optional<SettingFault> FaultOfRouter(const RouterSettings& settings) {
+    constexpr std::string_view kInterval = "All intervals must be between 00:01 and 23:59";
+    const std::pair<bool, SettingFault> rules[] = {
+        {!settings.EmailEnabled || settings.EmailPollInterval.IsInterval(), {"EmailInboxPollFreq", kInterval}},
+        {!settings.WanEnabled || settings.WanPollInterval.IsInterval(), {"WanInboxPollFreq", kInterval}},
+        {!settings.EmailEnabled || !settings.EmailLoginName.empty(),
+         {"EmailLoginName", "You must enter an Email account name"}},
+        {!settings.WanEnabled || !settings.WanInboxDirectory.empty(),
+         {"WanInboxDirectory", "You must enter a WAN inbox folder"}},
+        {settings.EmailEnabled || settings.WanEnabled, {"EmailEnabled", "You must enable Email and / or WAN links"}},
+    };
+    for (const auto& [holds, fault] : rules)
+        if (!holds) return fault;
+    return {};
+}
+
+bool TestWanInbox(std::string_view directory) {
+    const std::string_view fault = FaultOfInbox(std::string(directory));
+    if (fault.empty())
+        ShowStatus("Tested WAN inbox successfully");
+    else
+        ShowError(fault);
+    return fault.empty();
+}
+
+std::string DefaultWanInbox() { return Paths().ServerArea.String() + "LCRIN\\"; }
+
+} // namespace bv

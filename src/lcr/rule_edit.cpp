@@ -1,0 +1,266 @@
+#include "lcr/rule_edit.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cstdint>
+#include <utility>
+
+#include "ctlfile/reader.h"
+#include "lcr/rule_file.h"
+#include "lcr/time_range.h"
+#include "platform/ascii.h"
+#include "shell/format.h"
+#include "shell/messages.h"
+
+namespace bv {
+namespace {
+
+constexpr int kPlainCaption = 5201;
+constexpr int kWarningCaption = 5151;
+constexpr std::string_view kAny = "(any)";
+constexpr std::string_view kOffpeak = "OFFPEAK";
+constexpr std::string_view kPeak = "PEAK";
+constexpr int kMostPages = 100;
+constexpr int kEndOfDay = 24;
+
+struct DayWord {
+    std::string_view Word;
+    std::uint16_t Bit;
+};
+constexpr std::array kWeek = {
+    DayWord{"MON ", 2},  DayWord{"TUE ", 4},  DayWord{"WED ", 8}, DayWord{"THU ", 16},
+    DayWord{"FRI ", 32}, DayWord{"SAT ", 64}, DayWord{"SUN ", 1},
+};
+
+// A number of digits alone; none for any other text.
+std::optional<int> DigitsOf(std::string_view text) {
+    if (text.empty() || !std::ranges::all_of(text, IsDigit)) return {};
+    int number = 0;
+    const auto parsed = std::from_chars(text.data(), text.data() + text.size(), number);
+    return parsed.ec == std::errc() ? std::optional(number) : std::nullopt;
+}
+
+// Whether a field holds at most two digits and a number below the limit; a message says when not.
+bool CheckField(int messageId, std::string_view name, const std::string& text, int limit) {
+    const std::optional<int> number = DigitsOf(text);
+    if (number && text.size() <= 2 && *number < limit) return true;
+    ShowError(messageId, name, text);
+    return false;
+}
+
+struct EnteredTime {
+    std::string_view Word; // "AFTER" or "BEFORE"
+    const std::string& Hour;
+    const std::string& Minute;
+
+    [[nodiscard]] bool IsLeftOut() const { return Hour.empty() && Minute.empty(); }
+    [[nodiscard]] bool IsFine() const {
+        return CheckField(9161, Word, Hour, kEndOfDay) && CheckField(9162, Word, Minute, 60);
+    }
+    [[nodiscard]] std::string Clock() const {
+        return FormatText("%.2d:%.2d", DigitsOf(Hour).value_or(0), DigitsOf(Minute).value_or(0));
+    }
+};
+
+std::string TwoDigits(int number) { return FormatText("%.2d", number); }
+
+std::optional<std::string> MakeSpecificText(const RuleTime& time) {
+    const EnteredTime after = {"AFTER", time.AfterHour, time.AfterMinute};
+    const EnteredTime before = {"BEFORE", time.BeforeHour, time.BeforeMinute};
+    std::string text;
+    for (const DayWord& day : kWeek) {
+        if ((time.Days & day.Bit) != 0) text += day.Word;
+    }
+    for (const EnteredTime* entered : {&after, &before}) {
+        if (entered->IsLeftOut()) continue;
+        if (!entered->IsFine()) return {};
+        text.append(entered->Word).append(" ").append(entered->Clock()).append(" ");
+    }
+    // Without AFTER the period starts at midnight.
+    if (!before.IsLeftOut() && after.Clock() == before.Clock()) {
+        ShowError(9163, before.Clock());
+        return {};
+    }
+    if (!text.empty()) return text;
+    ShowError(9164);
+    return {};
+}
+
+// Joins texts by a comma and a blank; "(any)" without any.
+std::string Listed(const std::vector<std::string>& texts) {
+    std::string list;
+    for (const std::string& text : texts) list.append(list.empty() ? "" : ", ").append(text);
+    return list.empty() ? std::string(kAny) : list;
+}
+
+std::string DestinationWords(const RoutingRule& rule, const Destinations& places) {
+    std::vector<std::string> words;
+    for (const RuleDestination& destination : rule.Destinations) {
+        const std::string value(KeyValue(destination.Line).value_or(""));
+        words.push_back(IsRegion(destination) ? FindRegionName(places, value) : FindDestinationName(places, value));
+    }
+    return Listed(words);
+}
+
+std::string PriorityWords(const RoutingRule& rule) {
+    if (IsAnyPriority(rule.Priorities)) return std::string(kAny);
+    std::vector<std::string> words;
+    for (const PriorityWord& priority : kPriorityWords) {
+        if ((rule.Priorities & priority.Bit) != 0) words.emplace_back(priority.Name);
+    }
+    return Listed(words);
+}
+
+std::string SizeWords(const RoutingRule& rule) {
+    const std::optional<RuleSize> size = ShowSize(rule.Size);
+    if (!size) return rule.Size.String();
+    switch (size->Which) {
+    case RuleSize::Choice::Any: break;
+    case RuleSize::Choice::Large: return size->Pages + " pages or more";
+    case RuleSize::Choice::Small: return size->Pages + " pages or less";
+    }
+    return std::string(kAny);
+}
+
+std::string TextOr(std::string_view text, std::string_view otherwise) {
+    return std::string(text.empty() ? otherwise : text);
+}
+
+// Whether the rule may be kept although it has no criteria.
+bool CheckWithoutCriteria(const RoutingRule& rule) {
+    if (!rule.Servers.empty()) return AskFilled(kWarningCaption, BoxIcon::Warning, FillMessage(5337));
+    ShowError(5336);
+    return false;
+}
+
+bool CheckDescription(const RuleList& rules, std::optional<std::size_t> position, const RoutingRule& edited) {
+    for (std::size_t i = 0; i < rules.size(); ++i) {
+        if (i == position || !EqualFolded(rules[i].Description, edited.Description)) continue;
+        ShowError(5338);
+        return false;
+    }
+    return true;
+}
+
+} // namespace
+
+std::optional<std::string> MakeTimeText(const RuleTime& time) {
+    switch (time.When) {
+    case RuleTime::Choice::Any: return "";
+    case RuleTime::Choice::Offpeak: return std::string(kOffpeak);
+    case RuleTime::Choice::Peak: return std::string(kPeak);
+    case RuleTime::Choice::Specific: break;
+    }
+    return MakeSpecificText(time);
+}
+
+std::optional<RuleTime> ShowTime(std::string_view text) {
+    text = TrimBlanks(text);
+    if (text.empty()) return RuleTime();
+    if (EqualFolded(text, kOffpeak)) return RuleTime{RuleTime::Choice::Offpeak};
+    if (EqualFolded(text, kPeak)) return RuleTime{RuleTime::Choice::Peak};
+    const std::optional<TimeRange> range = ParseTimeRange(text);
+    if (!range || !IsValidSendTime(text)) return {};
+    RuleTime time{RuleTime::Choice::Specific, range->Days};
+    const bool hasTimes = range->FromHour != 0 || range->FromMinute != 0 || range->ToHour != 0 || range->ToMinute != 0;
+    const bool isToEndOfDay = range->ToHour == kEndOfDay && range->ToMinute == 0;
+    if (!hasTimes) return time;
+    time.AfterHour = TwoDigits(range->FromHour);
+    time.AfterMinute = TwoDigits(range->FromMinute);
+    if (isToEndOfDay) return time;
+    time.BeforeHour = TwoDigits(range->ToHour);
+    time.BeforeMinute = TwoDigits(range->ToMinute);
+    return time;
+}
+
+std::optional<std::string> MakeSizeText(const RuleSize& size) {
+    if (size.Which == RuleSize::Choice::Any) return "";
+    const std::optional<int> pages = DigitsOf(size.Pages);
+    const bool isLarge = size.Which == RuleSize::Choice::Large;
+    if (isLarge && pages && *pages < 2) {
+        ShowWarning(5332);
+        return "";
+    }
+    if (!pages || *pages < 1 || *pages > kMostPages) {
+        ShowError(9165, size.Pages);
+        return {};
+    }
+    return FormatText(isLarge ? "PAGES GE %d" : "PAGES LE %d", *pages);
+}
+
+std::optional<RuleSize> ShowSize(std::string_view text) {
+    if (text.empty()) return RuleSize();
+    for (const auto& [prefix, which] :
+         {std::pair("PAGES GE ", RuleSize::Choice::Large), std::pair("PAGES LE ", RuleSize::Choice::Small)}) {
+        if (!StartsWithFolded(text, prefix)) continue;
+        const std::optional<int> pages = DigitsOf(text.substr(std::string_view(prefix).size()));
+        if (pages && *pages >= 1 && *pages <= kMostPages) return RuleSize{which, std::to_string(*pages)};
+    }
+    return {};
+}
+
+std::vector<std::string> ShowServers(const RoutingRule& rule) {
+    std::vector<std::string> names = rule.Servers;
+    if (rule.AllowsLocalServer) names.emplace_back(kLocalServerName);
+    return names;
+}
+
+void SetServers(RoutingRule& rule, std::span<const std::string> names) {
+    rule.Servers.clear();
+    rule.AllowsLocalServer = false;
+    for (const std::string& name : names) {
+        if (name == kLocalServerName)
+            rule.AllowsLocalServer = true;
+        else
+            rule.Servers.push_back(name);
+    }
+}
+
+bool CheckServers(const RoutingRule& rule) {
+    if (!rule.Servers.empty() || rule.AllowsLocalServer) return true;
+    ShowError(5333);
+    return false;
+}
+
+RuleCheck CheckRule(const RuleList& rules, std::optional<std::size_t> position, RoutingRule& edited,
+                    const RuleNames& names, RuleLeaving leaving) {
+    CheckReferences(edited, names);
+    if (IsSameRule(edited, position ? rules[*position] : RoutingRule())) return RuleCheck::Unchanged;
+    if (leaving == RuleLeaving::PreviousOrNext && !AskFilled(kPlainCaption, BoxIcon::Question, FillMessage(5335)))
+        return RuleCheck::Discarded;
+    if (!HasCriteria(edited) && !CheckWithoutCriteria(edited)) return RuleCheck::Refused;
+    return CheckDescription(rules, position, edited) ? RuleCheck::Fine : RuleCheck::Refused;
+}
+
+void StoreRule(RuleList& rules, std::optional<std::size_t> position, const RoutingRule& edited) {
+    if (position)
+        rules[*position] = edited;
+    else
+        rules.push_back(edited);
+}
+
+RuleCheck AcceptRule(RuleList& rules, std::optional<std::size_t> position, RoutingRule& edited, const RuleNames& names,
+                     RuleLeaving leaving) {
+    const RuleCheck check = CheckRule(rules, position, edited, names, leaving);
+    if (check != RuleCheck::Fine) return check;
+    RuleList changed = rules;
+    StoreRule(changed, position, edited);
+    if (!SaveRules(changed, true)) return RuleCheck::Refused;
+    rules = std::move(changed);
+    return RuleCheck::Fine;
+}
+
+std::vector<SummaryLine> SummarizeRule(const RoutingRule& rule, const Destinations& places) {
+    return {
+        {"Description", TextOr(rule.Description, kNoDescription)},
+        {"Destinations", DestinationWords(rule, places)},
+        {"Priority", PriorityWords(rule)},
+        {"Users", Listed(rule.Users)},
+        {"Time", TextOr(rule.Time, kAny)},
+        {"Size", SizeWords(rule)},
+        {"Servers", Listed(ShowServers(rule))},
+    };
+}
+
+} // namespace bv

@@ -1,0 +1,97 @@
+// Editing one routing rule: what a dialog or the console calls to put the parts of a rule together, to check it and to
+// take it into the list.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "lcr/rule.h"
+#include "lcr/rule_references.h"
+
+namespace bv {
+
+// A rule's time as it is entered. Hours and minutes are what stands in their fields; a time whose two fields are empty
+// is left out.
+struct RuleTime {
+    enum class Choice { Any, Offpeak, Peak, Specific };
+
+    Choice When = Choice::Any;
+    std::uint16_t Days = 0; // bit 0 Sunday to bit 6 Saturday; these and the times are of Specific
+    std::string AfterHour = {};
+    std::string AfterMinute = {};
+    std::string BeforeHour = {};
+    std::string BeforeMinute = {};
+    friend bool operator==(const RuleTime&, const RuleTime&) = default;
+};
+
+// The rule's time as the file has it: "", "OFFPEAK", "PEAK" or such as "SAT SUN AFTER 18:00 BEFORE 08:00 ". None, after
+// a message that names the field, for hours from 24, minutes from 60, equal times, and neither days nor times.
+std::optional<std::string> MakeTimeText(const RuleTime& time);
+
+// A rule's time as its fields show it; none when the text cannot be shown so.
+std::optional<RuleTime> ShowTime(std::string_view text);
+
+// A rule's size as it is entered: from so many pages on, or up to so many.
+struct RuleSize {
+    enum class Choice { Any, Large, Small };
+
+    Choice Which = Choice::Any;
+    std::string Pages = {}; // as it stands in its field: 1 to 100
+    friend bool operator==(const RuleSize&, const RuleSize&) = default;
+};
+
+// The rule's size as the file has it: "", "PAGES GE n" or "PAGES LE n". None, after a message, for other numbers. Large
+// from 1 page on is any size, after 5332.
+std::optional<std::string> MakeSizeText(const RuleSize& size);
+
+// A rule's size as its fields show it; none when the text cannot be shown so.
+std::optional<RuleSize> ShowSize(std::string_view text);
+
+// What stands for "the local server may send the fax" among the names of servers.
+inline constexpr std::string_view kLocalServerName = "(local server)";
+
+// The servers of a rule as a list shows them, and the other way round.
+std::vector<std::string> ShowServers(const RoutingRule& rule);
+void SetServers(RoutingRule& rule, std::span<const std::string> names);
+
+// False, after 5333, for a rule that no server may send by.
+bool CheckServers(const RoutingRule& rule);
+
+enum class RuleCheck {
+    Fine,
+    Unchanged, // nothing is to be done
+    Discarded, // the changes are not wanted
+    Refused,   // stay in the editor
+};
+
+enum class RuleLeaving { Ok, PreviousOrNext };
+
+// Checks an edited rule that is to take the place of the one at the position, or of none, a new one. Its references are
+// checked first and those that are not defined removed; an unchanged rule is asked nothing more. On the way to another
+// rule, asks 5335 whether to keep the changes. A rule without criteria is refused with 5336 or, when it names remote
+// servers, asked about with 5337; one with another rule's description is refused with 5338.
+RuleCheck CheckRule(const RuleList& rules, std::optional<std::size_t> position, RoutingRule& edited,
+                    const RuleNames& names, RuleLeaving leaving);
+
+// Puts the rule at its position, or at the end of the list.
+void StoreRule(RuleList& rules, std::optional<std::size_t> position, const RoutingRule& edited);
+
+// CheckRule, and for a fine rule StoreRule and the pending file (SaveRules); Refused also when that cannot be written:
+// then the list is as it was.
+RuleCheck AcceptRule(RuleList& rules, std::optional<std::size_t> position, RoutingRule& edited, const RuleNames& names,
+                     RuleLeaving leaving);
+
+// A rule in words: each criterion's name and what the rule says of it, "(any)" without the criterion.
+struct SummaryLine {
+    std::string_view Name;
+    std::string Words;
+    friend bool operator==(const SummaryLine&, const SummaryLine&) = default;
+};
+std::vector<SummaryLine> SummarizeRule(const RoutingRule& rule, const Destinations& places);
+
+} // namespace bv

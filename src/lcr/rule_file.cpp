@@ -1,0 +1,218 @@
+#include "lcr/rule_file.h"
+
+#include <array>
+#include <string_view>
+#include <utility>
+
+#include "ctlfile/lines.h"
+#include "ctlfile/reader.h"
+#include "ctlfile/reading.h"
+#include "ctlfile/whole_file.h"
+#include "lcr/text_file.h"
+#include "platform/files.h"
+#include "shell/messages.h"
+#include "shell/server_paths.h"
+#include "shell/startup.h"
+
+namespace bv {
+namespace {
+
+constexpr std::string_view kFileHeader = "[BRIVANE]\r\nType: LCRRules\r\nRevision: A\r\n\r\n";
+constexpr std::string_view kRuleHeader = "[RULE]";
+constexpr std::string_view kLocalServer = "*";
+constexpr int kPlainCaption = 5201;
+constexpr int kWarningCaption = 5151;
+
+// A key of a rule's paragraph.
+struct RuleKey {
+    std::string_view Key;
+    bool HasBlock; // lines of the same key that follow the first belong to it
+    void (*Take)(RoutingRule& rule, std::string_view key, std::string_view value);
+};
+
+void TakeDestination(RoutingRule& rule, std::string_view key, std::string_view value) {
+    rule.Destinations.push_back({{}, std::string(key).append(" ").append(value)});
+}
+
+void TakeServer(RoutingRule& rule, std::string_view, std::string_view value) {
+    if (value == kLocalServer)
+        rule.AllowsLocalServer = true;
+    else
+        rule.Servers.emplace_back(value);
+}
+
+void TakePriority(RoutingRule& rule, std::string_view, std::string_view value) {
+    rule.Priorities = static_cast<std::uint8_t>(rule.Priorities | PriorityBitOf(value));
+}
+
+constexpr std::array<RuleKey, 9> kRuleKeys = {{
+    {"Description:", false,
+     [](RoutingRule& rule, std::string_view, std::string_view value) {
+         rule.Description = value.empty() ? kNoDescription : value;
+     }},
+    {"User:", true,
+     [](RoutingRule& rule, std::string_view, std::string_view value) { rule.Users.emplace_back(value); }},
+    {"Server:", true, TakeServer},
+    {kRegionKey, true, TakeDestination},
+    {kCountryKey, true, TakeDestination},
+    {kAreaKey, true, TakeDestination},
+    {"Priority:", true, TakePriority},
+    {"Time:", false, [](RoutingRule& rule, std::string_view, std::string_view value) { rule.Time = value; }},
+    {"Size:", false, [](RoutingRule& rule, std::string_view, std::string_view value) { rule.Size = value; }},
+}};
+
+// Takes the lines of one paragraph into a rule.
+class RuleReader {
+  public:
+    explicit RuleReader(RoutingRule& rule) : rule_(rule) {}
+
+    void Read(std::string_view line) {
+        if (!IsSignificantLine(line)) return Keep(line); // a comment does not end a block
+        if (block_ != nullptr && BeginsWith(line, block_->Key)) return Take(*block_, line);
+        block_ = nullptr;
+        for (std::size_t i = 0; i < kRuleKeys.size(); ++i) {
+            if (isTaken_[i] || !BeginsWith(line, kRuleKeys[i].Key)) continue;
+            isTaken_[i] = true;
+            return Begin(kRuleKeys[i], line);
+        }
+        Keep(line);
+    }
+
+  private:
+    void Begin(const RuleKey& key, std::string_view line) {
+        Take(key, line);
+        if (!key.HasBlock) return;
+        block_ = &key;
+        // The first line of a block of destinations stays as it was written.
+        if (key.Take == TakeDestination) rule_.Destinations.back().Line = line;
+    }
+    void Take(const RuleKey& key, std::string_view line) { key.Take(rule_, key.Key, KeyValue(line).value_or("")); }
+    void Keep(std::string_view line) { rule_.OtherLines.emplace_back(line); }
+
+    RoutingRule& rule_;
+    std::array<bool, kRuleKeys.size()> isTaken_{};
+    const RuleKey* block_ = nullptr; // whose lines were read last
+};
+
+RoutingRule ReadRule(ControlStream& file) {
+    RoutingRule rule;
+    RuleReader reader(rule);
+    ControlLine line;
+    Position start = 0;
+    while (ReadControlLine(file, line, &start) && !line.IsEmpty()) {
+        if (IsParagraphLine(line)) {
+            file.Seek(start);
+            break;
+        }
+        reader.Read(line);
+    }
+    return rule;
+}
+
+void AppendLine(std::string& text, std::string_view key, std::string_view value) {
+    text.append(key).append(" ").append(value).append(kLineEnd);
+}
+
+void AppendPriorities(std::string& text, std::uint8_t priorities) {
+    if (IsAnyPriority(priorities)) return;
+    for (const PriorityWord& priority : kPriorityWords) {
+        if ((priorities & priority.Bit) != 0) AppendLine(text, "Priority:", priority.Word);
+    }
+}
+
+void AppendRule(std::string& text, const RoutingRule& rule) {
+    text.append(kRuleHeader).append(kLineEnd);
+    AppendLine(text, "Description:", rule.Description);
+    for (const RuleDestination& destination : rule.Destinations) text.append(destination.Line).append(kLineEnd);
+    for (const std::string& user : rule.Users) AppendLine(text, "User:", user);
+    if (!rule.Size.IsEmpty()) AppendLine(text, "Size:", rule.Size);
+    if (!rule.Time.IsEmpty()) AppendLine(text, "Time:", rule.Time);
+    AppendPriorities(text, rule.Priorities);
+    for (const std::string& line : rule.OtherLines) text.append(line).append(kLineEnd);
+    for (const std::string& server : rule.Servers) AppendLine(text, "Server:", server);
+    if (rule.AllowsLocalServer) AppendLine(text, "Server:", kLocalServer);
+    text += kLineEnd;
+}
+
+std::optional<RuleList> LoadRulesFrom(const std::string& path) {
+    ControlStream file = OpenForReading(path);
+    if (!file) return {};
+    RuleList rules = LoadRules(file);
+    return WasRead(file) ? std::optional(std::move(rules)) : std::nullopt;
+}
+
+// The saved rules; an empty list without their file.
+std::optional<RuleList> LoadSavedRules() { return IsMissing(RulesPath()) ? RuleList() : LoadRulesFrom(RulesPath()); }
+
+} // namespace
+
+std::string RulesPath() { return DatabaseFile("LCRRules.ini"); }
+std::string PendingRulesPath() { return DatabaseFile("LCRRules.new"); }
+
+RuleList LoadRules(ControlStream& file) {
+    RuleList rules;
+    ControlLine header;
+    file.Rewind();
+    while (FindParagraph(file, kRuleHeader, header)) rules.push_back(ReadRule(file));
+    return rules;
+}
+
+std::string RuleText(const RoutingRule& rule) {
+    std::string text;
+    AppendRule(text, rule);
+    return text;
+}
+
+bool IsKeptByFile(const RoutingRule& rule) {
+    RoutingRule readBack;
+    RuleReader reader(readBack);
+    const std::string written = RuleText(rule);
+    std::string_view text = written;
+    TakeLine(text);
+    for (std::string_view rawLine = TakeLine(text); !text.empty(); rawLine = TakeLine(text)) {
+        const std::string line = CleanLine(rawLine);
+        if (line.empty() || IsParagraphLine(line)) return false;
+        reader.Read(line);
+    }
+    if (IsAnyPriority(rule.Priorities)) readBack.Priorities = rule.Priorities;
+    return IsSameRule(readBack, rule);
+}
+
+bool SaveRules(const RuleList& rules, bool keepPending) {
+    std::string text(kFileHeader);
+    for (const RoutingRule& rule : rules) AppendRule(text, rule);
+    if (!WriteWholeFile(PendingRulesPath(), text)) {
+        ShowOpenFault(PendingRulesPath());
+        return false;
+    }
+    if (keepPending) return true;
+    if (!PutInPlace(PendingRulesPath(), RulesPath())) {
+        ShowError(5000, RulesPath());
+        return false;
+    }
+    Startup().SettingsChanged = true;
+    return true;
+}
+
+std::optional<OpenedRules> OpenRules() {
+    const bool hasPending = !IsMissing(PendingRulesPath());
+    if (hasPending && !OpenForReading(PendingRulesPath())) return {};
+    const bool recovers = hasPending && AskFilled(kPlainCaption, BoxIcon::Question, FillMessage(5329));
+    if (hasPending && !recovers) platform::Files().Delete(PendingRulesPath());
+    std::optional<RuleList> rules = recovers ? LoadRulesFrom(PendingRulesPath()) : LoadSavedRules();
+    return rules ? std::optional(OpenedRules{std::move(*rules), recovers}) : std::nullopt;
+}
+
+std::optional<RuleList> ReadRules() {
+    if (!IsMissing(RulesPath()) || IsMissing(PendingRulesPath())) return LoadSavedRules();
+    ShowWarning(9160, RulesPath(), PendingRulesPath());
+    return LoadRulesFrom(PendingRulesPath());
+}
+
+bool AbandonRules(bool isChanged) {
+    if (isChanged && !AskFilled(kWarningCaption, BoxIcon::Warning, FillMessage(5331))) return false;
+    platform::Files().Delete(PendingRulesPath());
+    return true;
+}
+
+} // namespace bv

@@ -1,0 +1,49 @@
+// LCRRULES.INI in the database directory: a paragraph "[RULE]" for each routing rule, in the list's order. Changes are
+// gathered in LCRRULES.NEW, which stays behind when the program ends before they are saved and is offered for recovery
+// at the next opening.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "ctlfile/control_stream.h"
+#include "lcr/rule.h"
+
+namespace bv {
+
+std::string RulesPath();
+std::string PendingRulesPath();
+
+// Reads every rule of an open file from its start. A paragraph ends at an empty line. The first block of lines of each
+// key counts; comments, lines with other keys and further blocks are kept as other lines. Text between the paragraphs
+// is passed over. Shows nothing.
+RuleList LoadRules(ControlStream& file);
+
+// The rule's paragraph, the empty line at its end included.
+std::string RuleText(const RoutingRule& rule);
+
+// Whether the rule, once written, reads back as the same.
+bool IsKeptByFile(const RoutingRule& rule);
+
+// Writes the list to LCRRULES.NEW and, unless it is to stay pending, puts that in the place of LCRRULES.INI, which sets
+// SettingsChanged. False after "File error: couldn't open" and the path, or after 5000.
+bool SaveRules(const RuleList& rules, bool keepPending);
+
+struct OpenedRules {
+    RuleList Rules;
+    bool IsRecovered = false; // they are the pending changes and not saved yet
+};
+
+// Loads the rules to be edited. Pending changes of an earlier run are asked about: Yes loads them, No deletes them.
+// Without any file there are no rules. None after 413 or 9011: there are rules, but they could not be read.
+std::optional<OpenedRules> OpenRules();
+
+// Loads the saved rules to be looked at, or the pending ones, after a warning, when a saving was interrupted and they
+// are all there is. None as above.
+std::optional<RuleList> ReadRules();
+
+// Deletes the pending changes; of a changed list only when that is wanted: asks 5331, "This will mean all changes will
+// be lost.  Lose changes?". False when it is not.
+bool AbandonRules(bool isChanged);
+
+} // namespace bv

@@ -1,0 +1,52 @@
+// Whether a rule's criteria are met by a fax that somebody describes, one criterion at a time, and why.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "ctlfile/dates.h"
+#include "lcr/destinations.h"
+#include "lcr/rule.h"
+#include "lcr/time_range.h"
+
+namespace bv {
+
+enum class Criterion { Destination, Priority, Server, Size, Time, User };
+
+// One thing that is known of a fax, and whether it is asked about.
+struct RuleFilter {
+    Criterion Kind = Criterion::Destination;
+    bool IsActive = false;
+    std::string Destination = {}; // a reference, the country as its identifier
+    std::uint8_t Priorities = 0;  // any of them
+    std::string Server = {};      // an identifier
+    std::string User = {};
+    int Weekday = 0; // 0 is Sunday
+    int Hour = 0;
+    int Minute = 0;
+    int Pages = 0;
+};
+
+// What a criterion is judged by beside the fax.
+struct MatchBasis {
+    const Destinations& Places;
+    TimeRange Offpeak;
+    CalendarTime Today; // the local date, from which the next weekday is counted
+};
+
+struct Verdict {
+    bool Matches = false;
+    std::string_view Why; // a few words
+};
+
+// Judges one criterion of a rule whose references have been checked. Of an inactive filter: whether the rule has the
+// criterion. A rule without the criterion matches, but for the servers, of which it must name the filter's; that it
+// allows the local server does not count.
+Verdict JudgeRule(const RoutingRule& rule, const RuleFilter& filter, const MatchBasis& basis);
+bool RuleMatches(const RoutingRule& rule, const RuleFilter& filter, const MatchBasis& basis);
+
+// The moment that a filter's weekday, hour and minute stand for: near the date, on a day from 1 to 28 of its month.
+CalendarTime MomentOf(const RuleFilter& filter, const CalendarTime& today);
+
+} // namespace bv

@@ -1,0 +1,303 @@
+// Countries, areas and regions: what is read, what a change makes of each text, and what faults leave.
+#include "lcr/destinations.h"
+
+#include <functional>
+
+#include <gmock/gmock.h>
+
+#include "lcr/destination_edit.h"
+#include "support/faulty_files.h"
+#include "support/memory_server.h"
+#include "support/texts.h"
+
+namespace bv::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+const std::string kBase = "F:\\BRIVANE\\B-DB\\";
+const std::string kNewRegions = "[BRIVANE]\nType: Region\nRevision: A\n\n[REGIONS]\n";
+const std::string kNewCountries = "[BRIVANE]\nType: Country\nRevision: A\n\n[COUNTRIES]\n";
+const std::string kRegions = "[BRIVANE]\nType: Region\nRevision: A\n\n[REGIONS]\nRegion: EUROPE, \"All of it\"\n"
+                             "Match: UK\n; kept\nMatch: FR/PAR\nRegion: EU, \"Union\"\nMatch: 33\n\n";
+const std::string kCountries = "[BRIVANE]\nType: Country\nRevision: A\n\n[COUNTRIES]\n"
+                               "0044: UK, \"United Kingdom\", 7 x\n33: FR, \"France\", 0\nno country\n"
+                               "1: USA, \"\", 0\n\n[SYNONYMS]\nGB, UK\n";
+const std::string kAreas = "[AREAS]\nArea: LON, \"London\"\nMatch: 171*\nMatch: 181\nUnknown: x\nArea: LEEDS, \"\"\n";
+
+struct DestinationServer : MemoryServer {
+    DestinationServer() {
+        Load();
+        PutFile("Region.ini", kRegions);
+        PutFile("Country.ini", kCountries);
+        PutFile("Area44.ini", kAreas);
+    }
+    void PutFile(const std::string& name, const std::string& text) { Put(kBase + name, Replaced(text, "\n", "\r\n")); }
+    std::string GetFile(const std::string& name) { return Replaced(Get(kBase + name), "\r\n", "\n"); }
+    std::vector<std::string> Left() {
+        std::vector<std::string> names = Files.List(kBase, "*.ne?");
+        return names;
+    }
+};
+
+TEST(Destinations, AreReadWithTheirAreasAndFoundByReference) {
+    DestinationServer server;
+    Destinations all;
+    ASSERT_TRUE(LoadDestinations(all));
+    EXPECT_THAT(all.Regions(),
+                ElementsAre(RegionEntry{"EUROPE", "All of it", {"UK", "FR/PAR"}}, RegionEntry{"EU", "Union", {"33"}}));
+    const AreaEntry london{"LON", "London", {"171*", "181"}};
+    EXPECT_THAT(all.Countries(),
+                ElementsAre(CountryEntry{"UK", "United Kingdom", "44", "7 x", true, {london, {"LEEDS", "", {}}}},
+                            CountryEntry{"FR", "France", "33", "0"}, CountryEntry{"USA", "", "1", "0"}));
+    const auto toName = [&](std::string_view text) { return all.Convert(text, ReferenceForm::Identifier); };
+    const auto toCode = [&](std::string_view text) { return all.Convert(text, ReferenceForm::DiallingCode); };
+    EXPECT_EQ(toName("0044/lon"), "UK/LON");
+    EXPECT_EQ(toName("uk"), "UK");
+    EXPECT_EQ(toCode("uk/Leeds"), "44/LEEDS");
+    for (const char* missing : {"", "/", "UK/", "UK/LO", "45", "FR/PAR", "USA/NY/X", "\xC4"})
+        EXPECT_EQ(toName(missing), std::nullopt) << missing;
+
+    EXPECT_EQ(FindDestinationName(all, "44/leeds"), "LEEDS, United Kingdom");
+    EXPECT_EQ(FindDestinationName(all, "1"), "USA");
+    EXPECT_EQ(FindDestinationName(all, "UK/PAR"), "<Not found>");
+    EXPECT_EQ(FindRegionName(all, "eu"), "Union");
+    EXPECT_EQ(FindRegionName(all, "E"), "<Not found>");
+    EXPECT_THAT(server.Front.Said, IsEmpty());
+    EXPECT_EQ(ConvertReference(all, "FR/PAR", ReferenceForm::Identifier), std::nullopt);
+    EXPECT_THAT(server.Front.TakeSaid(), ElementsAre("error: File error: couldn't open " + kBase + "Area33.ini"));
+}
+
+TEST(Destinations, LieInARegion) {
+    DestinationServer server;
+    server.PutFile("Region.ini", "[REGIONS]\nRegion: R, \"\"\nMatch: 44/LON\nMatch: NOPE\nMatch: FR\nMatch: UK/NOPE\n");
+    Destinations all;
+    ASSERT_TRUE(LoadDestinations(all));
+    for (const char* in : {"UK/LON", "uk/lon", "44/LON", "FR", "33", "fr/par", "FRANCE"})
+        EXPECT_TRUE(all.RegionContains("r", in)) << in;
+    for (const char* out : {"UK", "UK/LEEDS", "UK/LOND", "NOPE", "F", "", "UK/NOPE"})
+        EXPECT_FALSE(all.RegionContains("R", out)) << out;
+    EXPECT_FALSE(all.RegionContains("NONE", "FR"));
+}
+
+TEST(Destinations, ThatAreMissingOrUnreadable) {
+    DestinationServer server;
+    for (const char* name : {"Area44.ini", "Region.ini", "Country.ini"}) {
+        Destinations all;
+        {
+            const auto held =
+                server.Files.Open(kBase + name, {platform::Access::Read, platform::Deny::ReadingAndWriting});
+            EXPECT_FALSE(LoadDestinations(all)) << name;
+        }
+        EXPECT_THAT(server.Front.TakeSaid(), ElementsAre("error: File error: couldn't open " + kBase + name));
+        server.Files.Delete(kBase + name);
+        EXPECT_TRUE(LoadDestinations(all));
+        EXPECT_THAT(server.Front.TakeSaid(), IsEmpty());
+    }
+}
+
+struct ChangeCase {
+    const char* Name;
+    const DestinationFile& File;
+    std::string Before;
+    MatchEntry Entry; // a country's only match is its dialling code; "-": delete it
+    std::string After;
+};
+
+const ChangeCase kChanges[] = {
+    {"the first that begins so is replaced, with its unknown lines",
+     kRegionFile,
+     kRegions,
+     {"eu", "E", {"UK", "1"}},
+     Replaced(kRegions, "Region: EUROPE, \"All of it\"\nMatch: UK\n; kept\nMatch: FR/PAR\n",
+              "Region: eu, \"E\"\nMatch: UK\nMatch: 1\n")},
+    {"a replaced last one takes the empty line with it",
+     kRegionFile,
+     "[REGIONS]\nRegion: A, \"\"\nMatch: X\n\n[OTHER]\nx\n",
+     {"A", "B", {}},
+     "[REGIONS]\nRegion: A, \"B\"\n[OTHER]\nx\n"},
+    {"a new one takes the place of the empty line",
+     kRegionFile,
+     kRegions,
+     {"ASIA", "", {"1"}},
+     kRegions.substr(0, kRegions.size() - 1) + "Region: ASIA, \"\"\nMatch: 1\n"},
+    {"and of what follows up to the next entry",
+     kAreaFile,
+     "[AREAS]\nArea: A, \"\"\n\njunk\nArea: Z, \"\"\n\n",
+     {"B", "", {}},
+     "[AREAS]\nArea: A, \"\"\nArea: B, \"\"\nArea: Z, \"\"\n\n"},
+    {"a new one before the next header",
+     kAreaFile,
+     "[AREAS]\nArea: A, \"\"\n[NEXT]\nArea: B, \"\"\n",
+     {"B", "", {"1*"}},
+     "[AREAS]\nArea: A, \"\"\nArea: B, \"\"\nMatch: 1*\n[NEXT]\nArea: B, \"\"\n"},
+    {"into an empty list", kAreaFile, "[AREAS]\n\n[NEXT]\n", {"B", "", {}}, "[AREAS]\nArea: B, \"\"\n\n[NEXT]\n"},
+    {"into a text without a list", kAreaFile, "x", {"B", "", {}}, "x\n[AREAS]\nArea: B, \"\"\n"},
+    {"behind a last line without an end",
+     kAreaFile,
+     "[AREAS]\nArea: A, \"\"",
+     {"B", "", {}},
+     "[AREAS]\nArea: A, \"\"\nArea: B, \"\"\n"},
+    {"deleting takes the exact one and leaves what is not its own",
+     kRegionFile,
+     kRegions,
+     {"europe", "-", {}},
+     Replaced(Replaced(kRegions, "Region: EUROPE, \"All of it\"\nMatch: UK\n", ""), "Match: FR/PAR\n", "")},
+    {"deleting takes the exact one, not a longer one",
+     kRegionFile,
+     kRegions,
+     {"EU", "-", {}},
+     Replaced(kRegions, "Region: EU, \"Union\"\nMatch: 33\n", "")},
+    {"a country is replaced by its beginning",
+     kCountryFile,
+     kCountries,
+     {"US", "America", {"1"}},
+     Replaced(kCountries, "1: USA, \"\", 0", "1: US, \"America\", 0")},
+    {"a new country has an empty line behind it",
+     kCountryFile,
+     kCountries,
+     {"DE", "Germany", {"49"}},
+     Replaced(kCountries, "\n\n[SYN", "\n49: DE, \"Germany\", 0\n\n[SYN")},
+    {"also at the end", kCountryFile, kNewCountries, {"DE", "", {"49"}}, kNewCountries + "49: DE, \"\", 0\n\n"},
+    {"and before a header",
+     kCountryFile,
+     "[COUNTRIES]\n[SYNONYMS]\nx\n",
+     {"DE", "", {"49"}},
+     "[COUNTRIES]\n49: DE, \"\", 0\n\n[SYNONYMS]\nx\n"},
+    {"a country is deleted",
+     kCountryFile,
+     kCountries,
+     {"fr", "-", {}},
+     Replaced(kCountries, "33: FR, \"France\", 0\n", "")},
+};
+
+std::string Changed(const ChangeCase& one, const std::string& before) {
+    const bool isCountry = one.File.EntryKey.empty();
+    if (one.Entry.Description == "-")
+        return (isCountry ? WithoutCountry(before, one.Entry.Identifier)
+                          : WithoutMatchEntry(one.File, before, one.Entry.Identifier))
+            .value_or("(not found)");
+    if (!isCountry) return WithMatchEntry(one.File, before, one.Entry);
+    return WithCountry(before, {one.Entry.Identifier, one.Entry.Description, one.Entry.Matches.at(0), ""});
+}
+
+TEST(Destinations, AChangeTouchesItsEntryAlone) {
+    for (const ChangeCase& one : kChanges) {
+        const std::string after = Changed(one, Replaced(one.Before, "\n", "\r\n"));
+        EXPECT_EQ(Replaced(after, "\r\n", "\n"), one.After) << one.Name;
+    }
+    EXPECT_EQ(WithoutMatchEntry(kRegionFile, kRegions, "E"), std::nullopt);
+    EXPECT_EQ(WithoutCountry(kCountries, "U"), std::nullopt);
+}
+
+TEST(DestinationEditing, ReplacesTheLiveFilesTogetherOrNotAtAll) {
+    DestinationServer server;
+    DestinationEdit edit;
+    ASSERT_TRUE(BeginDestinationEdit(edit));
+    EXPECT_TRUE(WriteArea(edit, "44", edit.Tables.FindCountry("UK")->Areas[0])) << "as it is";
+    EXPECT_FALSE(edit.Changed);
+    EXPECT_THAT(server.Left(), ElementsAre("Country.new", "Region.new"));
+    EXPECT_TRUE(WriteArea(edit, "44", {"YORK", "", {"1904*"}}));
+    EXPECT_TRUE(WriteCountry(edit, {"DE", "Germany", "49", ""}));
+    EXPECT_TRUE(WriteArea(edit, "49", {"B", "Berlin", {"30*"}}));
+    EXPECT_TRUE(DeleteRegion(edit, "EU"));
+    EXPECT_FALSE(DeleteRegion(edit, "EU"));
+    EXPECT_THAT(server.Front.TakeSaid(), ElementsAre("error: There is no region EU"));
+    EXPECT_EQ(edit.Tables.Convert("de/b", ReferenceForm::DiallingCode), "49/B");
+    EXPECT_EQ(edit.Tables.Convert("UK/YORK", ReferenceForm::Identifier), "UK/YORK");
+    EXPECT_THAT(server.Left(), ElementsAre("Area44.new", "Area49.new", "Country.new", "Region.new"));
+    EXPECT_EQ(server.GetFile("Area44.ini"), kAreas);
+
+    EXPECT_FALSE(AbandonDestinationEdit(edit)) << "the answer was No";
+    ASSERT_TRUE(CommitDestinationEdit(edit));
+    EXPECT_EQ(server.GetFile("Area44.ini"), kAreas + "Area: YORK, \"\"\nMatch: 1904*\n");
+    EXPECT_EQ(server.GetFile("Area49.ini"),
+              "[BRIVANE]\nType: Area\nRevision: A\n\n[AREAS]\nArea: B, \"Berlin\"\nMatch: 30*\n");
+    EXPECT_THAT(server.Left(), IsEmpty());
+    EXPECT_THAT(server.Files.List(kBase, "A*"), ElementsAre("Area44.ini", "Area49.ini"));
+}
+
+TEST(DestinationEditing, WithoutFilesBeginsWithEmptyOnesAndLeavesNoneWhenAbandoned) {
+    DestinationServer server;
+    server.Files.Delete(kBase + "Region.ini");
+    server.Files.Delete(kBase + "Country.ini");
+    DestinationEdit edit;
+    ASSERT_TRUE(BeginDestinationEdit(edit));
+    EXPECT_EQ(server.GetFile("Region.new"), kNewRegions);
+    EXPECT_EQ(server.GetFile("Country.new"), kNewCountries);
+    EXPECT_TRUE(WriteRegion(edit, {"EU", "", {"UK"}}));
+    server.Front.Answer = true;
+    EXPECT_TRUE(AbandonDestinationEdit(edit));
+    EXPECT_THAT(server.Front.TakeSaid(),
+                ElementsAre("ask warning: This will mean all changes will be lost.  Lose changes?"));
+    EXPECT_THAT(server.Left(), IsEmpty());
+    EXPECT_EQ(server.GetFile("Region.ini"), "(none)");
+}
+
+// One editing of three files, as the console does it.
+bool EditAll() {
+    DestinationEdit edit;
+    if (!BeginDestinationEdit(edit)) return false;
+    const bool isDone = WriteRegion(edit, {"ASIA", "", {"1"}}) && WriteCountry(edit, {"FR", "la France", "33", ""}) &&
+                        WriteArea(edit, "44", {"YORK", "", {"1904*"}}) && CommitDestinationEdit(edit);
+    if (!isDone) DropDestinationEdit(edit);
+    return isDone;
+}
+
+const char* const kEdited[] = {"Region", "Country", "Area44"};
+
+// What is wrong with what a run has left of a file; empty: nothing.
+std::string FaultOfLeft(DestinationServer& server, DestinationServer& whole, const std::string& name,
+                        const std::string& before) {
+    const std::string after = whole.Get(kBase + name + ".ini");
+    const std::string live = server.Get(kBase + name + ".ini");
+    if (live == Replaced(before, "\n", "\r\n") || live == after) return "";
+    if (live != "(none)") return name + " is torn";
+    return server.Get(kBase + name + ".new") == after ? "" : name + " is lost";
+}
+
+// Whether the run has come to the fault.
+bool RunUnder(const FaultPlan& plan, DestinationServer& whole) {
+    const std::string trace = testing::PrintToString(std::tuple(plan.Kind, plan.Counted, plan.AtCall));
+    DestinationServer server;
+    bool isDone = false;
+    bool hasFired = false;
+    {
+        FaultyFiles faulty(server.Files, plan);
+        const platform::Substitute<platform::FileSystem> use(faulty);
+        isDone = EditAll();
+        hasFired = faulty.Fired();
+    }
+    const std::string before[] = {kRegions, kCountries, kAreas};
+    for (std::size_t i = 0; i < std::size(kEdited); ++i)
+        EXPECT_EQ(FaultOfLeft(server, whole, kEdited[i], before[i]), "") << trace;
+    const auto expectEdited = [&] {
+        for (const std::string name : kEdited)
+            EXPECT_EQ(server.GetFile(name + ".ini"), whole.GetFile(name + ".ini")) << trace;
+    };
+    const bool isKilled = plan.Kind == FaultKind::Kill || plan.Kind == FaultKind::KillHalfWritten;
+    if (isDone && !isKilled) expectEdited();
+    EXPECT_TRUE(isDone || isKilled || !server.Front.TakeSaid().empty()) << trace;
+
+    EXPECT_TRUE(EditAll()) << trace;
+    expectEdited();
+    EXPECT_THAT(server.Left(), IsEmpty()) << trace;
+    return hasFired;
+}
+
+TEST(DestinationEditing, LeavesWholeFilesUnderEveryFault) {
+    DestinationServer whole;
+    ASSERT_TRUE(EditAll());
+    for (const FaultKind kind : {FaultKind::FailOnce, FaultKind::FailFromThenOn, FaultKind::ShortWrite, FaultKind::Kill,
+                                 FaultKind::KillHalfWritten}) {
+        for (const CallKind counted : {CallKind::Changes, CallKind::Looks}) {
+            int call = 1;
+            while (RunUnder({kind, call, counted}, whole)) ++call;
+            EXPECT_GT(call, 10) << "hardly anything has failed";
+        }
+    }
+}
+
+} // namespace
+} // namespace bv::test

@@ -1,0 +1,264 @@
+// The rules' file: what is read of it, what is written, and what is left of it when something fails.
+#include "lcr/rule_file.h"
+
+#include <algorithm>
+
+#include <gmock/gmock.h>
+
+#include "lcr/rule_references.h"
+#include "shell/startup.h"
+#include "support/faulty_files.h"
+#include "support/memory_server.h"
+#include "support/texts.h"
+
+namespace bv::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+const std::string kArea = "F:\\BRIVANE\\B-DB\\";
+const std::string kLive = kArea + "LCRRules.ini";
+const std::string kPending = kArea + "LCRRules.new";
+const std::string kHead = "[BRIVANE]\r\nType: LCRRules\r\nRevision: A\r\n\r\n";
+
+struct Server : MemoryServer {
+    Server() { Load(); }
+    explicit Server(std::string_view live) {
+        Load();
+        Put(kLive, live);
+    }
+};
+
+TEST(RuleFile, IsWrittenInItsOrder) {
+    const std::string longLine = "Region: " + std::string(272, 'x');
+    const struct {
+        const char* Why;
+        std::string Read;
+        std::string Written;
+    } rows[] = {
+        {"everything, in any order and case",
+         "[rule] 1\nserver: *\nSERVER:LON\nSize=1\nTime:  sat after 18:00\nPRIORITY: background\npriority: Normal\n"
+         "Later: 1\nArea: UK/LON\narea:FR/PAR\nUser: ANN\nuser:ben\nregion:EU\nRegion:  Asia\nDescription: One, two: 3 "
+         "\n"
+         "Size: pages ge 3\n",
+         "[RULE]\r\nDescription: One, two: 3\r\nArea: UK/LON\r\nArea: FR/PAR\r\nregion:EU\r\nRegion: Asia\r\n"
+         "User: ANN\r\nUser: ben\r\nSize: pages ge 3\r\nTime: sat after 18:00\r\nPriority: NORMAL\r\n"
+         "Priority: BACKGROUND\r\nSize=1\r\nLater: 1\r\nServer: LON\r\nServer: *\r\n\r\n"},
+        {"nothing", "[RULE]\n", "[RULE]\r\nDescription: \r\n\r\n"},
+        {"an empty description", "[RULE]\nDescription:\n", "[RULE]\r\nDescription: (no description)\r\n\r\n"},
+        {"all priorities are any", "[RULE]\nPriority: URGENT\nPriority: NORMAL\nPriority: BACKGROUND\n",
+         "[RULE]\r\nDescription: \r\n\r\n"},
+        {"unknown priorities go", "[RULE]\nPriority: URGENT\nPriority: HIGH\nPriority: NORMAL \n",
+         "[RULE]\r\nDescription: \r\nPriority: NORMAL\r\nPriority: URGENT\r\n\r\n"},
+        {"a second block is kept", "[RULE]\nUser: A\nUser: B\nSize: 1\nUser: C\nUser: D\nTime: PEAK\nTime: MON\n",
+         "[RULE]\r\nDescription: \r\nUser: A\r\nUser: B\r\nSize: 1\r\nTime: PEAK\r\nUser: C\r\nUser: D\r\n"
+         "Time: MON\r\n\r\n"},
+        {"comments stand inside blocks, unknown lines end them",
+         "[RULE]\n;1\nUser: A\n; 2\n 3\nUser: B\nServer: S\n;4\nServer: *\nCountry: UK\nX\nCountry: FR\n",
+         "[RULE]\r\nDescription: \r\nCountry: UK\r\nUser: A\r\nUser: B\r\n;1\r\n; 2\r\n 3\r\n;4\r\nX\r\nCountry: FR\r\n"
+         "Server: S\r\nServer: *\r\n\r\n"},
+        {"long lines are kept whole", "[RULE]\n" + longLine + "\n" + longLine + "\n;" + std::string(279, 'y') + "\n",
+         "[RULE]\r\nDescription: \r\n" + longLine + "\r\n" + longLine + "\r\n;" + std::string(279, 'y') + "\r\n\r\n"},
+        {"texts have a limit", "[RULE]\nDescription: " + std::string(101, 'd') + "\n",
+         "[RULE]\r\nDescription: " + std::string(99, 'd') + "\r\n\r\n"},
+        {"an empty line ends a rule", "[RULE]\nUser: A\n\t\nUser: B\n[RULE]\nUser: C\n[OTHER]\nUser: D\n",
+         "[RULE]\r\nDescription: \r\nUser: A\r\n\r\n[RULE]\r\nDescription: \r\nUser: C\r\n\r\n"},
+        {"no rule", std::string("\0\xff[RULE]\n\n x\n", 13), ""},
+    };
+    for (const auto& [why, read, written] : rows) {
+        Server server(read);
+        const auto rules = OpenRules();
+        ASSERT_TRUE(rules) << why;
+        EXPECT_TRUE(SaveRules(rules->Rules, false)) << why;
+        EXPECT_EQ(server.Get(kLive), kHead + written) << why;
+        EXPECT_EQ(server.Get(kPending), "(none)") << why;
+        EXPECT_TRUE(SaveRules(OpenRules()->Rules, false)) << why;
+        EXPECT_EQ(server.Get(kLive),
+                  kHead + Replaced(written, "Description: \r\n", "Description: (no description)\r\n"));
+        EXPECT_THAT(server.Front.Said, IsEmpty());
+    }
+}
+
+RoutingRule Named(const char* description) {
+    RoutingRule rule;
+    rule.Description = description;
+    return rule;
+}
+
+TEST(RuleFile, GivesBackWhatItKeeps) {
+    const std::pair<bool, void (*)(RoutingRule&)> rows[] = {
+        {true, [](RoutingRule&) {}},
+        {true, [](RoutingRule& rule) { rule.Priorities = kEveryPriority; }},
+        {true,
+         [](RoutingRule& rule) {
+             rule.OtherLines = {"; note", " User: B"};
+         }},
+        {true, [](RoutingRule& rule) { rule.Time = "MON "; }},
+        {true, [](RoutingRule& rule) { rule.AllowsLocalServer = true; }},
+        {false, [](RoutingRule& rule) { rule.Description = ""; }},
+        {false, [](RoutingRule& rule) { rule.Description = "a "; }},
+        {false, [](RoutingRule& rule) { rule.OtherLines = {"User: B"}; }},
+        {false, [](RoutingRule& rule) { rule.OtherLines = {"Size: 1"}; }},
+        {false, [](RoutingRule& rule) { rule.OtherLines = {""}; }},
+        {false, [](RoutingRule& rule) { rule.Servers = {"*"}; }},
+        {false, [](RoutingRule& rule) { rule.Servers = {std::string(280, 's')}; }},
+        {false,
+         [](RoutingRule& rule) {
+             rule.Destinations = {{"EU", "Region: EU"}, {"UK", "Country: UK"}, {"ASIA", "Region: ASIA"}};
+         }},
+    };
+    for (const auto& [isKept, change] : rows) {
+        RoutingRule rule = Named("R");
+        rule.Users = {"A"};
+        change(rule);
+        EXPECT_EQ(IsKeptByFile(rule), isKept) << RuleText(rule);
+    }
+}
+
+TEST(RuleFile, OffersPendingChanges) {
+    const std::string question = "ask question: Some unsaved changes have been found - recover last session?";
+    for (const bool answer : {true, false}) {
+        Server server(RuleText(Named("live")));
+        server.Put(kPending, RuleText(Named("pending")));
+        server.Front.Answer = answer;
+        const auto opened = OpenRules();
+        ASSERT_TRUE(opened);
+        EXPECT_EQ(opened->IsRecovered, answer);
+        EXPECT_EQ(opened->Rules, RuleList{Named(answer ? "pending" : "live")});
+        EXPECT_EQ(server.Get(kPending) == "(none)", !answer);
+        EXPECT_THAT(server.Front.TakeSaid(), ElementsAre(question));
+        EXPECT_THAT(server.Front.Captions, ElementsAre("Brivane Configuration"));
+    }
+    Server server;
+    EXPECT_TRUE(OpenRules()->Rules.empty() && ReadRules()->empty());
+    EXPECT_TRUE(SaveRules({Named("1")}, true));
+    EXPECT_FALSE(AbandonRules(true));
+    EXPECT_EQ(server.Get(kPending), kHead + RuleText(Named("1")));
+    EXPECT_THAT(server.Front.TakeSaid(),
+                ElementsAre("ask warning: This will mean all changes will be lost.  Lose changes?"));
+    EXPECT_EQ(ReadRules(), RuleList{Named("1")});
+    EXPECT_THAT(server.Front.TakeSaid(), ElementsAre("warning: There is no file " + kLive +
+                                                     ".  A saving was interrupted: its contents lie in " + kPending));
+    EXPECT_TRUE(AbandonRules(false));
+    EXPECT_EQ(server.Get(kPending), "(none)");
+    EXPECT_EQ(server.Get(kLive), "(none)");
+    EXPECT_THAT(server.Front.Said, IsEmpty());
+}
+
+TEST(RuleFile, ThatIsHeldIsNotTakenForEmpty) {
+    Server server(RuleText(Named("R")));
+    const auto other = server.Files.Open(kLive, {platform::Access::ReadWrite, platform::Deny::ReadingAndWriting});
+    EXPECT_FALSE(OpenRules());
+    EXPECT_FALSE(ReadRules());
+    EXPECT_EQ(server.Front.Said, std::vector<std::string>(2, "error: Unable to open file " + kLive));
+}
+
+// Runs a step with each call of a kind failing in its turn, and looks at what is left.
+void WithEachFault(CallKind counted, const std::function<bool()>& step,
+                   const std::function<void(bool, Server&)>& look) {
+    for (const FaultKind kind : {FaultKind::FailOnce, FaultKind::FailFromThenOn, FaultKind::ShortWrite, FaultKind::Kill,
+                                 FaultKind::KillHalfWritten}) {
+        for (int call = 1;; ++call) {
+            ASSERT_LT(call, 50);
+            Server server(kHead + RuleText(Named("old")));
+            FaultyFiles files(server.Files, {kind, call, counted});
+            bool isDone = false;
+            {
+                const platform::Substitute<platform::FileSystem> substitute(files);
+                isDone = step();
+            }
+            if (!files.Fired()) {
+                EXPECT_TRUE(isDone);
+                break;
+            }
+            look(isDone, server);
+        }
+    }
+}
+
+TEST(RuleFile, IsOldOrNewWhateverFails) {
+    const std::string before = kHead + RuleText(Named("old"));
+    const std::string after = kHead + RuleText(Named("new"));
+    for (const CallKind counted : {CallKind::Changes, CallKind::Looks}) {
+        WithEachFault(
+            counted, [] { return SaveRules({Named("new")}, false); },
+            [&](bool isDone, Server& server) {
+                const std::string live = server.Get(kLive);
+                EXPECT_TRUE(live == before || live == after || (live == "(none)" && server.Get(kPending) == after));
+                EXPECT_EQ(isDone, live == after);
+                EXPECT_EQ(isDone, server.Front.Said.empty());
+            });
+    }
+}
+
+// A fault is never taken for a list without rules.
+TEST(RuleFile, IsReadWholeOrNotAtAll) {
+    for (const bool edits : {true, false}) {
+        const auto read = [edits] {
+            if (!edits) return ReadRules();
+            std::optional<OpenedRules> opened = OpenRules();
+            return opened ? std::optional(opened->Rules) : std::nullopt;
+        };
+        WithEachFault(
+            CallKind::Looks, [&] { return read() == RuleList{Named("old")}; },
+            [&](bool isDone, Server& server) {
+                EXPECT_TRUE(isDone ||
+                            (!server.Front.Said.empty() && server.Front.Said.back().starts_with("error: Unable to")));
+            });
+    }
+}
+
+TEST(RuleFile, MarksTheSettingsAsChangedOnceTheyAre) {
+    Server server;
+    Startup().SettingsChanged = false;
+    EXPECT_TRUE(SaveRules({}, true));
+    EXPECT_FALSE(Startup().SettingsChanged);
+    EXPECT_TRUE(SaveRules({}, false));
+    EXPECT_TRUE(Startup().SettingsChanged);
+    Startup().SettingsChanged = false;
+}
+
+TEST(Rules, MoveByOnePlace) {
+    RuleList rules = {Named("1"), Named("2"), Named("3")};
+    EXPECT_FALSE(MoveRuleUp(rules, 0) || MoveRuleDown(rules, 2) || MoveRuleUp(rules, 3) || MoveRuleDown(rules, 7));
+    EXPECT_EQ(rules, (RuleList{Named("1"), Named("2"), Named("3")}));
+    EXPECT_TRUE(MoveRuleDown(rules, 0) && MoveRuleUp(rules, 2));
+    EXPECT_EQ(rules, (RuleList{Named("2"), Named("3"), Named("1")}));
+}
+
+TEST(RuleReferences, AreRemovedWhenTheyAreNotDefined) {
+    Server server;
+    server.Put(kArea + "USERLIST.INI", "[USER]\nName: ann\n[GROUP]\nName: @G\n[user]\nFullname: x\nName: A B \n");
+    RuleNames names;
+    EXPECT_TRUE(LoadRuleNames(names)); // without links and destinations
+    server.Put(kArea + "Region.ini", "[REGIONS]\r\nRegion: UK, \"\"\r\nRegion: EU, \"Europe\"\r\nMatch: UK\r\n");
+    server.Put(kArea + "Country.ini", "[COUNTRIES]\r\n44: uk, \"United Kingdom\", 0\r\n");
+    server.Put(kArea + "Area44.ini", "[AREAS]\r\nArea: Lon, \"London\"\r\nMatch: 20*\r\n");
+    server.Put(kArea + "Link.ini", "[LINK]\nLinkType: WAN\nremoteserverid: LON, \"London\"\n[LINK]\n"
+                                   "RemoteServerID: \"PAR\"\nRemoteServerID: X\n[OTHER]\nRemoteServerID: Y\n");
+    server.Put(kArea + "SETUP.INI", "[ROUTER]\nLocalServerID: HERE, \"H\"\n[ROUTER]\nLocalServerID: Z\n");
+    EXPECT_TRUE(LoadRuleNames(names));
+    RoutingRule rule;
+    rule.Users = {"ANN", "BEN", "a b", "A", "@G", ""};
+    rule.Servers = {"lon", "par", "here", "X", "Y", "Z", "London"};
+    rule.Destinations = {{"", "region:eu"},    {"", "Region: FR"},  {"", "country: UK"},  {"", "Country: 044"},
+                         {"", "Country: EU"},  {"", "Area:UK/LON"}, {"", "Area: 44/Lon"}, {"", "Area: UK/PAR"},
+                         {"", "Area: FR/LON"}, {"", "Region:"}};
+    RuleList rules = {RoutingRule(), rule, rule};
+    EXPECT_TRUE(CheckReferences(rules, names));
+    EXPECT_EQ(rules[1], rules[2]);
+    EXPECT_THAT(rules[1].Users, ElementsAre("ANN", "a b"));
+    EXPECT_THAT(rules[1].Servers, ElementsAre("lon", "par", "here"));
+    std::string destinations;
+    for (const auto& [key, line] : rules[1].Destinations) destinations.append(line).append("=").append(key).append("|");
+    EXPECT_EQ(destinations, "region:eu=EU|country: UK=uk|Country: 044=uk|Area:UK/LON=uk/Lon|Area: 44/Lon=uk/Lon|");
+    EXPECT_FALSE(CheckReferences(rules, names));
+
+    server.Files.Delete(kArea + "USERLIST.INI");
+    EXPECT_FALSE(LoadRuleNames(names));
+    EXPECT_THAT(server.Front.Said, ElementsAre("error: Unable to open file " + kArea + "USERLIST.INI"));
+}
+
+} // namespace
+} // namespace bv::test
