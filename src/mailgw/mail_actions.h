@@ -1,0 +1,37 @@
+// What a person does to the mail list, whole, and what the user list's changes mean for it.
+#pragma once
+
+#include <optional>
+#include <string_view>
+
+#include "users/user_record.h"
+
+namespace bv {
+
+// The number of the string, to be filled with the name and kMaxEmailName, that says why the mail list cannot keep an
+// e-mail name: 9190; 0 without a fault.
+int FaultOfEmailName(std::string_view emailName);
+
+// Adds a mail user, in place of that of the previous name if there is one. The name must pass FaultOfEmailName, and the
+// server user be in the user list; it is written as it stands there. Status 455. False after 9190, a message about the
+// user list, or those of AddMailUser.
+bool EnableMailUser(std::string_view serverName, std::string_view emailName,
+                    std::optional<std::string_view> previousEmailName);
+
+// Removes a mail user as RemoveMailUser does. False after a message; without a list that is 413.
+bool DisableMailUser(std::string_view serverName, std::string_view emailName);
+
+// UpgradeMailList, and the note that the server must be restarted.
+bool UpgradeWholeMailList();
+
+// Has the mail list follow the user list from now on: a user who gets a mail name is added, one who loses it or goes is
+// removed, another name replaces the old one's record. A record of another server user under that e-mail name is left
+// alone. The default user and the profiles of the mail system (a mail name that begins with "(" or "*") stand for no
+// mail user; of mail users who stay behind a deleted profile, warning 9191 tells.
+void FollowUserList();
+
+// One such change; false, after a message, when the list cannot follow. That a user who goes is not in the list is
+// said, but no reason to keep the user.
+bool FollowUser(std::string_view name, const UserRecord* before, const UserRecord* after);
+
+} // namespace bv

@@ -1,0 +1,63 @@
+#include "mailgw/mail_directory.h"
+
+#include "ctlfile/paths.h"
+#include "ctlfile/reading.h"
+#include "ctlfile/whole_file.h"
+#include "platform/ascii.h"
+#include "platform/environment.h"
+#include "platform/files.h"
+#include "shell/messages.h"
+#include "shell/server_paths.h"
+
+namespace bv {
+namespace {
+
+std::string DirectoryPath() { return DatabaseFile("MAILUSER.DAT"); }
+
+// "John Smith" as "Smith John"; empty for one word.
+std::string Reversed(std::string_view name) {
+    const std::size_t blank = name.find(' ');
+    if (blank == std::string_view::npos) return {};
+    return std::string(name.substr(blank + 1)).append(" ").append(name.substr(0, blank));
+}
+
+std::string_view WithoutLineEnd(std::string_view line) {
+    while (line.ends_with('\n') || line.ends_with('\r')) line.remove_suffix(1);
+    return line;
+}
+
+} // namespace
+
+bool EnsureMailUserList(std::uintptr_t ownerWindow, bool force) {
+    if (!force && OpenShared(DirectoryPath(), "rb")) return true;
+    const std::string directory = WithBackslash(platform::TheEnvironment().ProgramDirectory());
+    if (!RunProgram(FormatText("%s%s -SE -H%X", directory, "MAILCONF.EXE", ownerWindow), WaitForProgram::Yes))
+        return false;
+    const std::string made = DatabaseFile("MAILUSER.TMP");
+    if (!FileExists(made) || PutInPlace(made, DirectoryPath())) return true;
+    ShowError(5004, DirectoryPath());
+    return false;
+}
+
+bool DeleteMailUserList() {
+    const platform::FileError error = platform::Files().Delete(DirectoryPath());
+    return error == platform::FileError::None || error == platform::FileError::NotFound;
+}
+
+std::optional<std::string> LookupMailUser(std::string_view displayName, std::size_t size) {
+    if (displayName.empty() || !FileExists(DirectoryPath())) return {};
+    ControlStream file = OpenForReading(DirectoryPath());
+    if (!file) return {};
+    const std::string reversed = Reversed(displayName);
+    for (std::string_view line = file.NextRawLine(); !line.empty(); line = file.NextRawLine()) {
+        const bool begins =
+            StartsWithFolded(line, displayName) || (!reversed.empty() && StartsWithFolded(line, reversed));
+        const std::size_t tab = line.find('\t');
+        if (begins && tab != std::string_view::npos)
+            return std::string(WithoutLineEnd(line.substr(tab + 1)).substr(0, size));
+    }
+    WasRead(file);
+    return {};
+}
+
+} // namespace bv

@@ -1,0 +1,26 @@
+// The users of the mail system with their addresses: B-DB\MAILUSER.DAT of the system area, a line of display name, tab
+// and address for each. MAILCONF.EXE, in the program's directory, makes it from the mail system's own directory.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace bv {
+
+// Runs MAILCONF.EXE, unless the file is there and this is not forced, and puts the file that it has made in place; when
+// it made none, the old one stays. The window is that which the program shows itself over, 0 for none. False after 5031
+// (not started) or 5004 (not put in place: then the new file lies beside, as MAILUSER.TMP).
+bool EnsureMailUserList(std::uintptr_t ownerWindow, bool force);
+
+// Deletes the file, so that the next EnsureMailUserList makes it anew. False when it is still there.
+bool DeleteMailUserList();
+
+// The address, of at most `size` characters, on the first line that has a tab and begins with the display name, in any
+// case, or with its words after the first followed by the first ("John Smith" finds "Smith John"). None also without a
+// file or a name, and after 413 or 9011.
+std::optional<std::string> LookupMailUser(std::string_view displayName, std::size_t size);
+
+} // namespace bv

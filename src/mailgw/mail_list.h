@@ -1,0 +1,73 @@
+// The mail list: B-DB\MAILLIST.INI of the system area, with a paragraph "[USER]" for each user of the mail system who
+// may send faxes, and the server user under whose name they go. Records stand in the order of "Emailname:", byte by
+// byte.
+//
+// Every change rewrites the list once, through MAILLIST.TMP, and holds it against everybody else meanwhile. Lines
+// outside the records concerned stay byte for byte, and after a failure the list is as it was, as far as copy_back.h
+// can say that. Messages of a change: 5002 "Unable to create file %s", 5001 "Error writing to file %s", 5004 "Unable to
+// update file %s", and 413 or 9011 when the user list, which tells the profiles, cannot be read.
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "users/user_file.h"
+
+namespace bv {
+
+struct MailUser {
+    WholeValue Brivname;
+    WholeValue Emailname;
+    WholeValue EmailBrivname; // the server user instead of Brivname, when Profile is set
+    bool Profile = false;     // the server user is a profile of the mail system
+    WholeValue SubAddr;       // these three are the gateway's, and only carried along
+    WholeValue PrintRecd;
+    WholeValue PrintSent;
+};
+
+// The longest Emailname: that a line of the file holds with its key.
+inline constexpr std::size_t kMaxEmailName = 269;
+
+std::string MailListPath();
+
+// The server user under whose name the mail user's faxes go.
+std::string_view EffectiveUser(const MailUser& user);
+
+// Reads every record in one pass, in file order, until the visitor returns false; without a list there are none. False
+// after 413 or 9011.
+using MailUserVisitor = std::function<bool(const MailUser& user)>;
+bool VisitMailUsers(const MailUserVisitor& visit);
+
+// The first record of that e-mail name, in any case. False after 413 or 9011.
+bool FindMailUser(std::string_view emailName, std::optional<MailUser>& found);
+
+// The number of records whose effective server user is that one, in any case; 0 without a list. None after 413 or 9011.
+std::optional<std::size_t> CountMailUsers(std::string_view serverName);
+
+// Adds a record behind all that do not sort after it; the list is made when there is none. Profile is set when the
+// server user's "MailName:" begins with "*". When there is a record of the previous e-mail name, in any case, the new
+// one takes its place and what is carried along; it is removed as by DeleteMailUser, with that one's messages. False
+// also for an empty name, without a message.
+bool AddMailUser(std::string_view serverName, std::string_view emailName,
+                 std::optional<std::string_view> previousEmailName = {});
+
+// Removes the first record of that e-mail name, in any case, and shows status 474. NotListed: 5427 has been shown and
+// MustDisableInMailSystem is set. NoList: the list cannot be opened, and nothing has been shown. Failed: after 5021 for
+// a default user, or a message above.
+enum class Removal { Removed, NotListed, NoList, Failed };
+Removal RemoveMailUser(std::string_view serverName, std::string_view emailName);
+
+// The same; true when a record was removed.
+bool DeleteMailUser(std::string_view serverName, std::string_view emailName);
+
+// The process's mark that a user is still to be disabled in the mail system.
+bool& MustDisableInMailSystem();
+
+// Gives every record a "Profile:" line, of the server user EmailBrivname when Brivname is missing, unless the first one
+// has it. Known keys come in the order of writing, other lines behind them. False after 5002 without a list.
+bool UpgradeMailList();
+
+} // namespace bv

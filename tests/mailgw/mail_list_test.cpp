@@ -1,0 +1,326 @@
+// The mail list: its bytes before, one action, what it says, its bytes after.
+#include "mailgw/mail_list.h"
+
+#include <random>
+
+#include <gmock/gmock.h>
+
+#include "mailgw/mail_actions.h"
+#include "shell/startup.h"
+#include "support/faulty_files.h"
+#include "support/memory_server.h"
+#include "users/user_actions.h"
+
+namespace bv {
+namespace {
+
+using test::MemoryServer;
+using testing::ElementsAre;
+using testing::ElementsAreArray;
+using testing::IsEmpty;
+using Texts = std::vector<std::string>;
+
+const std::string kList = "F:\\BRIVANE\\B-DB\\MAILLIST.INI";
+const std::string kTemporary = "F:\\BRIVANE\\B-DB\\MAILLIST.TMP";
+const std::string kUsers = "F:\\BRIVANE\\B-DB\\USERLIST.INI";
+const std::string kPrevented = "status 1: Brivane user ANN prevented from using gateway for send messages";
+
+std::string Entry(const std::string& user, const std::string& email, const std::string& more = "Profile: NO\r\n") {
+    return "[USER]\r\nBrivname: " + user + "\r\nEmailname: " + email + "\r\n" + more + "\r\n";
+}
+
+const std::string kRich =
+    "[user] of Ann\n Brivname: NONE\r\nprintsent:YES\r\nSubAddr: 7\nEmailname:  Kay K\t\r\n; hers\r\n"
+    "Colour: \x01red\r\nPrintRecd: NO  \r\nEmailBrivname: PROF\r\nBrivname: OLD\r\n";
+const std::string kHead = "[BRIVANE]\r\nType: x\n\n";
+
+class MailList : public testing::Test {
+  protected:
+    MailList() {
+        server_.Load();
+        server_.Put(kUsers, "[USER]\r\nName: (def)\r\nMailName: *\r\n[USER]\r\nName: ANN\r\nMailName: a*\r\n"
+                            "[USER]\r\nName: Prof\r\nMailName:  *sales\r\n[GROUP]\r\nName: GRP\r\nMailName: *\r\n"
+                            "[USER]\r\nName: BOX\r\nMailName: (x\r\n");
+        Startup().SettingsChanged = false;
+        MustDisableInMailSystem() = false;
+    }
+    ~MailList() override { Startup() = {}; }
+
+    MemoryServer server_;
+};
+
+TEST_F(MailList, AddingKeepsTheOrderOfBytesAndEverythingElse) {
+    const struct {
+        std::string Before;
+        std::string User;
+        std::string Email;
+        std::string After;
+    } rows[] = {
+        {"(none)", "ANN", "b", Entry("ANN", "b")},
+        {"", "PROF", "b", Entry("PROF", "b", "Profile: YES\r\n")},
+        {"", "grp", "b", Entry("grp", "b")}, // a group is no user
+        {"", "BOX", "b", Entry("BOX", "b")},
+        {"", "(DEF)", "b", Entry("(DEF)", "b", "Profile: YES\r\n")},
+        {Entry("X", "b"), "ANN", "A", Entry("ANN", "A") + Entry("X", "b")},
+        {Entry("X", "A") + Entry("X", "b"), "ANN", "a", Entry("X", "A") + Entry("ANN", "a") + Entry("X", "b")},
+        {Entry("X", "b") + Entry("Y", "c"), "ANN", "b", Entry("X", "b") + Entry("ANN", "b") + Entry("Y", "c")},
+        {Entry("X", "z"), "ANN", "\xE4", Entry("X", "z") + Entry("ANN", "\xE4")}, // bytes above 127 come last
+        // the first that is greater counts, also in a list out of order; other paragraphs stay with what is before them
+        {kHead + Entry("X", "m") + "[OTHER]\r\nk: v\n" + Entry("X", "z") + Entry("X", "c"), "ANN", "n",
+         kHead + Entry("X", "m") + "[OTHER]\r\nk: v\n" + Entry("ANN", "n") + Entry("X", "z") + Entry("X", "c")},
+        {"[USER]\r\nBrivname: no mail name\r\n[USER]\r\nEmailname: c", "ANN", "d",
+         "[USER]\r\nBrivname: no mail name\r\n[USER]\r\nEmailname: c\r\n" + Entry("ANN", "d")},
+    };
+    for (const auto& [before, user, email, after] : rows) {
+        server_.Files.Delete(kList);
+        if (before != "(none)") server_.Put(kList, before);
+        EXPECT_TRUE(AddMailUser(user, email)) << after;
+        EXPECT_EQ(server_.Get(kList), after);
+        EXPECT_EQ(server_.Get(kTemporary), "(none)");
+        EXPECT_THAT(server_.Front.TakeSaid(), IsEmpty());
+    }
+    EXPECT_FALSE(AddMailUser("", "b"));
+    EXPECT_FALSE(AddMailUser("ANN", ""));
+}
+
+TEST_F(MailList, ReplacingCarriesAlongWhatIsTheGateways) {
+    const std::string carried =
+        "EmailBrivname: PROF\r\nProfile: NO\r\nSubAddr: 7\r\nPrintRecd: NO\r\nPrintSent: YES\r\n";
+    const struct {
+        std::string Before;
+        std::string User;
+        std::string Email;
+        std::string After;
+        Texts Said;
+    } rows[] = {
+        {kHead + kRich + Entry("X", "x"),
+         "ANN",
+         "Z",
+         kHead + Entry("ANN", "Z", carried) + Entry("X", "x"),
+         {kPrevented}},
+        {Entry("X", "a") + kRich, "ANN", "Z", Entry("ANN", "Z", carried) + Entry("X", "a"), {kPrevented}},
+        {kRich + Entry("X", "z"), "ANN", "zz", Entry("X", "z") + Entry("ANN", "zz", carried), {kPrevented}},
+        {kRich + "[USER]\r\nEmailname: z",
+         "ANN",
+         "zz",
+         "[USER]\r\nEmailname: z\r\n" + Entry("ANN", "zz", carried),
+         {kPrevented}},
+        {kHead + kRich, "ANN", "Z", kHead + Entry("ANN", "Z", carried), {kPrevented}},
+        // the first of that name alone
+        {kRich + Entry("X", "KAY K"), "ANN", "Z", Entry("X", "KAY K") + Entry("ANN", "Z", carried), {kPrevented}},
+        {Entry("X", "x"), "ANN", "Z", Entry("ANN", "Z") + Entry("X", "x"), {}}, // not there
+        {kRich, "(def)", "Z", kRich, {"error: Not allowed to delete default user (def)"}},
+    };
+    for (const auto& [before, user, email, after, said] : rows) {
+        server_.Put(kList, before);
+        EXPECT_EQ(AddMailUser(user, email, "kay k"), user == "ANN");
+        EXPECT_EQ(server_.Get(kList), after);
+        EXPECT_THAT(server_.Front.TakeSaid(), ElementsAreArray(said));
+    }
+}
+
+TEST_F(MailList, DeletingTakesTheFirstRecordOfTheName) {
+    const std::string list = kHead + kRich + "[OTHER]\r\n" + Entry("Y", "kay k");
+    const struct {
+        std::string User;
+        std::string Email;
+        Removal Outcome;
+        std::string After;
+        Texts Said;
+    } rows[] = {
+        {"ANN", "KAY K", Removal::Removed, kHead + "[OTHER]\r\n" + Entry("Y", "kay k"), {kPrevented}},
+        {"ANN",
+         "KAY",
+         Removal::NotListed,
+         list,
+         {"error: User: 'KAY' (ANN)\n\nThis user must be disabled using the mail system"}},
+        {"ANN",
+         "Kay\tK",
+         Removal::NotListed,
+         list,
+         {"error: User: 'Kay' (ANN)\n\nThis user must be disabled using the mail system"}},
+        {"(x)", "KAY K", Removal::Failed, list, {"error: Not allowed to delete default user (x)"}},
+    };
+    for (const auto& [user, email, outcome, after, said] : rows) {
+        server_.Put(kList, list);
+        MustDisableInMailSystem() = false;
+        EXPECT_EQ(RemoveMailUser(user, email), outcome);
+        EXPECT_EQ(server_.Get(kList), after);
+        EXPECT_THAT(server_.Front.TakeSaid(), ElementsAreArray(said));
+        EXPECT_EQ(MustDisableInMailSystem(), outcome == Removal::NotListed);
+    }
+    server_.Files.Delete(kList);
+    EXPECT_FALSE(DeleteMailUser("ANN", "KAY K"));
+    EXPECT_THAT(server_.Front.TakeSaid(), IsEmpty());
+}
+
+TEST_F(MailList, CountsByTheEffectiveServerUser) {
+    const auto mapped = [](const std::string& to, const std::string& profile) {
+        return Entry("ANN", "e", "EmailBrivname: " + to + "\r\n" + profile);
+    };
+    server_.Put(kList, Entry("ann", "a") + mapped("PROF", "Profile: YES\r\n") + mapped("PROF", "Profile: off\r\n") +
+                           mapped("(none)", "Profile: on\r\n") + mapped("PROF", "Profile:\r\n") +
+                           mapped("PROF", "Profile: perhaps\r\n") + mapped("PROF", "") + "[USER]\r\n" +
+                           Entry("ANNA", "x") + "[GROUP]\r\nBrivname: ANN\r\n");
+    EXPECT_EQ(CountMailUsers("Ann"), 5U);
+    EXPECT_EQ(CountMailUsers("prof"), 2U);
+    EXPECT_EQ(CountMailUsers("AN"), 0U);
+    server_.Files.Delete(kList);
+    EXPECT_EQ(CountMailUsers("ANN"), 0U);
+}
+
+TEST_F(MailList, TheUpgradeGivesEveryRecordAProfile) {
+    const std::string later = "[USER]\r\nEmailname: z\r\nProfile: YES\r\nBrivname: ANN\r\n\r\n; next\r\n";
+    const std::string nobody = "[USER]\r\nEmailBrivname: prof\r\nEmailname: q\r\n\r\n[OTHER]\r\nProfile: ?\n";
+    const std::string before = kHead + kRich + later + nobody + "[USER]\r\nBrivname: PROF";
+    const std::string after =
+        kHead + "[user] of Ann\nBrivname: OLD\r\nEmailname: Kay K\r\nEmailBrivname: PROF\r\nProfile: NO\r\n"
+                "SubAddr: 7\r\nPrintRecd: NO\r\nPrintSent: YES\r\n Brivname: NONE\r\n; hers\r\nColour: \x01red\r\n\r\n"
+                "[USER]\r\nBrivname: ANN\r\nEmailname: z\r\nProfile: NO\r\n\r\n; next\r\n\r\n"
+                "[USER]\r\nBrivname:\r\nEmailname: q\r\nEmailBrivname: prof\r\nProfile: YES\r\n\r\n"
+                "[OTHER]\r\nProfile: ?\n[USER]\r\nBrivname: PROF\r\nEmailname:\r\nProfile: YES\r\n\r\n";
+    const std::pair<std::string, std::string> rows[] = {
+        {before, after}, {after, after}, {later + kRich, later + kRich}, // the first has it
+        {kHead, kHead},  {"", ""},
+    };
+    for (const auto& [text, upgraded] : rows) {
+        server_.Put(kList, text);
+        EXPECT_TRUE(UpgradeMailList());
+        EXPECT_EQ(server_.Get(kList), upgraded);
+    }
+    server_.Files.Delete(kList);
+    EXPECT_FALSE(UpgradeMailList());
+    EXPECT_THAT(server_.Front.TakeSaid(), ElementsAre("error: Unable to create file " + kList));
+}
+
+// Any order of additions and removals gives what a sorted list of pairs gives.
+TEST_F(MailList, BehavesAsAListInOrder) {
+    std::mt19937 random(4711);
+    server_.Put(kList, "");
+    std::vector<std::pair<std::string, std::string>> model; // e-mail name, user
+    for (int step = 0; step < 400; ++step) {
+        const std::string email(1, "aAbBcC\xE4"[random() % 7]);
+        const std::string user = "U" + std::to_string(random() % 3);
+        const auto same = [&](const auto& pair) { return EqualFolded(pair.first, email); };
+        const auto found = std::ranges::find_if(model, same);
+        if (random() % 3 == 0) {
+            EXPECT_EQ(DeleteMailUser(user, email), found != model.end());
+            if (found != model.end()) model.erase(found);
+        } else {
+            EXPECT_TRUE(AddMailUser(user, email));
+            const auto greater = [&](const auto& pair) { return pair.first > email; };
+            model.insert(std::ranges::find_if(model, greater), {email, user});
+        }
+        std::string expected;
+        for (const auto& [name, of] : model) expected += Entry(of, name);
+        ASSERT_EQ(server_.Get(kList), expected) << "step " << step;
+    }
+}
+
+TEST_F(MailList, AFaultLeavesTheOldListOrTheNewOne) {
+    const std::string before = Entry("X", "a") + kRich + Entry("X", "x");
+    const std::pair<const char*, bool (*)()> actions[] = {
+        {"add", [] { return AddMailUser("ANN", "b"); }},
+        {"replace", [] { return AddMailUser("ANN", "b", "Kay K"); }},
+        {"delete", [] { return DeleteMailUser("ANN", "Kay K"); }},
+        {"upgrade", [] { return UpgradeMailList(); }},
+    };
+    for (const auto& [name, action] : actions) {
+        const std::string old = std::string(name) == "upgrade" ? kRich + before : before;
+        server_.Put(kList, old);
+        ASSERT_TRUE(action());
+        const std::string done = server_.Get(kList);
+        for (const auto kind : {test::CallKind::Changes, test::CallKind::Looks}) {
+            for (int call = 1;; ++call) {
+                server_.Put(kList, old);
+                server_.Front.TakeSaid();
+                test::FaultyFiles faulty(server_.Files, {.AtCall = call, .Counted = kind});
+                bool isDone = false;
+                {
+                    const platform::Substitute<platform::FileSystem> use(faulty);
+                    isDone = action();
+                }
+                if (!faulty.Fired()) break;
+                // A close that fails is an error, too, but what was written stays.
+                const std::string left = server_.Get(kList);
+                EXPECT_TRUE(left == done || (!isDone && left == old)) << name << ", call " << call << left;
+                if (isDone) continue;
+                EXPECT_TRUE(std::string(name) == "delete" || !server_.Front.Said.empty()) << name << ", call " << call;
+            }
+        }
+    }
+}
+
+UserRecord Mailed(std::string_view mailName) {
+    UserRecord record;
+    record.MailName = mailName;
+    return record;
+}
+
+TEST_F(MailList, FollowsTheUserList) {
+    const UserRecord none;
+    const UserRecord old = Mailed("old");
+    const UserRecord same = Mailed("OLD");
+    const UserRecord next = Mailed("new");
+    const UserRecord profile = Mailed("*");
+    const std::string other = Entry("OTHER", "m");
+    const std::string warned = "warning: Mail users whose faxes go under the name ANN: 1. They stay in the mail list.";
+    const std::string notListed = "error: User: 'old' (ANN)\n\nThis user must be disabled using the mail system";
+    const struct {
+        const char* What;
+        const UserRecord* From;
+        const UserRecord* To;
+        std::string Before;
+        std::string After;
+        Texts Said = {};
+    } rows[] = {
+        {"added", nullptr, &old, other, other + Entry("ANN", "old")},
+        {"added, there", nullptr, &old, Entry("ann", "OLD"), Entry("ann", "OLD")},
+        {"added, of another", nullptr, &old, Entry("X", "old"), Entry("X", "old") + Entry("ANN", "old")},
+        {"without a mail name", nullptr, &none, other, other},
+        {"a profile", nullptr, &profile, other, other},
+        {"got a name", &none, &next, other, other + Entry("ANN", "new")},
+        {"was a profile", &profile, &next, other, other + Entry("ANN", "new")},
+        {"lost the name", &old, &none, other + Entry("ANN", "old"), other, {kPrevented}},
+        {"became a profile", &old, &profile, other + Entry("ANN", "old"), other, {kPrevented}},
+        {"same name", &old, &same, other, other},
+        {"other name", &old, &next, other + Entry("ANN", "old"), other + Entry("ANN", "new"), {kPrevented}},
+        {"other name, not there", &old, &next, other, other + Entry("ANN", "new")},
+        {"deleted", &old, nullptr, other + Entry("ANN", "old"), other, {kPrevented}},
+        {"deleted, of another", &old, nullptr, Entry("X", "old"), Entry("X", "old")},
+        {"deleted, not there", &old, nullptr, other, other, {notListed}},
+        {"profile deleted", &profile, nullptr, Entry("ANN", "x"), Entry("ANN", "x"), {warned}},
+        {"profile deleted, unused", &profile, nullptr, other, other},
+    };
+    for (const auto& [what, from, to, before, after, said] : rows) {
+        server_.Put(kList, before);
+        EXPECT_TRUE(FollowUser("ANN", from, to)) << what;
+        EXPECT_EQ(server_.Get(kList), after) << what;
+        EXPECT_THAT(server_.Front.TakeSaid(), ElementsAreArray(said)) << what;
+    }
+    EXPECT_TRUE(FollowUser("(def)", nullptr, &old));
+    server_.Files.Delete(kList);
+    EXPECT_TRUE(FollowUser("ANN", &old, nullptr));
+    EXPECT_THAT(server_.Front.TakeSaid(), IsEmpty());
+
+    server_.Put(kList, Entry("ANN", "old"));
+    const ControlStream held = OpenShared(kList, "r+b");
+    EXPECT_FALSE(FollowUser("ANN", &old, nullptr));
+    EXPECT_THAT(server_.Front.TakeSaid(), ElementsAre("error: Unable to open file " + kList));
+}
+
+TEST_F(MailList, IsKeptByTheActionsOnUsers) {
+    server_.Put("F:\\BRIVANE\\B-DB\\USER.INI", "[OPTIONS]\r\n");
+    FollowUserList();
+    UserRecord record = Mailed("iris@x");
+    record.MailGateway = true;
+    EXPECT_TRUE(AddUser("IRIS", record, RecordKind::User));
+    EXPECT_EQ(server_.Get(kList), Entry("IRIS", "iris@x"));
+    server_.Front.Answer = true;
+    EXPECT_TRUE(DeleteUser("IRIS", RecordKind::User));
+    EXPECT_EQ(server_.Get(kList), "");
+    SetMailListHook({});
+}
+
+} // namespace
+} // namespace bv
