@@ -3,9 +3,11 @@
 
 #include "console/console.h"
 #include "console/standard_console.h"
+#include "mailgw/mail_actions.h"
 
 int main(int count, char** arguments) {
     const std::vector<std::string> texts(arguments + (count > 0 ? 1 : 0), arguments + count);
+    bv::FollowUserList();
     bv::console::StandardConsole console;
     const int status = bv::console::RunConsole(texts, console);
     return console.Finish() ? status : bv::console::kExitRefused;

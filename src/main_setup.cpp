@@ -1,6 +1,7 @@
 // BVSETUP.EXE: the administrator's configuration program.
 #include <windows.h>
 
+#include "mailgw/mail_actions.h"
 #include "platform/environment.h"
 #include "resources/ids.h"
 #include "shell/colours_dlg.h"
@@ -40,6 +41,7 @@ int RunSetup(const char* commandLine, int showCommand) {
     if (ActivateRunningCopy(showCommand)) return 0;
     // All of the program's times are in one fixed zone; the server's files rely on it.
     platform::TheEnvironment().SetVariable("TZ", "PST8PDT");
+    FollowUserList();
 
     MainWindow window;
     WindowsFront front(window);

@@ -70,7 +70,7 @@ struct Verb {
     // "set", or "telnum set" for a verb of a group; empty: the area's name alone is the command.
     std::string_view Name = {};
     std::string_view Help = {};
-    std::array<Parameter, 5> Parameters = {}; // those without a name do not count
+    std::array<Parameter, 6> Parameters = {}; // those without a name do not count
     std::string_view Example = {};            // arguments to show how it is used
     Command Run = nullptr;
 };
@@ -84,19 +84,29 @@ struct Area {
 extern const Area kPathsArea;
 extern const Area kVersionArea;
 extern const Area kFileArea;
-extern const Area kCoversheetArea;
-extern const Area kLetterheadArea;
 extern const Area kUserArea;
 extern const Area kGroupArea;
 extern const Area kDeviceArea;
 extern const Area kOptionArea;
+extern const Area kCoversheetArea;
+extern const Area kLetterheadArea;
+extern const Area kRoutingArea;
+extern const Area kDestinationArea;
+extern const Area kLinkArea;
+extern const Area kRouterArea;
+extern const Area kLcrArea;
+extern const Area kDiallingArea;
+extern const Area kNumberArea;
+extern const Area kMailUserArea;
+extern const Area kMailNameArea;
 extern const Area kSecretArea;
 extern const Area kCompletionArea;
 extern const Area kManualArea;
 
 inline constexpr std::array kAreas = {
-    &kPathsArea,  &kVersionArea,    &kFileArea,       &kUserArea,   &kGroupArea,      &kDeviceArea,
-    &kOptionArea, &kCoversheetArea, &kLetterheadArea, &kSecretArea, &kCompletionArea, &kManualArea,
+    &kPathsArea,      &kVersionArea,    &kFileArea,     &kUserArea,        &kGroupArea,  &kDeviceArea,     &kOptionArea,
+    &kCoversheetArea, &kLetterheadArea, &kRoutingArea,  &kDestinationArea, &kLinkArea,   &kRouterArea,     &kLcrArea,
+    &kDiallingArea,   &kNumberArea,     &kMailUserArea, &kMailNameArea,    &kSecretArea, &kCompletionArea, &kManualArea,
 };
 
 } // namespace bv::console

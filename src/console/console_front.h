@@ -22,6 +22,9 @@ class ConsoleFront : public Front {
     // From here on prints no status texts and answers Yes: nothing that they speak of happens.
     void Rehearse();
 
+    // Whether a question is more than a No: there is a person to answer it, or Yes has been said beforehand.
+    [[nodiscard]] bool CanAsk() const { return answering_ == Answering::Yes || console_.IsTerminal(); }
+
     // Whether status texts are printed.
     void SetStatusShown(bool shown) { showsStatus_ = shown; }
 

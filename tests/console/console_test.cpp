@@ -7,6 +7,7 @@
 #include "console/output.h"
 #include "console/text_console.h"
 #include "support/memory_server.h"
+#include "support/texts.h"
 
 namespace bv::console {
 namespace {
@@ -90,7 +91,7 @@ TEST(CommandLine, HelpManualAndCompletionKnowEveryCommand) {
             EXPECT_EQ(help.Run(asking), 0);
             EXPECT_NE(help.Results.find("Usage: bvctl " + command), std::string::npos);
             EXPECT_EQ(help.Results.find(" VERB "), std::string::npos);
-            EXPECT_NE(manual.Results.find("\n.SS bvctl " + command), std::string::npos);
+            EXPECT_NE(manual.Results.find("\n.SS bvctl " + test::Replaced(command, "-", "\\-")), std::string::npos);
             EXPECT_NE(completion.Results.find("'" + command + "') echo"), std::string::npos);
             for (const Parameter& parameter : verb.Parameters)
                 EXPECT_NE(help.Results.find("\n  " + std::string(parameter.Name)), std::string::npos);

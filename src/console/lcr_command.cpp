@@ -1,0 +1,419 @@
+// Least-cost routing: whether it is switched on, its rules, and what they say of a fax.
+#include <algorithm>
+#include <charconv>
+#include <functional>
+#include <optional>
+#include <span>
+#include <string>
+
+#include "console/assignments.h"
+#include "console/commands.h"
+#include "console/dry_run.h"
+#include "console/located.h"
+#include "console/output.h"
+#include "console/rule_keys.h"
+#include "ctlfile/whole_file.h"
+#include "lcr/edit_lock.h"
+#include "lcr/rule_edit.h"
+#include "lcr/rule_file.h"
+#include "lcr/rule_match.h"
+#include "lcr/rule_references.h"
+#include "lcr/time_range.h"
+#include "options/server_options.h"
+#include "platform/ascii.h"
+#include "platform/clock.h"
+#include "shell/format.h"
+#include "shell/messages.h"
+
+namespace bv::console {
+namespace {
+
+constexpr std::string_view kAssignments = "KEY=VALUE";
+constexpr std::string_view kNumber = "N";
+constexpr std::string_view kAt = "--at";
+
+// Whether it is switched on
+
+struct Switch {
+    ServerOptions Options;
+    SavedOptions Saved;
+    OptionsFound Found;
+};
+
+bool LoadSwitch(const Session& session, Switch& lcr) {
+    session.Speaker.SetStatusShown(false); // what is read is no news here
+    const bool isLoaded = LoadServerOptions(lcr.Options, lcr.Saved, &lcr.Found);
+    session.Speaker.SetStatusShown(!session.DryRun);
+    return isLoaded;
+}
+
+int Status(Session& session, const Arguments&) {
+    constexpr std::string_view kLacks[] = {"", "general settings", "links", "destinations", "rules"};
+    Switch lcr;
+    if (!LoadSwitch(session, lcr)) return kExitRefused;
+    const LcrLack lack = FindLcrLack(lcr.Found.HasRouter);
+    PrintRecord(session, {{"Enabled", lcr.Options.LCR},
+                          {"Ready", lack == LcrLack::Nothing || lack == LcrLack::Rules},
+                          {"Missing", std::string(kLacks[static_cast<std::size_t>(lack)])}});
+    return kExitDone;
+}
+
+int SwitchLcr(Session& session, bool isOn) {
+    Switch lcr;
+    if (!LoadSwitch(session, lcr)) return kExitRefused;
+    if (isOn && CheckLcrReady(lcr.Found.HasRouter, false) != LcrReadiness::Ready) return kExitRefused;
+    lcr.Options.LCR = isOn;
+    return Perform(session, [&] { return SaveServerOptions(lcr.Options, lcr.Saved); });
+}
+
+int Enable(Session& session, const Arguments&) { return SwitchLcr(session, true); }
+int Disable(Session& session, const Arguments&) { return SwitchLcr(session, false); }
+
+// Numbers and moments
+
+std::optional<int> NumberIn(std::string_view text, int least, int most) {
+    int number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (error != std::errc() || end != text.data() + text.size() || number < least || number > most) return {};
+    return number;
+}
+
+// A moment of the form "YYYY-MM-DD hh:mm"; none for any other text, and for a day that no calendar has.
+std::optional<CalendarTime> ParseMoment(std::string_view text) {
+    constexpr std::string_view kForm = "0000-00-00 00:00";
+    const auto fits = [](char form, char c) { return form == '0' ? IsDigit(c) : form == c; };
+    if (text.size() != kForm.size() || !std::ranges::equal(kForm, text, fits)) return {};
+    const auto number = [text](std::size_t at, std::size_t size) {
+        return NumberIn(text.substr(at, size), 0, 9999).value_or(0);
+    };
+    constexpr int kNoon = 12;
+    CalendarTime day{number(0, 4), number(5, 2), number(8, 2), kNoon};
+    const CalendarTime known = ToCalendar(FromCalendar(day));
+    day.Hours = number(11, 2);
+    day.Minutes = number(14, 2);
+    day.Weekday = known.Weekday;
+    const bool isDay = known.Year == day.Year && known.Month == day.Month && known.Day == day.Day;
+    if (!isDay || day.Hours > 23 || day.Minutes > 59) return {};
+    return day;
+}
+
+// The moment of --at, or now; none after a message.
+std::optional<CalendarTime> MomentGiven(const Session& session, const Arguments& arguments) {
+    if (!arguments.Has(kAt)) return ToCalendar(platform::TheClock().Now() / 1000);
+    const std::optional<CalendarTime> moment = ParseMoment(arguments[kAt]);
+    if (!moment)
+        session.Streams.PrintNotice(
+            FormatText("%s: \"%s\" is not a moment of the form YYYY-MM-DD hh:mm\n", kAt, arguments[kAt]));
+    return moment;
+}
+
+std::string MomentText(const CalendarTime& moment) {
+    return FormatText("%.4d-%.2d-%.2d %.2d:%.2d", moment.Year, moment.Month, moment.Day, moment.Hours, moment.Minutes);
+}
+
+int Permitted(Session& session, const Arguments& arguments) {
+    std::string words;
+    for (const std::string& word : arguments.All("TIME")) words.append(words.empty() ? "" : " ").append(word);
+    std::optional<TimeRange> range;
+    if (EqualFolded(words, "OFFPEAK")) {
+        range = ReadOffpeak();
+        if (!range) return session.Refuse("Offpeak: the off-peak period cannot be determined");
+    } else if (IsValidSendTime(words)) {
+        range = ParseTimeRange(words);
+    }
+    if (!range)
+        return session.Refuse("TIME: \"" + words +
+                              "\" is not OFFPEAK or a time such as SAT SUN AFTER 18:00 BEFORE 08:00");
+    const std::optional<CalendarTime> moment = MomentGiven(session, arguments);
+    if (!moment) return kExitRefused;
+    const std::int64_t permitted = GetPermittedTime(*moment, *range);
+    const bool isNever = permitted == kNeverPermitted;
+    PrintRecord(session, {{"At", MomentText(*moment)},
+                          {"Permitted", isNever ? "never" : MomentText(ToCalendar(permitted))},
+                          {"Seconds", isNever ? Value() : Value(permitted)}});
+    return kExitDone;
+}
+
+// The rules
+
+// The place of the rule of that number; none after a message.
+std::optional<std::size_t> FindRule(const std::string& number, const RuleList& rules) {
+    constexpr int kMost = 1'000'000'000;
+    const std::optional<int> found = NumberIn(number, 1, kMost);
+    if (found && static_cast<std::size_t>(*found) <= rules.size()) return static_cast<std::size_t>(*found - 1);
+    ShowError("Rule: \"%s\" - there are rules 1 to %d", number, rules.size());
+    return {};
+}
+
+int ListRules(Session& session, const Arguments&) {
+    const std::optional<RuleList> rules = ReadRules();
+    if (!rules) return kExitRefused;
+    std::vector<Record> records;
+    for (const RoutingRule& rule : *rules) records.push_back(RecordOfRule(rule, records.size() + 1));
+    PrintRecords(session, records);
+    return kExitDone;
+}
+
+int Show(Session& session, const Arguments& arguments) {
+    const std::optional<RuleList> rules = ReadRules();
+    if (!rules) return kExitRefused;
+    const std::optional<std::size_t> place = FindRule(arguments[kNumber], *rules);
+    if (!place) return kExitRefused;
+    const RoutingRule& rule = (*rules)[*place];
+    Record record = RecordOfRule(rule, *place + 1);
+    std::string others;
+    for (const std::string& line : rule.OtherLines) others.append(others.empty() ? "" : " | ").append(line);
+    record.emplace_back("Other lines", others);
+    PrintRecord(session, record);
+    return kExitDone;
+}
+
+// What an edit of the rules has at hand.
+struct RuleEdit {
+    RuleNames Names;
+    RuleList Rules;
+};
+using RuleChange = std::function<RuleCheck(RuleEdit&)>;
+
+// Opens the rules for editing; recovered ones are put in place first, so that they are not lost with the edit.
+std::optional<OpenedRules> OpenForEdit(const Session& session) {
+    if (FileExists(PendingRulesPath()) && !session.Speaker.CanAsk()) {
+        ShowError("There are unsaved changes of an earlier session in %s, and nobody to ask; --yes recovers them",
+                  PendingRulesPath());
+        return {};
+    }
+    std::optional<OpenedRules> opened = OpenRules();
+    if (!opened || !opened->IsRecovered || PutInPlace(PendingRulesPath(), RulesPath())) return opened;
+    ShowError(5000, RulesPath());
+    return {};
+}
+
+// Saves the rules in one go. What cannot be put in place is not kept either, as long as the old rules are there.
+bool Commit(const RuleList& rules) {
+    if (SaveRules(rules, false)) return true;
+    if (FileExists(RulesPath())) AbandonRules(false);
+    return false;
+}
+
+bool EditRules(const Session& session, const RuleChange& change) {
+    RuleEdit edit;
+    if (!LoadRuleNames(edit.Names)) return false;
+    std::optional<OpenedRules> opened = OpenForEdit(session);
+    if (!opened) return false;
+    edit.Rules = std::move(opened->Rules);
+    if (CheckReferences(edit.Rules, edit.Names)) ShowWarning(5330);
+    const RuleCheck check = change(edit);
+    return check == RuleCheck::Unchanged || (check == RuleCheck::Fine && Commit(edit.Rules));
+}
+
+int Edit(const Session& session, const RuleChange& change) {
+    return Perform(session, [&] { return RunLcrEditor([&] { return EditRules(session, change); }); });
+}
+
+// Enters the values into a copy of the rule at the place, or into a new one, and takes it into the list.
+RuleCheck ChangeRule(RuleEdit& edit, std::optional<std::size_t> place, std::span<const Assignment> assignments) {
+    RoutingRule rule = place ? edit.Rules[*place] : RoutingRule();
+    for (const auto& [key, value] : assignments) {
+        if (!EnterRuleValue(rule, key, value, edit.Names)) return RuleCheck::Refused;
+    }
+    if (HasCriteria(rule) && !CheckServers(rule)) return RuleCheck::Refused;
+    const RuleCheck check = CheckRule(edit.Rules, place, rule, edit.Names, RuleLeaving::Ok);
+    if (check != RuleCheck::Fine) return check;
+    if (!IsKeptByFile(rule)) {
+        ShowError("Rule \"%s\": the file would give its lines back differently", rule.Description.View());
+        return RuleCheck::Refused;
+    }
+    StoreRule(edit.Rules, place, rule);
+    return RuleCheck::Fine;
+}
+
+int Add(Session& session, const Arguments& arguments) {
+    std::optional<std::vector<Assignment>> assignments = ReadAssignments(session, arguments, kAssignments);
+    if (!assignments) return kExitWrongUsage;
+    assignments->insert(assignments->begin(), {"Description", arguments["DESCRIPTION"]});
+    return Edit(session, [&](RuleEdit& edit) { return ChangeRule(edit, {}, *assignments); });
+}
+
+int Set(Session& session, const Arguments& arguments) {
+    const std::optional<std::vector<Assignment>> assignments = ReadAssignments(session, arguments, kAssignments);
+    if (!assignments) return kExitWrongUsage;
+    return Edit(session, [&](RuleEdit& edit) {
+        const std::optional<std::size_t> place = FindRule(arguments[kNumber], edit.Rules);
+        return place ? ChangeRule(edit, place, *assignments) : RuleCheck::Refused;
+    });
+}
+
+int Delete(Session& session, const Arguments& arguments) {
+    return Edit(session, [&](RuleEdit& edit) {
+        const std::optional<std::size_t> place = FindRule(arguments[kNumber], edit.Rules);
+        if (!place) return RuleCheck::Refused;
+        edit.Rules.erase(edit.Rules.begin() + static_cast<std::ptrdiff_t>(*place));
+        return RuleCheck::Fine;
+    });
+}
+
+// Moves a rule by as many places as it takes.
+RuleCheck MoveRule(RuleList& rules, std::size_t from, std::size_t to) {
+    if (from == to) return RuleCheck::Unchanged;
+    for (; from < to; ++from) MoveRuleDown(rules, from);
+    for (; from > to; --from) MoveRuleUp(rules, from);
+    return RuleCheck::Fine;
+}
+
+int Move(Session& session, const Arguments& arguments) {
+    const std::string& to = arguments["TO"];
+    return Edit(session, [&](RuleEdit& edit) {
+        const std::optional<std::size_t> place = FindRule(arguments[kNumber], edit.Rules);
+        if (!place) return RuleCheck::Refused;
+        // Beyond either end there is no place: then nothing is done.
+        if (EqualFolded(to, "up")) return MoveRule(edit.Rules, *place, *place - (*place == 0 ? 0 : 1));
+        if (EqualFolded(to, "down")) return MoveRule(edit.Rules, *place, std::min(*place + 1, edit.Rules.size() - 1));
+        const std::optional<std::size_t> target = FindRule(to, edit.Rules);
+        return target ? MoveRule(edit.Rules, *place, *target) : RuleCheck::Refused;
+    });
+}
+
+// What the rules say of a fax
+
+// The reference with the country as its identifier, or a region's identifier; none after a message.
+std::optional<std::string> DestinationGiven(const std::string& given, const Destinations& places) {
+    std::optional<std::string> found = places.Convert(given, ReferenceForm::Identifier);
+    if (const RegionEntry* region = places.FindRegion(given); !found && region != nullptr) found = region->Identifier;
+    if (!found) ShowError("--destination: \"%s\" is not defined", given);
+    return found;
+}
+
+bool CheckName(std::string_view option, const std::string& name, const NameSet& names) {
+    if (name.empty() || names.Has(name)) return true;
+    ShowError("%s: \"%s\" is not defined", option, name);
+    return false;
+}
+
+// Fills in what is given of the fax; false after a message.
+bool DescribeFax(const Arguments& arguments, const RuleNames& names, RuleFilter& fax) {
+    constexpr int kMostPages = 65535;
+    fax.User = arguments["--user"];
+    fax.Server = arguments["--server"];
+    if (!CheckName("--user", fax.User, names.Users) || !CheckName("--server", fax.Server, names.Servers)) return false;
+    if (!EnterPriorities(fax.Priorities, arguments["--priority"])) return false;
+    if (arguments.Has("--pages")) {
+        const std::optional<int> pages = NumberIn(arguments["--pages"], 0, kMostPages);
+        if (!pages) ShowError("--pages: \"%s\" is not a number from 0 to %d", arguments["--pages"], kMostPages);
+        if (!pages) return false;
+        fax.Pages = *pages;
+    }
+    if (!arguments.Has("--destination")) return true;
+    const std::optional<std::string> destination = DestinationGiven(arguments["--destination"], names.Places);
+    fax.Destination = destination.value_or("");
+    return destination.has_value();
+}
+
+struct CriterionOption {
+    std::string_view Option;
+    std::string_view Name;
+    Criterion Kind;
+};
+constexpr CriterionOption kCriteria[] = {
+    {"--destination", "Destination", Criterion::Destination},
+    {"--user", "User", Criterion::User},
+    {"--pages", "Size", Criterion::Size},
+    {"--priority", "Priority", Criterion::Priority},
+    {kAt, "Time", Criterion::Time},
+    {"--server", "Server", Criterion::Server},
+};
+
+// A line for each criterion that is asked about, and one for all of them.
+void AppendVerdicts(std::vector<Record>& records, const RoutingRule& rule, std::size_t number, RuleFilter fax,
+                    const Arguments& arguments, const MatchBasis& basis) {
+    const auto append = [&](std::string_view criterion, Verdict verdict) {
+        records.push_back({{"Rule", static_cast<std::int64_t>(number)},
+                           {"Description", rule.Description.String()},
+                           {"Criterion", std::string(criterion)},
+                           {"Matches", verdict.Matches},
+                           {"Why", std::string(verdict.Why)}});
+    };
+    bool matches = true;
+    fax.IsActive = true;
+    for (const auto& [option, name, kind] : kCriteria) {
+        if (!arguments.Has(option)) continue;
+        fax.Kind = kind;
+        const Verdict verdict = JudgeRule(rule, fax, basis);
+        append(name, verdict);
+        matches = matches && verdict.Matches;
+    }
+    append("all", {matches, matches ? "nothing speaks against it" : "see above"});
+}
+
+int Match(Session& session, const Arguments& arguments) {
+    RuleNames names;
+    RuleFilter fax;
+    if (!LoadRuleNames(names) || !DescribeFax(arguments, names, fax)) return kExitRefused;
+    const std::optional<CalendarTime> moment = MomentGiven(session, arguments);
+    if (!moment) return kExitRefused;
+    const std::optional<TimeRange> offpeak = ReadOffpeak();
+    if (!offpeak && arguments.Has(kAt)) return session.Refuse(FillMessage(5328));
+    std::optional<RuleList> rules = ReadRules();
+    if (!rules) return kExitRefused;
+    if (CheckReferences(*rules, names)) ShowWarning("References that are no longer defined are left out of the rules");
+
+    fax.Weekday = moment->Weekday;
+    fax.Hour = moment->Hours;
+    fax.Minute = moment->Minutes;
+    const MatchBasis basis = {names.Places, offpeak.value_or(TimeRange()), *moment};
+    std::vector<Record> records;
+    std::size_t number = 0;
+    for (const RoutingRule& rule : *rules) AppendVerdicts(records, rule, ++number, fax, arguments, basis);
+    PrintRecords(session, records);
+    return kExitDone;
+}
+
+constexpr Parameter kRule = {kNumber, "The rule's number, counted from 1"};
+constexpr Parameter kMoment = {kAt, "A moment in the server's time instead of now", ParameterKind::Option,
+                               "YYYY-MM-DD hh:mm"};
+constexpr std::string_view kKeysHelp = "Keys and values as 'show' prints them; lists are parted by commas";
+
+constexpr Verb kVerbs[] = {
+    {.Name = "status", .Help = "Show whether routing is enabled and ready, or what is missing", .Run = Located<Status>},
+    {.Name = "enable", .Help = "Enable least-cost routing, if it is ready", .Run = Located<Enable>},
+    {.Name = "disable", .Help = "Disable least-cost routing", .Run = Located<Disable>},
+    {.Name = "rules", .Help = "List the rules in their order", .Run = Located<ListRules>},
+    {.Name = "show", .Help = "Show every key of a rule", .Parameters = {{kRule}}, .Example = "1", .Run = Located<Show>},
+    {.Name = "add",
+     .Help = "Add a rule behind the others",
+     .Parameters = {{{"DESCRIPTION", "The rule's name, at most 99 characters"},
+                     {kAssignments, kKeysHelp, ParameterKind::ZeroOrMore}}},
+     .Example = "'Large faxes to London' Area=UK/LON 'Size=PAGES GE 10' 'Server=LON,*'",
+     .Run = Located<Add>},
+    {.Name = "set",
+     .Help = "Change keys of a rule",
+     .Parameters = {{kRule, {kAssignments, kKeysHelp, ParameterKind::OneOrMore}}},
+     .Example = "1 Priority=NORMAL,BACKGROUND Time=OFFPEAK",
+     .Run = Located<Set>},
+    {.Name = "delete", .Help = "Delete a rule", .Parameters = {{kRule}}, .Example = "2", .Run = Located<Delete>},
+    {.Name = "move",
+     .Help = "Move a rule to another place in the order",
+     .Parameters = {{kRule, {"TO", "'up', 'down' or the number that it is to have"}}},
+     .Example = "2 up",
+     .Run = Located<Move>},
+    {.Name = "permitted",
+     .Help = "Show the earliest moment at which words of time permit sending",
+     .Parameters = {{{"TIME", "OFFPEAK, or words as of a rule's time", ParameterKind::OneOrMore}, kMoment}},
+     .Example = "SAT SUN AFTER 18:00 BEFORE 08:00 --at '2026-06-01 12:00'",
+     .Run = Located<Permitted>},
+    {.Name = "match",
+     .Help = "Show for each rule which of the given criteria it meets, and why",
+     .Parameters = {{{"--destination", "A country, an area or a region", ParameterKind::Option, "REFERENCE"},
+                     {"--user", "Who sends the fax", ParameterKind::Option, "NAME"},
+                     {"--pages", "How many pages it has", ParameterKind::Option, "NUMBER"},
+                     {"--priority", "Its priority, or several", ParameterKind::Option, "WORD"},
+                     kMoment,
+                     {"--server", "A server that could send it", ParameterKind::Option, "IDENTIFIER"}}},
+     .Example = "--destination UK/LON --pages 12",
+     .Run = Located<Match>},
+};
+
+} // namespace
+
+const Area kLcrArea = {"lcr", "Least-cost routing and its rules", kVerbs};
+
+} // namespace bv::console

@@ -1,0 +1,82 @@
+// The general settings of least-cost routing.
+#include "lcr/router_settings.h"
+
+#include "console/commands.h"
+#include "console/dry_run.h"
+#include "console/entering.h"
+#include "console/located.h"
+#include "lcr/edit_lock.h"
+#include "platform/drives.h"
+
+namespace bv::console {
+namespace {
+
+constexpr std::string_view kAssignments = "KEY=VALUE";
+constexpr std::string_view kReveal = "--reveal";
+
+int Show(Session& session, const Arguments& arguments) {
+    RouterSettings settings;
+    switch (ReadRouterSettings(settings)) {
+    case RouterReading::Failed: return kExitRefused;
+    case RouterReading::NotConfigured: return session.Refuse("The general settings of routing are not configured");
+    case RouterReading::Done: break;
+    }
+    PrintRecord(session, ShownValues(RouterKeys(), settings, arguments.Has(kReveal)));
+    return kExitDone;
+}
+
+// A kind of link is used when its account or directory is given, unless that is said otherwise.
+void EnableKinds(const std::vector<Assignment>& values, RouterSettings& settings) {
+    if (HasKey(values, "EmailLoginName") && !HasKey(values, "EmailEnabled"))
+        settings.EmailEnabled = !settings.EmailLoginName.empty();
+    if (HasKey(values, "WanInboxDirectory") && !HasKey(values, "WanEnabled"))
+        settings.WanEnabled = !settings.WanInboxDirectory.empty();
+}
+
+bool Change(const Session& session, const std::vector<Assignment>& values) {
+    RouterSettings settings;
+    const RouterReading reading = ReadRouterSettings(settings);
+    if (reading == RouterReading::Failed) return false;
+    const RouterSettings before = settings;
+    if (!EnterValues(session, RouterKeys(), values, settings)) return false;
+    EnableKinds(values, settings);
+    if (settings.LocalServerId.empty()) return session.Refuse("LocalServerID: \"\" - this server needs a name") == 0;
+    if (const auto fault = FaultOfRouter(settings))
+        return session.Refuse(FormatText("%s: %s", fault->Key, fault->Message)) == kExitDone;
+    if (!AreKept(session, RouterKeys(), values, settings, AsRead(settings))) return false;
+    return (reading == RouterReading::Done && settings == before) || WriteRouterSettings(settings);
+}
+
+int Set(Session& session, const Arguments& arguments) {
+    const auto values = ReadAssignments(session, arguments, kAssignments);
+    if (!values) return kExitWrongUsage;
+    return Perform(session, [&] { return RunLcrEditor([&] { return Change(session, *values); }); });
+}
+
+int TestInbox(Session& session, const Arguments& arguments) {
+    const std::string directory = platform::ToWindowsPath(arguments["DIRECTORY"]);
+    return Perform(session, [&] { return TestWanInbox(directory); });
+}
+
+constexpr Verb kVerbs[] = {
+    {.Name = "show",
+     .Help = "Show this server's name and how faxes come to it from other servers",
+     .Parameters = {{{kReveal, "Also the login parameters, which may hold a password", ParameterKind::Flag}}},
+     .Run = Located<Show>},
+    {.Name = "set",
+     .Help = "Change these settings; an account or a directory given enables its kind of link",
+     .Parameters = {{{kAssignments, "Keys and values as 'show' prints them", ParameterKind::OneOrMore}}},
+     .Example = "LocalServerID=LONDON 'WanInboxDirectory=\\\\here\\LCRIN' WanInboxPollFreq=00:05",
+     .Run = Located<Set>},
+    {.Name = "test-inbox",
+     .Help = "Try whether other servers can leave their faxes in a directory",
+     .Parameters = {{{"DIRECTORY", "Its name in the network, or its path on a network drive"}}},
+     .Example = "'\\\\here\\LCRIN'",
+     .Run = Located<TestInbox>},
+};
+
+} // namespace
+
+const Area kRouterArea = {"router", "The general settings of least-cost routing", kVerbs};
+
+} // namespace bv::console

@@ -1,0 +1,231 @@
+// Destinations, links and the router's settings from the console: files before, one command, what it says, files after.
+#include <map>
+
+#include <gmock/gmock.h>
+
+#include "console/text_console.h"
+#include "support/memory_server.h"
+#include "support/texts.h"
+
+namespace bv::console {
+namespace {
+
+using test::Replaced;
+using test::TextConsole;
+
+const std::string kBase = "F:\\BRIVANE\\B-DB\\";
+const std::string kLock = "LCR settings are being edited by another user.  Please try again later\n";
+
+const std::map<std::string, std::string> kBefore = {
+    {"Country.ini", "[COUNTRIES]\n44: UK, \"Kingdom\", 0\n33: FR, \"\", x\n"},
+    {"Region.ini", "[REGIONS]\nRegion: EUROPE, \"All\"\nMatch: UK\nRegion: ASIA, \"\"\n"},
+    {"Area44.ini", "[AREAS]\nArea: LON, \"London\"\nMatch: 171*\n"},
+    {"Setup.ini", "[ROUTER]\nLocalServerID: HERE, \"\"\nEmailLoginParams: sekrit\nWanInboxDirectory: X\n"
+                  "WanInboxPollFreq: 00:05\n"},
+    {"Link.ini", "[BRIVANE]\nType: LinkDatabase\nRevision: A\n\n[LINK]\nRemoteServerID: A, \"Far\"\nLinkType: WAN\n"
+                 "RemoteServerAddress: there\nBrivaneAccountName: U\nLinkPassword: pw\n"
+                 "MaxOutboundPriority: URGENT\nMaxInboundPriority: URGENT\nRejectHigherPriorityMsg: NO\n"
+                 "LocalLinkStatus: UP\n\n"},
+};
+
+struct Case {
+    std::vector<std::string> Arguments;
+    int Status;
+    std::string Results;
+    std::string Notices; // how they end
+    std::string File = "Country.ini";
+    std::string After = ""; // empty: as before
+};
+
+const Case kCases[] = {
+    {{"destination", "country", "list"}, 0, "UK\tKingdom\t44\t0\nFR\t\t33\tx\n", ""},
+    {{"destination", "country", "add", "US", "DiallingCode=1", "Description=States"},
+     0,
+     "",
+     "Added country US\n",
+     "Country.ini",
+     kBefore.at("Country.ini") + "1: US, \"States\", 0\n\n"},
+    {{"destination", "country", "set", "fr", "Identifier=F"},
+     0,
+     "",
+     "Modified country F\n",
+     "Country.ini",
+     "[COUNTRIES]\n44: UK, \"Kingdom\", 0\n33: F, \"\", x\n\n"},
+    {{"destination", "country", "set", "UK", "Description=Kingdom"}, 0, "", ""},
+    {{"destination", "country", "set", "UK", "DiallingCode=45"},
+     1,
+     "",
+     "DiallingCode: \"45\" - the areas of country UK are kept under 44; delete them first\n"},
+    {{"destination", "country", "add", "uk", "DiallingCode=1"},
+     1,
+     "",
+     "Identifier: \"uk\" - there is a country of that name already\n"},
+    {{"destination", "country", "add", "X", "DiallingCode=044"},
+     1,
+     "",
+     "DiallingCode: \"044\" is not a dialling code of 1 to 19 digits that does not begin with 0\n"},
+    {{"destination", "country", "add", "X"}, 1, "", "DiallingCode: \"\" - a country needs one\n"},
+    {{"destination", "country", "delete", "X"}, 1, "", "There is no country X\n"},
+    {{"destination", "region", "add", "EU", "Matches=UK/LON 33"},
+     0,
+     "",
+     "Added region EU\n",
+     "Region.ini",
+     "[REGIONS]\nRegion: EU, \"\"\nMatch: UK/LON\nMatch: 33\nRegion: ASIA, \"\"\n"}, // by its beginning
+    {{"destination", "region", "set", "ASIA", "Matches=JP"},
+     1,
+     "",
+     "Matches: \"JP\" is not a country or an area that is there\n",
+     "Region.ini"},
+    {{"destination", "region", "delete", "europe"},
+     0,
+     "",
+     "Deleted region europe\n",
+     "Region.ini",
+     "[REGIONS]\nRegion: ASIA, \"\"\n"},
+    {{"destination", "area", "list", "44"}, 0, "LON\tLondon\t171*\n", "", "Area44.ini"},
+    {{"destination", "area", "set", "uk", "lon", "Matches=181"},
+     0,
+     "",
+     "Modified area LON\n",
+     "Area44.ini",
+     "[AREAS]\nArea: LON, \"London\"\nMatch: 181\n"},
+    {{"destination", "area", "add", "FR", "PAR", "Matches=1*"},
+     0,
+     "",
+     "Added area PAR\n",
+     "Area33.ini",
+     "[BRIVANE]\nType: Area\nRevision: A\n\n[AREAS]\nArea: PAR, \"\"\nMatch: 1*\n"},
+    {{"destination", "area", "add", "UK", "X", "Matches=1x"},
+     1,
+     "",
+     "Matches: \"1x\" is not a number, or the beginning of one and *\n"},
+    {{"destination", "area", "list", "DE"}, 1, "", "There is no country DE\n"},
+    {{"destination", "contains", "EUROPE", "44/LON"}, 0, "YES\n", ""},
+    {{"destination", "contains", "EUROPE", "FR"}, 0, "NO\n", ""},
+    {{"destination", "contains", "NOPE", "FR"}, 1, "", "There is no region NOPE\n"},
+    {{"destination", "name", "uk/lon"}, 0, "London, Kingdom\n", ""},
+    {{"destination", "name", "uk/x"}, 0, "<Not found>\n", ""},
+    {{"destination", "convert", "uk/lon"}, 0, "44/LON\n", ""},
+    {{"destination", "convert", "44"}, 0, "UK\n", ""},
+    {{"destination", "convert", "9"}, 1, "", "There is no destination 9\n"},
+
+    {{"link", "list"}, 0, "A\tFar\tWAN\tthere\n", "", "Link.ini"},
+    {{"link", "show", "a"},
+     0,
+     "RemoteServerID: A\nDescription: Far\nLinkType: WAN\nRemoteServerAddress: there\nBrivaneAccountName: U\n"
+     "LinkPassword: ********\nReceiveEnabled: \nSendEnabled: \nLinkDelay: \nLocalWatchdogFreq: \n"
+     "MaxOutboundPriority: URGENT\nMaxInboundPriority: URGENT\nRejectHigherPriorityMsg: NO\n",
+     "",
+     "Link.ini"},
+    {{"link", "set", "A", "LinkDelay=2:5", "Description="},
+     0,
+     "",
+     "Modified link A\n",
+     "Link.ini",
+     Replaced(Replaced(kBefore.at("Link.ini"), "Far", "A"), "pw\n", "pw\nLinkDelay: 02: 5\n")},
+    {{"link", "set", "A", "RemoteServerID=B", "--yes"},
+     0,
+     "",
+     "Modified link B\n",
+     "Link.ini",
+     Replaced(Replaced(kBefore.at("Link.ini"), ": A, ", ": B, "), "LocalLinkStatus: UP\n",
+              "RemoteLinkRunNumber: 0.0\nLocalLinkRunNumber: 0.0\nLocalLinkStatus: LINKSHUTDOWN\n"
+              "ConnectionStatus: ON\n")},
+    {{"link", "set", "A", "LinkType=EMAIL"},
+     1,
+     "",
+     "LinkType: To use Email links, they must first be enabled under 'General Settings'\n",
+     "Link.ini"},
+    {{"link", "set", "A", "LinkDelay=24:00"}, 1, "", "LinkDelay: Link Delay must be between 00:00 and 23:59\n"},
+    {{"link", "set", "A", "LinkDelay=soon"}, 1, "", "LinkDelay: \"soon\" is not a time such as 01:30\n", "Link.ini"},
+    {{"link", "set", "A", "Nope=1"}, 1, "", "Nope: \"1\" - there is no such key\n", "Link.ini"},
+    {{"link", "add", "a"}, 1, "", "RemoteServerID: This ID is in use already.  Please enter a unique ID\n"},
+    {{"link", "delete", "a"}, 0, "", "Deleted link A\n", "Link.ini", "[BRIVANE]\nType: LinkDatabase\nRevision: A\n\n"},
+
+    {{"router", "set", "WanInboxPollFreq=00:00"},
+     1,
+     "",
+     "WanInboxPollFreq: All intervals must be between 00:01 and 23:59\n",
+     "Setup.ini"},
+    {{"router", "set", "EmailLoginParams=x"},
+     1,
+     "",
+     "EmailLoginParams: \"x\" is not kept beside the other values\n",
+     "Setup.ini"},
+    {{"router", "set", "LocalServerID=THERE"},
+     0,
+     "",
+     "",
+     "Setup.ini",
+     "[ROUTER]\nLocalServerID: THERE, \"\"\nWanInboxDirectory: X\nWanInboxPollFreq: 00:05\n"},
+    {{"router", "test-inbox", "\\\\no\\where"}, 1, "", "Can't find specified directory\n", "Setup.ini"},
+};
+
+struct Scene : test::MemoryServer {
+    TextConsole Console;
+    Scene() {
+        Load();
+        Put("F:\\BRIVANE\\B-REQ\\QUEUE", "");
+        for (const auto& [name, text] : kBefore) PutFile(name, text);
+    }
+    void PutFile(const std::string& name, const std::string& text) { Put(kBase + name, Replaced(text, "\n", "\r\n")); }
+    std::string GetFile(const std::string& name) { return Replaced(Get(kBase + name), "\r\n", "\n"); }
+};
+
+std::string Before(const std::string& name) { return kBefore.contains(name) ? kBefore.at(name) : "(none)"; }
+
+TEST(DestinationCommands, DoOneThingAndSayIt) {
+    for (const Case& one : kCases) {
+        SCOPED_TRACE(testing::PrintToString(one.Arguments));
+        Scene scene;
+        EXPECT_EQ(scene.Console.Run(one.Arguments), one.Status);
+        EXPECT_EQ(scene.Console.Results, one.Results);
+        EXPECT_THAT(scene.Console.Notices, testing::EndsWith(one.Notices));
+        EXPECT_EQ(scene.GetFile(one.File), one.After.empty() ? Before(one.File) : one.After);
+        EXPECT_THAT(scene.Files.List(kBase, "*.ne?"), testing::IsEmpty());
+        std::vector<std::string> rehearsed = one.Arguments;
+        rehearsed.emplace_back("--dry-run");
+        Scene rehearsal;
+        EXPECT_EQ(rehearsal.Console.Run(rehearsed), one.Status);
+        EXPECT_EQ(rehearsal.GetFile(one.File), Before(one.File));
+    }
+}
+
+TEST(DestinationCommands, HideWhatIsSecretAndTakeTheLock) {
+    Scene scene;
+    EXPECT_EQ(scene.Console.Run({"router", "show"}), 0);
+    EXPECT_THAT(scene.Console.Results, testing::HasSubstr("EmailLoginParams: ********\n"));
+    EXPECT_EQ(scene.Console.Run({"router", "show", "--reveal"}), 0);
+    EXPECT_THAT(scene.Console.Results, testing::HasSubstr("EmailLoginParams: sekrit\n"));
+    EXPECT_EQ(scene.Console.Run({"link", "show", "A", "--reveal", "--json"}), 0);
+    EXPECT_THAT(scene.Console.Results, testing::HasSubstr("\"LinkPassword\": \"pw\""));
+
+    scene.Put("F:\\BRIVANE\\B-REQ\\LCREDIT.LOK", "");
+    const auto held = scene.Files.Open("F:\\BRIVANE\\B-REQ\\LCREDIT.LOK",
+                                       {platform::Access::Read, platform::Deny::ReadingAndWriting});
+    const std::vector<std::string> edits[] = {{"destination", "country", "delete", "UK"},
+                                              {"destination", "region", "add", "X"},
+                                              {"destination", "area", "set", "UK", "LON", "Matches=1"},
+                                              {"link", "delete", "A"},
+                                              {"router", "set", "LocalServerID=B"}};
+    for (const auto& edit : edits) {
+        EXPECT_EQ(scene.Console.Run(edit), 1);
+        EXPECT_THAT(scene.Console.Notices, testing::EndsWith(kLock));
+    }
+    for (const auto& [name, text] : kBefore) EXPECT_EQ(scene.GetFile(name), text);
+}
+
+TEST(DestinationCommands, EditNoLinksBeforeTheGeneralSettings) {
+    Scene scene;
+    scene.PutFile("Setup.ini", "[OPTIONS]\n");
+    EXPECT_EQ(scene.Console.Run({"link", "delete", "A"}), 1);
+    EXPECT_THAT(scene.Console.Notices,
+                testing::EndsWith("Unable to load general settings.  Please configure LCR 'General Settings' before "
+                                  "proceeding\n"));
+    EXPECT_EQ(scene.Console.Run({"router", "show"}), 1);
+    EXPECT_EQ(scene.GetFile("Link.ini"), kBefore.at("Link.ini"));
+}
+
+} // namespace
+} // namespace bv::console

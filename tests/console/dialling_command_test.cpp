@@ -1,0 +1,160 @@
+// Dialling properties and numbers from the console: the file before, one command, what it says, the file after.
+#include <gmock/gmock.h>
+
+#include "console/text_console.h"
+#include "support/memory_server.h"
+#include "support/texts.h"
+
+namespace bv::console {
+namespace {
+
+using test::Replaced;
+
+const std::string kPath = "F:\\BRIVANE\\B-DB\\DIALLING.INI";
+const std::string kHead = "[BRIVANE]\nType: DiallingProperties\nRevision: A\n\n[DIALPROPERTIES]\nLocation: London\n\n";
+const std::string kLondon = "[LOCATION]\nDescription: London\nCountry: 44\nArea: 171\nNatlAccess: 0\nIntlAccess: 00\n"
+                            "DialAreaCode: NO\nDialNatlAccessForLocal: NO\nDisplayNatlAccess: NO\n"
+                            "NumberWithoutAreaMaxLen: 7\nDialAsLocal: 181\nDialAsLocal: 1923\n\n";
+const std::string kOslo = "[LOCATION]\nDescription: Oslo\nCountry: 47\nArea: \nNatlAccess: \nIntlAccess: 00\n"
+                          "DialAreaCode: NO\nDialNatlAccessForLocal: NO\nDisplayNatlAccess: NO\n"
+                          "NumberWithoutAreaMaxLen: 0\n\n";
+const std::string kFile = kHead + kLondon + kOslo;
+const std::string kUpdated = "Updated file " + kPath + "\n";
+
+struct Case {
+    std::vector<std::string> Arguments;
+    int Status;
+    std::string Results;
+    std::string Notices; // how they end
+    std::string After = kFile;
+};
+
+const Case kCases[] = {
+    {{"dialling", "show"},
+     0,
+     "Location: London\nCountry: 44\nArea: 171\nNatlAccess: 0\nIntlAccess: 00\nDialAreaCode: NO\n"
+     "DialNatlAccessForLocal: NO\nDisplayNatlAccess: NO\nNumberWithoutAreaMaxLen: 7\nDialAsLocal: 181,1923\n"
+     "DialAsNatl: \n",
+     ""},
+    {{"dialling", "set", "area=20", "DialAsLocal=1,22", "DialAsNatl=9"},
+     0,
+     "",
+     kUpdated,
+     Replaced(Replaced(kFile, "171", "20"), "181\nDialAsLocal: 1923\n", "1\nDialAsLocal: 22\nDialAsNatl: 9\n")},
+    {{"dialling", "set", "DialAsLocal="},
+     0,
+     "",
+     kUpdated,
+     Replaced(kFile, "DialAsLocal: 181\nDialAsLocal: 1923\n", "")},
+    {{"dialling", "set", "location=Oslo", "NumberWithoutAreaMaxLen=8"},
+     0,
+     "",
+     kUpdated,
+     Replaced(Replaced(kFile, "Location: London", "Location: Oslo"), "MaxLen: 0", "MaxLen: 8")},
+    {{"dialling", "set", "Location=Rome", "Country=39", "IntlAccess=00"},
+     0,
+     "",
+     kUpdated,
+     Replaced(kFile, "Location: London", "Location: Rome") + Replaced(Replaced(kOslo, "Oslo", "Rome"), "47", "39")},
+    {{"dialling", "set", "Location=tapi"}, 0, "", kUpdated, Replaced(kHead, "London", "TAPI")},
+    {{"dialling", "set", "Location=TAPI", "Area=1"}, 1, "", "Area: \"1\" - the location TAPI has no keys\n"},
+    {{"dialling", "set", "Country=+44"}, 1, "", "Country: \"+44\" is not at most 10 digits\n"},
+    {{"dialling", "set", "Area=12345678901"}, 1, "", "Area: \"12345678901\" is not a text of at most 10 characters\n"},
+    {{"dialling", "set", "NumberWithoutAreaMaxLen=65536"},
+     1,
+     "",
+     "NumberWithoutAreaMaxLen: \"65536\" is not a number from 0 to 65535\n"},
+    {{"dialling", "set", "DialAsNatl=1,,2"}, 1, "", "DialAsNatl: an empty prefix would begin every number\n"},
+    {{"dialling", "set", "DialAsNatl=1,"}, 1, "", "DialAsNatl: an empty prefix would begin every number\n"},
+    {{"dialling", "set", "DialAsNatl=1, 2"}, 1, "", "DialAsNatl: \" 2\" begins or ends with a blank\n"},
+    {{"dialling", "set", "DialAsNatl=1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,32"},
+     1,
+     "",
+     "DialAsNatl: \"32\" is one more than the 31 prefixes that there can be\n"},
+    {{"dialling", "set", "Description=X"}, 1, "", "There is no key Description\n"},
+    {{"dialling", "set", "Location="}, 1, "", "Location: \"\" is no name\n"},
+    {{"dialling", "set", "Location= x"}, 1, "", "Location: \" x\" begins or ends with a blank\n"},
+    {{"dialling", "set", "Area"}, 2, "", "'Area' is not of the form KEY=VALUE\n"},
+
+    {{"number", "international", "0181 123 4567:2"}, 0, "+441811234567:2\n", ""},
+    {{"number", "dialable", "+44 (171) 123-4567", "--json"}, 0, "{\n  \"number\": \"1234567\"\n}\n", ""},
+    {{"number", "dialable", "12345678901234567890123456789012345678901"},
+     1,
+     "",
+     "NUMBER: \"12345678901234567890123456789012345678901\" has, or would have, over 40 characters\n"},
+    {{"number", "explain", "0181 1"},
+     0,
+     "international\tSeparators and suffix are taken off\t01811\n"
+     "international\t4: begins with NatlAccess: + and Country take its place\t+441811\n"
+     "dialable\tSeparators and suffix are taken off\t01811\n"
+     "dialable\t3b: neither + nor IntlAccess: a number of the own country\t01811\n"
+     "dialable\t4: begins with NatlAccess, which is taken off: a national number\t1811\n"
+     "dialable\t5b: begins with a DialAsLocal entry: dialled as it stands\t1811\n",
+     ""},
+};
+
+struct Scene {
+    test::MemoryServer Server;
+    test::TextConsole Console;
+
+    explicit Scene(const std::string& file = kFile) {
+        Server.Load();
+        if (!file.empty()) Server.Put(kPath, Replaced(file, "\n", "\r\n"));
+    }
+    std::string File() { return Replaced(Server.Get(kPath), "\r\n", "\n"); }
+};
+
+TEST(DiallingCommands, DoOneThingAndSayIt) {
+    for (const Case& one : kCases) {
+        SCOPED_TRACE(testing::PrintToString(one.Arguments));
+        Scene scene;
+        EXPECT_EQ(scene.Console.Run(one.Arguments), one.Status);
+        EXPECT_EQ(scene.Console.Results, one.Results);
+        EXPECT_THAT(scene.Console.Notices, testing::EndsWith(one.Notices));
+        EXPECT_EQ(scene.File(), one.After);
+        std::vector<std::string> rehearsed = one.Arguments;
+        rehearsed.emplace_back("--dry-run");
+        Scene rehearsal;
+        EXPECT_EQ(rehearsal.Console.Run(rehearsed), one.Status);
+        EXPECT_EQ(rehearsal.File(), kFile);
+    }
+}
+
+TEST(DiallingCommands, AFileWithoutALocationIsSaid) {
+    const std::string lost = "File " + kPath + " selects no location, or one that it does not hold\n";
+    const std::string away = "Unable to open file " + kPath + "\n";
+    const std::string telephony = "The dialling properties are left to the telephony service, which is not asked here: "
+                                  "all of them are empty.\n";
+    const std::tuple<std::string, std::vector<std::string>, int, std::string> cases[] = {
+        {"", {"number", "dialable", "1"}, 1, away},
+        {"", {"dialling", "show"}, 1, away},
+        {kHead, {"number", "explain", "1"}, 1, lost},
+        {kHead, {"dialling", "show"}, 1, lost},
+        {kHead, {"dialling", "set", "Area=1"}, 1, lost + "Location=NAME selects one, or makes a new one\n"},
+        {Replaced(kFile, ": London", ": TAPI"), {"number", "dialable", "0 1"}, 0, telephony},
+        {Replaced(kFile, ": London", ": NoTelNumEdit"), {"number", "dialable", "0 1"}, 0, ""},
+    };
+    for (const auto& [file, arguments, status, notices] : cases) {
+        Scene scene(file);
+        EXPECT_EQ(scene.Console.Run(arguments), status);
+        EXPECT_EQ(scene.Console.Notices, notices);
+        EXPECT_EQ(scene.Console.Results, status == 0 ? "01\n" : "");
+        EXPECT_EQ(scene.File(), file.empty() ? "(none)" : file);
+    }
+    Scene fresh("");
+    EXPECT_EQ(fresh.Console.Run({"dialling", "set", "Location=Oslo", "Country=47", "IntlAccess=00"}), 0);
+    EXPECT_EQ(fresh.File(), Replaced(kHead, "London", "Oslo") + kOslo);
+}
+
+TEST(DiallingCommands, AChangeThatWasCutOffIsTakenUp) {
+    Scene scene("");
+    scene.Server.Put("F:\\BRIVANE\\B-DB\\DIALLING.NEW", Replaced(kFile, "\n", "\r\n"));
+    EXPECT_EQ(scene.Console.Run({"number", "dialable", "0171 2"}), 0);
+    EXPECT_EQ(scene.Console.Results, "2\n");
+    EXPECT_THAT(scene.Console.Notices, testing::HasSubstr("cut off"));
+    EXPECT_EQ(scene.Console.Run({"dialling", "set", "Area=20"}), 0);
+    EXPECT_EQ(scene.File(), Replaced(kFile, "171", "20"));
+}
+
+} // namespace
+} // namespace bv::console

@@ -1,0 +1,280 @@
+// Least-cost routing from the console: the rules' bytes before, one command, what it says, the bytes after.
+#include <gmock/gmock.h>
+
+#include "console/text_console.h"
+#include "support/faulty_files.h"
+#include "support/memory_server.h"
+#include "support/texts.h"
+
+namespace bv::console {
+namespace {
+
+using test::MemoryServer;
+using test::Replaced;
+using test::TextConsole;
+using testing::HasSubstr;
+
+const std::string kArea = "F:\\BRIVANE\\B-DB\\";
+const std::string kLive = kArea + "LCRRules.ini";
+const std::string kPending = kArea + "LCRRules.new";
+const std::string kLock = "F:\\BRIVANE\\B-REQ\\LCREDIT.LOK";
+const std::string kHead = "[BRIVANE]\r\nType: LCRRules\r\nRevision: A\r\n\r\n";
+const std::string kOne = "[RULE]\r\nDescription: One\r\nRegion: EU\r\nUser: ANN\r\nTime: OFFPEAK\r\n; note\r\n"
+                         "Server: LON\r\nServer: *\r\n\r\n";
+const std::string kTwo = "[RULE]\r\nDescription: Two\r\nSize: PAGES GE 10\r\nPriority: URGENT\r\nServer: PAR\r\n\r\n";
+const std::string kRules = kHead + kOne + kTwo;
+const std::string kSetup = "[OPTIONS]\r\n[QUEUEMAN]\r\nOffpeak: SAT SUN AFTER 18:00 BEFORE 08:00\r\n"
+                           "[ROUTER]\r\nLocalServerID: HERE, \"Here\"\r\n";
+
+struct Scene {
+    MemoryServer Server;
+    TextConsole Console;
+
+    Scene() {
+        Server.Load();
+        Server.Put(kArea + "SETUP.INI", kSetup);
+        Server.Put(kArea + "USERLIST.INI", "[USER]\r\nName: ANN\r\n[USER]\r\nName: BEN\r\n");
+        Server.Put(kArea + "LINK.INI", "[LINK]\r\nRemoteServerID: LON, \"L\"\r\n[LINK]\r\nRemoteServerID: PAR\r\n");
+        Server.Put(kArea + "REGION.INI", "[REGIONS]\r\nRegion: EU, \"Europe\"\r\nMatch: UK\r\n");
+        Server.Put(kArea + "COUNTRY.INI", "[COUNTRIES]\r\n44: UK, \"Kingdom\", 0\r\n33: FR, \"France\", 0\r\n");
+        Server.Put(kLive, kRules);
+    }
+};
+
+struct Case {
+    std::vector<std::string> Arguments;
+    int Status;
+    std::string Results;
+    std::string Notices;
+    std::string After = kRules;
+};
+
+const std::string kFirstLine = "1\tOne\tEU\t\t\tANN\t\tOFFPEAK\t\tLON,*\n";
+
+const Case kCases[] = {
+    {{"status"}, 0, "Enabled: NO\nReady: YES\nMissing: \n", ""},
+    {{"rules"}, 0, kFirstLine + "2\tTwo\t\t\t\t\tPAGES GE 10\t\tURGENT\tPAR\n", ""},
+    {{"show", "1"},
+     0,
+     "Rule: 1\nDescription: One\nRegion: EU\nCountry: \nArea: \nUser: ANN\nSize: \nTime: OFFPEAK\nPriority: \n"
+     "Server: LON,*\nOther lines: ; note\n",
+     ""},
+    {{"show", "3"}, 1, "", "Rule: \"3\" - there are rules 1 to 2\n"},
+    {{"show", "0"}, 1, "", "Rule: \"0\" - there are rules 1 to 2\n"},
+    {{"add", "Three", "country=44,FR", "TIME=sat after 8:00 before 17:30", "Server=*"},
+     0,
+     "",
+     "",
+     kRules + "[RULE]\r\nDescription: Three\r\nCountry: 44\r\nCountry: FR\r\nTime: SAT AFTER 08:00 BEFORE 17:30 \r\n"
+              "Server: *\r\n\r\n"},
+    {{"add", "two", "User=ANN", "Server=*"},
+     1,
+     "",
+     "This description is in use already.  Please enter a unique description\n"},
+    {{"add", "Three", "User=ANN"},
+     1,
+     "",
+     "You must select some remote servers, or allow the local server to be used\n"},
+    {{"add", "Three", "Server=*"},
+     1,
+     "",
+     "Invalid rule - you must select some message criteria, or some remote servers\n"},
+    {{"add", "Three", "Server=LON", "--yes"},
+     0,
+     "",
+     "",
+     kRules + "[RULE]\r\nDescription: Three\r\nServer: LON\r\n\r\n"},
+    {{"add", "", "User=ANN", "Server=*"}, 1, "", "Description: \"\" - a rule needs a description\n"},
+    {{"add", std::string(100, 'x'), "User=ANN", "Server=*"},
+     1,
+     "",
+     "Description: \"" + std::string(100, 'x') + "\" is not a text of at most 99 characters\n"},
+    {{"add", "Three", "User=ANN,CARL", "Server=*"}, 1, "", "User: \"CARL\" is not defined\n"},
+    {{"add", "Three", "Area=UK/LON", "Server=*"}, 1, "", "Area: \"UK/LON\" is not defined\n"},
+    {{"add", "Three", "Server=ROM"}, 1, "", "Server: \"ROM\" is not defined\n"},
+    {{"add", "Three", "Colour=red"}, 1, "", "Colour: \"red\" - rules have no such key\n"},
+    {{"add", "Three", "red"}, 2, "", "'red' is not of the form KEY=VALUE\n"},
+    {{"set", "1", "Time=", "User=ben", "Priority=background,NORMAL"},
+     0,
+     "",
+     "",
+     kHead +
+         Replaced(Replaced(kOne, "Time: OFFPEAK", "Priority: NORMAL\r\nPriority: BACKGROUND"), "User: ANN",
+                  "User: ben") +
+         kTwo},
+    {{"set", "2", "Size=pages ge 1"},
+     0,
+     "",
+     "Selecting messages of one or more pages is equivalent to selecting messages of any size\n",
+     Replaced(kRules, "Size: PAGES GE 10\r\n", "")},
+    {{"set", "2", "Size=PAGES GE 10"}, 0, "", ""},
+    {{"set", "2", "Size=10"}, 1, "", "Size: \"10\" is not PAGES GE n or PAGES LE n with n from 1 to 100, or nothing\n"},
+    {{"set", "2", "Priority=HIGH"}, 1, "", "Priority: \"HIGH\" is not NORMAL, URGENT or BACKGROUND\n"},
+    {{"set", "2", "Time=AFTER 8:00 BEFORE 08:00"},
+     1,
+     "",
+     "AFTER and BEFORE: \"08:00\" - the two times must not be equal\n"},
+    {{"set", "5", "Time=PEAK"}, 1, "", "Rule: \"5\" - there are rules 1 to 2\n"},
+    {{"delete", "1"}, 0, "", "", kHead + kTwo},
+    {{"move", "1", "down"}, 0, "", "", kHead + kTwo + kOne},
+    {{"move", "2", "1"}, 0, "", "", kHead + kTwo + kOne},
+    {{"move", "1", "up"}, 0, "", ""},
+    {{"move", "1", "far"}, 1, "", "Rule: \"far\" - there are rules 1 to 2\n"},
+    {{"permitted", "OFFPEAK", "--at", "2026-06-01 12:00"},
+     0,
+     "At: 2026-06-01 12:00\nPermitted: 2026-06-01 18:00\nSeconds: 1780362000\n",
+     ""},
+    {{"permitted", "MON", "BEFORE", "00:00", "--at", "2026-06-02 12:00"},
+     0,
+     "At: 2026-06-02 12:00\nPermitted: 2026-06-08 00:00\nSeconds: 1780902000\n",
+     ""},
+    {{"permitted", "AFTER 8:00 BEFORE 8:00", "--at", "2026-06-02 12:00"},
+     0,
+     "At: 2026-06-02 12:00\nPermitted: never\nSeconds: (none)\n",
+     ""},
+    {{"permitted", "noon"},
+     1,
+     "",
+     "TIME: \"noon\" is not OFFPEAK or a time such as SAT SUN AFTER 18:00 BEFORE 08:00\n"},
+    {{"permitted", "MON", "--at", "2026-02-29 12:00"},
+     1,
+     "",
+     "--at: \"2026-02-29 12:00\" is not a moment of the form YYYY-MM-DD hh:mm\n"},
+    {{"match", "--destination", "44", "--user", "ann", "--at", "2026-06-06 12:00"},
+     0,
+     "1\tOne\tDestination\tYES\tone of the rule's destinations covers it\n"
+     "1\tOne\tUser\tYES\tthe rule names this user\n"
+     "1\tOne\tTime\tYES\tit is in the off-peak period\n"
+     "1\tOne\tall\tYES\tnothing speaks against it\n"
+     "2\tTwo\tDestination\tYES\tthe rule has no such criterion\n"
+     "2\tTwo\tUser\tYES\tthe rule has no such criterion\n"
+     "2\tTwo\tTime\tYES\tthe rule has no such criterion\n"
+     "2\tTwo\tall\tYES\tnothing speaks against it\n",
+     ""},
+    {{"match", "--pages", "9", "--priority", "urgent", "--server", "par"},
+     0,
+     "1\tOne\tSize\tYES\tthe rule has no such criterion\n"
+     "1\tOne\tPriority\tYES\tthe rule has no such criterion\n"
+     "1\tOne\tServer\tNO\tthe rule names other servers\n"
+     "1\tOne\tall\tNO\tsee above\n"
+     "2\tTwo\tSize\tNO\tthe fax has too few pages\n"
+     "2\tTwo\tPriority\tYES\tthe rule takes this priority\n"
+     "2\tTwo\tServer\tYES\tthe rule names this server\n"
+     "2\tTwo\tall\tNO\tsee above\n",
+     ""},
+    {{"match", "--destination", "US"}, 1, "", "--destination: \"US\" is not defined\n"},
+    {{"match", "--user", "CARL"}, 1, "", "--user: \"CARL\" is not defined\n"},
+    {{"match", "--pages", "many"}, 1, "", "--pages: \"many\" is not a number from 0 to 65535\n"},
+};
+
+TEST(LcrCommand, DoesWhatItSays) {
+    for (const Case& row : kCases) {
+        Scene scene;
+        std::vector<std::string> arguments = {"lcr"};
+        arguments.insert(arguments.end(), row.Arguments.begin(), row.Arguments.end());
+        EXPECT_EQ(scene.Console.Run(arguments), row.Status) << row.Arguments[0] << row.Notices;
+        EXPECT_EQ(scene.Console.Results, row.Results);
+        EXPECT_EQ(scene.Console.Notices, row.Notices);
+        EXPECT_EQ(scene.Server.Get(kLive), row.After);
+        EXPECT_EQ(scene.Server.Get(kPending), "(none)");
+
+        Scene rehearsed;
+        arguments.emplace_back("--dry-run");
+        rehearsed.Console.Run(arguments);
+        EXPECT_EQ(rehearsed.Server.Get(kLive), kRules);
+        EXPECT_EQ(rehearsed.Server.Get(kLock), "(none)");
+    }
+}
+
+TEST(LcrCommand, EditsOnlyWithTheLock) {
+    Scene scene;
+    scene.Server.Put(kLock, "");
+    {
+        const auto other = scene.Server.Files.Open(kLock, {});
+        EXPECT_EQ(scene.Console.Run({"lcr", "delete", "1"}), 1);
+        EXPECT_EQ(scene.Console.Notices, "LCR settings are being edited by another user.  Please try again later\n");
+        EXPECT_EQ(scene.Server.Clock.Milliseconds, 5000);
+        EXPECT_EQ(scene.Server.Get(kLive), kRules);
+        EXPECT_EQ(scene.Console.Run({"lcr", "rules"}), 0);
+    }
+    EXPECT_EQ(scene.Console.Run({"lcr", "delete", "1"}), 0);
+    EXPECT_EQ(scene.Server.Get(kLive), kHead + kTwo);
+    EXPECT_TRUE(scene.Server.Files.Open(kLock, {}).Opened);
+}
+
+TEST(LcrCommand, LosesNoPendingChanges) {
+    Scene scene;
+    scene.Server.Put(kPending, kHead + kTwo);
+    EXPECT_EQ(scene.Console.Run({"lcr", "move", "1", "down"}), 1);
+    EXPECT_EQ(scene.Console.Notices, "There are unsaved changes of an earlier session in " + kPending +
+                                         ", and nobody to ask; --yes recovers them\n");
+    EXPECT_EQ(scene.Server.Get(kPending), kHead + kTwo);
+    EXPECT_EQ(scene.Console.Run({"lcr", "rules"}), 0);
+    EXPECT_THAT(scene.Console.Results, HasSubstr(kFirstLine));
+    scene.Server.Files.Delete(kLive);
+    EXPECT_EQ(scene.Console.Run({"lcr", "rules"}), 0);
+    EXPECT_THAT(scene.Console.Results, HasSubstr("1\tTwo"));
+    EXPECT_THAT(scene.Console.Notices, HasSubstr("A saving was interrupted"));
+    EXPECT_EQ(scene.Console.Run({"lcr", "set", "1", "User=ANN", "--yes"}), 0);
+    EXPECT_EQ(scene.Server.Get(kLive), kHead + Replaced(kTwo, "Size:", "User: ANN\r\nSize:"));
+    EXPECT_EQ(scene.Server.Get(kPending), "(none)");
+}
+
+TEST(LcrCommand, RemovesWhatIsNoLongerDefinedOnlyWithAnEdit) {
+    Scene scene;
+    scene.Server.Put(kArea + "USERLIST.INI", "[USER]\r\nName: BEN\r\n");
+    EXPECT_EQ(scene.Console.Run({"lcr", "match", "--user", "BEN"}), 0);
+    EXPECT_EQ(scene.Server.Get(kLive), kRules);
+    EXPECT_EQ(scene.Console.Run({"lcr", "move", "1", "down"}), 0);
+    EXPECT_THAT(scene.Console.Notices, HasSubstr("are no longer defined, and have been removed"));
+    EXPECT_EQ(scene.Server.Get(kLive), kHead + kTwo + Replaced(kOne, "User: ANN\r\n", ""));
+}
+
+TEST(LcrCommand, SwitchesRoutingOnWhenItIsReady) {
+    Scene scene;
+    scene.Server.Files.Delete(kLive);
+    EXPECT_EQ(scene.Console.Run({"lcr", "status"}), 0);
+    EXPECT_EQ(scene.Console.Results, "Enabled: NO\nReady: YES\nMissing: rules\n");
+    EXPECT_EQ(scene.Console.Run({"lcr", "enable"}), 0);
+    EXPECT_THAT(scene.Server.Get(kArea + "SETUP.INI"), HasSubstr("LCR: YES"));
+    EXPECT_EQ(scene.Console.Run({"lcr", "disable"}), 0);
+    scene.Server.Files.Delete(kArea + "LINK.INI");
+    EXPECT_EQ(scene.Console.Run({"lcr", "enable"}), 1);
+    EXPECT_EQ(scene.Console.Notices, "You must set up some links to remote servers before LCR can be enabled\n");
+    EXPECT_EQ(scene.Console.Run({"lcr", "status"}), 0);
+    EXPECT_EQ(scene.Console.Results, "Enabled: NO\nReady: NO\nMissing: links\n");
+}
+
+TEST(LcrCommand, NeedsTheOffpeakPeriodForTimesAlone) {
+    Scene scene;
+    scene.Server.Put(kArea + "SETUP.INI", "[OPTIONS]\r\n[QUEUEMAN]\r\nOffpeak: \r\n");
+    EXPECT_EQ(scene.Console.Run({"lcr", "match", "--at", "2026-06-06 12:00"}), 1);
+    EXPECT_EQ(scene.Console.Notices,
+              "Unable to determine system Offpeak time.  Rule filtering will not be available\n");
+    EXPECT_EQ(scene.Console.Run({"lcr", "match", "--pages", "9"}), 0);
+}
+
+// With each call failing in its turn, the rules are the old or the new ones, or the new ones lie complete beside.
+TEST(LcrCommand, KeepsTheRulesWhateverFails) {
+    for (const test::FaultKind kind : {test::FaultKind::FailOnce, test::FaultKind::FailFromThenOn,
+                                       test::FaultKind::ShortWrite, test::FaultKind::KillHalfWritten}) {
+        for (int call = 1;; ++call) {
+            ASSERT_LT(call, 60);
+            Scene scene;
+            test::FaultyFiles files(scene.Server.Files, {kind, call});
+            int status = 0;
+            {
+                const platform::Substitute<platform::FileSystem> substitute(files);
+                status = scene.Console.Run({"lcr", "delete", "1"});
+            }
+            const std::string live = scene.Server.Get(kLive);
+            EXPECT_TRUE(live == kRules || live == kHead + kTwo ||
+                        (live == "(none)" && scene.Server.Get(kPending) == kHead + kTwo));
+            EXPECT_TRUE(status != 0 || live == kHead + kTwo);
+            if (!files.Fired()) break;
+        }
+    }
+}
+
+} // namespace
+} // namespace bv::console

@@ -1,0 +1,140 @@
+// The mail gateway's verbs: one command, what it says, and the mail list's bytes after it.
+#include <gmock/gmock.h>
+
+#include "console/text_console.h"
+#include "support/memory_server.h"
+
+namespace bv::console {
+namespace {
+
+using test::MemoryServer;
+using test::TextConsole;
+
+const std::string kList = "F:\\BRIVANE\\B-DB\\MAILLIST.INI";
+const std::string kAnn = "[USER]\r\nBrivname: ANN\r\nEmailname: Ann A\r\nProfile: NO\r\n\r\n";
+const std::string kCarl = "[USER]\r\nBrivname: CARL\r\nEmailname: Carl C\r\nEmailBrivname: PROF\r\nProfile: YES\r\n"
+                          "SubAddr: 5\r\n\r\n";
+const std::string kBoth = kAnn + kCarl;
+const std::string kBen = "[USER]\r\nBrivname: Prof\r\nEmailname: Ben\r\nProfile: YES\r\n\r\n";
+const std::string kPrevented = "Brivane user %s prevented from using gateway for send messages\n";
+const std::string kBadName = "Emailname: \"%s\" - an e-mail name has 1 to 269 characters, none of them a control "
+                             "character, and no blank at either end.\n";
+
+std::string Of(std::string text, const std::string& name) { return text.replace(text.find("%s"), 2, name); }
+
+struct Case {
+    std::vector<std::string> Arguments;
+    int Status;
+    std::string Results;
+    std::string Notices;
+    std::string After = kBoth;
+};
+
+const std::string k269(269, 'x');
+const Case kCases[] = {
+    {{"mail-user", "list"}, 0, "Ann A\tANN\tNO\nCarl C\tPROF\tYES\n", ""},
+    {{"mail-user", "list", "--user", "prof"}, 0, "Carl C\tPROF\tYES\n", ""},
+    {{"mail-user", "list", "--user", "PROF", "--json"},
+     0,
+     "[\n  {\n    \"Emailname\": \"Carl C\",\n    \"User\": \"PROF\",\n    \"Profile\": true,\n"
+     "    \"Brivname\": \"CARL\",\n    \"EmailBrivname\": \"PROF\",\n    \"SubAddr\": \"5\",\n"
+     "    \"PrintRecd\": \"\",\n    \"PrintSent\": \"\"\n  }\n]\n",
+     ""},
+    {{"mail-user", "count", "ann"}, 0, "1\n", ""},
+    {{"mail-user", "count", "ann", "--json"}, 0, "{\n  \"count\": 1\n}\n", ""},
+    {{"mail-user", "count", "CARL"}, 0, "0\n", ""},
+    {{"mail-user", "add", "PROF", "Ben"}, 0, "", "Added mail user Ben\n", kAnn + kBen + kCarl},
+    {{"mail-user", "add", "ann", k269},
+     0,
+     "",
+     "Added mail user " + k269.substr(0, 184) + "\n",
+     kBoth + "[USER]\r\nBrivname: ANN\r\nEmailname: " + k269 + "\r\nProfile: NO\r\n\r\n"},
+    {{"mail-user", "add", "ann", "Ben", "--replace", "carl c"},
+     0,
+     "",
+     Of(kPrevented, "ANN") + "Added mail user Ben\n",
+     kAnn + "[USER]\r\nBrivname: ANN\r\nEmailname: Ben\r\nEmailBrivname: PROF\r\nProfile: NO\r\nSubAddr: 5\r\n\r\n"},
+    {{"mail-user", "add", "ann", "Ben", "--dry-run"},
+     0,
+     "--- " + kList + "\n+++ " + kList +
+         "\n@@ -4,6 +4,11 @@\n Profile: NO\n \n [USER]\n+Brivname: ANN\n+Emailname: Ben\n+Profile: NO\n+\n+[USER]\n"
+         " Brivname: CARL\n Emailname: Carl C\n EmailBrivname: PROF\n",
+     ""},
+    {{"mail-user", "delete", "ann", "ann a"}, 0, "", Of(kPrevented, "ann"), kCarl},
+    {{"mail-user", "upgrade"}, 0, "", ""},
+    {{"mail-user", "lookup", "Ann Archer"}, 0, "ann@x\n", ""},
+    {{"mail-user", "lookup", "Ann Archer", "--json"}, 0, "[\n  \"ann@x\"\n]\n", ""},
+    {{"mail-name", "Smith John"}, 0, "JohnS\n", ""},
+    {{"mail-name", "Smith John", "--expression", "%1First%Last"}, 0, "JSmith\n", ""},
+    // refused
+    {{"mail-user", "add", "BEN", "Ben"}, 1, "", "Brivane user BEN not found\n"},
+    {{"mail-user", "add", "ANN", k269 + "y"}, 1, "", Of(kBadName, k269 + "y")},
+    {{"mail-user", "add", "ANN", " Ben"}, 1, "", Of(kBadName, " Ben")},
+    {{"mail-user", "add", "ANN", ""}, 1, "", Of(kBadName, "")},
+    {{"mail-user", "add", "ANN", "B\rn"}, 1, "", "EMAILNAME holds a control character, such as a line end\n"},
+    {{"mail-user", "add", "ANN", "Ben", "--replace", "B"}, 1, "", "Emailname: \"B\" is not in the mail list\n"},
+    {{"mail-user", "add", "(def)", "Ben", "--replace", "Ann A"}, 1, "", "Not allowed to delete default user (def)\n"},
+    {{"mail-user", "delete", "ANN", "Ben"},
+     1,
+     "",
+     "User: 'Ben' (ANN)\n\nThis user must be disabled using the mail system\n"},
+    {{"mail-user", "delete", "(def)", "Ann A"}, 1, "", "Not allowed to delete default user (def)\n"},
+    {{"mail-user", "lookup", "Bob"}, 1, "", "Mail user Bob not found\n"},
+    {{"mail-name", "Smith John", "--expression", "First"},
+     1,
+     "",
+     "Expression: \"First\" - Please select a valid expression\n"},
+    {{"mail-name", "Smith John", "--expression", "%Second"},
+     1,
+     "",
+     "The expression %Second makes no name of \"Smith John\"\n"},
+};
+
+struct Scene {
+    MemoryServer Server;
+    TextConsole Console;
+
+    Scene() {
+        Server.Load();
+        Server.Put("F:\\BRIVANE\\B-DB\\SETUP.INI", "[OPTIONS]\r\nMailUserAlias: %First%1Last\r\n");
+        Server.Put("F:\\BRIVANE\\B-DB\\USERLIST.INI", "[USER]\r\nName: (def)\r\n[USER]\r\nName: ANN\r\n"
+                                                      "[USER]\r\nName: Prof\r\nMailName: *\r\n");
+        Server.Put("F:\\BRIVANE\\B-DB\\MAILUSER.DAT", "Archer Ann\tann@x\r\n");
+        Server.Put(kList, kBoth);
+    }
+};
+
+TEST(MailCommand, DoesAndSaysWhatIsAsked) {
+    for (const Case& row : kCases) {
+        Scene scene;
+        EXPECT_EQ(scene.Console.Run(row.Arguments), row.Status) << testing::PrintToString(row.Arguments);
+        EXPECT_EQ(scene.Console.Results, row.Results);
+        EXPECT_EQ(scene.Console.Notices, row.Notices);
+        EXPECT_EQ(scene.Server.Get(kList), row.After);
+    }
+}
+
+TEST(MailCommand, WithoutAMailListThereIsNobodyInIt) {
+    Scene scene;
+    scene.Server.Files.Delete(kList);
+    EXPECT_EQ(scene.Console.Run({"mail-user", "list"}), 0);
+    EXPECT_EQ(scene.Console.Results, "");
+    EXPECT_EQ(scene.Console.Run({"mail-user", "delete", "ANN", "Ben"}), 1);
+    EXPECT_EQ(scene.Console.Notices, "Unable to open file " + kList + "\n");
+    EXPECT_EQ(scene.Console.Run({"mail-user", "upgrade"}), 1);
+    EXPECT_EQ(scene.Console.Notices, "Unable to create file " + kList + "\n");
+    EXPECT_EQ(scene.Server.Get(kList), "(none)");
+}
+
+TEST(MailCommand, TheAddressesAreMadeByTheCompanionProgram) {
+    Scene scene;
+    EXPECT_EQ(scene.Console.Run({"mail-user", "refresh"}), 0);
+    EXPECT_THAT(scene.Server.Processes.Started, testing::IsEmpty());
+    EXPECT_EQ(scene.Console.Run({"mail-user", "refresh", "--force", "--dry-run"}), 0);
+    EXPECT_EQ(scene.Console.Results, "Would start F:\\BRIVANE\\MAILCONF.EXE -SE -H0\n");
+    EXPECT_EQ(scene.Console.Run({"mail-user", "refresh", "--force"}), 0);
+    EXPECT_THAT(scene.Server.Processes.Started, testing::ElementsAre("F:\\BRIVANE\\MAILCONF.EXE -SE -H0"));
+}
+
+} // namespace
+} // namespace bv::console
