@@ -9,7 +9,6 @@
 namespace bv::test {
 namespace {
 
-using testing::ElementsAre;
 using testing::IsEmpty;
 
 constexpr int kDayMinutes = 24 * 60;
