@@ -90,8 +90,13 @@ TEST(LcrEditLock, IsHadByOneOfTwoProcesses) {
     server.Put(disk.Path("B-DB\\SETUP.INI"), "");
     ASSERT_EQ(LoadServerPaths(), kDone);
     const platform::Substitute<platform::FileSystem> files(platform::Service<platform::FileSystem>::System());
-    const platform::StartResult other = platform::Service<platform::Processes>::System().Start(
-        "lock_holder " + disk.Path("LCREDIT.LOK") + " w x " + disk.Path("signal"));
+    // The system's environment knows where the program's neighbours are.
+    const auto startNeighbour = [](const std::string& commandLine) {
+        const platform::Substitute<platform::Environment> system(platform::Service<platform::Environment>::System());
+        return platform::Service<platform::Processes>::System().Start(commandLine);
+    };
+    const platform::StartResult other =
+        startNeighbour("lock_holder " + disk.Path("LCREDIT.LOK") + " w x " + disk.Path("signal"));
     ASSERT_TRUE(other.Started);
     {
         const platform::Substitute<platform::Clock> clock(platform::Service<platform::Clock>::System());
