@@ -1,0 +1,132 @@
+// Least-cost routing on a large server: 300 countries, 5,000 areas, 20,000 users; and its mail users.
+#include <benchmark/benchmark.h>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+#include "baselines.h"
+#include "lcr/rule_file.h"
+#include "lcr/rule_match.h"
+#include "lcr/rule_references.h"
+#include "mailgw/mail_list.h"
+#include "sample_files.h"
+#include "shell/format.h"
+#include "sizes.h"
+
+namespace bv::bench {
+namespace {
+
+constexpr std::size_t kUsers = 20000;
+constexpr int kCountries = 300;
+constexpr int kAreasOfEach = 50; // of every third country
+
+std::filesystem::path DatabaseDirectory() {
+    return std::filesystem::path(UseServer(kUsers).Users.HostPath).parent_path();
+}
+
+void Put(const std::string& name, const std::string& text) {
+    std::ofstream(DatabaseDirectory() / name, std::ios::binary) << text;
+}
+
+std::string Header(const std::string& type) { return "[BRIVANE]\r\nType: " + type + "\r\nRevision: A\r\n\r\n"; }
+
+void PutPlaces() {
+    std::string countries = Header("Country") + "[COUNTRIES]\r\n";
+    for (int n = 0; n < kCountries; ++n) {
+        countries += FormatText("%d: C%03d, \"Country %d\", 1\r\n", 100 + n, n, n);
+        if (n % 3 != 0) continue;
+        std::string areas = Header("Area") + "[AREAS]\r\n";
+        for (int area = 0; area < kAreasOfEach; ++area)
+            areas += FormatText("Area: A%d, \"Area %d\"\r\nMatch: %d*\r\n", area, area, area);
+        Put(FormatText("Area%d.ini", 100 + n), areas);
+    }
+    Put("COUNTRY.INI", countries);
+    Put("REGION.INI", Header("Region") + "[REGIONS]\r\nRegion: ALL, \"All\"\r\nMatch: C000\r\nMatch: C003/A1\r\n");
+    Put("LINK.INI", Header("LinkDatabase") + "[LINK]\r\nRemoteServerID: FAR, \"Far\"\r\nLinkType: WAN\r\n");
+}
+
+void PutRules(std::size_t count) {
+    std::string rules = Header("LCRRules");
+    for (std::size_t n = 0; n < count; ++n) {
+        rules += FormatText("[RULE]\r\nDescription: Rule %d\r\nCountry: C%03d\r\nArea: C%03d/A%d\r\n", n, n % 300,
+                            n % 100 * 3, n % 50);
+        rules +=
+            FormatText("User: %s\r\nTime: AFTER 18:00 BEFORE 08:00 MON FRI\r\nSize: PAGES GE 2\r\nServer: FAR\r\n\r\n",
+                       RecordName(n % kUsers));
+    }
+    Put("LCRRULES.INI", rules);
+}
+
+// Every file that loading reads, once.
+void ReadFiles(benchmark::State& state) {
+    PutPlaces();
+    PutRules(Size(state));
+    for (auto _ : state) {
+        for (const auto& entry : std::filesystem::directory_iterator(DatabaseDirectory()))
+            benchmark::DoNotOptimize(LineScan(entry.path()));
+    }
+}
+
+RuleList Load(RuleNames& names) {
+    std::optional<RuleList> rules = ReadRules();
+    if (!rules || rules->empty() || !LoadRuleNames(names) || CheckReferences(*rules, names)) std::abort();
+    return std::move(*rules);
+}
+
+void LoadAndCheckRules(benchmark::State& state) {
+    PutPlaces();
+    PutRules(Size(state));
+    for (auto _ : state) {
+        RuleNames names;
+        benchmark::DoNotOptimize(Load(names));
+    }
+}
+
+void SaveAllRules(benchmark::State& state) {
+    PutPlaces();
+    PutRules(Size(state));
+    RuleNames names;
+    const RuleList rules = Load(names);
+    for (auto _ : state) {
+        if (!SaveRules(rules, false)) std::abort();
+    }
+}
+
+void MatchAllRules(benchmark::State& state) {
+    PutPlaces();
+    PutRules(Size(state));
+    RuleNames names;
+    const RuleList rules = Load(names);
+    const MatchBasis basis = {names.Places, {}, {}};
+    const RuleFilter filters[] = {{.Kind = Criterion::Destination, .IsActive = true, .Destination = "C003/A1"},
+                                  {.Kind = Criterion::User, .IsActive = true, .User = RecordName(7)},
+                                  {.Kind = Criterion::Size, .IsActive = true, .Pages = 3}};
+    for (auto _ : state) {
+        for (const RoutingRule& rule : rules) {
+            for (const RuleFilter& filter : filters) benchmark::DoNotOptimize(RuleMatches(rule, filter, basis));
+        }
+    }
+}
+
+void ListMailUsers(benchmark::State& state) {
+    std::string list = "; mail users\r\n";
+    for (std::size_t n = 0; n < Size(state); ++n)
+        list += FormatText("\r\n[USER]\r\nBrivname: %s\r\nEmailname: Person %06d\r\nProfile: NO\r\n", RecordName(n), n);
+    Put("MAILLIST.INI", list);
+    for (auto _ : state) {
+        std::size_t count = 0;
+        const auto visit = [&count](const MailUser&) { return ++count != 0; };
+        if (!VisitMailUsers(visit) || count != Size(state)) std::abort();
+    }
+}
+
+#define RULE_SIZES Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecond)
+BENCHMARK(ReadFiles)->RULE_SIZES;
+BENCHMARK(LoadAndCheckRules)->RULE_SIZES;
+BENCHMARK(SaveAllRules)->RULE_SIZES;
+BENCHMARK(MatchAllRules)->RULE_SIZES;
+BENCHMARK(ListMailUsers)->Arg(100000)->Unit(benchmark::kMillisecond);
+
+} // namespace
+} // namespace bv::bench
