@@ -55,7 +55,7 @@ void PutRules(std::size_t count) {
             FormatText("User: %s\r\nTime: AFTER 18:00 BEFORE 08:00 MON FRI\r\nSize: PAGES GE 2\r\nServer: FAR\r\n\r\n",
                        RecordName(n % kUsers));
     }
-    Put("LCRRULES.INI", rules);
+    Put("LCRRules.ini", rules);
 }
 
 // Every file that loading reads, once.
