@@ -230,7 +230,8 @@ FileError OverlayFiles::Rename(const std::string& from, const std::string& to) {
     if (const FileError error = Delete(from); error != FileError::None) return error;
     const OpenResult target = Open(to, {Access::ReadWrite, Deny::ReadingAndWriting, Creation::CreateNew});
     if (!target.Opened) return target.Error;
-    target.Opened->Write(0, text);
+    const Transfer written = target.Opened->Write(0, text);
+    if (written.Error != FileError::None) return written.Error;
     return target.Opened->SetWriteTime(info->WriteTime);
 }
 

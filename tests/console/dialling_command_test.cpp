@@ -1,6 +1,7 @@
 // Dialling properties and numbers from the console: the file before, one command, what it says, the file after.
 #include <gmock/gmock.h>
 
+#include "console/command_case.h"
 #include "console/text_console.h"
 #include "support/memory_server.h"
 #include "support/texts.h"
@@ -21,12 +22,10 @@ const std::string kOslo = "[LOCATION]\nDescription: Oslo\nCountry: 47\nArea: \nN
 const std::string kFile = kHead + kLondon + kOslo;
 const std::string kUpdated = "Updated file " + kPath + "\n";
 
-struct Case {
-    std::vector<std::string> Arguments;
-    int Status;
-    std::string Results;
-    std::string Notices; // how they end
-    std::string After = kFile;
+struct Case : test::CommandCase {
+    Case(std::vector<std::string> arguments, int status, std::string results, std::string notices,
+         std::string after = kFile)
+        : CommandCase{std::move(arguments), status, std::move(results), std::move(notices), std::move(after)} {}
 };
 
 const Case kCases[] = {
@@ -105,19 +104,7 @@ struct Scene {
 };
 
 TEST(DiallingCommands, DoOneThingAndSayIt) {
-    for (const Case& one : kCases) {
-        SCOPED_TRACE(testing::PrintToString(one.Arguments));
-        Scene scene;
-        EXPECT_EQ(scene.Console.Run(one.Arguments), one.Status);
-        EXPECT_EQ(scene.Console.Results, one.Results);
-        EXPECT_THAT(scene.Console.Notices, testing::EndsWith(one.Notices));
-        EXPECT_EQ(scene.File(), one.After);
-        std::vector<std::string> rehearsed = one.Arguments;
-        rehearsed.emplace_back("--dry-run");
-        Scene rehearsal;
-        EXPECT_EQ(rehearsal.Console.Run(rehearsed), one.Status);
-        EXPECT_EQ(rehearsal.File(), kFile);
-    }
+    test::ExpectEach<Scene>(std::vector<test::CommandCase>(std::begin(kCases), std::end(kCases)), kFile);
 }
 
 TEST(DiallingCommands, AFileWithoutALocationIsSaid) {

@@ -1,6 +1,7 @@
 // Inward routing from the console: the file before, one command, what it says, the file after.
 #include <gmock/gmock.h>
 
+#include "console/command_case.h"
 #include "console/text_console.h"
 #include "support/memory_server.h"
 #include "support/texts.h"
@@ -16,12 +17,10 @@ const std::string kRules = "[BRIVANE]\nType: RoutingInit\nRevision: A\n\n[SENDER
                            "ANN: \"\" LAN-ANY \"BOB\" DELETE\n";
 const std::string kUpdated = "Updated file " + kPath + "\n";
 
-struct Case {
-    std::vector<std::string> Arguments;
-    int Status;
-    std::string Results;
-    std::string Notices; // how they end
-    std::string After = kRules;
+struct Case : test::CommandCase {
+    Case(std::vector<std::string> arguments, int status, std::string results, std::string notices,
+         std::string after = kRules)
+        : CommandCase{std::move(arguments), status, std::move(results), std::move(notices), std::move(after)} {}
 };
 
 const Case kCases[] = {
@@ -106,32 +105,20 @@ struct Scene {
                    "[USER]\r\nName: BOB\r\n\r\n[GROUP]\r\nName: @G\r\n");
         if (!rules.empty()) Server.Put(kPath, Replaced(rules, "\n", "\r\n"));
     }
-    std::string Rules() { return Replaced(Server.Get(kPath), "\r\n", "\n"); }
+    std::string File() { return Replaced(Server.Get(kPath), "\r\n", "\n"); }
 };
 
 TEST(RoutingCommands, DoOneThingAndSayIt) {
-    for (const Case& one : kCases) {
-        SCOPED_TRACE(testing::PrintToString(one.Arguments));
-        Scene scene;
-        EXPECT_EQ(scene.Console.Run(one.Arguments), one.Status);
-        EXPECT_EQ(scene.Console.Results, one.Results);
-        EXPECT_THAT(scene.Console.Notices, testing::EndsWith(one.Notices));
-        EXPECT_EQ(scene.Rules(), one.After);
-        std::vector<std::string> rehearsed = one.Arguments;
-        rehearsed.emplace_back("--dry-run");
-        Scene rehearsal;
-        EXPECT_EQ(rehearsal.Console.Run(rehearsed), one.Status);
-        EXPECT_EQ(rehearsal.Rules(), kRules);
-    }
+    test::ExpectEach<Scene>(std::vector<test::CommandCase>(std::begin(kCases), std::end(kCases)), kRules);
 }
 
 TEST(RoutingCommands, TheFirstListMakesTheFileUnlessItIsARehearsal) {
     Scene scene("");
     EXPECT_EQ(scene.Console.Run({"routing", "list", "--dry-run"}), 0);
-    EXPECT_EQ(scene.Rules(), "(none)");
+    EXPECT_EQ(scene.File(), "(none)");
     EXPECT_EQ(scene.Console.Run({"routing", "list"}), 0);
     EXPECT_EQ(scene.Console.Notices, "Created new routing rules file (ROUTING.INI)\n");
-    EXPECT_NE(scene.Rules(), "(none)");
+    EXPECT_NE(scene.File(), "(none)");
 }
 
 TEST(RoutingCommands, TheKindsThatCanBeReadAreListedAndTheFaultCounts) {

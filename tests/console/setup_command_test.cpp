@@ -1,6 +1,7 @@
 // Devices and options from the console: SETUP.INI before, one command, what it says, SETUP.INI after.
 #include <gmock/gmock.h>
 
+#include "console/command_case.h"
 #include "console/text_console.h"
 #include "devices/setup_text.h"
 
@@ -18,12 +19,10 @@ const std::string kQueue = "[QUEUEMAN]\nSendTries:\nSendRetryWait: 60\nMailLogin
                            "TelnumType: Local           \"Here\"\nTelnumType: International   \"Far\"\n";
 const std::string kSetup = kLists + kPrinter + "[MODEM-1]\nType: FCLASS\nSpeaker: on\n\n" + kQueue;
 
-struct Case {
-    std::vector<std::string> Arguments;
-    int Status;
-    std::string Results;
-    std::string Notices; // how they end
-    std::string After = kSetup;
+struct Case : test::CommandCase {
+    Case(std::vector<std::string> arguments, int status, std::string results, std::string notices,
+         std::string after = kSetup)
+        : CommandCase{std::move(arguments), status, std::move(results), std::move(notices), std::move(after)} {}
 };
 
 const Case kCases[] = {
@@ -99,6 +98,7 @@ const Case kCases[] = {
 struct Scene {
     SetupServer Server{kSetup};
     TextConsole Console;
+    std::string File() { return Server.GetSetup(); }
     Scene() {
         Server.Put("C:\\WINDOWS\\BRIVANE.INI", "[SERVER]\r\nAllUserArea: F:\\BRIVANE\\USERS\r\nRequestArea: F:\\R\r\n"
                                                "ServerArea: F:\\BRIVANE\\SERVER\r\nSystemArea: F:\\BRIVANE\r\n");
@@ -106,19 +106,7 @@ struct Scene {
 };
 
 TEST(SetupCommands, DoOneThingAndSayIt) {
-    for (const Case& one : kCases) {
-        SCOPED_TRACE(testing::PrintToString(one.Arguments));
-        Scene scene;
-        EXPECT_EQ(scene.Console.Run(one.Arguments), one.Status);
-        EXPECT_EQ(scene.Console.Results, one.Results);
-        EXPECT_THAT(scene.Console.Notices, testing::EndsWith(one.Notices));
-        EXPECT_EQ(scene.Server.GetSetup(), one.After);
-        std::vector<std::string> rehearsed = one.Arguments;
-        rehearsed.emplace_back("--dry-run");
-        Scene rehearsal;
-        EXPECT_EQ(rehearsal.Console.Run(rehearsed), one.Status);
-        EXPECT_EQ(rehearsal.Server.GetSetup(), kSetup);
-    }
+    test::ExpectEach<Scene>(std::vector<test::CommandCase>(std::begin(kCases), std::end(kCases)), kSetup);
 }
 
 TEST(SetupCommands, SettingAnOptionWritesWhatIsNotThereYetButNothingElse) {
