@@ -3,8 +3,8 @@
 
 usage: count_tests.py [FILE.xml...]
 
-Takes what GoogleTest writes with --gtest_output=xml and CTest with --output-junit. Prints "PASSED FAILED"; skipped and
-disabled tests are neither. A file that cannot be read counts as one failed test.
+Takes what GoogleTest writes with --gtest_output=xml and CTest with --output-junit. Prints "PASSED FAILED SKIPPED"; disabled
+tests count as skipped. A file that cannot be read counts as one failed test.
 """
 import sys
 import xml.etree.ElementTree as ElementTree
@@ -27,7 +27,7 @@ def outcomes(path):
 
 def main(paths):
     found = [result for path in paths for result in outcomes(path)]
-    print(found.count("passed"), found.count("failed"))
+    print(found.count("passed"), found.count("failed"), found.count("skipped"))
 
 
 if __name__ == "__main__":

@@ -78,11 +78,15 @@ void DefineVerbBelow(CLI::App& command, const Verb& verb, std::string_view name,
     const std::string word(name.substr(0, blank));
     path += ' ' + word;
     if (blank == std::string_view::npos) return DefineVerb(AddWord(command, word, verb.Help), verb, path);
+    const std::string below(name.substr(blank + 1));
     const std::vector<CLI::App*> known =
-        command.get_subcommands([&word](const CLI::App* below) { return below->get_name() == word; });
-    CLI::App& group = known.empty() ? AddWord(command, word, "Has verbs of its own") : *known.front();
-    if (known.empty()) DefineHolder(group, path);
-    DefineVerbBelow(group, verb, name.substr(blank + 1), path);
+        command.get_subcommands([&word](const CLI::App* sub) { return sub->get_name() == word; });
+    CLI::App& group = known.empty() ? AddWord(command, word, "With the verbs " + below) : *known.front();
+    if (known.empty())
+        DefineHolder(group, path);
+    else
+        group.description(group.get_description() + ", " + below);
+    DefineVerbBelow(group, verb, below, path);
 }
 
 void DefineArea(CLI::App& program, const Area& area) {
