@@ -114,12 +114,28 @@ int RefuseText(const Session& session, std::string_view name, std::string_view v
     return session.Refuse(FormatText("%s: \"%s\" cannot be kept in the routing file", name, value));
 }
 
-// The record of a sender among the rules; none when there is none.
-const SenderIdRule* FindSender(const std::vector<SenderIdRule>& rules, std::string_view sender) {
+// The first rule of each of a sender's records: of those with its key or, without one, of those with its identifier,
+// which somebody has filed under another key.
+std::vector<SenderIdRule> RecordsOf(const std::vector<SenderIdRule>& rules, std::string_view sender) {
     const std::string key = SenderRecordKey(sender);
-    const auto found =
-        std::ranges::find_if(rules, [&](const SenderIdRule& rule) { return EqualFolded(rule.RecordKey, key); });
-    return found == rules.end() ? nullptr : &*found;
+    std::vector<SenderIdRule> records;
+    for (const auto name : {&SenderIdRule::RecordKey, &SenderIdRule::Sender}) {
+        for (const SenderIdRule& rule : rules) {
+            const bool isKnown = !records.empty() && records.back().Record == rule.Record;
+            if (SenderRecordKey(rule.*name) == key && !isKnown) records.push_back(rule);
+        }
+        if (!records.empty()) break;
+    }
+    return records;
+}
+
+// Whether the sender has no more than one record, of which a single rule can be changed; false after a message.
+bool IsOneRecord(const Session& session, const std::vector<SenderIdRule>& records, std::string_view sender) {
+    if (records.size() < 2) return true;
+    return session.Refuse(
+               FormatText("ID: \"%s\" has %d records in the routing file; delete the sender and add its rules "
+                          "again",
+                          sender, records.size())) == kExitDone;
 }
 
 int AddSender(Session& session, const Arguments& arguments) {
@@ -137,8 +153,11 @@ int AddSender(Session& session, const Arguments& arguments) {
     return Perform(session, [&] {
         const auto rules = SenderRules();
         if (!rules) return false;
-        const SenderIdRule* known = FindSender(*rules, rule.Sender);
-        if (known != nullptr && !arguments.Has(kOrganisation)) rule.Organisation = known->Organisation;
+        const std::vector<SenderIdRule> records = RecordsOf(*rules, rule.Sender);
+        if (!IsOneRecord(session, records, rule.Sender)) return false;
+        if (!records.empty()) rule.RecordKey = records.front().RecordKey;
+        if (!records.empty() && !arguments.Has(kOrganisation)) rule.Organisation = records.front().Organisation;
+        if (!CanBeKept(rule)) return RefuseText(session, kId, rule.Sender) == kExitDone;
         return WriteSenderIdRule(rule);
     });
 }
@@ -172,11 +191,12 @@ int DeleteSender(Session& session, const Arguments& arguments) {
     return Perform(session, [&] {
         const auto rules = SenderRules();
         if (!rules) return false;
-        const SenderIdRule* record = FindSender(*rules, arguments[kId]);
-        if (record == nullptr) return SayThereIsNone(session, "sender", arguments[kId]);
-        if (!arguments.Has(kAddressee)) return DeleteSenderRecord(record->Sender);
+        const std::vector<SenderIdRule> records = RecordsOf(*rules, arguments[kId]);
+        if (records.empty()) return SayThereIsNone(session, "sender", arguments[kId]);
+        if (!arguments.Has(kAddressee)) return std::ranges::all_of(records, DeleteSenderRecord);
+        if (!IsOneRecord(session, records, arguments[kId])) return false;
         const auto rule = std::ranges::find_if(*rules, [&](const SenderIdRule& other) {
-            return other.RecordKey == record->RecordKey && EqualFolded(other.Addressee, arguments[kAddressee]);
+            return other.Record == records.front().Record && EqualFolded(other.Addressee, arguments[kAddressee]);
         });
         if (arguments[kAddressee].empty() || rule == rules->end())
             return SayThereIsNone(session, "addressee", arguments[kAddressee]);

@@ -95,6 +95,15 @@ std::string KeyOf(std::string_view name) {
     return std::string(isPlain ? "" : "\\").append(name).append(":");
 }
 
+// The other way to escape the key that a reader takes for the same; none when there is none.
+std::optional<std::string> OtherKeyOf(std::string_view name) {
+    constexpr std::string_view kNoKeyBegins = "\\[;@\" ";
+    const std::string key = KeyOf(name);
+    if (!key.starts_with('\\')) return '\\' + key;
+    if (kNoKeyBegins.find(key[1]) != std::string_view::npos) return {};
+    return key.substr(1);
+}
+
 // The first token of a line as a key, with what follows it; none when it is no key with its colon.
 struct KeyedTokens {
     std::string Key;
@@ -150,7 +159,9 @@ std::optional<ForwardRule> ParseForwardLine(std::string_view line) {
     return ForwardRule{keyed->Key, UpperText(StripQuotes(*target)), EqualFolded(last, kDelete)};
 }
 
-std::string RecordKeyText(std::string_view sender) { return FormatText("@%s:", SenderRecordKey(sender)); }
+std::string RecordKeyText(const SenderIdRule& rule) {
+    return FormatText("@%s:", rule.RecordKey.empty() ? SenderRecordKey(rule.Sender) : rule.RecordKey);
+}
 
 std::string RecordValue(const SenderIdRule& rule) {
     return FormatText("\"%s\" \"%s\"", rule.Sender, rule.Organisation);
@@ -184,9 +195,39 @@ bool ChangeFile(Update update) {
     return true;
 }
 
+// None when the file cannot be read.
+std::optional<bool> HasKeyLine(const std::string& path, std::string_view paragraph, std::string_view key) {
+    ControlStream file = OpenShared(path, "rb");
+    ControlLine line;
+    const bool hasLine = file && FindParagraph(file, paragraph, line) && FindKeyLine(file, key, line);
+    if (!file || file.Failed()) return {};
+    return hasLine;
+}
+
+// Makes a change to the line of a key, and takes away the one that has the same key escaped in the other way: nearly
+// always there is none, and one rewrite is enough.
+template <class Update>
+bool ChangeLine(std::string_view paragraph, std::string_view name, std::optional<std::string_view> value,
+                Update update) {
+    return ChangeFile([&](const std::string& path) {
+        const std::optional<std::string> other = OtherKeyOf(name);
+        const std::optional<bool> hasOther = other ? HasKeyLine(path, paragraph, *other) : false;
+        return hasOther && update(path, KeyOf(name), value) && (!*hasOther || update(path, *other, std::nullopt));
+    });
+}
+
 bool ChangeKey(std::string_view paragraph, std::string_view name, std::optional<std::string_view> value) {
-    const std::string key = KeyOf(name);
-    return ChangeFile([&](const std::string& path) { return UpdateControlFile(path, {paragraph, key, value}); });
+    return ChangeLine(paragraph, name, value, [&](const auto& path, std::string_view key, auto newValue) {
+        return UpdateControlFile(path, {paragraph, key, newValue});
+    });
+}
+
+bool ChangeAddressee(const SenderIdRule& rule, Placing recordLine, std::optional<std::string_view> user) {
+    const std::string record = RecordKeyText(rule);
+    const std::string value = RecordValue(rule);
+    return ChangeLine(kSenderId, rule.Addressee, user, [&](const auto& path, std::string_view key, auto newUser) {
+        return UpdateControlFileRecord(path, {kSenderId, record, value, recordLine, key, newUser});
+    });
 }
 
 } // namespace
@@ -205,6 +246,7 @@ ControlStream OpenRoutingFile() {
 bool ReadSenderIdRules(ControlStream& file, const std::function<void(const SenderIdRule&)>& visit) {
     if (!EnterParagraph(file, kSenderId, "Sender ID")) return false;
     std::optional<SenderIdRule> record;
+    int count = 0;
     bool hasEntries = true;
     const auto closeRecord = [&] {
         if (record && !hasEntries) visit(*record);
@@ -214,6 +256,8 @@ bool ReadSenderIdRules(ControlStream& file, const std::function<void(const Sende
         if (line.View().front() == kRecordMarker) {
             closeRecord();
             record = ParseRecordLine(line);
+            if (record) record->Record = count;
+            ++count;
             hasEntries = false;
         } else if (SenderIdRule rule = record.value_or(SenderIdRule()); record && ParseAddresseeLine(line, rule)) {
             visit(rule);
@@ -240,12 +284,13 @@ std::string SenderRecordKey(std::string_view sender) {
 }
 
 bool CanBeKept(const SenderIdRule& rule) {
-    const std::string recordKey = RecordKeyText(rule.Sender);
+    const std::string recordKey = RecordKeyText(rule);
     const std::string key = KeyOf(rule.Addressee);
     if (!IsKeptLine(recordKey, RecordValue(rule)) || !IsKeptLine(key, rule.User)) return false;
     std::optional<SenderIdRule> back = ParseRecordLine(LineOf(recordKey, RecordValue(rule)));
     if (!back || !ParseAddresseeLine(LineOf(key, rule.User), *back)) return false;
     back->RecordKey = rule.RecordKey;
+    back->Record = rule.Record;
     return !SenderRecordKey(rule.Sender).empty() && back == rule;
 }
 
@@ -259,30 +304,16 @@ bool CanBeKept(const ForwardRule& rule) {
     return IsKeptLine(key, ForwardValue(rule)) && ParseForwardLine(LineOf(key, ForwardValue(rule))) == rule;
 }
 
-bool WriteSenderIdRule(const SenderIdRule& rule) {
-    const std::string record = RecordKeyText(rule.Sender);
-    const std::string value = RecordValue(rule);
-    const std::string key = KeyOf(rule.Addressee);
-    return ChangeFile([&](const std::string& path) {
-        return UpdateControlFileRecord(path, {kSenderId, record, value, Placing::InPlace, key, rule.User});
-    });
-}
+bool WriteSenderIdRule(const SenderIdRule& rule) { return ChangeAddressee(rule, Placing::InPlace, rule.User); }
 
 bool WriteSubAddressRule(const SubAddressRule& rule) { return ChangeKey(kSubAddress, rule.SubAddress, rule.User); }
 
 bool WriteForwardRule(const ForwardRule& rule) { return ChangeKey(kForward, rule.User, ForwardValue(rule)); }
 
-bool DeleteSenderIdRule(const SenderIdRule& rule) {
-    const std::string record = RecordKeyText(rule.Sender);
-    const std::string value = RecordValue(rule);
-    const std::string key = KeyOf(rule.Addressee);
-    return ChangeFile([&](const std::string& path) {
-        return UpdateControlFileRecord(path, {kSenderId, record, value, Placing::Append, key, std::nullopt});
-    });
-}
+bool DeleteSenderIdRule(const SenderIdRule& rule) { return ChangeAddressee(rule, Placing::Append, std::nullopt); }
 
-bool DeleteSenderRecord(std::string_view sender) {
-    const std::string record = RecordKeyText(sender);
+bool DeleteSenderRecord(const SenderIdRule& rule) {
+    const std::string record = RecordKeyText(rule);
     return ChangeFile([&](const std::string& path) {
         return UpdateControlFileRecord(path, {kSenderId, record, "\"\" \"\"", Placing::Append, "", std::nullopt}) &&
                UpdateControlFileRecord(path, {kSenderId, record, std::nullopt, Placing::InPlace, "", std::nullopt});

@@ -23,11 +23,12 @@
 namespace bv {
 
 struct SenderIdRule {
-    std::string RecordKey;    // letters, digits and "@" of the identifier, upper-cased; a reader fills it
+    std::string RecordKey;    // as the file has it; empty: the sender's own (SenderRecordKey)
     std::string Sender;       // the identifier as entered
     std::string Organisation; // of the sender, or empty
     std::string Addressee;    // "Messages for": a user or a word in parentheses; empty: a record without entries
     std::string User;         // "Route to"
+    int Record = 0;           // a reader counts the records of the file, from 0
 
     friend bool operator==(const SenderIdRule&, const SenderIdRule&) = default;
 };
@@ -68,17 +69,19 @@ bool CanBeKept(const SubAddressRule& rule);
 bool CanBeKept(const ForwardRule& rule);
 
 // Each sets one rule, in the place of one with the same key, by one rewrite of the file, which is made when there is
-// none. A sender's record line is always written anew. Status 470 and 471; sets SettingsChanged. False after a
+// none. A sender's record line is always written anew. A line that has the key, but with a "\" that it does not need or
+// without one, gives way to the new one. Status 470 and 471; sets SettingsChanged. False after a
 // message: one of OpenRoutingFile, or 5000.
 bool WriteSenderIdRule(const SenderIdRule& rule);
 bool WriteSubAddressRule(const SubAddressRule& rule);
 bool WriteForwardRule(const ForwardRule& rule);
 
-// Each takes one rule away, with the messages above; nothing else of the file goes. Of a sender's record only the
-// addressee's line goes; DeleteSenderRecord takes all its entries and then the record itself, in two rewrites, so that
-// a failure between them leaves a record without entries and never entries without a record.
+// Each takes one rule away, however its key is escaped, with the messages above; nothing else of the file goes. Of a
+// sender's record only the addressee's line goes; DeleteSenderRecord takes all its entries and then the record itself,
+// in two rewrites, so that a failure between them leaves a record without entries and never entries without a record.
+// Of several records with one key the first is changed.
 bool DeleteSenderIdRule(const SenderIdRule& rule);
-bool DeleteSenderRecord(std::string_view sender);
+bool DeleteSenderRecord(const SenderIdRule& rule);
 bool DeleteSubAddressRule(std::string_view subAddress);
 bool DeleteForwardRule(std::string_view user);
 

@@ -112,6 +112,27 @@ TEST(RoutingCommands, DoOneThingAndSayIt) {
     test::ExpectEach<Scene>(std::vector<test::CommandCase>(std::begin(kCases), std::end(kCases)), kRules);
 }
 
+TEST(RoutingCommands, FindASenderUnderAnotherKeyAndAllItsRecords) {
+    const std::string head = "[BRIVANE]\nType: RoutingInit\nRevision: A\n\n[SENDERID]\n";
+    Scene scene(head + "@+4-4: \"\" \"S\"\nANN: BOB\n@X: \"+7\" \"\"\nANN: BOB\n");
+    EXPECT_EQ(scene.Console.Run({"routing", "add", "sender", "44", "BOB", "BOB"}), 0);
+    EXPECT_EQ(scene.Console.Run({"routing", "delete", "sender", "+7", "ANN"}), 0);
+    EXPECT_EQ(scene.File(), head + "@+4-4: \"44\" \"S\"\nANN: BOB\nBOB: BOB\n@X: \"+7\" \"\"\n");
+
+    const std::string twice =
+        head + "@1: \"1\" \"\"\nANN: BOB\n@44: \"44\" \"\"\nANN: BOB\n@+44: \"\"\n@44: \"44\"\nBOB: ANN\n";
+    Scene doubled(twice);
+    const std::string refusal =
+        "ID: \"+44\" has 3 records in the routing file; delete the sender and add its rules again\n";
+    EXPECT_EQ(doubled.Console.Run({"routing", "add", "sender", "+44", "BOB", "BOB"}), 1);
+    EXPECT_EQ(doubled.Console.Notices, refusal);
+    EXPECT_EQ(doubled.Console.Run({"routing", "delete", "sender", "+44", "BOB"}), 1);
+    EXPECT_EQ(doubled.Console.Notices, refusal);
+    EXPECT_EQ(doubled.File(), twice);
+    EXPECT_EQ(doubled.Console.Run({"routing", "delete", "sender", "+44"}), 0);
+    EXPECT_EQ(doubled.File(), head + "@1: \"1\" \"\"\nANN: BOB\n");
+}
+
 TEST(RoutingCommands, TheFirstListMakesTheFileUnlessItIsARehearsal) {
     Scene scene("");
     EXPECT_EQ(scene.Console.Run({"routing", "list", "--dry-run"}), 0);

@@ -127,7 +127,7 @@ void TryInput(std::string_view bytes) {
     if (CanBeKept(sender)) {
         Require(WriteSenderIdRule(sender), "WriteSenderIdRule");
         Require(HasRule(sender), "the written sender");
-        Require(DeleteSenderRecord(sender.Sender), "DeleteSenderRecord");
+        Require(DeleteSenderRecord(sender), "DeleteSenderRecord");
     }
     server.Front.TakeSaid();
 }

@@ -207,9 +207,23 @@ TEST(RoutingFile, AChangeTouchesOneRule) {
 
 TEST(RoutingFile, ASendersRecordGoesWithItsEntriesAndNoOthers) {
     RoutingServer server(kRules);
-    EXPECT_TRUE(DeleteSenderRecord("+44-181"));
+    EXPECT_TRUE(DeleteSenderRecord({"", "+44-181", "", "", ""}));
     EXPECT_EQ(server.Rules(),
               Replaced(kRules, "@44181: \"+44 181\" \"Smith, \"\nANN: BOB\n\\(unaddressed): CARL\n", ""));
+}
+
+TEST(RoutingFile, AKeyEscapedOtherwiseIsTheSameKey) {
+    RoutingServer server(kHead + "[SENDERID]\n@+4: \"\" \"\"\n(u): ANN\n\\BOB: ANN\n[SUBADDR]\n*1: ANN\n\\22: ANN\n"
+                                 "\\\\3: ANN\n[FORWARD]\n\\ANN: LAN-ANY \"BOB\"\n");
+    EXPECT_TRUE(WriteSenderIdRule({"+4", "+4", "", "BOB", "BOB"}));
+    EXPECT_TRUE(DeleteSenderIdRule({"+4", "+4", "", "(u)", ""}));
+    EXPECT_TRUE(DeleteSubAddressRule("*1"));
+    EXPECT_TRUE(WriteSubAddressRule({"22", "BOB"}));
+    EXPECT_TRUE(WriteSubAddressRule({"3", "BOB"}));
+    EXPECT_TRUE(WriteForwardRule({"ANN", "CARL", true}));
+    EXPECT_EQ(server.Rules(), kHead +
+                                  "[SENDERID]\n@+4: \"+4\" \"\"\nBOB: BOB\n\n[SUBADDR]\n\\\\3: ANN\n22: BOB\n3: BOB\n\n"
+                                  "[FORWARD]\nANN: \"\" LAN-ANY \"CARL\" DELETE\n");
 }
 
 TEST(RoutingFile, WhatIsWrittenIsReadBack) {
