@@ -90,7 +90,9 @@ std::string IdentifierText(const LinkRecord& link) {
 
 bool StoreIdentifier(LinkRecord& link, std::string_view text) {
     const QuotedToken identifier = ParseQuotedToken(text);
-    link.Identifier = StripQuotes(identifier.Token.value_or(""));
+    const std::string_view token = identifier.Token.value_or("");
+    // Quotes that hold it together are part of it: it is written without any of its own.
+    link.Identifier = token.find_first_of(" ,") == std::string_view::npos ? StripQuotes(token) : token;
     const std::string_view second = ParseQuotedToken(identifier.Rest).Token.value_or("");
     link.Description = second.starts_with('"') ? StripQuotes(second) : "";
     if (link.Description.empty()) link.Description = link.Identifier;

@@ -48,6 +48,15 @@ PartedText PartText(std::string_view text) {
     return {text, {}, {}, false};
 }
 
+// The lines that a reader takes: without a paragraph of its own, those below a header with more text behind it, which a
+// writer leaves alone.
+std::optional<std::string_view> ParagraphToRead(std::string_view text) {
+    if (const PartedText parted = PartText(text); parted.HasParagraph) return parted.Paragraph;
+    text.remove_prefix(FindHeader(text, kHeader));
+    if (TakeLine(text).empty()) return {};
+    return text.substr(0, FindHeader(text, "["));
+}
+
 bool IsOwnLine(std::string_view line) {
     return std::ranges::any_of(kOwnKeys, [&](std::string_view key) { return BeginsWith(line, key); });
 }
@@ -222,9 +231,9 @@ RouterReading ReadRouterSettings(RouterSettings& settings) {
     const std::optional<TextOfFile> file = ReadTextFile(LivePath());
     if (file && !file->IsThere) ShowOpenFault(LivePath());
     if (!file || !file->IsThere) return RouterReading::Failed;
-    const PartedText parted = PartText(file->Text);
-    if (!parted.HasParagraph) return RouterReading::NotConfigured;
-    settings = ParseParagraph(parted.Paragraph);
+    const std::optional<std::string_view> paragraph = ParagraphToRead(file->Text);
+    if (!paragraph) return RouterReading::NotConfigured;
+    settings = ParseParagraph(*paragraph);
     return RouterReading::Done;
 }
 

@@ -103,10 +103,12 @@ TEST(Links, KeepOrGiveUpTheirStatusAsAsked) {
 
 TEST(Links, OfOneNameKeepEachItsOwnLines) {
     LinkServer server;
-    server.PutFile("Link.ini", kLondon + "First: 1\n\n" + kLondon + "Second: 2\n\n");
+    const std::string file = kHeader + kLondon + "First: 1\n\n" + Replaced(kLondon, "LONDON", "\"NEW YORK\"") + "\n" +
+                             kLondon + "Second: 2\n\n";
+    server.PutFile("Link.ini", file);
     LinkTable links;
     EXPECT_TRUE(LoadLinks(links) && SaveLinks(links));
-    EXPECT_EQ(server.GetFile("Link.ini"), kHeader + kLondon + "First: 1\n\n" + kLondon + "Second: 2\n\n");
+    EXPECT_EQ(server.GetFile("Link.ini"), file);
 }
 
 TEST(Links, WithoutAFileBeginWithAnEmptyOne) {
@@ -220,6 +222,18 @@ TEST(RouterSettings, ComeAtTheEndWhenTheyAreNew) {
     settings.LocalServerId = "X";
     EXPECT_TRUE(WriteRouterSettings(settings));
     EXPECT_EQ(server.GetSetup(), "[OPTIONS]\nLCR: YES\n\n[ROUTER]\nLocalServerID: X, \"\"\n");
+}
+
+TEST(RouterSettings, BelowAHeaderWithMoreTextAreReadAndLeftAlone) {
+    SetupServer server("[router] old\nLocalServerID: OLD\n");
+    RouterSettings settings;
+    EXPECT_EQ(ReadRouterSettings(settings), RouterReading::Done);
+    EXPECT_EQ(settings.LocalServerId, "OLD");
+    settings.LocalServerId = "NEW";
+    EXPECT_TRUE(WriteRouterSettings(settings));
+    EXPECT_EQ(server.GetSetup(), "[router] old\nLocalServerID: OLD\n\n[ROUTER]\nLocalServerID: NEW, \"\"\n");
+    ReadRouterSettings(settings);
+    EXPECT_EQ(settings.LocalServerId, "NEW");
 }
 
 TEST(RouterSettings, BreakTheFirstRuleThatTheyBreak) {
