@@ -51,13 +51,14 @@ bool BeginFile(DestinationEdit& edit, const WorkingCopy& copy) {
     return true;
 }
 
-// An area file gets its working copy when it is first changed.
-bool Touch(DestinationEdit& edit, const WorkingCopy& copy) {
-    const auto isSame = [&](const WorkingCopy& other) {
+bool IsTouched(const DestinationEdit& edit, const WorkingCopy& copy) {
+    return std::ranges::any_of(edit.Copies, [&](const WorkingCopy& other) {
         return other.File.Type == copy.File.Type && other.DiallingCode == copy.DiallingCode;
-    };
-    return std::ranges::any_of(edit.Copies, isSame) || BeginFile(edit, copy);
+    });
 }
+
+// An area file gets its working copy when it is first changed.
+bool Touch(DestinationEdit& edit, const WorkingCopy& copy) { return IsTouched(edit, copy) || BeginFile(edit, copy); }
 
 // The working copy is as it was when this fails, whatever has been deleted.
 bool ReplaceWorkingCopy(const WorkingCopy& copy, const std::string& oldText, const std::string& newText) {
@@ -102,6 +103,15 @@ bool ChangeRegions(DestinationEdit& edit, const TextChange& change) {
     return true;
 }
 
+// Gives a country the areas that are kept under its dialling code; none, after a message, when they cannot be read.
+void TakeAreas(const DestinationEdit& edit, CountryEntry& country) {
+    const WorkingCopy copy = {kAreaFile, country.DiallingCode};
+    const std::optional<TextOfFile> file = ReadTextFile(IsTouched(edit, copy) ? NewPath(copy) : LivePath(copy));
+    if (!file) return;
+    country.HasAreaFile = file->IsThere;
+    country.Areas = ParseMatchEntries(kAreaFile, file->Text);
+}
+
 // A country that was there keeps its areas.
 bool ChangeCountries(DestinationEdit& edit, const TextChange& change) {
     std::string text;
@@ -110,7 +120,10 @@ bool ChangeCountries(DestinationEdit& edit, const TextChange& change) {
     for (CountryEntry& country : countries) {
         const auto& old = edit.Tables.Countries();
         const auto same = std::ranges::find(old, country.DiallingCode, &CountryEntry::DiallingCode);
-        if (same == old.end()) continue;
+        if (same == old.end()) {
+            TakeAreas(edit, country);
+            continue;
+        }
         country.HasAreaFile = same->HasAreaFile;
         country.Areas = same->Areas;
     }

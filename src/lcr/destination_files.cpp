@@ -66,6 +66,7 @@ std::optional<MatchEntry> ParseEntryLine(const DestinationFile& file, std::strin
 
 std::string ParseCode(std::string_view text) {
     text = TrimBlanks(text);
+    if (text.starts_with('+')) text.remove_prefix(1);
     const auto firstOther = std::ranges::find_if_not(text, IsDigit);
     text = text.substr(0, static_cast<std::size_t>(firstOther - text.begin()));
     while (text.size() > 1 && text.front() == '0') text.remove_prefix(1);

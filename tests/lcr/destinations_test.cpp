@@ -22,7 +22,7 @@ const std::string kNewCountries = "[BRIVANE]\nType: Country\nRevision: A\n\n[COU
 const std::string kRegions = "[BRIVANE]\nType: Region\nRevision: A\n\n[REGIONS]\nRegion: EUROPE, \"All of it\"\n"
                              "Match: UK\n; kept\nMatch: FR/PAR\nRegion: EU, \"Union\"\nMatch: 33\n\n";
 const std::string kCountries = "[BRIVANE]\nType: Country\nRevision: A\n\n[COUNTRIES]\n"
-                               "0044: UK, \"United Kingdom\", 7 x\n33: FR, \"France\", 0\nno country\n"
+                               "+0044: UK, \"United Kingdom\", 7 x\n33: FR, \"France\", 0\nno country\n"
                                "1: USA, \"\", 0\n\n[SYNONYMS]\nGB, UK\n";
 const std::string kAreas = "[AREAS]\nArea: LON, \"London\"\nMatch: 171*\nMatch: 181\nUnknown: x\nArea: LEEDS, \"\"\n";
 
@@ -206,6 +206,8 @@ TEST(DestinationEditing, ReplacesTheLiveFilesTogetherOrNotAtAll) {
     EXPECT_THAT(server.Front.TakeSaid(), ElementsAre("error: There is no region EU"));
     EXPECT_EQ(edit.Tables.Convert("de/b", ReferenceForm::DiallingCode), "49/B");
     EXPECT_EQ(edit.Tables.Convert("UK/YORK", ReferenceForm::Identifier), "UK/YORK");
+    EXPECT_TRUE(DeleteCountry(edit, "UK") && WriteCountry(edit, {"UK", "", "44", ""}));
+    EXPECT_EQ(edit.Tables.Convert("UK/YORK", ReferenceForm::Identifier), "UK/YORK") << "its areas have stayed";
     EXPECT_THAT(server.Left(), ElementsAre("Area44.new", "Area49.new", "Country.new", "Region.new"));
     EXPECT_EQ(server.GetFile("Area44.ini"), kAreas);
 
