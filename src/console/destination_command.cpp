@@ -9,6 +9,7 @@
 #include "lcr/destination_edit.h"
 #include "lcr/edit_lock.h"
 #include "lcr/router_settings.h"
+#include "lcr/synonyms.h"
 #include "shell/messages.h"
 
 namespace bv::console {
@@ -319,7 +320,27 @@ int Contains(Session& session, const Arguments& arguments) {
 int Name(Session& session, const Arguments& arguments) {
     Destinations tables;
     if (!LoadDestinations(tables)) return kExitRefused;
-    return PrintAnswer(session, "name", FindDestinationName(tables, arguments["REFERENCE"]));
+    const std::string& reference = arguments["REFERENCE"];
+    std::optional<std::string> synonym;
+    if (!tables.FindPlace(reference)) {
+        const auto synonyms = LoadSynonyms();
+        if (!synonyms) return kExitRefused;
+        synonym = FindSynonymText(tables, *synonyms, reference);
+    }
+    return PrintAnswer(session, "name", synonym.value_or(FindDestinationName(tables, reference)));
+}
+
+int ListSynonyms(Session& session, const Arguments&) {
+    Destinations tables;
+    if (!LoadDestinations(tables)) return kExitRefused;
+    const auto synonyms = LoadSynonyms();
+    if (!synonyms) return kExitRefused;
+    std::vector<Record> records;
+    for (const Synonym& synonym : *synonyms)
+        records.push_back(
+            {{"Name", synonym.Name}, {"Reference", synonym.Reference}, {"Text", SynonymText(tables, synonym)}});
+    PrintRecords(session, records);
+    return kExitDone;
 }
 
 // Into the other form: a reference by dialling code into the one by identifier, any other into that by dialling code.
@@ -394,13 +415,16 @@ constexpr Verb kVerbs[] = {
      .Parameters = {{kCountry, kId}},
      .Example = "UK LON",
      .Run = Located<Delete<AreaKind>>},
+    {.Name = "synonym list",
+     .Help = "List the other names of destinations: name, reference, text",
+     .Run = Located<ListSynonyms>},
     {.Name = "contains",
      .Help = "Tell whether a region contains a destination",
      .Parameters = {{{"REGION", "The region's identifier"}, kReference}},
      .Example = "EU UK/LON",
      .Run = Located<Contains>},
     {.Name = "name",
-     .Help = "Show what a reference stands for",
+     .Help = "Show what a reference, or another name of a destination, stands for",
      .Parameters = {{kReference}},
      .Example = "UK/LON",
      .Run = Located<Name>},

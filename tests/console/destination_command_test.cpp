@@ -17,7 +17,8 @@ const std::string kBase = "F:\\BRIVANE\\B-DB\\";
 const std::string kLock = "LCR settings are being edited by another user.  Please try again later\n";
 
 const std::map<std::string, std::string> kBefore = {
-    {"Country.ini", "[COUNTRIES]\n44: UK, \"Kingdom\", 0\n33: FR, \"\", x\n"},
+    {"Country.ini", "[COUNTRIES]\n44: UK, \"Kingdom\", 0\n33: FR, \"\", x\n\n[SYNONYMS]\n; none\n\"New Britain\": 44\n"
+                    "A: B\nB: a\nUK: FR\nno\nC:\n[X]\nD: UK\n"},
     {"Region.ini", "[REGIONS]\nRegion: EUROPE, \"All\"\nMatch: UK\nRegion: ASIA, \"\"\n"},
     {"Area44.ini", "[AREAS]\nArea: LON, \"London\"\nMatch: 171*\n"},
     {"Setup.ini", "[ROUTER]\nLocalServerID: HERE, \"\"\nEmailLoginParams: sekrit\nWanInboxDirectory: X\n"
@@ -44,13 +45,13 @@ const Case kCases[] = {
      "",
      "Added country US\n",
      "Country.ini",
-     kBefore.at("Country.ini") + "1: US, \"States\", 0\n\n"},
+     Replaced(kBefore.at("Country.ini"), "x\n\n", "x\n1: US, \"States\", 0\n\n")},
     {{"destination", "country", "set", "fr", "Identifier=F"},
      0,
      "",
      "Modified country F\n",
      "Country.ini",
-     "[COUNTRIES]\n44: UK, \"Kingdom\", 0\n33: F, \"\", x\n\n"},
+     Replaced(kBefore.at("Country.ini"), "FR, \"", "F, \"")},
     {{"destination", "country", "set", "UK", "Description=Kingdom"}, 0, "", ""},
     {{"destination", "country", "set", "UK", "DiallingCode=45"},
      1,
@@ -106,6 +107,12 @@ const Case kCases[] = {
     {{"destination", "contains", "NOPE", "FR"}, 1, "", "There is no region NOPE\n"},
     {{"destination", "name", "uk/lon"}, 0, "London, Kingdom\n", ""},
     {{"destination", "name", "uk/x"}, 0, "<Not found>\n", ""},
+    {{"destination", "synonym", "list"},
+     0,
+     "New Britain\t44\tNew Britain, see Kingdom\nA\tB\tA, see B\nB\ta\tB, see a\nUK\tFR\tUK, see FR\n",
+     ""},
+    {{"destination", "name", "new britain"}, 0, "New Britain, see Kingdom\n", ""},
+    {{"destination", "name", "D"}, 0, "<Not found>\n", ""},
     {{"destination", "convert", "uk/lon"}, 0, "44/LON\n", ""},
     {{"destination", "convert", "44"}, 0, "UK\n", ""},
     {{"destination", "convert", "9"}, 1, "", "There is no destination 9\n"},
