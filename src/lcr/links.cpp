@@ -90,12 +90,10 @@ std::string IdentifierText(const LinkRecord& link) {
 
 bool StoreIdentifier(LinkRecord& link, std::string_view text) {
     const QuotedToken identifier = ParseQuotedToken(text);
-    const std::string_view token = identifier.Token.value_or("");
-    // Quotes that hold it together are part of it: it is written without any of its own.
-    link.Identifier = token.find_first_of(" ,") == std::string_view::npos ? StripQuotes(token) : token;
+    link.Identifier = TokenText(identifier.Token.value_or(""));
     const std::string_view second = ParseQuotedToken(identifier.Rest).Token.value_or("");
     link.Description = second.starts_with('"') ? StripQuotes(second) : "";
-    if (link.Description.empty()) link.Description = link.Identifier;
+    if (link.Description.empty()) link.Description = StripQuotes(link.Identifier);
     return !link.Identifier.empty();
 }
 

@@ -70,12 +70,12 @@ std::optional<std::string> FindValue(std::string_view paragraph, std::string_vie
     return {};
 }
 
-// A first token, in quotes or not, and a second one in quotes.
+// A first token as it stands, and a second one that is in quotes.
 std::pair<std::string, std::string> TwoTokens(const std::optional<std::string>& value) {
     if (!value) return {};
     const QuotedToken first = ParseQuotedToken(*value);
     const std::string_view second = ParseQuotedToken(first.Rest).Token.value_or("");
-    return {std::string(StripQuotes(first.Token.value_or(""))),
+    return {std::string(first.Token.value_or("")),
             second.starts_with('"') ? std::string(StripQuotes(second)) : std::string()};
 }
 
@@ -83,6 +83,8 @@ Settings ParseParagraph(std::string_view paragraph) {
     Settings settings;
     std::tie(settings.LocalServerId, settings.LocalServerDescription) = TwoTokens(FindValue(paragraph, kOwnKeys[0]));
     std::tie(settings.EmailLoginName, settings.NotesIdFile) = TwoTokens(FindValue(paragraph, kOwnKeys[1]));
+    settings.LocalServerId = TokenText(settings.LocalServerId);
+    settings.EmailLoginName = std::string(StripQuotes(settings.EmailLoginName));
     settings.EmailLoginParams = FindValue(paragraph, kOwnKeys[2]).value_or("");
     if (const auto type = FindValue(paragraph, kOwnKeys[3]);
         type && !ValueCodec<EmailType>::Store(settings.Email, *type))
@@ -224,6 +226,11 @@ std::span<const RouterKey> RouterKeys() { return kKeys; }
 
 bool IsToken(std::string_view text, std::size_t limit) {
     return !text.empty() && text.size() <= limit && text.find_first_of(" ,\"") == std::string_view::npos;
+}
+
+std::string TokenText(std::string_view token) {
+    std::string text(StripQuotes(token));
+    return text.find_first_of(" ,") == std::string::npos ? text : '"' + text + '"';
 }
 
 RouterReading ReadRouterSettings(RouterSettings& settings) {

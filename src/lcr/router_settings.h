@@ -74,6 +74,9 @@ std::span<const RouterKey> RouterKeys();
 // Whether a text can stand as a name, as one token: of 1 to so many characters, without blanks, commas and quotes.
 bool IsToken(std::string_view text, std::size_t limit);
 
+// The name that a token is. Quotes that hold it together are part of it, since it is written without any of its own.
+std::string TokenText(std::string_view token);
+
 enum class RouterReading {
     Failed,        // a message has been shown
     NotConfigured, // there is no such paragraph

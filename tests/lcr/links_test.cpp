@@ -180,16 +180,17 @@ TEST(Links, BreakTheFirstRuleThatTheyBreak) {
     EXPECT_FALSE((HourMinute{0, 24}.IsTimeOfDay()));
 }
 
-const std::string kRouter = "[Router]\nEmailDeleteInvalidMsg: YES\nLocalServerID: HERE, \"This one\"\nKept: 1\n"
-                            "EmailType: something\nEmailLoginName: \"Fax Mail\"\n; kept\n"
-                            "WANInboxDirectory: \\\\here\\LCRIN\nWANInboxPollFreq: 0:5\n\n";
+const std::string kRouter =
+    "[Router]\nEmailDeleteInvalidMsg: YES\nLocalServerID: \"RIGHT HERE\", \"This one\"\nKept: 1\n"
+    "EmailType: something\nEmailLoginName: \"Fax Mail\"\n; kept\n"
+    "WANInboxDirectory: \\\\here\\LCRIN\nWANInboxPollFreq: 0:5\n\n";
 
 TEST(RouterSettings, AreReadAndWrittenAmongTheOtherLines) {
     SetupServer server("[OPTIONS]\nLCR: YES\n\n" + kRouter + "[NEXT]\nLocalServerID: no");
     RouterSettings settings;
     ASSERT_EQ(ReadRouterSettings(settings), RouterReading::Done);
     RouterSettings expected;
-    expected.LocalServerId = "HERE";
+    expected.LocalServerId = "\"RIGHT HERE\"";
     expected.LocalServerDescription = "This one";
     expected.EmailEnabled = expected.WanEnabled = true;
     expected.Email = EmailType::OtherMapi;
@@ -204,7 +205,7 @@ TEST(RouterSettings, AreReadAndWrittenAmongTheOtherLines) {
     settings.EmailLoginParams = "p w";
     settings.EmailPollInterval = {7, 12};
     EXPECT_TRUE(WriteRouterSettings(settings));
-    EXPECT_EQ(server.GetSetup(), "[OPTIONS]\nLCR: YES\n\n[ROUTER]\nLocalServerID: HERE, \"This one\"\n"
+    EXPECT_EQ(server.GetSetup(), "[OPTIONS]\nLCR: YES\n\n[ROUTER]\nLocalServerID: \"RIGHT HERE\", \"This one\"\n"
                                  "EmailType: LOTUS_NOTES_API\nEmailLoginName: \"Fax Mail\", \"C:\\my.id\"\n"
                                  "EmailLoginParams: p w\nEmailInboxPollFreq: 12:07\n"
                                  "WanInboxDirectory: \\\\here\\LCRIN\nWanInboxPollFreq: 00:05\n"
