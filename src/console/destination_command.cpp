@@ -163,7 +163,7 @@ struct AreaKind {
     std::string Code;
 
     [[nodiscard]] const std::vector<AreaEntry>& All(const DestinationEdit& edit) const {
-        return edit.Tables.FindCountry(Code)->Areas;
+        return edit.Tables.FindCode(Code)->Areas;
     }
     [[nodiscard]] bool Write(DestinationEdit& edit, const AreaEntry& entry) const {
         return WriteArea(edit, Code, entry);
@@ -192,8 +192,10 @@ template <class Kind>
 void WarnOfReplaced(const Kind& kind, const DestinationEdit& edit, const std::string& identifier) {
     for (const auto& entry : kind.All(edit)) {
         if (!StartsWithFolded(entry.Identifier, identifier)) continue;
-        if (!EqualFolded(entry.Identifier, identifier))
-            ShowWarning("%s takes the place of %s, which begins with the same name", identifier, entry.Identifier);
+        if (EqualFolded(entry.Identifier, identifier)) return;
+        const bool isThere = Find(kind.All(edit), identifier) != nullptr;
+        ShowWarning("%s takes the place of %s, which begins with the same name%s", identifier, entry.Identifier,
+                    isThere ? ", and is there twice then" : "");
         return;
     }
 }

@@ -175,7 +175,7 @@ bool WriteCountry(DestinationEdit& edit, const CountryEntry& entry) {
 }
 
 bool WriteArea(DestinationEdit& edit, std::string_view diallingCode, const AreaEntry& entry) {
-    const CountryEntry* country = edit.Tables.FindCountry(diallingCode);
+    const CountryEntry* country = edit.Tables.FindCode(diallingCode);
     if (country != nullptr && HasEntry(country->Areas, entry)) return true;
     return ChangeAreas(edit, diallingCode,
                        [&](std::string_view text) { return WithMatchEntry(kAreaFile, text, entry); });

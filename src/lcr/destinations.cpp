@@ -81,7 +81,11 @@ const RegionEntry* Destinations::FindRegion(std::string_view identifier) const {
 
 const CountryEntry* Destinations::FindCountry(std::string_view identifierOrCode) const {
     const CountryEntry* country = Find(countries_, countryIndex_, identifierOrCode);
-    return country != nullptr ? country : Find(countries_, codeIndex_, WithoutZeros(identifierOrCode));
+    return country != nullptr ? country : FindCode(identifierOrCode);
+}
+
+const CountryEntry* Destinations::FindCode(std::string_view diallingCode) const {
+    return Find(countries_, codeIndex_, WithoutZeros(diallingCode));
 }
 
 std::optional<FoundPlace> Destinations::FindPlace(std::string_view reference) const {
