@@ -3,6 +3,7 @@
 #include "routing/routing_file.h"
 
 #include <algorithm>
+#include <set>
 
 #include "fuzz/fuzz.h"
 #include "fuzz/model.h"
@@ -95,13 +96,48 @@ Rules ListedForwards() {
     return read ? rules : Rules{"failed"};
 }
 
-bool HasRule(const SenderIdRule& wanted) {
+using SenderRules = std::vector<SenderIdRule>;
+
+SenderRules ListedSenders() {
     ControlStream file = OpenRoutingFile();
-    bool has = false;
-    ReadSenderIdRules(file, [&](const SenderIdRule& rule) {
-        has = has || (rule.Sender == wanted.Sender && rule.Addressee == wanted.Addressee && rule.User == wanted.User);
-    });
-    return has;
+    SenderRules rules;
+    ReadSenderIdRules(file, [&](const SenderIdRule& rule) { rules.push_back(rule); });
+    return rules;
+}
+
+// How many records there are with the key of this one.
+std::size_t RecordsLike(const SenderIdRule& wanted) {
+    std::set<int> records;
+    for (const SenderIdRule& rule : ListedSenders())
+        if (model::Compare(rule.RecordKey, wanted.RecordKey) == 0) records.insert(rule.Record);
+    return records.size();
+}
+
+void TrySubAddress(const SubAddressRule& rule) {
+    const auto ofKey = [&] {
+        Rules rules = ListedSubAddresses();
+        std::erase_if(rules, [&](const std::string& line) { return !model::Begins(line, rule.SubAddress + "|"); });
+        return rules;
+    };
+    Require(WriteSubAddressRule(rule), "WriteSubAddressRule");
+    Require(ofKey() == Rules{rule.SubAddress + "|" + rule.User}, "the written rule alone has its key");
+    Require(DeleteSubAddressRule(rule.SubAddress), "DeleteSubAddressRule");
+    Require(ofKey().empty(), "no rule is left");
+}
+
+void TrySender(SenderIdRule rule) {
+    rule.RecordKey = SenderRecordKey(rule.Sender);
+    Require(WriteSenderIdRule(rule), "WriteSenderIdRule");
+    const SenderRules written = ListedSenders();
+    const std::size_t records = RecordsLike(rule);
+    const auto isIt = [&](const SenderIdRule& other) {
+        return other.Sender == rule.Sender && other.Addressee == rule.Addressee && other.User == rule.User;
+    };
+    Require(std::ranges::any_of(written, isIt), "the written sender");
+    Require(DeleteSenderIdRule(rule), "DeleteSenderIdRule");
+    Require(RecordsLike(rule) == records, "the record stays");
+    Require(DeleteSenderRecord(rule), "DeleteSenderRecord");
+    Require(RecordsLike(rule) + 1 == records, "the record goes alone");
 }
 
 } // namespace
@@ -118,17 +154,8 @@ void TryInput(std::string_view bytes) {
     const SubAddressRule rule{std::string(input.Parameters[0]), std::string(input.Parameter(1).value_or(""))};
     const SenderIdRule sender{"", std::string(input.Parameter(2).value_or("")), "O",
                               std::string(input.Parameter(3).value_or("")), rule.User};
-    if (CanBeKept(rule)) {
-        Require(WriteSubAddressRule(rule), "WriteSubAddressRule");
-        const Rules after = ListedSubAddresses();
-        Require(std::ranges::find(after, rule.SubAddress + "|" + rule.User) != after.end(), "the written rule");
-        Require(DeleteSubAddressRule(rule.SubAddress), "DeleteSubAddressRule");
-    }
-    if (CanBeKept(sender)) {
-        Require(WriteSenderIdRule(sender), "WriteSenderIdRule");
-        Require(HasRule(sender), "the written sender");
-        Require(DeleteSenderRecord(sender), "DeleteSenderRecord");
-    }
+    if (CanBeKept(rule)) TrySubAddress(rule);
+    if (CanBeKept(sender)) TrySender(sender);
     server.Front.TakeSaid();
 }
 
