@@ -1,12 +1,15 @@
 #include "mailgw/mail_actions.h"
 
+#include <algorithm>
+#include <unordered_map>
+#include <vector>
+
 #include "ctlfile/lines.h"
 #include "mailgw/mail_list.h"
 #include "platform/ascii.h"
 #include "shell/messages.h"
 #include "shell/server_paths.h"
 #include "shell/startup.h"
-#include "users/user_actions.h"
 #include "users/user_list.h"
 
 namespace bv {
@@ -25,9 +28,9 @@ bool HasChanged(bool isDone) {
     return isDone;
 }
 
-bool IsRemoved(Removal removal) {
-    if (removal == Removal::NoList) ShowError(413, MailListPath());
-    return HasChanged(removal == Removal::Removed);
+bool IsDone(MailListOutcome outcome) {
+    if (outcome == MailListOutcome::NoList) ShowError(413, MailListPath());
+    return HasChanged(outcome == MailListOutcome::Done);
 }
 
 // The name of the server user as the user list has it; none after a message.
@@ -40,43 +43,68 @@ std::optional<std::string> ListedUser(std::string_view name) {
     return listed;
 }
 
-// How the record of an e-mail name stands to a server user.
-enum class Ownership { Unknown, NoRecord, Own, OfAnother };
-Ownership OwnershipOf(std::string_view serverName, std::string_view emailName) {
-    std::optional<MailUser> found;
-    if (!FindMailUser(emailName, found)) return Ownership::Unknown;
-    if (!found) return Ownership::NoRecord;
-    return EqualFolded(found->Brivname, serverName) ? Ownership::Own : Ownership::OfAnother;
-}
+// A user whose mail user becomes another one; either may be empty.
+struct Move {
+    std::string_view Name;
+    std::string_view From;
+    std::string_view To;
+};
 
-bool FollowAdded(std::string_view name, std::string_view emailName) {
-    switch (OwnershipOf(name, emailName)) {
-    case Ownership::Unknown: return false;
-    case Ownership::Own: return true;
-    default: return AddMailUser(name, emailName);
+// With the same name, a user who was taken off the mail list stays off it.
+std::vector<Move> MovesOf(std::span<const UserChange> users) {
+    std::vector<Move> moves;
+    for (const auto& [name, before, after] : users) {
+        const Move move = {name, MailUserOf(before), MailUserOf(after)};
+        if (!IsDefaultName(name) && !EqualFolded(move.From, move.To)) moves.push_back(move);
     }
+    return moves;
 }
 
-bool FollowRemoved(std::string_view name, std::string_view emailName) {
-    if (!FileExists(MailListPath())) return true;
-    switch (OwnershipOf(name, emailName)) {
-    case Ownership::Unknown: return false;
-    case Ownership::OfAnother: return true;
-    default: break;
+// The server users of e-mail names, each by the first record of the name.
+class Owners {
+  public:
+    // Of all names that the moves have. False after 413 or 9011.
+    bool Read(std::span<const Move> moves) {
+        for (const Move& move : moves) {
+            owners_.try_emplace(UpperText(move.From));
+            owners_.try_emplace(UpperText(move.To));
+        }
+        return VisitMailUsers([&](const MailUser& user) {
+            const auto asked = owners_.find(UpperText(user.Emailname));
+            if (asked != owners_.end() && !asked->second) asked->second = user.Brivname.String();
+            return true;
+        });
     }
-    const Removal removal = RemoveMailUser(name, emailName);
-    return removal == Removal::NotListed || IsRemoved(removal);
-}
+    [[nodiscard]] bool IsNobodys(std::string_view email) const { return !OwnerOf(email); }
+    [[nodiscard]] bool Owns(std::string_view serverName, std::string_view email) const {
+        const std::optional<std::string>& owner = OwnerOf(email);
+        return owner && EqualFolded(*owner, serverName);
+    }
 
-bool FollowChanged(std::string_view name, std::string_view oldEmail, std::string_view newEmail) {
-    const Ownership ownership = OwnershipOf(name, oldEmail);
-    if (ownership == Ownership::Unknown) return false;
-    if (ownership != Ownership::Own) return FollowAdded(name, newEmail);
-    return AddMailUser(name, newEmail, oldEmail);
+  private:
+    [[nodiscard]] const std::optional<std::string>& OwnerOf(std::string_view email) const {
+        return owners_.at(UpperText(email));
+    }
+    std::unordered_map<std::string, std::optional<std::string>> owners_; // by e-mail names in upper case
+};
+
+// What a move means for the mail list; nothing when a record is there already, or is another user's.
+std::optional<MailUserChange> ChangeFor(const Move& move, const Owners& owners) {
+    const auto& [name, from, to] = move;
+    const bool hasRecord = !from.empty() && owners.Owns(name, from);
+    if (to.empty()) {
+        if (!hasRecord && !owners.IsNobodys(from)) return {};
+        return MailUserChange{name, from, {}};
+    }
+    if (hasRecord) return MailUserChange{name, from, to};
+    if (owners.Owns(name, to)) return {};
+    return MailUserChange{name, {}, to};
 }
 
 // Mail users may send under a profile's name without being known to the user list.
-bool FollowLostProfile(std::string_view name) {
+bool WarnOfLostProfile(const UserChange& user) {
+    const auto& [name, before, after] = user;
+    if (before == nullptr || after != nullptr || !IsProfile(before->MailName) || IsDefaultName(name)) return true;
     const std::optional<std::size_t> count = CountMailUsers(name);
     if (count && *count != 0) ShowWarning(9191, name, *count);
     return count.has_value();
@@ -102,23 +130,27 @@ bool EnableMailUser(std::string_view serverName, std::string_view emailName,
 }
 
 bool DisableMailUser(std::string_view serverName, std::string_view emailName) {
-    return IsRemoved(RemoveMailUser(serverName, emailName));
+    return IsDone(RemoveMailUser(serverName, emailName));
 }
 
 bool UpgradeWholeMailList() { return HasChanged(UpgradeMailList()); }
 
-void FollowUserList() { SetMailListHook(FollowUser); }
+void FollowUserList() { SetMailListHook(FollowUsers); }
 
-bool FollowUser(std::string_view name, const UserRecord* before, const UserRecord* after) {
-    if (IsDefaultName(name)) return true;
-    const std::string_view oldEmail = MailUserOf(before);
-    const std::string_view newEmail = MailUserOf(after);
-    const bool losesProfile = before != nullptr && IsProfile(before->MailName) && after == nullptr;
-    if (losesProfile) return FollowLostProfile(name);
-    if (oldEmail.empty()) return newEmail.empty() || FollowAdded(name, newEmail);
-    if (newEmail.empty()) return FollowRemoved(name, oldEmail);
-    // With the same name, a user who was taken off the mail list stays off it.
-    return EqualFolded(oldEmail, newEmail) || FollowChanged(name, oldEmail, newEmail);
+bool FollowUsers(std::span<const UserChange> users) {
+    if (!std::ranges::all_of(users, WarnOfLostProfile)) return false;
+    const std::vector<Move> moves = MovesOf(users);
+    Owners owners;
+    if (moves.empty() || !owners.Read(moves)) return moves.empty();
+    const bool hasList = FileExists(MailListPath());
+    std::vector<MailUserChange> changes;
+    for (const Move& move : moves) {
+        const std::optional<MailUserChange> change = ChangeFor(move, owners);
+        if (change && (hasList || change->Comes)) changes.push_back(*change);
+    }
+    if (changes.empty()) return true;
+    const MailListOutcome outcome = ChangeMailUsers(changes);
+    return outcome == MailListOutcome::NotListed || IsDone(outcome);
 }
 
 } // namespace bv

@@ -2,9 +2,10 @@
 #pragma once
 
 #include <optional>
+#include <span>
 #include <string_view>
 
-#include "users/user_record.h"
+#include "users/user_actions.h"
 
 namespace bv {
 
@@ -30,8 +31,8 @@ bool UpgradeWholeMailList();
 // mail user; of mail users who stay behind a deleted profile, warning 9191 tells.
 void FollowUserList();
 
-// One such change; false, after a message, when the list cannot follow. That a user who goes is not in the list is
-// said, but no reason to keep the user.
-bool FollowUser(std::string_view name, const UserRecord* before, const UserRecord* after);
+// Such changes of many users, in one rewrite; false, after a message, when the list cannot follow. That a user who goes
+// is not in the list is said, but no reason to keep the user.
+bool FollowUsers(std::span<const UserChange> users);
 
 } // namespace bv

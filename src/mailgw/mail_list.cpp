@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <array>
-#include <memory>
+#include <deque>
+#include <unordered_map>
 #include <unordered_set>
+#include <vector>
 
 #include "ctlfile/copy_back.h"
 #include "ctlfile/lines.h"
@@ -39,7 +41,7 @@ void ReadMailUser(const RecordWalker& records, MailUser& user) {
 std::string KeyLines(const MailUser& user) {
     std::string text;
     const auto add = [&](KeyIndex key, std::string_view value) {
-        text.append(KeyedLine(kKeys[key], value)).append(kLineEnd);
+        text.append(kKeys[key]).append(" ").append(value).append(kLineEnd);
     };
     const auto addUnlessEmpty = [&](KeyIndex key, std::string_view value) {
         if (!value.empty()) add(key, value);
@@ -93,10 +95,10 @@ class HeldMailList {
     // Whether there is a list that can be changed.
     [[nodiscard]] bool IsOpen() const { return rewrite_ || rewrite_.Fault() == Rewrite::Problem::Temporary; }
 
-    // False after a message.
+    // Reads it. False after 5002, when it or its temporary is not open, or 5004.
     bool Load() {
         if (!rewrite_) {
-            ShowError(5002, rewrite_.TemporaryName());
+            ShowError(5002, IsOpen() ? rewrite_.TemporaryName() : MailListPath());
             return false;
         }
         size_ = rewrite_.Control.Rest().size();
@@ -134,84 +136,110 @@ class HeldMailList {
     Position size_ = 0;
 };
 
-// A record that goes, and what is kept of it.
-struct Leaving {
-    Position From = 0;
-    Position To = 0;
-    MailUser User;
+// The records that leave: their places, each from its header to the next paragraph, and what they hold.
+struct LeavingRecords {
+    std::unordered_map<Position, Position> Places;
+    std::unordered_map<std::size_t, MailUser> ByChange; // by the index of the change that takes them
 };
 
-// Where a new record goes, and what record it replaces.
-struct AddPlan {
-    Position At = 0;
-    std::optional<Leaving> Replaced;
-};
-
-AddPlan PlanAdd(HeldMailList& list, std::string_view emailName, std::optional<std::string_view> previous) {
-    AddPlan plan;
-    bool isPlaced = false;
+LeavingRecords FindLeaving(HeldMailList& list, std::span<const MailUserChange> changes) {
+    // By name in upper case. Each takes a record of its own, the first change the first record.
+    std::unordered_map<std::string, std::deque<std::size_t>> wanted;
+    for (std::size_t i = 0; i < changes.size(); ++i) {
+        if (changes[i].Leaves) wanted[UpperText(*changes[i].Leaves)].push_back(i);
+    }
+    LeavingRecords leaving;
     RecordWalker records = list.Records();
     WholeValue name;
-    while (records.Next() && !(isPlaced && (plan.Replaced || !previous))) {
+    while (!wanted.empty() && records.Next()) {
         records.Get(kEmailname, name);
-        if (previous && !plan.Replaced && EqualFolded(name, *previous)) {
-            plan.Replaced = {records.Start(), records.End(), {}};
-            ReadMailUser(records, plan.Replaced->User);
-        } else if (!isPlaced && name.View() > emailName) {
-            isPlaced = true;
-            plan.At = records.Start();
-        }
+        const auto found = wanted.find(UpperText(name));
+        if (found == wanted.end()) continue;
+        leaving.Places[records.Start()] = records.End();
+        ReadMailUser(records, leaving.ByChange[found->second.front()]);
+        found->second.pop_front();
+        if (found->second.empty()) wanted.erase(found);
     }
-    if (!isPlaced) plan.At = list.Size();
-    return plan;
+    return leaving;
 }
 
-std::string TextWith(const HeldMailList& list, const AddPlan& plan, const MailUser& user) {
-    const auto at = static_cast<std::size_t>(plan.At);
-    std::string text(list.Text(0, list.Size()));
-    std::string record = std::string(kHeader).append(kLineEnd).append(KeyLines(user)).append(kLineEnd);
-    const auto insert = [&] { text.insert(at, record); };
-    if (!plan.Replaced) {
-        if (at == text.size() && !text.empty() && !text.ends_with('\n')) record.insert(0, kLineEnd);
-        insert();
-        return text;
+struct ComingRecord {
+    std::string_view Emailname;
+    std::string Text;
+};
+
+// In the order of their names.
+std::vector<ComingRecord> MakeComing(std::span<const MailUserChange> changes, const LeavingRecords& leaving,
+                                     const ProfileUsers& profiles) {
+    std::vector<ComingRecord> coming;
+    for (std::size_t i = 0; i < changes.size(); ++i) {
+        const auto& [serverName, leaves, comes] = changes[i];
+        if (!comes) continue;
+        const auto replaced = leaving.ByChange.find(i);
+        MailUser user = replaced == leaving.ByChange.end() ? MailUser() : replaced->second;
+        user.Brivname = serverName;
+        user.Emailname = *comes;
+        user.Profile = profiles.Has(serverName);
+        coming.push_back({*comes, std::string(kHeader).append(kLineEnd).append(KeyLines(user)).append(kLineEnd)});
     }
-    const auto from = static_cast<std::size_t>(plan.Replaced->From);
-    const auto to = static_cast<std::size_t>(plan.Replaced->To);
-    const bool endIsCutOff = at == text.size() && to < at && !text.ends_with('\n');
-    if (endIsCutOff) record.insert(0, kLineEnd);
-    if (at > from) insert();
-    text.erase(from, to - from);
-    if (at <= from) insert();
-    return text;
+    std::ranges::stable_sort(coming, {}, &ComingRecord::Emailname);
+    return coming;
 }
 
-// The list to change, made empty when there is none. None after 5002.
-std::unique_ptr<HeldMailList> OpenOrCreate() {
-    auto list = std::make_unique<HeldMailList>();
-    if (!list->IsOpen() && !FileExists(MailListPath())) {
-        OpenShared(MailListPath(), "c+b");
-        list = std::make_unique<HeldMailList>();
-    }
-    if (list->IsOpen()) return list;
-    ShowError(5002, MailListPath());
-    return {};
-}
-
-// The place of the first record of that e-mail name.
-std::optional<Leaving> FindLeaving(HeldMailList& list, std::string_view emailName) {
+// The list without those that leave, and each that comes before the first record of a greater name, or at the end.
+std::string ChangedText(HeldMailList& list, const LeavingRecords& leaving, const std::vector<ComingRecord>& coming) {
+    std::string text;
+    Position copied = 0;
+    const auto copyTo = [&](Position end) {
+        text.append(list.Text(copied, end));
+        copied = end;
+    };
+    auto next = coming.begin();
     RecordWalker records = list.Records();
     WholeValue name;
     while (records.Next()) {
+        if (leaving.Places.contains(records.Start())) {
+            copyTo(records.Start());
+            copied = records.End();
+            continue;
+        }
         records.Get(kEmailname, name);
-        if (EqualFolded(name, emailName)) return Leaving{records.Start(), records.End(), {}};
+        for (; next != coming.end() && next->Emailname < name.View(); ++next) {
+            copyTo(records.Start());
+            text.append(next->Text);
+        }
     }
-    return {};
+    copyTo(list.Size());
+    if (next != coming.end() && !text.empty() && !text.ends_with('\n')) text.append(kLineEnd);
+    for (; next != coming.end(); ++next) text.append(next->Text);
+    return text;
+}
+
+// Makes an empty list when there is none. False after 5002.
+bool CreateIfMissing() {
+    if (FileExists(MailListPath()) || OpenShared(MailListPath(), "c+b")) return true;
+    ShowError(5002, MailListPath());
+    return false;
 }
 
 void ShowNotListed(std::string_view serverName, std::string_view emailName) {
     ShowError(5427, emailName.substr(0, emailName.find('\t')), serverName);
     MustDisableInMailSystem() = true;
+}
+
+// Says of each record that was to leave whether it has; NotListed when one that nothing replaces was not there.
+MailListOutcome TellLeft(std::span<const MailUserChange> changes, const LeavingRecords& leaving) {
+    MailListOutcome outcome = MailListOutcome::Done;
+    for (std::size_t i = 0; i < changes.size(); ++i) {
+        const auto& [serverName, leaves, comes] = changes[i];
+        if (leaving.ByChange.contains(i)) {
+            ShowStatus(474, serverName);
+        } else if (leaves && !comes) {
+            ShowNotListed(serverName, *leaves);
+            outcome = MailListOutcome::NotListed;
+        }
+    }
+    return outcome;
 }
 
 // The lines of a record's body that have none of the keys, the last one ended, and an empty line at the end.
@@ -292,43 +320,40 @@ std::optional<std::size_t> CountMailUsers(std::string_view serverName) {
     return isRead ? std::optional(count) : std::nullopt;
 }
 
-bool AddMailUser(std::string_view serverName, std::string_view emailName, std::optional<std::string_view> previous) {
-    if (serverName.empty() || emailName.empty()) return false;
+MailListOutcome ChangeMailUsers(std::span<const MailUserChange> changes) {
+    const bool someCome = std::ranges::any_of(changes, [](const auto& change) { return change.Comes.has_value(); });
     ProfileUsers profiles;
-    if (!profiles.Read()) return false;
-    const std::unique_ptr<HeldMailList> list = OpenOrCreate();
-    if (!list || !list->Load()) return false;
+    if (someCome && !profiles.Read()) return MailListOutcome::Failed;
+    if (someCome && !CreateIfMissing()) return MailListOutcome::Failed;
+    HeldMailList list;
+    if (!list.IsOpen() && !someCome) return MailListOutcome::NoList;
+    if (!list.Load()) return MailListOutcome::Failed;
 
-    const AddPlan plan = PlanAdd(*list, emailName, previous);
-    if (plan.Replaced && !CheckDeletable(serverName)) return false;
-    MailUser user = plan.Replaced ? plan.Replaced->User : MailUser();
-    user.Brivname = serverName;
-    user.Emailname = emailName;
-    user.Profile = profiles.Has(serverName);
-    // In one rewrite, so that the old record is not gone when the new one cannot be written.
-    if (!list->Replace(TextWith(*list, plan, user))) return false;
-    if (plan.Replaced) ShowStatus(474, serverName);
-    return true;
+    const LeavingRecords leaving = FindLeaving(list, changes);
+    for (const auto& [index, user] : leaving.ByChange) {
+        if (!CheckDeletable(changes[index].ServerName)) return MailListOutcome::Failed;
+    }
+    // In one rewrite, so that no old record is gone when its new one cannot be written.
+    const bool changesText = someCome || !leaving.Places.empty();
+    if (changesText && !list.Replace(ChangedText(list, leaving, MakeComing(changes, leaving, profiles))))
+        return MailListOutcome::Failed;
+    return TellLeft(changes, leaving);
 }
 
-Removal RemoveMailUser(std::string_view serverName, std::string_view emailName) {
-    if (!CheckDeletable(serverName)) return Removal::Failed;
-    HeldMailList list;
-    if (!list.IsOpen()) return Removal::NoList;
-    if (!list.Load()) return Removal::Failed;
-    const std::optional<Leaving> record = FindLeaving(list, emailName);
-    if (!record) {
-        ShowNotListed(serverName, emailName);
-        return Removal::NotListed;
-    }
-    std::string text(list.Text(0, record->From));
-    if (!list.Replace(text.append(list.Text(record->To, list.Size())))) return Removal::Failed;
-    ShowStatus(474, serverName);
-    return Removal::Removed;
+bool AddMailUser(std::string_view serverName, std::string_view emailName, std::optional<std::string_view> previous) {
+    if (serverName.empty() || emailName.empty()) return false;
+    const MailUserChange change = {serverName, previous, emailName};
+    return ChangeMailUsers({&change, 1}) == MailListOutcome::Done;
+}
+
+MailListOutcome RemoveMailUser(std::string_view serverName, std::string_view emailName) {
+    if (!CheckDeletable(serverName)) return MailListOutcome::Failed;
+    const MailUserChange change = {serverName, emailName, {}};
+    return ChangeMailUsers({&change, 1});
 }
 
 bool DeleteMailUser(std::string_view serverName, std::string_view emailName) {
-    return RemoveMailUser(serverName, emailName) == Removal::Removed;
+    return RemoveMailUser(serverName, emailName) == MailListOutcome::Done;
 }
 
 bool& MustDisableInMailSystem() {
@@ -340,10 +365,6 @@ bool UpgradeMailList() {
     ProfileUsers profiles;
     if (!profiles.Read()) return false;
     HeldMailList list;
-    if (!list.IsOpen()) {
-        ShowError(5002, MailListPath());
-        return false;
-    }
     return list.Load() && (FirstHasProfile(list) || list.Replace(UpgradedText(list, profiles)));
 }
 

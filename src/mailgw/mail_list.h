@@ -11,6 +11,7 @@
 #include <cstddef>
 #include <functional>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -47,18 +48,30 @@ bool FindMailUser(std::string_view emailName, std::optional<MailUser>& found);
 // The number of records whose effective server user is that one, in any case; 0 without a list. None after 413 or 9011.
 std::optional<std::size_t> CountMailUsers(std::string_view serverName);
 
-// Adds a record behind all that do not sort after it; the list is made when there is none. Profile is set when the
-// server user's "MailName:" begins with "*". When there is a record of the previous e-mail name, in any case, the new
-// one takes its place and what is carried along; it is removed as by DeleteMailUser, with that one's messages. False
-// also for an empty name, without a message.
+// One change for a server user: a record leaves, the first of that e-mail name in any case, or one comes, or the one
+// that comes takes the place of the one that leaves, and what is carried along.
+struct MailUserChange {
+    std::string_view ServerName;
+    std::optional<std::string_view> Leaves;
+    std::optional<std::string_view> Comes;
+};
+
+// NotListed: 5427 has been shown of a record that should only leave, and MustDisableInMailSystem is set; everything
+// else is done. NoList: none is to come, the list cannot be opened, and nothing has been shown. Failed: after 5021 for
+// a record of a default user that would leave, or a message above; then nothing is done.
+enum class MailListOutcome { Done, NotListed, NoList, Failed };
+
+// All changes in one rewrite, each as the list was before. A record that comes goes behind all that do not sort after
+// it; the list is made when there is none. Profile is set when the server user's "MailName:" begins with "*". Status
+// 474 for each record that has left.
+MailListOutcome ChangeMailUsers(std::span<const MailUserChange> changes);
+
+// Adds a record, or replaces that of the previous e-mail name. False after a message; for an empty name without one.
 bool AddMailUser(std::string_view serverName, std::string_view emailName,
                  std::optional<std::string_view> previousEmailName = {});
 
-// Removes the first record of that e-mail name, in any case, and shows status 474. NotListed: 5427 has been shown and
-// MustDisableInMailSystem is set. NoList: the list cannot be opened, and nothing has been shown. Failed: after 5021 for
-// a default user, or a message above.
-enum class Removal { Removed, NotListed, NoList, Failed };
-Removal RemoveMailUser(std::string_view serverName, std::string_view emailName);
+// Removes a record. Failed after 5021 for a default user also when there is no such record.
+MailListOutcome RemoveMailUser(std::string_view serverName, std::string_view emailName);
 
 // The same; true when a record was removed.
 bool DeleteMailUser(std::string_view serverName, std::string_view emailName);

@@ -19,9 +19,10 @@ MailListHook& InstalledHook() {
 
 bool HasMailName(const UserRecord* record) { return record != nullptr && !record->MailName.IsEmpty(); }
 
-bool TellMailList(std::string_view name, const UserRecord* before, const UserRecord* after) {
-    if (!InstalledHook() || (!HasMailName(before) && !HasMailName(after))) return true;
-    return InstalledHook()(name, before, after);
+bool TellMailList(std::vector<UserChange> changes) {
+    std::erase_if(changes,
+                  [](const UserChange& user) { return !HasMailName(user.Before) && !HasMailName(user.After); });
+    return changes.empty() || !InstalledHook() || InstalledHook()(changes);
 }
 
 // The name as the status texts about users have it.
@@ -40,7 +41,7 @@ bool AddEverywhere(std::string_view name, const UserRecord& record, RecordKind k
     if (!CreateUserDirectories(name, SenderName(record), kind)) return false;
     if (!ChangeUserRecords({.Added = added, .NamesAreFree = true}, kind)) return false;
     Startup().SettingsChanged = true;
-    return TellMailList(name, nullptr, &record);
+    return TellMailList({{name, nullptr, &record}});
 }
 
 // The number of records, from the first, that have got their directories.
@@ -104,7 +105,7 @@ bool UpdateUser(std::string_view name, const UserRecord& before, const UserRecor
     const NamedRecord updated[] = {{std::string(name), after}};
     if (!ChangeUserRecords({.Updated = updated, .Before = {&before, 1}}, kind)) return false;
     Startup().SettingsChanged = true;
-    if (!TellMailList(name, &before, &after)) return false;
+    if (!TellMailList({{name, &before, &after}})) return false;
     ShowStatus(456, "user", WithKind(name, kind));
     return true;
 }
@@ -117,7 +118,7 @@ bool DeleteUser(std::string_view name, RecordKind kind) {
         return list && list.ReadNamed(stored, record, kind);
     };
     if (!CheckDeletable(name) || !read() || !AskDelete(stored, record, kind)) return false;
-    if (!TellMailList(stored, &record, nullptr) || !DeleteUserRecord(stored, kind)) return false;
+    if (!TellMailList({{stored, &record, nullptr}}) || !DeleteUserRecord(stored, kind)) return false;
     Startup().SettingsChanged = true;
     return DeleteUserDirectories(stored);
 }
@@ -136,8 +137,10 @@ SavedUsers SaveUsers(std::span<const NamedRecord> added, std::span<const RecordU
     if (!ChangeUserRecords({withDirectories, after, true, before}, kind)) return {};
 
     Startup().SettingsChanged = true;
-    for (const auto& [name, record] : withDirectories) TellMailList(name, nullptr, &record);
-    for (const auto& [name, from, to] : updated) TellMailList(name, &from, &to);
+    std::vector<UserChange> changes;
+    for (const auto& [name, record] : withDirectories) changes.push_back({name, nullptr, &record});
+    for (const auto& [name, from, to] : updated) changes.push_back({name, &from, &to});
+    TellMailList(std::move(changes));
     return {withDirectories.size(), updated.size()};
 }
 

@@ -55,10 +55,15 @@ using SaveProgress = std::function<bool(std::size_t done)>;
 SavedUsers SaveUsers(std::span<const NamedRecord> added, std::span<const RecordUpdate> updated, RecordKind kind,
                      const SaveProgress& goOn);
 
-// Keeps the mail list in step with the user list, for users with a mail name: told of a user with the record before
-// (none for a new user) and after (none for one that goes). False after a message of its own. The area of the mail list
-// installs it; without any, there is no mail list to keep.
-using MailListHook = std::function<bool(std::string_view name, const UserRecord* before, const UserRecord* after)>;
+// Keeps the mail list in step with the user list, for users with a mail name: told, all at once, of users with the
+// record before (none for a new user) and after (none for one that goes). False after a message of its own. The area of
+// the mail list installs it; without any, there is no mail list to keep.
+struct UserChange {
+    std::string_view Name;
+    const UserRecord* Before = nullptr;
+    const UserRecord* After = nullptr;
+};
+using MailListHook = std::function<bool(std::span<const UserChange> changes)>;
 void SetMailListHook(MailListHook hook);
 
 } // namespace bv

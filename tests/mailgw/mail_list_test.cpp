@@ -124,22 +124,22 @@ TEST_F(MailList, DeletingTakesTheFirstRecordOfTheName) {
     const struct {
         std::string User;
         std::string Email;
-        Removal Outcome;
+        MailListOutcome Outcome;
         std::string After;
         Texts Said;
     } rows[] = {
-        {"ANN", "KAY K", Removal::Removed, kHead + "[OTHER]\r\n" + Entry("Y", "kay k"), {kPrevented}},
+        {"ANN", "KAY K", MailListOutcome::Done, kHead + "[OTHER]\r\n" + Entry("Y", "kay k"), {kPrevented}},
         {"ANN",
          "KAY",
-         Removal::NotListed,
+         MailListOutcome::NotListed,
          list,
          {"error: User: 'KAY' (ANN)\n\nThis user must be disabled using the mail system"}},
         {"ANN",
          "Kay\tK",
-         Removal::NotListed,
+         MailListOutcome::NotListed,
          list,
          {"error: User: 'Kay' (ANN)\n\nThis user must be disabled using the mail system"}},
-        {"(x)", "KAY K", Removal::Failed, list, {"error: Not allowed to delete default user (x)"}},
+        {"(x)", "KAY K", MailListOutcome::Failed, list, {"error: Not allowed to delete default user (x)"}},
     };
     for (const auto& [user, email, outcome, after, said] : rows) {
         server_.Put(kList, list);
@@ -147,7 +147,7 @@ TEST_F(MailList, DeletingTakesTheFirstRecordOfTheName) {
         EXPECT_EQ(RemoveMailUser(user, email), outcome);
         EXPECT_EQ(server_.Get(kList), after);
         EXPECT_THAT(server_.Front.TakeSaid(), ElementsAreArray(said));
-        EXPECT_EQ(MustDisableInMailSystem(), outcome == Removal::NotListed);
+        EXPECT_EQ(MustDisableInMailSystem(), outcome == MailListOutcome::NotListed);
     }
     server_.Files.Delete(kList);
     EXPECT_FALSE(DeleteMailUser("ANN", "KAY K"));
@@ -177,8 +177,8 @@ TEST_F(MailList, TheUpgradeGivesEveryRecordAProfile) {
         kHead + "[user] of Ann\nBrivname: OLD\r\nEmailname: Kay K\r\nEmailBrivname: PROF\r\nProfile: NO\r\n"
                 "SubAddr: 7\r\nPrintRecd: NO\r\nPrintSent: YES\r\n Brivname: NONE\r\n; hers\r\nColour: \x01red\r\n\r\n"
                 "[USER]\r\nBrivname: ANN\r\nEmailname: z\r\nProfile: NO\r\n\r\n; next\r\n\r\n"
-                "[USER]\r\nBrivname:\r\nEmailname: q\r\nEmailBrivname: prof\r\nProfile: YES\r\n\r\n"
-                "[OTHER]\r\nProfile: ?\n[USER]\r\nBrivname: PROF\r\nEmailname:\r\nProfile: YES\r\n\r\n";
+                "[USER]\r\nBrivname: \r\nEmailname: q\r\nEmailBrivname: prof\r\nProfile: YES\r\n\r\n"
+                "[OTHER]\r\nProfile: ?\n[USER]\r\nBrivname: PROF\r\nEmailname: \r\nProfile: YES\r\n\r\n";
     const std::pair<std::string, std::string> rows[] = {
         {before, after}, {after, after}, {later + kRich, later + kRich}, // the first has it
         {kHead, kHead},  {"", ""},
@@ -214,6 +214,33 @@ TEST_F(MailList, BehavesAsAListInOrder) {
         std::string expected;
         for (const auto& [name, of] : model) expected += Entry(of, name);
         ASSERT_EQ(server_.Get(kList), expected) << "step " << step;
+    }
+}
+
+// Changes of different e-mail names in one rewrite give what they give one by one, also in a list out of order.
+TEST_F(MailList, TakesManyChangesAtOnce) {
+    std::mt19937 random(4712);
+    const std::string names = "abcdefgh";
+    for (int round = 0; round < 100; ++round) {
+        std::string before = kHead;
+        for (int i = 0; i < 6; ++i)
+            before += Entry("X", std::string(1, names[random() % 8]), "SubAddr: 7\r\n; note\r\n");
+        std::vector<std::string> fresh;
+        for (int i = 0; i < 4; ++i) fresh.push_back({"ABxy"[random() % 4], "+-"[random() % 2]});
+        const auto name = [&](std::size_t i) { return std::string_view(names).substr(i, 1); };
+        const MailUserChange changes[] = {{"ANN", {}, fresh[0]},
+                                          {"PROF", name(random() % 2), fresh[1]},
+                                          {"ANN", name(2 + random() % 2), {}},
+                                          {"BOX", name(4 + random() % 2), fresh[2]},
+                                          {"ANN", {}, fresh[3]}};
+        server_.Put(kList, before);
+        for (const MailUserChange& change : changes) ChangeMailUsers({&change, 1});
+        const std::string oneByOne = server_.Get(kList);
+        const Texts said = server_.Front.TakeSaid();
+        server_.Put(kList, before);
+        ChangeMailUsers(changes);
+        ASSERT_EQ(server_.Get(kList), oneByOne) << before;
+        EXPECT_THAT(server_.Front.TakeSaid(), ElementsAreArray(said));
     }
 }
 
@@ -257,6 +284,11 @@ UserRecord Mailed(std::string_view mailName) {
     return record;
 }
 
+bool Follow(std::string_view name, const UserRecord* before, const UserRecord* after) {
+    const UserChange change = {name, before, after};
+    return FollowUsers({&change, 1});
+}
+
 TEST_F(MailList, FollowsTheUserList) {
     const UserRecord none;
     const UserRecord old = Mailed("old");
@@ -294,18 +326,18 @@ TEST_F(MailList, FollowsTheUserList) {
     };
     for (const auto& [what, from, to, before, after, said] : rows) {
         server_.Put(kList, before);
-        EXPECT_TRUE(FollowUser("ANN", from, to)) << what;
+        EXPECT_TRUE(Follow("ANN", from, to)) << what;
         EXPECT_EQ(server_.Get(kList), after) << what;
         EXPECT_THAT(server_.Front.TakeSaid(), ElementsAreArray(said)) << what;
     }
-    EXPECT_TRUE(FollowUser("(def)", nullptr, &old));
+    EXPECT_TRUE(Follow("(def)", nullptr, &old));
     server_.Files.Delete(kList);
-    EXPECT_TRUE(FollowUser("ANN", &old, nullptr));
+    EXPECT_TRUE(Follow("ANN", &old, nullptr));
     EXPECT_THAT(server_.Front.TakeSaid(), IsEmpty());
 
     server_.Put(kList, Entry("ANN", "old"));
     const ControlStream held = OpenShared(kList, "r+b");
-    EXPECT_FALSE(FollowUser("ANN", &old, nullptr));
+    EXPECT_FALSE(Follow("ANN", &old, nullptr));
     EXPECT_THAT(server_.Front.TakeSaid(), ElementsAre("error: Unable to open file " + kList));
 }
 

@@ -26,11 +26,8 @@ class UserActions : public testing::Test {
         server_.Put(kPath, kList);
         server_.Put("F:\\BRIVANE\\B-DB\\USER.INI", "[OPTIONS]\r\nFrom:\r\n");
         Startup().SettingsChanged = false;
-        SetMailListHook([this](std::string_view name, const UserRecord* before, const UserRecord* after) {
-            const auto mailName = [](const UserRecord* record) { return record ? record->MailName.String() : "none"; };
-            const bool isListed = server_.Get(kPath).find("Name: " + std::string(name)) != std::string::npos;
-            told_.push_back(std::string(name) + ": " + mailName(before) + " -> " + mailName(after) +
-                            (isListed ? ", listed" : ""));
+        SetMailListHook([this](std::span<const UserChange> changes) {
+            for (const UserChange& change : changes) told_.push_back(Told(change));
             return mailListWorks_;
         });
     }
@@ -39,6 +36,12 @@ class UserActions : public testing::Test {
         Startup() = {};
     }
 
+    std::string Told(const UserChange& change) {
+        const auto mailName = [](const UserRecord* record) { return record ? record->MailName.String() : "none"; };
+        const bool isListed = server_.Get(kPath).find("Name: " + std::string(change.Name)) != std::string::npos;
+        return std::string(change.Name) + ": " + mailName(change.Before) + " -> " + mailName(change.After) +
+               (isListed ? ", listed" : "");
+    }
     std::string LastSaid() { return server_.Front.TakeSaid().back(); }
     bool HasDirectory(const std::string& name) { return server_.Files.Find("F:\\BRIVANE\\USERS\\" + name).has_value(); }
     std::string From(const std::string& name) {
