@@ -1,187 +1,50 @@
 // The mail system's access layer, on libraries of the test's own.
 #include "mailgw/mail_access.h"
 
-#include <algorithm>
-#include <cstring>
 #include <map>
 #include <set>
 
 #include <gmock/gmock.h>
 
+#include "mailgw/fake_mail.h"
 #include "mailgw/notes_settings.h"
 #include "platform/libraries.h"
-#include "shell/format.h"
 #include "support/memory_server.h"
 
 namespace bv {
 namespace {
 
 using mapi::Error;
-using mapi::Flags;
-using mapi::Handle;
+using test::kMailBox;
 using test::MemoryServer;
 using testing::ElementsAre;
 using testing::ElementsAreArray;
 using testing::IsEmpty;
 using Texts = std::vector<std::string>;
+using EntryMap = std::map<std::string, PlainEntry>;
 
 // What the libraries of the test answer, and what they were called with.
-struct Answers {
+struct Answers : test::MailPartner {
     Texts Calls;
     std::map<std::string, Error> Fail; // by entry
-    Texts Box = {"Old", "new", "OLD"}; // the subjects of the messages; a message's id is "m" and its index
-    bool WalksInCircles = false;
-    std::uint32_t Recipients = 1; // that a read message and the address book say they have
-    bool GivesNothing = false;    // success without a result
-    int Buffers = 0;              // handed out and not freed
 
-    Error Call(const std::string& entry, const std::string& detail = {}) {
-        Calls.push_back(detail.empty() ? entry : entry + " " + detail);
-        const auto fail = Fail.find(entry);
-        return fail == Fail.end() ? 0 : fail->second;
-    }
     Texts TakeCalls() { return std::exchange(Calls, {}); }
 };
 Answers* answers = nullptr;
 
-std::string OrNone(const char* text) { return text == nullptr ? "(none)" : text; }
-
-mapi::RecipientDescription aRecipient;
-mapi::FileDescription aFile;
-mapi::Message aMessage;
-char aName[] = "Ann A";
-char anAddress[] = "SMTP:ann";
-char anId[] = "id\0x";
-char aText[] = "Hello";
-char aPath[] = "C:\\T\\A.TIF";
-
-mapi::RecipientDescription* Handed() {
-    aRecipient = {0, 1, aName, anAddress, sizeof anId - 1, anId};
-    ++answers->Buffers;
-    return &aRecipient;
+Error NoteCall(const char* entry, const char* details) {
+    answers->Calls.push_back(*details == '\0' ? entry : entry + std::string(" ") + details);
+    const auto fail = answers->Fail.find(entry);
+    return fail == answers->Fail.end() ? 0 : fail->second;
 }
 
-std::int32_t Initialize(void*) { return static_cast<std::int32_t>(answers->Call("Initialize")); }
-void Uninitialize() { answers->Call("Uninitialize"); }
-Error Logon(Handle window, char* profile, char* password, Flags flags, std::uint32_t, Handle* session) {
-    *session = 77;
-    return answers->Call("Logon", FormatText("%d %s %s %d", window, OrNone(profile), OrNone(password), flags));
+EntryMap MapOf(const std::vector<test::MailEntry>& entries) {
+    EntryMap map;
+    for (const auto& [name, entry] : entries) map[name] = entry;
+    return map;
 }
-Error Logoff(Handle session, Handle, Flags, std::uint32_t) { return answers->Call("Logoff", std::to_string(session)); }
-Error SendMail(Handle session, Handle, mapi::Message* message, Flags, std::uint32_t) {
-    std::string detail = FormatText("%d %s|%s|%s", session, OrNone(message->Subject), OrNone(message->NoteText),
-                                    OrNone(message->MessageType));
-    for (std::uint32_t i = 0; i < message->RecipientCount; ++i) {
-        const mapi::RecipientDescription& to = message->Recipients[i];
-        detail += FormatText(" to %d %s %s %d", to.Class, OrNone(to.Name), OrNone(to.Address), to.EntryIdSize);
-    }
-    for (std::uint32_t i = 0; i < message->FileCount; ++i) {
-        const mapi::FileDescription& file = message->Files[i];
-        detail += FormatText(" file %s %s %X", OrNone(file.PathName), OrNone(file.FileName), file.Position);
-    }
-    return answers->Call("SendMail", detail);
-}
-Error Address(Handle, Handle, char* caption, std::uint32_t, char*, std::uint32_t count, mapi::RecipientDescription*,
-              Flags, std::uint32_t, std::uint32_t* chosenCount, mapi::RecipientDescription** chosen) {
-    const Error error = answers->Call("Address", FormatText("%s %d", caption, count));
-    *chosenCount = answers->Recipients;
-    *chosen = answers->GivesNothing || error != 0 ? nullptr : Handed();
-    return error;
-}
-Error FindNext(Handle session, Handle, char*, char* seed, Flags, std::uint32_t, char* id) {
-    if (const Error error = answers->Call("FindNext", FormatText("%d %s", session, OrNone(seed)))) return error;
-    const std::size_t next = seed == nullptr ? 0 : static_cast<std::size_t>(seed[1] - '0') + 1;
-    if (next >= answers->Box.size() && !answers->WalksInCircles) return mapi::kNoMessages;
-    id[0] = 'm';
-    id[1] = static_cast<char>('0' + next % answers->Box.size());
-    return 0;
-}
-Error ReadMail(Handle, Handle, char* id, Flags flags, std::uint32_t, mapi::Message** message) {
-    if (const Error error = answers->Call("ReadMail", FormatText("%s %X", id, flags))) return error;
-    if (answers->GivesNothing) return 0;
-    aMessage = {};
-    aMessage.Subject = answers->Box[static_cast<std::size_t>(id[1] - '0')].data();
-    aMessage.NoteText = aText;
-    aMessage.Originator = Handed();
-    aMessage.RecipientCount = answers->Recipients;
-    aMessage.Recipients = &aRecipient;
-    aFile = {0, 0, 3, aPath, nullptr, nullptr};
-    aMessage.FileCount = 1;
-    aMessage.Files = &aFile;
-    *message = &aMessage;
-    return 0;
-}
-Error DeleteMail(Handle session, Handle, char* id, Flags, std::uint32_t) {
-    return answers->Call("DeleteMail", FormatText("%d %s", session, id));
-}
-Error ResolveName(Handle, Handle, char* name, Flags flags, std::uint32_t, mapi::RecipientDescription** resolved) {
-    const Error error = answers->Call("ResolveName", FormatText("%s %d", name, flags));
-    if (error == 0 && !answers->GivesNothing) *resolved = Handed();
-    return error;
-}
-Error FreeBuffer(void*) {
-    --answers->Buffers;
-    return 0;
-}
-std::uint32_t Release(mapi::ExtendedSession*) { return answers->Call("Release"); }
-mapi::ExtendedSession::Methods extendedMethods = {nullptr, nullptr, Release};
-mapi::ExtendedSession extendedSession = {&extendedMethods};
-std::int32_t OpenExtended(Handle session, Flags, const void*, mapi::ExtendedSession** opened) {
-    *opened = answers->GivesNothing ? nullptr : &extendedSession;
-    return static_cast<std::int32_t>(answers->Call("OpenExtended", std::to_string(session)));
-}
-
-int NotesResult(const std::string& entry, const std::string& detail = {}) {
-    return static_cast<int>(answers->Call(entry, detail));
-}
-int NotesInit(const char* profile, const char* password) {
-    return NotesResult("Init", std::string(profile) + " " + password);
-}
-int NotesTerm() { return NotesResult("Term"); }
-int NotesRead(char* id, mapi::Message** message) {
-    const std::string after = id;
-    id[0] = '\0';
-    if (after != "m2") std::memcpy(id, "m2", 3);
-    if (after != "m2" && !answers->GivesNothing) {
-        ReadMail(0, 0, id, 0, 0, message);
-        --answers->Buffers; // what the bridge hands out stays its own
-    }
-    return NotesResult("Read", after);
-}
-int NotesSend(mapi::Message* message) { return NotesResult("Send", message->Subject); }
-int NotesDelete(const char* id) { return NotesResult("Delete", id); }
-int NotesClear(const char* folder, const char* subject) {
-    return NotesResult("Clear", std::string(folder) + " " + subject);
-}
-int NotesReopen() { return NotesResult("Reopen"); }
-int NotesPreInit() { return NotesResult("PreInit"); }
-int NotesPostTerm() { return NotesResult("PostTerm"); }
-
-template <class Entry>
-PlainEntry Plain(Entry* entry) {
-    return reinterpret_cast<PlainEntry>(entry);
-}
-
-using EntryMap = std::map<std::string, PlainEntry>;
-const EntryMap kMapi = {
-    {"MAPIInitialize", Plain(Initialize)}, {"MAPIUninitialize", Plain(Uninitialize)},
-    {"MAPILogon", Plain(Logon)},           {"MAPILogoff", Plain(Logoff)},
-    {"MAPISendMail", Plain(SendMail)},     {"MAPIAddress", Plain(Address)},
-    {"MAPIReadMail", Plain(ReadMail)},     {"MAPIDeleteMail", Plain(DeleteMail)},
-    {"MAPIFreeBuffer", Plain(FreeBuffer)}, {"MAPIResolveName", Plain(ResolveName)},
-    {"MAPIFindNext", Plain(FindNext)},     {"ScMAPIXFromSMAPI", Plain(OpenExtended)},
-};
-const EntryMap kNotes = {
-    {"MailInitLNotesDLL", Plain(NotesInit)},
-    {"MailTermLNotesDLL", Plain(NotesTerm)},
-    {"MailReadMessageLNotesDLL", Plain(NotesRead)},
-    {"MailSendMessageLNotesDLL", Plain(NotesSend)},
-    {"MailDeleteMessageLNotesDLL", Plain(NotesDelete)},
-    {"MailClearFolderBySubjectLNotesDLL", Plain(NotesClear)},
-    {"MailLNotesDatabaseReopenDLL", Plain(NotesReopen)},
-    {"MailLNotesPreInitDLL", Plain(NotesPreInit)},
-    {"MailLNotesPostTermDLL", Plain(NotesPostTerm)},
-};
+const EntryMap kMapi = MapOf(test::MapiEntries());
+const EntryMap kNotes = MapOf(test::NotesEntries());
 
 class TestLibraries final : public platform::Libraries {
   public:
@@ -218,6 +81,8 @@ class MailAccess : public testing::Test {
   protected:
     MailAccess() {
         answers = &answers_;
+        answers_.Call = NoteCall;
+        UseMailPartner(&answers_);
         server_.Put("F:\\BRIVANE\\nNOTES.DLL", "");
         libraries_.There = {{"MAPI32.DLL", kMapi}, {"BVLNAPI.DLL", kNotes}, {"VIM32.DLL", {}}, {"CMC32.DLL", {}}};
         ConfiguredMailType() = 2;
@@ -298,7 +163,7 @@ TEST_F(MailAccess, NeedsEveryEntryButTheOptionalOnes) {
 }
 
 TEST_F(MailAccess, LogsOnAndOffWithExtendedMapiWhereItCan) {
-    const Texts plain = {"Logon 5 gate (none) 2", "Logoff 77"};
+    const Texts plain = {"Logon 5 gate (none) 2", "Logoff 7777777777"};
     const struct {
         const char* What;
         const char* Missing;
@@ -310,24 +175,25 @@ TEST_F(MailAccess, LogsOnAndOffWithExtendedMapiWhereItCan) {
          "",
          {},
          false,
-         {"Initialize", "Logon 5 gate (none) 2", "OpenExtended 77", "Release", "Logoff 77", "Uninitialize"}},
+         {"Initialize", "Logon 5 gate (none) 2", "OpenExtended 7777777777", "Release", "Logoff 7777777777",
+          "Uninitialize"}},
         {"no session",
          "",
          {},
          true,
-         {"Initialize", "Logon 5 gate (none) 2", "OpenExtended 77", "Logoff 77", "Uninitialize"}},
+         {"Initialize", "Logon 5 gate (none) 2", "OpenExtended 7777777777", "Logoff 7777777777", "Uninitialize"}},
         {"half a pair", "MAPIUninitialize", {}, false, plain},
         {"the other half", "MAPIInitialize", {}, false, plain},
         {"not initialised",
          "",
          {{"Initialize", 0x80004005}},
          false,
-         {"Initialize", "Logon 5 gate (none) 2", "Logoff 77"}},
+         {"Initialize", "Logon 5 gate (none) 2", "Logoff 7777777777"}},
         {"refused",
          "",
          {{"OpenExtended", 0x80004005}},
          false,
-         {"Initialize", "Logon 5 gate (none) 2", "OpenExtended 77", "Logoff 77", "Uninitialize"}},
+         {"Initialize", "Logon 5 gate (none) 2", "OpenExtended 7777777777", "Logoff 7777777777", "Uninitialize"}},
     };
     for (const auto& [what, missing, fail, givesNothing, calls] : rows) {
         libraries_.There["MAPI32.DLL"] = kMapi;
@@ -361,7 +227,7 @@ TEST_F(MailAccess, SendsReadsAndDeletes) {
     message.Recipients = {{RecipientClass::To, "A", "", "ab"}, {RecipientClass::Copy, "B", "X:b", ""}};
     message.Files = {{"C:\\A", "", {}}, {"C:\\B", "B.TIF", 9}};
     EXPECT_EQ(MailSend(message), kDone);
-    EXPECT_THAT(answers_.TakeCalls(), ElementsAre("SendMail 77 S|Text|(none) to 1 A (none) 2 to 2 B X:b 0 "
+    EXPECT_THAT(answers_.TakeCalls(), ElementsAre("SendMail 7777777777 S|Text|(none) to 1 A (none) 2 to 2 B X:b 0 "
                                                   "file C:\\A (none) FFFFFFFF file C:\\B B.TIF 9"));
     std::string id;
     Texts subjects;
@@ -370,7 +236,7 @@ TEST_F(MailAccess, SendsReadsAndDeletes) {
         if (id.empty()) break;
         subjects.push_back(message.Subject);
     }
-    EXPECT_THAT(subjects, ElementsAreArray(answers_.Box));
+    EXPECT_THAT(subjects, ElementsAreArray(kMailBox));
     EXPECT_EQ(message.NoteText, "Hello");
     EXPECT_EQ(message.Originator->Name, "Ann A");
     ASSERT_EQ(message.Recipients.size(), 1U);
@@ -379,7 +245,7 @@ TEST_F(MailAccess, SendsReadsAndDeletes) {
     EXPECT_EQ(message.Files[0].Position, 3U);
     EXPECT_THAT(answers_.TakeCalls(), testing::Contains("ReadMail m1 80"));
     EXPECT_EQ(MailDelete("m1"), kDone);
-    EXPECT_THAT(answers_.TakeCalls(), ElementsAre("DeleteMail 77 m1"));
+    EXPECT_THAT(answers_.TakeCalls(), ElementsAre("DeleteMail 7777777777 m1"));
 
     MailRecipient recipient;
     EXPECT_EQ(MailResolveName("Ann", true, recipient), kDone);
@@ -429,9 +295,10 @@ TEST_F(MailAccess, TidiesAFolder) {
     Open(2);
     EXPECT_EQ(MailTidyFolder(2, "old"), kDone);
     EXPECT_THAT(answers_.TakeCalls(),
-                ElementsAre("Logon 5 gate (none) 2", "FindNext 77 (none)", "ReadMail m0 C0", "FindNext 77 m0",
-                            "ReadMail m1 C0", "FindNext 77 m1", "ReadMail m2 C0", "FindNext 77 m2", "DeleteMail 77 m0",
-                            "DeleteMail 77 m2", "Logoff 77"));
+                ElementsAre("Logon 5 gate (none) 2", "FindNext 7777777777 (none)", "ReadMail m0 C0",
+                            "FindNext 7777777777 m0", "ReadMail m1 C0", "FindNext 7777777777 m1", "ReadMail m2 C0",
+                            "FindNext 7777777777 m2", "DeleteMail 7777777777 m0", "DeleteMail 7777777777 m2",
+                            "Logoff 7777777777"));
     const std::tuple<std::string, StatusCode, std::string> faults[] = {{"Logon", kMailLogonFailed, logon},
                                                                        {"Logoff", kMailFailed, logoff},
                                                                        {"FindNext", kMailFailed, other},

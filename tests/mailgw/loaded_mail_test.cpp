@@ -1,0 +1,139 @@
+// Mail libraries that the system loads: the tests' own, and that of this workstation.
+#include <gmock/gmock.h>
+
+#include "mailgw/fake_mail.h"
+#include "mailgw/mail_access.h"
+#include "platform/environment.h"
+#include "support/memory_server.h"
+
+namespace bv {
+namespace {
+
+using test::MailPartner;
+using test::MemoryServer;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using Texts = std::vector<std::string>;
+
+Texts* calls = nullptr;
+
+mapi::Error NoteCall(const char* entry, const char* details) {
+    calls->push_back(entry + std::string(" ") + details);
+    return 0;
+}
+
+class LoadedMail : public testing::Test {
+  protected:
+    LoadedMail() { calls = &calls_; }
+    ~LoadedMail() override {
+        MailTerm();
+        ConfiguredMailType() = static_cast<int>(MailType::Mapi);
+    }
+
+    static std::string Path(const std::string& name) {
+        return platform::Service<platform::Environment>::System().ProgramDirectory() + "\\" + name;
+    }
+    StatusCode Init(MailType type) {
+        ConfiguredMailType() = static_cast<int>(type);
+        return MailInit(5, "gate", "", true);
+    }
+    // The library is told of its partner, and stays loaded, so that it keeps that.
+    void Meet(const std::string& name) {
+        met_ = platform::TheLibraries().Load(name);
+        ASSERT_TRUE(met_) << name;
+        const auto use = reinterpret_cast<void (*)(MailPartner*)>(met_->Entry("UseMailPartner"));
+        ASSERT_TRUE(use != nullptr);
+        use(&partner_);
+    }
+    // What sending, reading, choosing and tidying give through the library.
+    void ExpectEverythingPasses() {
+        MailMessage message;
+        message.Subject = "S";
+        message.NoteText = "Text";
+        message.Recipients = {{RecipientClass::Copy, "B", "X:b", "ab"}};
+        message.Files = {{"C:\\A", "", {}}, {"C:\\B", "B.TIF", 9}};
+        EXPECT_EQ(MailSend(message), kDone);
+        std::string id = "m1";
+        EXPECT_EQ(MailReadNext(id, message), kDone);
+        EXPECT_EQ(id + message.Subject + message.NoteText + message.Originator->Name, "m2OLDHelloAnn A");
+        ASSERT_EQ(message.Recipients.size(), 1U);
+        EXPECT_EQ(message.Recipients[0].EntryId, std::string("id\0x", 4));
+        ASSERT_EQ(message.Files.size(), 1U);
+        EXPECT_EQ(message.Files[0].PathName, "C:\\T\\A.TIF");
+        EXPECT_EQ(message.Files[0].Position, 3U);
+        EXPECT_EQ(MailReadNext(id, message), kDone);
+        EXPECT_EQ(id, "");
+        EXPECT_EQ(MailDelete("m0"), kDone);
+        EXPECT_EQ(MailTidyFolder(1, "new"), kDone);
+    }
+
+    MemoryServer server_;
+    Texts calls_;
+    MailPartner partner_{NoteCall};
+    std::unique_ptr<platform::Library> met_;
+};
+
+TEST_F(LoadedMail, IsTheOneThatWinIniNames) {
+    Meet(Path("BVLNAPI.DLL"));
+    server_.Put("C:\\WINDOWS\\WIN.INI", "[Mail]\r\nMAPIDLLName32=" + Path("BVLNAPI.DLL") + "\r\n");
+    ASSERT_EQ(Init(MailType::Mapi), kDone);
+    EXPECT_THAT(calls_, ElementsAre("Initialize ", "Logon 5 gate (none) 3", "OpenExtended 7777777777"));
+    calls_.clear();
+    ExpectEverythingPasses();
+    EXPECT_EQ(calls_.front(), "SendMail 7777777777 S|Text|(none) to 2 B X:b 2 file C:\\A (none) FFFFFFFF "
+                              "file C:\\B B.TIF 9");
+    MailRecipient recipient;
+    EXPECT_EQ(MailResolveName("Ann", true, recipient), kDone);
+    EXPECT_EQ(recipient.Address, "SMTP:ann");
+    std::vector<MailRecipient> chosen(3);
+    EXPECT_EQ(MailPickAddresses("Users", chosen), kDone);
+    EXPECT_EQ(chosen.size(), 1U);
+    EXPECT_EQ(calls_.back(), "Address Users 3");
+    calls_.clear();
+    EXPECT_EQ(MailTerm(), kDone);
+    EXPECT_THAT(calls_, ElementsAre("Release ", "Logoff 7777777777", "Uninitialize "));
+    EXPECT_EQ(partner_.Buffers, 0);
+    EXPECT_THAT(server_.Front.TakeSaid(), IsEmpty());
+}
+
+TEST_F(LoadedMail, IsTheBridgeToNotes) {
+    if (!platform::TheLibraries().Load("BVLNAPI.DLL"))
+        GTEST_SKIP() << "this system finds no libraries beside the program";
+    Meet("BVLNAPI.DLL");
+    server_.Put("F:\\BRIVANE\\nNOTES.DLL", "");
+    ASSERT_EQ(Init(MailType::Notes), kDone);
+    ExpectEverythingPasses();
+    EXPECT_EQ(MailTerm(), kDone);
+    EXPECT_THAT(calls_, ElementsAre("PreInit ", "Init gate ", "Send S", "Read m1", "Read m2", "Delete m0", "Reopen ",
+                                    "Clear Waste new", "Term ", "PostTerm "));
+}
+
+TEST_F(LoadedMail, WithoutARequiredEntryIsNotUsed) {
+    server_.Put("C:\\WINDOWS\\WIN.INI", "[Mail]\r\nMAPIDLL32=" + Path("LESSMAPI.DLL") + "\r\n");
+    EXPECT_EQ(Init(MailType::Mapi), kMailLibraryFailed);
+    EXPECT_THAT(server_.Front.TakeSaid(), ElementsAre("status 1: Function MAPIResolveName missing from mail DLL"));
+    server_.Put("C:\\WINDOWS\\WIN.INI", "[Mail]\r\nMAPIDLL32=" + Path("NONE.DLL") + "\r\n");
+    EXPECT_EQ(Init(MailType::Mapi), kMailLibraryFailed);
+    EXPECT_THAT(server_.Front.TakeSaid(),
+                ElementsAre(testing::StartsWith("error: Unable to load mail DLL " + Path("NONE.DLL") + " (error #")));
+}
+
+// Where there is one, and where it lets a program log on without a person.
+TEST_F(LoadedMail, OfThisWorkstationIsSpokenTo) {
+    if (!platform::TheLibraries().Load("MAPI32.DLL")) GTEST_SKIP() << "no MAPI32.DLL";
+    MapiTable table;
+    EXPECT_EQ(ResolveMapi(*platform::TheLibraries().Load("MAPI32.DLL"), table), kDone);
+    EXPECT_TRUE(table.QueryAllRows != nullptr) << "exported with its decoration";
+    ConfiguredMailType() = static_cast<int>(MailType::Mapi);
+    ASSERT_EQ(MailInit(0, "", "", false), kDone) << testing::PrintToString(server_.Front.Said);
+    std::string id;
+    MailMessage message;
+    MailRecipient recipient;
+    const StatusCode results[] = {MailReadNext(id, message), MailResolveName("Ann", false, recipient),
+                                  MailTidyFolder(0, "old"), MailTerm()};
+    GTEST_LOG_(INFO) << testing::PrintToString(results) << testing::PrintToString(server_.Front.Said);
+    for (const StatusCode result : results) EXPECT_TRUE(result == kDone || result == kMailFailed) << result;
+}
+
+} // namespace
+} // namespace bv
