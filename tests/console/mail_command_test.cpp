@@ -2,7 +2,9 @@
 #include <gmock/gmock.h>
 
 #include "console/text_console.h"
+#include "platform/environment.h"
 #include "support/memory_server.h"
+#include "support/temporary_directory.h"
 
 namespace bv::console {
 namespace {
@@ -134,6 +136,26 @@ TEST(MailCommand, TheAddressesAreMadeByTheCompanionProgram) {
     EXPECT_EQ(scene.Console.Results, "Would start F:\\BRIVANE\\MAILCONF.EXE -SE -H0\n");
     EXPECT_EQ(scene.Console.Run({"mail-user", "refresh", "--force"}), 0);
     EXPECT_THAT(scene.Server.Processes.Started, testing::ElementsAre("F:\\BRIVANE\\MAILCONF.EXE -SE -H0"));
+}
+
+TEST(MailCommand, TheCompanionProgramIsAwaited) {
+    const test::TemporaryDirectory disk;
+    disk.Write("BRIVANE.INI",
+               "[SERVER]\r\nAllUserArea: U\r\nRequestArea: R\r\nServerArea: S\r\nSystemArea: " + disk.Path() + "\r\n");
+    disk.Write("B-DB\\SETUP.INI", "");
+    platform::TheEnvironment().SetVariable("BVAXINIT", disk.Path());
+    TextConsole console;
+    EXPECT_EQ(console.Run({"mail-user", "refresh"}), 0) << console.Notices;
+    EXPECT_EQ(disk.Read("B-DB\\MAILUSER.DAT"), "Archer Ann\tSMTP:ann@x\r\nBrown Ben\tSMTP:ben@x\r\n");
+    EXPECT_FALSE(disk.Has("B-DB\\MAILUSER.TMP"));
+    EXPECT_EQ(console.Run({"mail-user", "lookup", "Ben Brown"}), 0);
+    EXPECT_EQ(console.Results, "SMTP:ben@x\n");
+    disk.Write("B-DB\\MAILUSER.DAT", "old");
+    EXPECT_EQ(console.Run({"mail-user", "refresh"}), 0);
+    EXPECT_EQ(disk.Read("B-DB\\MAILUSER.DAT"), "old");
+    EXPECT_EQ(console.Run({"mail-user", "refresh", "--force"}), 0);
+    EXPECT_NE(disk.Read("B-DB\\MAILUSER.DAT"), "old");
+    platform::TheEnvironment().SetVariable("BVAXINIT", "");
 }
 
 } // namespace
