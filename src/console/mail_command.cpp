@@ -9,6 +9,7 @@
 #include "mailgw/mail_list.h"
 #include "platform/ascii.h"
 #include "shell/format.h"
+#include "shell/server_paths.h"
 
 namespace bv::console {
 namespace {
@@ -72,7 +73,11 @@ int Count(Session& session, const Arguments& arguments) {
 int Upgrade(Session& session, const Arguments&) { return Perform(session, UpgradeWholeMailList); }
 
 int Refresh(Session& session, const Arguments& arguments) {
-    return Perform(session, [&] { return EnsureMailUserList(0, arguments.Has(kForce)); });
+    return Perform(session, [&] {
+        if (!EnsureMailUserList(0, arguments.Has(kForce))) return false;
+        const bool isThere = session.DryRun || FileExists(MailUserListPath());
+        return isThere || session.Refuse("MAILCONF.EXE has made no list of addresses") == kExitDone;
+    });
 }
 
 int Lookup(Session& session, const Arguments& arguments) {

@@ -12,8 +12,6 @@
 namespace bv {
 namespace {
 
-std::string DirectoryPath() { return DatabaseFile("MAILUSER.DAT"); }
-
 // "John Smith" as "Smith John"; empty for one word.
 std::string Reversed(std::string_view name) {
     const std::size_t blank = name.find(' ');
@@ -28,25 +26,27 @@ std::string_view WithoutLineEnd(std::string_view line) {
 
 } // namespace
 
+std::string MailUserListPath() { return DatabaseFile("MAILUSER.DAT"); }
+
 bool EnsureMailUserList(std::uintptr_t ownerWindow, bool force) {
-    if (!force && OpenShared(DirectoryPath(), "rb")) return true;
+    if (!force && OpenShared(MailUserListPath(), "rb")) return true;
     const std::string directory = WithBackslash(platform::TheEnvironment().ProgramDirectory());
     if (!RunProgram(FormatText("%s%s -SE -H%X", directory, "MAILCONF.EXE", ownerWindow), WaitForProgram::Yes))
         return false;
     const std::string made = DatabaseFile("MAILUSER.TMP");
-    if (!FileExists(made) || PutInPlace(made, DirectoryPath())) return true;
-    ShowError(5004, DirectoryPath());
+    if (!FileExists(made) || PutInPlace(made, MailUserListPath())) return true;
+    ShowError(5004, MailUserListPath());
     return false;
 }
 
 bool DeleteMailUserList() {
-    const platform::FileError error = platform::Files().Delete(DirectoryPath());
+    const platform::FileError error = platform::Files().Delete(MailUserListPath());
     return error == platform::FileError::None || error == platform::FileError::NotFound;
 }
 
 std::optional<std::string> LookupMailUser(std::string_view displayName, std::size_t size) {
-    if (displayName.empty() || !FileExists(DirectoryPath())) return {};
-    ControlStream file = OpenForReading(DirectoryPath());
+    if (displayName.empty() || !FileExists(MailUserListPath())) return {};
+    ControlStream file = OpenForReading(MailUserListPath());
     if (!file) return {};
     const std::string reversed = Reversed(displayName);
     for (std::string_view line = file.NextRawLine(); !line.empty(); line = file.NextRawLine()) {

@@ -136,6 +136,9 @@ TEST(MailCommand, TheAddressesAreMadeByTheCompanionProgram) {
     EXPECT_EQ(scene.Console.Results, "Would start F:\\BRIVANE\\MAILCONF.EXE -SE -H0\n");
     EXPECT_EQ(scene.Console.Run({"mail-user", "refresh", "--force"}), 0);
     EXPECT_THAT(scene.Server.Processes.Started, testing::ElementsAre("F:\\BRIVANE\\MAILCONF.EXE -SE -H0"));
+    scene.Server.Files.Delete("F:\\BRIVANE\\B-DB\\MAILUSER.DAT");
+    EXPECT_EQ(scene.Console.Run({"mail-user", "refresh"}), 1);
+    EXPECT_THAT(scene.Console.Notices, testing::EndsWith("\nMAILCONF.EXE has made no list of addresses\n"));
 }
 
 TEST(MailCommand, TheCompanionProgramIsAwaited) {
