@@ -27,6 +27,7 @@ struct Parameter {
     std::string_view Help;
     ParameterKind Kind = ParameterKind::Required;
     std::string_view ValueName = {}; // of an Option
+    bool TakesTabs = false;          // alone of all control characters
 };
 
 // The parameters that were given, by their names in the table.

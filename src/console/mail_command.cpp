@@ -106,8 +106,13 @@ int MakeName(Session& session, const Arguments& arguments) {
 }
 
 constexpr Parameter kUser = {"USER", "Name of the server user under which the faxes go"};
-constexpr Parameter kEmailname = {"EMAILNAME", "Name of the user in the mail system"};
-constexpr Parameter kDisplayName = {"DISPLAYNAME", "Name as the mail system shows it"};
+constexpr Parameter kEmailname = {
+    .Name = "EMAILNAME", .Help = "Name of the user in the mail system", .TakesTabs = true};
+
+// Mail systems put a tab behind a name, and more; what follows it does not belong to the name.
+constexpr Parameter DisplayName(std::string_view help) {
+    return {.Name = "DISPLAYNAME", .Help = help, .TakesTabs = true};
+}
 
 constexpr Verb kMailUserVerbs[] = {
     {.Name = "list",
@@ -138,14 +143,14 @@ constexpr Verb kMailUserVerbs[] = {
      .Run = Located<Refresh>},
     {.Name = "lookup",
      .Help = "Print the mail address of a user of the mail system",
-     .Parameters = {{{kDisplayName.Name, "The beginning of the name, either way round: 'Ann Archer', 'Archer Ann'"}}},
+     .Parameters = {{DisplayName("The beginning of the name, either way round: 'Ann Archer', 'Archer Ann'")}},
      .Example = "'Ann Archer'",
      .Run = Located<Lookup>},
 };
 
 constexpr Verb kMailNameVerbs[] = {
     {.Help = "Make a server account name of a mail user's name, by the server's expression",
-     .Parameters = {{{kDisplayName.Name, "Surname first: 'Archer Ann'"},
+     .Parameters = {{DisplayName("Surname first: 'Archer Ann'"),
                      {kExpression, "Items such as %1First%Last, %First%1Last or %2Second", ParameterKind::Option,
                       "EXPRESSION"}}},
      .Example = "'Archer Ann' --expression %First%1Last",

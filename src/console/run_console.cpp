@@ -49,11 +49,18 @@ int UseIniDirectory(const Session& session, const GlobalOptions& global) {
     return 0;
 }
 
+bool TakesTabs(const Verb& verb, std::string_view parameter) {
+    return std::ranges::any_of(
+        verb.Parameters, [parameter](const Parameter& known) { return known.Name == parameter && known.TakesTabs; });
+}
+
 // Control files are made of lines, so no argument may hold a line end, nor what a line cannot keep.
-int CheckTexts(const Session& session, const Arguments& arguments) {
-    for (const auto& [name, value] : arguments)
+int CheckTexts(const Session& session, const ParsedCommand& command) {
+    for (auto [name, value] : command.Given) {
+        if (TakesTabs(*command.Chosen, name)) std::erase(value, '\t');
         if (HasControlCharacter(value))
             return session.Refuse(std::string(name) + " holds a control character, such as a line end");
+    }
     return 0;
 }
 
@@ -61,7 +68,7 @@ int Run(const ParsedCommand& command, Console& console) {
     ConsoleFront front(console, command.Global.Yes ? Answering::Yes : Answering::ByPerson);
     const UseFront installed(front);
     Session session{console, front, command.Global.Json, command.Global.DryRun};
-    if (const int fault = CheckTexts(session, command.Given)) return fault;
+    if (const int fault = CheckTexts(session, command)) return fault;
     if (const int fault = MapDrives(session, command.Global)) return fault;
     if (const int fault = UseIniDirectory(session, command.Global)) return fault;
     return command.Chosen->Run(session, command.Given);
