@@ -152,9 +152,9 @@ LeavingRecords FindLeaving(HeldMailList& list, std::span<const MailUserChange> c
     RecordWalker records = list.Records();
     WholeValue name;
     while (!wanted.empty() && records.Next()) {
-        records.Get(kEmailname, name);
+        const bool hasName = records.Get(kEmailname, name);
         const auto found = wanted.find(UpperText(name));
-        if (found == wanted.end()) continue;
+        if (!hasName || found == wanted.end()) continue;
         leaving.Places[records.Start()] = records.End();
         ReadMailUser(records, leaving.ByChange[found->second.front()]);
         found->second.pop_front();

@@ -120,7 +120,8 @@ TEST_F(MailList, ReplacingCarriesAlongWhatIsTheGateways) {
 }
 
 TEST_F(MailList, DeletingTakesTheFirstRecordOfTheName) {
-    const std::string list = kHead + kRich + "[OTHER]\r\n" + Entry("Y", "kay k");
+    const std::string head = kHead + "[USER]\r\nBrivname: without a name\r\n";
+    const std::string list = head + kRich + "[OTHER]\r\n" + Entry("Y", "kay k");
     const struct {
         std::string User;
         std::string Email;
@@ -128,12 +129,17 @@ TEST_F(MailList, DeletingTakesTheFirstRecordOfTheName) {
         std::string After;
         Texts Said;
     } rows[] = {
-        {"ANN", "KAY K", MailListOutcome::Done, kHead + "[OTHER]\r\n" + Entry("Y", "kay k"), {kPrevented}},
+        {"ANN", "KAY K", MailListOutcome::Done, head + "[OTHER]\r\n" + Entry("Y", "kay k"), {kPrevented}},
         {"ANN",
          "KAY",
          MailListOutcome::NotListed,
          list,
          {"error: User: 'KAY' (ANN)\n\nThis user must be disabled using the mail system"}},
+        {"ANN",
+         "",
+         MailListOutcome::NotListed,
+         list,
+         {"error: User: '' (ANN)\n\nThis user must be disabled using the mail system"}},
         {"ANN",
          "Kay\tK",
          MailListOutcome::NotListed,
