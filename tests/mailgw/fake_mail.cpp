@@ -8,8 +8,10 @@
 namespace {
 
 using namespace bv::mapi;
-using bv::test::kMailBox;
 using bv::test::MailEntry;
+
+// The messages' subjects; the id of a message is "m" and its index.
+constexpr const char* kMailBox[] = {"Old", "new", "OLD"};
 
 bv::test::MailPartner* partner = nullptr;
 

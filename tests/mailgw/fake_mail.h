@@ -2,16 +2,12 @@
 // both a table in the tests' own process and a library that is loaded (BVLNAPI.DLL, beside the tests).
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <vector>
 
 #include "mailgw/simple_mapi.h"
 
 namespace bv::test {
-
-// The messages' subjects; the id of a message is "m" and its index.
-inline constexpr const char* kMailBox[] = {"Old", "new", "OLD"};
 
 // What the libraries answer, and whom they tell of their calls. Nothing in it but what two modules can share.
 struct MailPartner {

@@ -15,7 +15,6 @@ namespace bv {
 namespace {
 
 using mapi::Error;
-using test::kMailBox;
 using test::MemoryServer;
 using testing::ElementsAre;
 using testing::ElementsAreArray;
@@ -217,44 +216,6 @@ TEST_F(MailAccess, LogsOnAndOffWithExtendedMapiWhereItCan) {
     EXPECT_EQ(MailTerm(), kMailFailed);
     EXPECT_THAT(server_.Front.TakeSaid(), ElementsAre("status 1: Logoff from MAPI failed (4)"));
     EXPECT_EQ(MailTerm(), kMailNotInitialised);
-}
-
-TEST_F(MailAccess, SendsReadsAndDeletes) {
-    Open(2);
-    MailMessage message;
-    message.Subject = "S";
-    message.NoteText = "Text";
-    message.Recipients = {{RecipientClass::To, "A", "", "ab"}, {RecipientClass::Copy, "B", "X:b", ""}};
-    message.Files = {{"C:\\A", "", {}}, {"C:\\B", "B.TIF", 9}};
-    EXPECT_EQ(MailSend(message), kDone);
-    EXPECT_THAT(answers_.TakeCalls(), ElementsAre("SendMail 7777777777 S|Text|(none) to 1 A (none) 2 to 2 B X:b 0 "
-                                                  "file C:\\A (none) FFFFFFFF file C:\\B B.TIF 9"));
-    std::string id;
-    Texts subjects;
-    for (;;) {
-        ASSERT_EQ(MailReadNext(id, message), kDone);
-        if (id.empty()) break;
-        subjects.push_back(message.Subject);
-    }
-    EXPECT_THAT(subjects, ElementsAreArray(kMailBox));
-    EXPECT_EQ(message.NoteText, "Hello");
-    EXPECT_EQ(message.Originator->Name, "Ann A");
-    ASSERT_EQ(message.Recipients.size(), 1U);
-    EXPECT_EQ(message.Recipients[0].EntryId, std::string("id\0x", 4));
-    ASSERT_EQ(message.Files.size(), 1U);
-    EXPECT_EQ(message.Files[0].Position, 3U);
-    EXPECT_THAT(answers_.TakeCalls(), testing::Contains("ReadMail m1 80"));
-    EXPECT_EQ(MailDelete("m1"), kDone);
-    EXPECT_THAT(answers_.TakeCalls(), ElementsAre("DeleteMail 7777777777 m1"));
-
-    MailRecipient recipient;
-    EXPECT_EQ(MailResolveName("Ann", true, recipient), kDone);
-    EXPECT_EQ(recipient.Address, "SMTP:ann");
-    std::vector<MailRecipient> chosen(3);
-    EXPECT_EQ(MailPickAddresses("Users", chosen), kDone);
-    EXPECT_EQ(chosen.size(), 1U);
-    EXPECT_THAT(answers_.TakeCalls(), ElementsAre("ResolveName Ann 8", "Address Users 3"));
-    EXPECT_THAT(server_.Front.TakeSaid(), IsEmpty());
 }
 
 TEST_F(MailAccess, SurvivesWhatALibraryShouldNotDo) {
