@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <cstdint>
+
 namespace bv::platform {
 
 namespace {
@@ -21,6 +23,9 @@ class WindowsLibrary final : public Library {
     HMODULE module_;
 };
 
+// Old systems gave an error number below 32 in a module's place.
+bool IsModule(HMODULE module) { return reinterpret_cast<std::uintptr_t>(module) >= 32; }
+
 class WindowsLibraries final : public Libraries {
   public:
     void* OwnModule() override { return GetModuleHandleA(nullptr); }
@@ -28,9 +33,9 @@ class WindowsLibraries final : public Libraries {
     std::unique_ptr<Library> Load(const std::string& name) override {
         const UINT before = SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX);
         const HMODULE module = LoadLibraryA(name.c_str());
-        error_ = module == nullptr ? GetLastError() : 0;
+        error_ = IsModule(module) ? 0 : GetLastError();
         SetErrorMode(before);
-        return module == nullptr ? nullptr : std::make_unique<WindowsLibrary>(module);
+        return IsModule(module) ? std::make_unique<WindowsLibrary>(module) : nullptr;
     }
     unsigned long LastError() override { return error_; }
 
