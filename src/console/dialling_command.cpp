@@ -1,14 +1,14 @@
-// The dialling properties, and numbers converted by them.
+// The dialling properties: those of the file, and those of the system's telephony.
 #include <algorithm>
 #include <optional>
 
 #include "console/assignments.h"
 #include "console/commands.h"
+#include "console/dial_source.h"
 #include "console/dry_run.h"
 #include "console/located.h"
 #include "console/output.h"
 #include "dialling/dialling_file.h"
-#include "dialling/numbers.h"
 #include "platform/ascii.h"
 #include "shell/format.h"
 #include "shell/messages.h"
@@ -18,38 +18,39 @@ namespace {
 
 constexpr std::string_view kAssignments = "KEY=VALUE";
 constexpr std::string_view kLocation = "Location";
-constexpr std::string_view kNumber = "NUMBER";
-
-// Why the properties could not be read.
-int RefuseStatus(StatusCode status, const std::string& path) {
-    if (status == kKeyMissing) {
-        ShowError(9102, path);
-    } else {
-        ShowError(413, path);
-    }
-    return kExitRefused;
-}
-
-bool IsUsable(StatusCode status) { return status == kDone || status == kNumbersNotEdited; }
 
 // The prefixes with commas between them.
 std::string JoinPrefixes(const DialPrefixes& prefixes) {
     std::string joined;
-    for (const DialPrefix& prefix : prefixes) joined.append(joined.empty() ? "" : ",").append(prefix);
+    std::string_view separator;
+    for (const DialPrefix& prefix : prefixes) {
+        joined.append(separator).append(prefix);
+        separator = ",";
+    }
     return joined;
 }
 
+void AddProperties(const DialProperties& properties, Record& record) {
+    for (const DialKey& field : DialKeys()) record.emplace_back(field.Name(), field.Text(properties));
+    for (const DialListKey& list : kDialListKeys) record.emplace_back(list.Name(), JoinPrefixes(properties.*list.List));
+}
+
 int Show(Session& session, const Arguments&) {
-    const std::string path = DiallingFileToRead();
-    const StatusCode status = ReadDiallingProperties(path);
-    if (!IsUsable(status)) return RefuseStatus(status, path);
+    if (const int fault = LoadDialProperties()) return fault;
     const DialProperties& properties = GetDialProperties();
     Record record = {{std::string(kLocation), std::string(SelectedLocation(properties))}};
-    if (properties.Mode == kDialLocation) {
-        for (const DialKey& field : DialKeys()) record.emplace_back(field.Name(), field.Text(properties));
-        for (const DialListKey& list : kDialListKeys)
-            record.emplace_back(list.Name(), JoinPrefixes(properties.*list.List));
-    }
+    if (properties.Mode == kDialLocation) AddProperties(properties, record);
+    PrintRecord(session, record);
+    return kExitDone;
+}
+
+int ShowTelephonyLocation(Session& session, const Arguments&) {
+    const TelephonyUse telephony;
+    DialProperties properties;
+    const StatusCode status = telephony.Read(&properties, CountryFile());
+    if (status != kDone) return session.Refuse(TapiFailureText(status));
+    Record record = {{"Description", properties.Description.String()}};
+    AddProperties(properties, record);
     PrintRecord(session, record);
     return kExitDone;
 }
@@ -130,54 +131,11 @@ int Set(Session& session, const Arguments& arguments) {
     });
 }
 
-// Loads what numbers are converted by; 0 or the exit status.
-int LoadForNumbers() {
-    const std::string path = DiallingFileToRead();
-    const StatusCode status = ReadDiallingProperties(path);
-    if (!IsUsable(status)) return RefuseStatus(status, path);
-    if (GetDialProperties().Mode == kDialTelephony) ShowWarning(9101);
-    return kExitDone;
-}
-
-using Conversion = StatusCode (*)(std::string_view, TelephoneNumber&, NumberTrace*);
-
-template <Conversion convert>
-int Convert(Session& session, const Arguments& arguments) {
-    if (const int fault = LoadForNumbers()) return fault;
-    TelephoneNumber result;
-    if (convert(arguments[kNumber], result, nullptr) != kDone)
-        return session.Refuse(FormatText("NUMBER: \"%s\" has, or would have, over %d characters", arguments[kNumber],
-                                         kMaxTelephoneNumber));
-    if (session.Json)
-        PrintRecord(session, {{"number", result.String()}});
-    else
-        PrintLines(session, {result.String()});
-    return kExitDone;
-}
-
-int Explain(Session& session, const Arguments& arguments) {
-    if (const int fault = LoadForNumbers()) return fault;
-    struct Named {
-        std::string_view Name;
-        Conversion Run;
-    };
-    std::vector<Record> records;
-    for (const auto& [name, run] :
-         {Named{"international", MakeInternationalNumber}, {"dialable", MakeDialableNumber}}) {
-        TelephoneNumber result;
-        NumberTrace trace;
-        run(arguments[kNumber], result, &trace);
-        for (const auto& [rule, number] : trace)
-            records.push_back({{"form", std::string(name)}, {"rule", std::string(rule)}, {"number", number}});
-    }
-    PrintRecords(session, records);
-    return kExitDone;
-}
-
-constexpr Parameter kNumberParameter = {kNumber, "Telephone number as typed; a suffix may follow behind a colon"};
-
-constexpr Verb kDiallingVerbs[] = {
+constexpr Verb kVerbs[] = {
     {.Name = "show", .Help = "Show the selected location and its properties", .Run = Located<Show>},
+    {.Name = "location",
+     .Help = "Show the telephony service's current location, which counts when the selected one is TAPI",
+     .Run = Located<ShowTelephonyLocation>},
     {.Name = "set",
      .Help = "Change the selected location, or select or make another by Location=NAME. The locations TAPI and "
              "NoTelNumEdit drop all others from the file",
@@ -187,27 +145,8 @@ constexpr Verb kDiallingVerbs[] = {
      .Run = Located<Set>},
 };
 
-constexpr Verb kNumberVerbs[] = {
-    {.Name = "international",
-     .Help = "The number with + and country code",
-     .Parameters = {{kNumberParameter}},
-     .Example = "'0181 123 4567'",
-     .Run = Located<Convert<MakeInternationalNumber>>},
-    {.Name = "dialable",
-     .Help = "The number as it is dialled",
-     .Parameters = {{kNumberParameter}},
-     .Example = "'+44 (171) 123-4567:22'",
-     .Run = Located<Convert<MakeDialableNumber>>},
-    {.Name = "explain",
-     .Help = "The rules by which both come about: form, rule, and the number after it",
-     .Parameters = {{kNumberParameter}},
-     .Example = "'0181 123 4567'",
-     .Run = Located<Explain>},
-};
-
 } // namespace
 
-const Area kDiallingArea = {"dialling", "How telephone numbers are dialled from here", kDiallingVerbs};
-const Area kNumberArea = {"number", "Telephone numbers, converted by the dialling properties", kNumberVerbs};
+const Area kDiallingArea = {"dialling", "How telephone numbers are dialled from here", kVerbs};
 
 } // namespace bv::console

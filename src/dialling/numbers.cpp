@@ -45,9 +45,7 @@ class Conversion {
 
     [[nodiscard]] std::string_view Main() const { return main_; }
 
-    void Note(std::string_view rule, std::string_view number) const {
-        if (trace_ != nullptr) trace_->push_back({rule, std::string(number)});
-    }
+    void Note(std::string_view rule, std::string_view number) const { NoteStep(trace_, rule, number); }
 
     // The last rule and its outcome.
     [[nodiscard]] Draft Done(std::string_view rule, std::initializer_list<std::string_view> parts) const {

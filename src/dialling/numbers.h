@@ -23,6 +23,11 @@ struct NumberStep {
 };
 using NumberTrace = std::vector<NumberStep>;
 
+// Adds a rule to the trace, if one is wanted.
+inline void NoteStep(NumberTrace* trace, std::string_view rule, std::string_view number) {
+    if (trace != nullptr) trace->push_back({rule, std::string(number)});
+}
+
 // Parts a number: the suffix is what stands behind the first colon, the main part what stands before it without the
 // formatting characters ( ) [ ] { } - . and blank. Both are cut to their places.
 void StripNumber(std::string_view number, TextPlace suffix, TextPlace main);

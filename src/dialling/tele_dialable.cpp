@@ -21,65 +21,95 @@ std::string CanonicalAddress(std::string_view international, const DialPropertie
     return address.append(country).append("(").append(area).append(")").append(rest);
 }
 
-StatusCode TranslateOwn(const std::string& number, const DialProperties& properties, std::string& dialable) {
-    TelephoneNumber international;
-    const StatusCode status = MakeInternationalNumber(number, international, properties);
-    if (status != kDone) return status;
-    if (!international.View().starts_with('+')) return kNotInternational;
-    return TAPITranslate(CanonicalAddress(international, properties), dialable, kMaxTranslation);
+// A number in a form that the library understands, as the library would dial it.
+StatusCode Ask(const std::string& address, std::string& dialable, NumberTrace* trace) {
+    const StatusCode status = TAPITranslate(address, dialable, kMaxTranslation);
+    NoteStep(trace, status == kDone ? "What the telephony service would dial" : "The telephony service refuses it",
+             dialable);
+    return status;
 }
 
-StatusCode Translate(std::string number, const DialProperties& properties, std::string& dialable) {
+StatusCode RefuseAsTooLong(NumberTrace* trace) {
+    NoteStep(trace, "Over 40 characters: refused", "");
+    return kNumberTooLong;
+}
+
+StatusCode TranslateOwn(const std::string& number, const DialProperties& properties, std::string& dialable,
+                        NumberTrace* trace) {
+    TelephoneNumber international;
+    if (MakeInternationalNumber(number, international, properties) != kDone) return RefuseAsTooLong(trace);
+    if (!international.View().starts_with('+')) return kNotInternational;
+    const std::string address = CanonicalAddress(international, properties);
+    NoteStep(trace, "4c: in international form, with the area code in brackets", address);
+    return Ask(address, dialable, trace);
+}
+
+StatusCode Translate(std::string number, const DialProperties& properties, std::string& dialable, NumberTrace* trace) {
     const bool isInternational = number.starts_with('+');
-    if (isInternational && number.find('(') != std::string::npos && number.find(')') != std::string::npos)
-        return TAPITranslate(number, dialable, kMaxTranslation);
+    if (isInternational && number.find('(') != std::string::npos && number.find(')') != std::string::npos) {
+        NoteStep(trace, "3: + and both brackets: asked for as it stands", number);
+        return Ask(number, dialable, trace);
+    }
     std::erase(number, ' ');
     const std::string_view text = number;
     const std::string_view country = properties.Country;
     if (isInternational && !text.substr(1).starts_with(country)) {
         dialable = properties.IntlAccess.String().append(text.substr(1));
-        return dialable.size() > kMaxTelephoneNumber ? kNumberTooLong : kDone;
+        NoteStep(trace, "4a: + and another country: IntlAccess takes the place of +", dialable);
+        return dialable.size() > kMaxTelephoneNumber ? RefuseAsTooLong(trace) : kDone;
     }
     const std::string_view access = properties.IntlAccess;
     if (text.starts_with(access) && !text.substr(access.size()).starts_with(country)) {
         dialable = number;
+        NoteStep(trace, "4b: IntlAccess and another country: dialled as it stands", dialable);
         return kDone;
     }
-    return TranslateOwn(number, properties, dialable);
+    return TranslateOwn(number, properties, dialable, trace);
+}
+
+// The digits of a translation, and the suffix where there is room.
+StatusCode Finish(std::string_view translated, std::string_view suffix, TelephoneNumber& dialable, NumberTrace* trace) {
+    FixedText<kMaxTranslation> digits;
+    FixedText<kMaxTranslation> ignored;
+    StripNumber(translated, ignored, digits);
+    NoteStep(trace, "5: separators are taken off", digits);
+    if (digits.Size() > kMaxTelephoneNumber) return RefuseAsTooLong(trace);
+    dialable = digits.View();
+    if (suffix.empty()) return kDone;
+    const bool hasRoom = digits.Size() < kRoomForSuffix;
+    if (hasRoom) dialable = digits.String().append(":").append(suffix);
+    NoteStep(trace, hasRoom ? "5: the suffix is put back" : "5: there is no room for the suffix", dialable);
+    return kDone;
 }
 
 } // namespace
 
-StatusCode TAPIMakeDialable(std::string_view number, TelephoneNumber& dialable, const std::string& countryFile) {
+StatusCode TAPIMakeDialable(std::string_view number, TelephoneNumber& dialable, const std::string& countryFile,
+                            NumberTrace* trace) {
     TraceTapi("TAPIMakeDialable() called");
     dialable.Clear();
     if (const StatusCode status = CheckTapi(&telephony::Entries::TranslateAddress); status != kDone) return status;
-    if (number.size() > kMaxTelephoneNumber) return kNumberTooLong;
+    if (number.size() > kMaxTelephoneNumber) return RefuseAsTooLong(trace);
     const std::size_t colon = std::min(number.find(':'), number.size());
-    const std::string_view suffix = number.substr(std::min(colon + 1, number.size()));
+    const std::string_view main = number.substr(0, colon);
+    NoteStep(trace, "1: the suffix is set aside", main);
 
     DialProperties properties;
     StatusCode status = TAPIGetDialProps(&properties, countryFile);
     if (status != kDone) return status;
     std::string translated;
-    status = Translate(std::string(number.substr(0, colon)), properties, translated);
+    status = Translate(std::string(main), properties, translated, trace);
     if (status != kDone) return status;
-
-    FixedText<kMaxTranslation> digits;
-    FixedText<kMaxTranslation> ignored;
-    StripNumber(translated, ignored, digits);
-    if (digits.Size() > kMaxTelephoneNumber) return kNumberTooLong;
-    std::string result = digits.String();
-    if (!suffix.empty() && result.size() < kRoomForSuffix) result.append(":").append(suffix);
-    dialable = result;
-    return kDone;
+    return Finish(translated, number.substr(std::min(colon + 1, number.size())), dialable, trace);
 }
 
-StatusCode TAPIMakeInternational(std::string_view number, TelephoneNumber& result, const std::string& countryFile) {
+StatusCode TAPIMakeInternational(std::string_view number, TelephoneNumber& result, const std::string& countryFile,
+                                 NumberTrace* trace) {
+    TraceTapi("TAPIMakeInternational() called");
     result.Clear();
     DialProperties properties;
     const StatusCode status = TAPIGetDialProps(&properties, countryFile);
-    return status == kDone ? MakeInternationalNumber(number, result, properties) : status;
+    return status == kDone ? MakeInternationalNumber(number, result, properties, trace) : status;
 }
 
 } // namespace bv

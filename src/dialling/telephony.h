@@ -54,11 +54,14 @@ StatusCode TAPIGetCountrySettings(std::uint32_t countryID, DialProperties* prope
 // number whose main part begins with "+" and has both brackets is handed over as it stands; one of another country, by
 // "+" or IntlAccess, is put together here. An empty IntlAccess begins every number, which is intended. The suffix
 // behind a colon is put back when the result has fewer than 39 characters, and is cut. Also kNumberTooLong (-3982) and
-// kNotInternational (-3984), and whatever TAPIGetDialProps returns. The result is empty after a failure.
-StatusCode TAPIMakeDialable(std::string_view number, TelephoneNumber& dialable, const std::string& countryFile);
+// kNotInternational (-3984), and whatever TAPIGetDialProps returns. The result is empty after a failure. With a trace,
+// adds the rules that were gone by.
+StatusCode TAPIMakeDialable(std::string_view number, TelephoneNumber& dialable, const std::string& countryFile,
+                            NumberTrace* trace = nullptr);
 
-// MakeInternationalNumber by the properties that TAPIGetDialProps gives.
-StatusCode TAPIMakeInternational(std::string_view number, TelephoneNumber& result, const std::string& countryFile);
+// MakeInternationalNumber by the properties that TAPIGetDialProps gives, whose failures it also returns.
+StatusCode TAPIMakeInternational(std::string_view number, TelephoneNumber& result, const std::string& countryFile,
+                                 NumberTrace* trace = nullptr);
 
 // Opens the system's own dialog of dialling properties, for an address, over the owner's window.
 StatusCode TAPISetLocation(const std::string& address, void* owner);

@@ -3,7 +3,7 @@
 
 #include "console/command_case.h"
 #include "console/text_console.h"
-#include "support/memory_server.h"
+#include "dialling/fake_telephony.h"
 #include "support/texts.h"
 
 namespace bv::console {
@@ -93,7 +93,8 @@ const Case kCases[] = {
 };
 
 struct Scene {
-    test::MemoryServer Server;
+    test::FakeTelephony Telephony;
+    test::MemoryServer& Server = Telephony.Server;
     test::TextConsole Console;
 
     explicit Scene(const std::string& file = kFile) {
@@ -110,15 +111,12 @@ TEST(DiallingCommands, DoOneThingAndSayIt) {
 TEST(DiallingCommands, AFileWithoutALocationIsSaid) {
     const std::string lost = "File " + kPath + " selects no location, or one that it does not hold\n";
     const std::string away = "Unable to open file " + kPath + "\n";
-    const std::string telephony = "The dialling properties are left to the telephony service, which is not asked here: "
-                                  "all of them are empty.\n";
     const std::tuple<std::string, std::vector<std::string>, int, std::string> cases[] = {
         {"", {"number", "dialable", "1"}, 1, away},
         {"", {"dialling", "show"}, 1, away},
         {kHead, {"number", "explain", "1"}, 1, lost},
         {kHead, {"dialling", "show"}, 1, lost},
         {kHead, {"dialling", "set", "Area=1"}, 1, lost + "Location=NAME selects one, or makes a new one\n"},
-        {Replaced(kFile, ": London", ": TAPI"), {"number", "dialable", "0 1"}, 0, telephony},
         {Replaced(kFile, ": London", ": NoTelNumEdit"), {"number", "dialable", "0 1"}, 0, ""},
     };
     for (const auto& [file, arguments, status, notices] : cases) {
@@ -128,9 +126,82 @@ TEST(DiallingCommands, AFileWithoutALocationIsSaid) {
         EXPECT_EQ(scene.Console.Results, status == 0 ? "01\n" : "");
         EXPECT_EQ(scene.File(), file.empty() ? "(none)" : file);
     }
+    Scene emptyPrefix(Replaced(kFile, "DialAsLocal: 181", "DialAsLocal:"));
+    EXPECT_EQ(emptyPrefix.Console.Run({"dialling", "show"}), 0);
+    EXPECT_THAT(emptyPrefix.Console.Results, testing::HasSubstr("DialAsLocal: ,1923\n"));
     Scene fresh("");
     EXPECT_EQ(fresh.Console.Run({"dialling", "set", "Location=Oslo", "Country=47", "IntlAccess=00"}), 0);
     EXPECT_EQ(fresh.File(), Replaced(kHead, "London", "Oslo") + kOslo);
+}
+
+const std::string kTelephonyFile = Replaced(kHead, "London", "TAPI");
+
+TEST(DiallingCommands, AskTheTelephonyWhereTheFileLeavesItToThat) {
+    const std::string refused =
+        "TAPI reports 'A specified address is either invalid or not allowed'\nNUMBER: \"7\" - the "
+        "telephony service does not translate it\n";
+    const std::string tooLong(41, '1');
+    const std::tuple<std::vector<std::string>, int, std::string, std::string> cases[] = {
+        {{"number", "international", "0181 123-4567:9"}, 0, "+441811234567:9\n", ""},
+        {{"number", "dialable", "1234567"}, 0, "1234567\n", ""},
+        {{"number", "dialable", "+33 (1) 2"}, 0, "003312\n", ""},
+        {{"number", "dialable", "7"}, 1, "", refused},
+        {{"number", "dialable", tooLong},
+         1,
+         "",
+         "NUMBER: \"" + tooLong + "\" has, or would have, over 40 characters\n"},
+        {{"number", "explain", "1234567:8"},
+         0,
+         "international\tSeparators and suffix are taken off\t1234567\n"
+         "international\t5: a local number: +, Country and Area go before\t+441711234567\n"
+         "international\tThe suffix is put back\t+441711234567:8\n"
+         "dialable\t1: the suffix is set aside\t1234567\n"
+         "dialable\t4c: in international form, with the area code in brackets\t+44(171)1234567\n"
+         "dialable\tWhat the telephony service would dial\t123-4567\n"
+         "dialable\t5: separators are taken off\t1234567\n"
+         "dialable\t5: the suffix is put back\t1234567:8\n",
+         ""},
+        {{"dialling", "show"}, 0, "Location: TAPI\n", ""},
+        {{"dialling", "location"},
+         0,
+         "Description: London\nCountry: 44\nArea: 171\nNatlAccess: 0\nIntlAccess: 00\nDialAreaCode: NO\n"
+         "DialNatlAccessForLocal: NO\nDisplayNatlAccess: NO\nNumberWithoutAreaMaxLen: 7\nDialAsLocal: \n"
+         "DialAsNatl: 555,556\n",
+         ""},
+    };
+    for (const auto& [arguments, status, results, notices] : cases) {
+        SCOPED_TRACE(testing::PrintToString(arguments));
+        Scene scene(kTelephonyFile);
+        scene.Server.Put("F:\\BRIVANE\\B-DB\\COUNTRY.INI", "[COUNTRIES]\n44: UK, \"x\", 7\n");
+        scene.Telephony.Locations = {{.LocalAccess = "9,", .TollPrefixes = "555,556"}};
+        scene.Telephony.Dialled = {{"+44(171)1234567", "9, 123-4567"}, {"+33 (1) 2", "9, 00 33 1 2"}};
+        EXPECT_EQ(scene.Console.Run(arguments), status);
+        EXPECT_EQ(scene.Console.Results, results);
+        EXPECT_EQ(scene.Console.Notices, notices);
+        EXPECT_EQ(scene.File(), kTelephonyFile);
+        const std::vector<std::string> calls = scene.Telephony.TakeCalls();
+        EXPECT_EQ(calls.empty() ? "freed" : calls.back(), "freed");
+        EXPECT_EQ(calls.empty(), arguments[1] == "show");
+    }
+}
+
+TEST(DiallingCommands, FallBackToTheFileWithoutTelephony) {
+    const std::string noLibrary = "Unable to load DLL 'TAPI32.DLL' (error #126)\n";
+    const std::string because = "Unable to retrieve TAPI dialling properties - ";
+    const std::string fallen = ". Numbers are converted by the properties of the file, which are all empty.\n";
+    for (const bool hasLibrary : {false, true}) {
+        Scene scene(kTelephonyFile);
+        scene.Telephony.Present = hasLibrary;
+        scene.Telephony.Current = 9; // there is none such
+        const std::string reason =
+            hasLibrary ? because + "general TAPI error" : noLibrary + because + "error with TAPI initialisation";
+        EXPECT_EQ(scene.Console.Run({"number", "dialable", "0 1"}), 0);
+        EXPECT_EQ(scene.Console.Results, "01\n");
+        EXPECT_EQ(scene.Console.Notices, reason + fallen);
+        EXPECT_EQ(scene.Console.Run({"dialling", "location"}), 1);
+        EXPECT_EQ(scene.Console.Results, "");
+        EXPECT_EQ(scene.Console.Notices, reason + "\n");
+    }
 }
 
 TEST(DiallingCommands, AChangeThatWasCutOffIsTakenUp) {
