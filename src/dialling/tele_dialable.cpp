@@ -45,15 +45,14 @@ StatusCode TranslateOwn(const std::string& number, const DialProperties& propert
 }
 
 StatusCode Translate(std::string number, const DialProperties& properties, std::string& dialable, NumberTrace* trace) {
-    const bool isInternational = number.starts_with('+');
-    if (isInternational && number.find('(') != std::string::npos && number.find(')') != std::string::npos) {
+    if (number.starts_with('+') && number.find('(') != std::string::npos && number.find(')') != std::string::npos) {
         NoteStep(trace, "3: + and both brackets: asked for as it stands", number);
         return Ask(number, dialable, trace);
     }
     std::erase(number, ' ');
     const std::string_view text = number;
     const std::string_view country = properties.Country;
-    if (isInternational && !text.substr(1).starts_with(country)) {
+    if (text.starts_with('+') && !text.substr(1).starts_with(country)) {
         dialable = properties.IntlAccess.String().append(text.substr(1));
         NoteStep(trace, "4a: + and another country: IntlAccess takes the place of +", dialable);
         return dialable.size() > kMaxTelephoneNumber ? RefuseAsTooLong(trace) : kDone;
