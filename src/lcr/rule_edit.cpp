@@ -129,7 +129,8 @@ std::string TextOr(std::string_view text, std::string_view otherwise) {
 
 // Whether the rule may be kept although it has no criteria.
 bool CheckWithoutCriteria(const RoutingRule& rule) {
-    if (!rule.Servers.empty()) return AskFilled(kWarningCaption, BoxIcon::Warning, FillMessage(5337));
+    if (!rule.Servers.empty())
+        return AskFilled(kWarningCaption, BoxIcon::Warning, FillMessage(5337), BoxButtons::OkCancel);
     ShowError(5336);
     return false;
 }
@@ -166,8 +167,11 @@ std::optional<RuleTime> ShowTime(std::string_view text) {
     const bool hasTimes = range->FromHour != 0 || range->FromMinute != 0 || range->ToHour != 0 || range->ToMinute != 0;
     const bool isToEndOfDay = range->ToHour == kEndOfDay && range->ToMinute == 0;
     if (!hasTimes) return time;
-    time.AfterHour = TwoDigits(range->FromHour);
-    time.AfterMinute = TwoDigits(range->FromMinute);
+    // A period from midnight may have been given by its end alone.
+    if (isToEndOfDay || UpperText(text).find("AFTER") != std::string::npos) {
+        time.AfterHour = TwoDigits(range->FromHour);
+        time.AfterMinute = TwoDigits(range->FromMinute);
+    }
     if (isToEndOfDay) return time;
     time.BeforeHour = TwoDigits(range->ToHour);
     time.BeforeMinute = TwoDigits(range->ToMinute);

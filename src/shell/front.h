@@ -8,12 +8,14 @@
 namespace bv {
 
 enum class BoxIcon { Warning, Error, Question };
+enum class BoxButtons { YesNo, OkCancel }; // of a question
 
 // A message box, or the lines that a console prints for one.
 struct Box {
     std::string Caption;
     std::string Text;
     BoxIcon Icon = BoxIcon::Error;
+    BoxButtons Buttons = BoxButtons::YesNo;
 };
 
 class Front {
@@ -26,7 +28,7 @@ class Front {
     // Shows the box with OK and returns when it is closed.
     virtual void ShowBox(const Box& box) = 0;
 
-    // Shows the box with Yes and No, No the default; true for Yes.
+    // Shows the box with its two buttons, No or Cancel the default; true for Yes or OK.
     virtual bool AskYesNo(const Box& box) = 0;
 
     // While a program is started or awaited, the window in front takes no input.

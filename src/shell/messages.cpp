@@ -58,8 +58,8 @@ void ReportFilled(int style, const std::string& text) {
     }
 }
 
-bool AskFilled(int captionId, BoxIcon icon, const std::string& text) {
-    return CurrentFront().AskYesNo({FillMessage(captionId), text, icon});
+bool AskFilled(int captionId, BoxIcon icon, const std::string& text, BoxButtons buttons) {
+    return CurrentFront().AskYesNo({FillMessage(captionId), text, icon, buttons});
 }
 
 void SetStatusLine(std::string_view text, int line) {

@@ -30,7 +30,7 @@ class Message {
 enum class MessageStyle { Status = 3, Warning = 4, Error = 5, GraveError = 6 };
 
 void ReportFilled(int style, const std::string& text);
-bool AskFilled(int captionId, BoxIcon icon, const std::string& text);
+bool AskFilled(int captionId, BoxIcon icon, const std::string& text, BoxButtons buttons = BoxButtons::YesNo);
 
 template <class... Values>
 std::string FillMessage(const Message& message, const Values&... values) {

@@ -31,7 +31,7 @@ TEST(RuleTime, IsMadeOfItsFields) {
         {{Specific, 65, "18", "00", "08", "00"}, "SAT SUN AFTER 18:00 BEFORE 08:00 ", ""},
         {{Specific, 0, "9", "5", "23", "59"}, "AFTER 09:05 BEFORE 23:59 ", "", false},
         {{Specific, 2, "09", "00"}, "MON AFTER 09:00 ", ""},
-        {{Specific, 0, "", "", "9", "0"}, "BEFORE 09:00 ", "", false},
+        {{Specific, 0, "", "", "09", "00"}, "BEFORE 09:00 ", ""},
         {{Specific}, {}, "Time: choose some days, or a time of day"},
         {{Specific, 0, "24", "00", "1", "0"}, {}, "AFTER: \"24\" - an hour is a number from 0 to 23"},
         {{Specific, 0, "1", "60", "1", "0"}, {}, "AFTER: \"60\" - minutes are a number from 0 to 59"},
@@ -115,8 +115,9 @@ struct Scene {
 TEST(AcceptRule, ChecksInItsOrder) {
     const std::string keep = "ask question: Keep changes to this rule?";
     const std::string invalid = "error: Invalid rule - you must select some message criteria, or some remote servers";
-    const std::string all = "ask warning: You have not selected any message criteria.  This will cause all messages to "
-                            "be sent via the remote servers selected.  Keep rule?";
+    const std::string all =
+        "confirm warning: You have not selected any message criteria.  This will cause all messages to "
+        "be sent via the remote servers selected.  Keep rule?";
     const std::string inUse = "error: This description is in use already.  Please enter a unique description";
     const auto kUnchanged = [](RoutingRule&) {};
     using enum RuleCheck;

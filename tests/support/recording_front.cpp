@@ -33,7 +33,7 @@ void RecordingFront::SetStatusLine(int line, const std::string& text) {
 void RecordingFront::ShowBox(const Box& box) { WriteDown("", box); }
 
 bool RecordingFront::AskYesNo(const Box& box) {
-    WriteDown("ask ", box);
+    WriteDown(box.Buttons == BoxButtons::OkCancel ? "confirm " : "ask ", box);
     return Answer;
 }
 

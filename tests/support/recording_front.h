@@ -13,7 +13,8 @@ namespace bv::test {
 class RecordingFront final : public Front {
   public:
     // One line for each call: "status 1: TEXT", "warning: TEXT", "error: TEXT", "ask error: TEXT", "ask question:
-    // TEXT", "input off", "wait cursor on", "wait for program" and so on. Peeks are only counted.
+    // TEXT", "confirm warning: TEXT" (with OK and Cancel), "input off", "wait cursor on", "wait for program" and so on.
+    // Peeks are only counted.
     std::vector<std::string> Said;
     std::vector<std::string> Captions; // of the boxes and questions
     int Peeks = 0;
