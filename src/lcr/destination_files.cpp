@@ -1,6 +1,7 @@
 #include "lcr/destination_files.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "ctlfile/lines.h"
 #include "ctlfile/reader.h"
@@ -111,8 +112,12 @@ std::string WithList(const DestinationFile& file, std::string_view text) {
 
 } // namespace
 
+std::string DestinationName(const DestinationFile& file, std::string_view diallingCode, std::string_view extension) {
+    return FormatText("%s%s.%s", file.Type, diallingCode, extension);
+}
+
 std::string DestinationPath(const DestinationFile& file, std::string_view diallingCode, std::string_view extension) {
-    return DatabaseFile(FormatText("%s%s.%s", file.Type, diallingCode, extension));
+    return DatabaseFile(DestinationName(file, diallingCode, extension));
 }
 
 std::string EmptyDestinationText(const DestinationFile& file) {
@@ -130,9 +135,9 @@ std::vector<MatchEntry> ParseMatchEntries(const DestinationFile& file, std::stri
     bool isInEntry = false;
     while (lines.Next(line)) {
         if (BeginsWith(line.Text, file.EntryKey)) {
-            const std::optional<MatchEntry> entry = ParseEntryLine(file, line.Text);
-            if (entry) entries.push_back(*entry);
+            std::optional<MatchEntry> entry = ParseEntryLine(file, line.Text);
             isInEntry = entry.has_value();
+            if (entry) entries.push_back(std::move(*entry));
         } else if (isInEntry && BeginsWith(line.Text, kMatchKey)) {
             if (const auto value = KeyValue(line.Text)) entries.back().Matches.emplace_back(*value);
         }

@@ -22,7 +22,8 @@ inline constexpr DestinationFile kRegionFile = {"Region", "[REGIONS]", "Region:"
 inline constexpr DestinationFile kCountryFile = {"Country", "[COUNTRIES]", ""};
 inline constexpr DestinationFile kAreaFile = {"Area", "[AREAS]", "Area:"};
 
-// The path of a file, of its working copy ("new") or of that one's rewrite file ("ne2").
+// The name and the path of a file, of its working copy ("new") or of that one's rewrite file ("ne2").
+std::string DestinationName(const DestinationFile& file, std::string_view diallingCode, std::string_view extension);
 std::string DestinationPath(const DestinationFile& file, std::string_view diallingCode = {},
                             std::string_view extension = "ini");
 

@@ -1,11 +1,14 @@
 #include "lcr/destinations.h"
 
 #include <algorithm>
+#include <unordered_set>
 #include <utility>
 
 #include "lcr/destination_files.h"
 #include "lcr/text_file.h"
 #include "platform/ascii.h"
+#include "platform/files.h"
+#include "shell/server_paths.h"
 
 namespace bv {
 namespace {
@@ -48,6 +51,26 @@ template <const DestinationFile& file>
 std::optional<TextOfFile> ReadLive(std::string_view code = {}) {
     return ReadReplacedFile(DestinationPath(file, code), DestinationPath(file, code, "new"), IsWhole<file>);
 }
+
+// The files of the database directory, so that area files that are not there need not be looked for one by one.
+class DatabaseNames {
+  public:
+    DatabaseNames() {
+        for (const std::string& name : platform::Files().List(DatabaseFile(""), "*")) names_.insert(UpperText(name));
+    }
+
+    // Where not even the country file is listed, the directory could not be read: then any file may be there.
+    [[nodiscard]] bool MayHaveAreas(const CountryEntry& country) const {
+        return names_.empty() || Has(country, "ini") || Has(country, "new");
+    }
+
+  private:
+    [[nodiscard]] bool Has(const CountryEntry& country, std::string_view extension) const {
+        return names_.contains(UpperText(DestinationName(kAreaFile, country.DiallingCode, extension)));
+    }
+
+    std::unordered_set<std::string> names_;
+};
 
 bool ReadAreas(CountryEntry& country) {
     const std::optional<TextOfFile> file = ReadLive<kAreaFile>(country.DiallingCode);
@@ -124,7 +147,9 @@ bool LoadDestinations(Destinations& destinations) {
     const std::optional<TextOfFile> countries = ReadLive<kCountryFile>();
     if (!countries) return false;
     std::vector<CountryEntry> entries = ParseCountries(countries->Text);
-    if (!std::ranges::all_of(entries, ReadAreas)) return false;
+    const DatabaseNames names;
+    const auto readAreas = [&](CountryEntry& country) { return !names.MayHaveAreas(country) || ReadAreas(country); };
+    if (!std::ranges::all_of(entries, readAreas)) return false;
     destinations = {ParseMatchEntries(kRegionFile, regions->Text), std::move(entries)};
     return true;
 }
