@@ -1,10 +1,12 @@
 // The lock of the routing editors, and what they wait for.
 #include "lcr/edit_lock.h"
 
+#include <cstdlib>
+#include <filesystem>
+
 #include <gmock/gmock.h>
 
-#include "platform/processes.h"
-#include "platform/requests.h"
+#include "platform/environment.h"
 #include "shell/server_paths.h"
 #include "support/faulty_files.h"
 #include "support/memory_server.h"
@@ -13,6 +15,9 @@
 namespace bv::test {
 namespace {
 
+using platform::Access;
+using platform::Deny;
+using platform::FileError;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -80,38 +85,41 @@ TEST(LcrEditLock, IsNotHadWithoutItsFile) {
     EXPECT_THAT(server.Front.TakeSaid(), ElementsAre(kRefused));
 }
 
+// Runs the console companion as its users do; its exit status and what it said.
+std::pair<int, std::string> RunCompanion(const TemporaryDirectory& disk, const std::string& arguments) {
+    const std::string program = std::filesystem::path(BV_COMPANION).make_preferred().string();
+    const int status = std::system((program + " --ini " + disk.HostPath().string() + " " + arguments + " >" +
+                                    disk.HostPath("said").string() + " 2>&1")
+                                       .c_str());
+    return {status > 255 ? status / 256 : status, disk.Read("said")}; // one system has it in the upper byte
+}
+
 TEST(LcrEditLock, IsHadByOneOfTwoProcesses) {
     const TemporaryDirectory disk;
-    disk.Write("LCREDIT.LOK", kHeader);
-    disk.Write("signal", "");
-    MemoryServer server;
-    server.Put("C:\\WINDOWS\\BRIVANE.INI", "[SERVER]\r\nAllUserArea: U\r\nRequestArea: " + disk.Path() +
-                                               "\r\nServerArea: S\r\nSystemArea: " + disk.Path() + "\r\n");
-    server.Put(disk.Path("B-DB\\SETUP.INI"), "");
-    ASSERT_EQ(LoadServerPaths(), kDone);
-    const platform::Substitute<platform::FileSystem> files(platform::Service<platform::FileSystem>::System());
-    // The system's environment knows where the program's neighbours are.
-    const auto startNeighbour = [](const std::string& commandLine) {
-        const platform::Substitute<platform::Environment> system(platform::Service<platform::Environment>::System());
-        return platform::Service<platform::Processes>::System().Start(commandLine);
-    };
-    const platform::StartResult other =
-        startNeighbour("lock_holder " + disk.Path("LCREDIT.LOK") + " w x " + disk.Path("signal"));
-    ASSERT_TRUE(other.Started);
-    {
-        const platform::Substitute<platform::Clock> clock(platform::Service<platform::Clock>::System());
-        EXPECT_TRUE(WaitUntil([&] { return disk.Read("signal.state") == "held"; }));
-    }
-    EXPECT_FALSE(LockLcrEdit());
-    EXPECT_EQ(server.Clock.Milliseconds, 5000);
-    EXPECT_THAT(server.Front.TakeSaid(), ElementsAre(kRefused));
+    disk.Write("BRIVANE.INI", "[SERVER]\r\nAllUserArea: U\r\nRequestArea: " + disk.Path() +
+                                  "\r\nServerArea: S\r\nSystemArea: " + disk.Path() + "\r\n");
+    disk.Write("B-DB\\SETUP.INI", "");
+    disk.Write("B-DB\\USERLIST.INI", "");
+    const std::string head = "[BRIVANE]\r\nType: LCRRules\r\nRevision: A\r\n\r\n";
+    const std::string one = "[RULE]\r\nDescription: One\r\nServer: *\r\n\r\n";
+    const std::string two = "[RULE]\r\nDescription: Two\r\nServer: *\r\n\r\n";
+    disk.Write("B-DB\\LCRRules.ini", head + one + two);
+    platform::TheEnvironment().SetVariable("BVAXINIT", disk.Path());
+    const StatusCode loaded = LoadServerPaths();
+    platform::TheEnvironment().SetVariable("BVAXINIT", "");
+    ASSERT_EQ(loaded, kDone);
 
-    platform::Files().Delete(disk.Path("signal"));
-    const platform::Substitute<platform::Clock> clock(platform::Service<platform::Clock>::System());
-    EXPECT_TRUE(WaitUntil([&] { return !other.Started->IsRunning(); }));
-    EXPECT_TRUE(LockLcrEdit());
-    EXPECT_EQ(platform::Files().Open(disk.Path("LCREDIT.LOK"), {}).Error, FileError::AccessDenied);
+    ASSERT_TRUE(LockLcrEdit());
+    const std::int64_t start = platform::TheClock().Ticks();
+    const auto [status, said] = RunCompanion(disk, "lcr move 1 2");
+    EXPECT_GE(platform::TheClock().Ticks() - start, 5000);
     UnlockLcrEdit();
+    EXPECT_EQ(status, 1);
+    EXPECT_EQ("error: " + said.substr(0, said.find_last_not_of("\r\n") + 1), kRefused);
+    EXPECT_EQ(disk.Read("B-DB\\LCRRules.ini"), head + one + two);
+
+    EXPECT_EQ(RunCompanion(disk, "lcr move 1 2"), std::pair(0, std::string()));
+    EXPECT_EQ(disk.Read("B-DB\\LCRRules.ini"), head + two + one);
     EXPECT_EQ(disk.Read("LCREDIT.LOK"), kHeader);
 }
 
