@@ -32,6 +32,10 @@ void ConsoleFront::ShowBox(const Box& box) { console_.PrintNotice(box.Text + '\n
 bool ConsoleFront::AskYesNo(const Box& box) {
     if (answering_ == Answering::Yes) return true;
     console_.PrintNotice(box.Text + " [y/N] ");
+    if (answering_ == Answering::No) {
+        console_.PrintNotice("No (--dry-run)\n");
+        return false;
+    }
     if (console_.IsTerminal()) return IsYes(console_.ReadLine().value_or(""));
     console_.PrintNotice("No (nobody to ask; --yes answers Yes)\n");
     return false;

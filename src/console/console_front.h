@@ -12,6 +12,7 @@ namespace bv::console {
 enum class Answering {
     ByPerson, // asked on a terminal; No where there is none
     Yes,
+    No,
 };
 
 // Prints status texts, boxes and questions as plain lines of standard error, without captions.

@@ -177,7 +177,7 @@ using RuleChange = std::function<RuleCheck(RuleEdit&)>;
 
 // Opens the rules for editing; recovered ones are put in place first, so that they are not lost with the edit.
 std::optional<OpenedRules> OpenForEdit(const Session& session) {
-    if (FileExists(PendingRulesPath()) && !session.Speaker.CanAsk()) {
+    if (LookForPendingRules() == PendingRules::Whole && !session.Speaker.CanAsk()) {
         ShowError("There are unsaved changes of an earlier session in %s, and nobody to ask; --yes recovers them",
                   PendingRulesPath());
         return {};

@@ -64,8 +64,14 @@ int CheckTexts(const Session& session, const ParsedCommand& command) {
     return 0;
 }
 
+// A dry run says Yes once its files take the writing but keep it in memory, and not before.
+Answering AnsweringOf(const GlobalOptions& global) {
+    if (global.DryRun) return Answering::No;
+    return global.Yes ? Answering::Yes : Answering::ByPerson;
+}
+
 int Run(const ParsedCommand& command, Console& console) {
-    ConsoleFront front(console, command.Global.Yes ? Answering::Yes : Answering::ByPerson);
+    ConsoleFront front(console, AnsweringOf(command.Global));
     const UseFront installed(front);
     Session session{console, front, command.Global.Json, command.Global.DryRun};
     if (const int fault = CheckTexts(session, command)) return fault;

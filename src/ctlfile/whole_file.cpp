@@ -8,13 +8,17 @@ namespace bv {
 using platform::FileError;
 using platform::Files;
 
-bool WriteWholeFile(const std::string& path, std::string_view text) {
+WriteFault TryWriteWholeFile(const std::string& path, std::string_view text) {
     ControlStream file = OpenShared(path, "wb");
-    if (!file) return false;
+    if (!file) return WriteFault::NotOpened;
     file.Write(text);
-    if (file.Close()) return true;
+    if (file.Close()) return WriteFault::None;
     Files().Delete(path);
-    return false;
+    return WriteFault::NotWritten;
+}
+
+bool WriteWholeFile(const std::string& path, std::string_view text) {
+    return TryWriteWholeFile(path, text) == WriteFault::None;
 }
 
 bool PutInPlace(const std::string& newPath, const std::string& livePath) {
@@ -22,6 +26,12 @@ bool PutInPlace(const std::string& newPath, const std::string& livePath) {
     const FileError deleted = Files().Delete(livePath);
     if (deleted != FileError::None && deleted != FileError::NotFound) return false;
     return Files().Rename(newPath, livePath) == FileError::None;
+}
+
+bool IsMissing(const std::string& path) { return Files().Open(path, {}).Error == FileError::NotFound; }
+
+bool IsCutOff(const std::string& newPath, const std::string& livePath) {
+    return IsMissing(livePath) && Files().Find(newPath);
 }
 
 } // namespace bv

@@ -40,9 +40,7 @@ bool EndCutOffCommit(const WorkingCopy& copy) {
 bool MakeWorkingCopy(const WorkingCopy& copy, const std::string& textOfNone) {
     const std::optional<TextOfFile> live = ReadTextFile(LivePath(copy));
     if (!live) return false;
-    if (WriteWholeFile(NewPath(copy), live->IsThere ? live->Text : textOfNone)) return true;
-    ShowOpenFault(NewPath(copy));
-    return false;
+    return WriteTextFile(NewPath(copy), live->IsThere ? live->Text : textOfNone);
 }
 
 bool BeginFile(DestinationEdit& edit, const WorkingCopy& copy) {
@@ -63,10 +61,7 @@ bool Touch(DestinationEdit& edit, const WorkingCopy& copy) { return IsTouched(ed
 // The working copy is as it was when this fails, whatever has been deleted.
 bool ReplaceWorkingCopy(const WorkingCopy& copy, const std::string& oldText, const std::string& newText) {
     const std::string rewritePath = DestinationPath(copy.File, copy.DiallingCode, "ne2");
-    if (!WriteWholeFile(rewritePath, newText)) {
-        ShowOpenFault(rewritePath);
-        return false;
-    }
+    if (!WriteTextFile(rewritePath, newText)) return false;
     if (PutInPlace(rewritePath, NewPath(copy))) return true;
     ShowError(5004, NewPath(copy));
     if (!Files().Find(NewPath(copy))) WriteWholeFile(NewPath(copy), oldText);

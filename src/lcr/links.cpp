@@ -281,10 +281,7 @@ bool ReadLinks(LinkTable& links) {
 bool LoadLinks(LinkTable& links) {
     const std::optional<TextOfFile> file = ReadLive();
     if (!file) return false;
-    if (!file->IsThere && !WriteWholeFile(LivePath(), kHeader)) {
-        ShowOpenFault(LivePath());
-        return false;
-    }
+    if (!file->IsThere && !WriteTextFile(LivePath(), kHeader)) return false;
     if (file->IsThere && IsMissing(LivePath()) && !PutNewInPlace()) return false;
     AddLinks(file->Text, links);
     return true;
@@ -316,10 +313,7 @@ bool SaveLinks(const LinkTable& links, Pending pending) {
     OldFile old(file->Text);
     std::string text(kHeader);
     for (const LinkRecord& link : links) text += LinkParagraph(link, link.IsNew ? std::string_view() : old.Take(link));
-    if (!WriteWholeFile(NewPath(), text + old.Others)) {
-        ShowOpenFault(NewPath());
-        return false;
-    }
+    if (!WriteTextFile(NewPath(), text + old.Others)) return false;
     return pending == Pending::Yes || PutNewInPlace();
 }
 

@@ -249,10 +249,11 @@ RouterSettings AsRead(const RouterSettings& settings) { return ParseParagraph(Pa
 bool WriteRouterSettings(const RouterSettings& settings) {
     const std::optional<TextOfFile> file = ReadTextFile(LivePath());
     if (!file) return false;
-    if (!file->IsThere || !WriteWholeFile(NewPath(), Rewritten(file->Text, settings))) {
-        ShowOpenFault(file->IsThere ? NewPath() : LivePath());
+    if (!file->IsThere) {
+        ShowOpenFault(LivePath());
         return false;
     }
+    if (!WriteTextFile(NewPath(), Rewritten(file->Text, settings))) return false;
     if (PutInPlace(NewPath(), LivePath())) return true;
     ShowError(5004, LivePath());
     return false;

@@ -18,6 +18,7 @@ namespace bv {
 namespace {
 
 constexpr std::string_view kFileHeader = "[BRIVANE]\r\nType: LCRRules\r\nRevision: A\r\n\r\n";
+constexpr std::string_view kHeaderParagraph = "[BRIVANE]";
 constexpr std::string_view kRuleHeader = "[RULE]";
 constexpr std::string_view kLocalServer = "*";
 constexpr int kPlainCaption = 5201;
@@ -134,15 +135,29 @@ void AppendRule(std::string& text, const RoutingRule& rule) {
     text += kLineEnd;
 }
 
+// Whether lines stand outside the rules and the file's header.
+bool HasOtherText(ControlStream& file) {
+    file.Rewind();
+    bool isInside = false;
+    for (ControlLine line; ReadControlLine(file, line);) {
+        if (line.IsEmpty()) {
+            isInside = false;
+        } else if (IsParagraphLine(line)) {
+            isInside = BeginsWith(line, kRuleHeader) || BeginsWith(line, kHeaderParagraph);
+        }
+        if (!line.IsEmpty() && !isInside) return true;
+    }
+    return false;
+}
+
+// Without the file there are no rules.
 std::optional<RuleList> LoadRulesFrom(const std::string& path) {
+    if (IsMissing(path)) return RuleList();
     ControlStream file = OpenForReading(path);
     if (!file) return {};
     RuleList rules = LoadRules(file);
     return WasRead(file) ? std::optional(std::move(rules)) : std::nullopt;
 }
-
-// The saved rules; an empty list without their file.
-std::optional<RuleList> LoadSavedRules() { return IsMissing(RulesPath()) ? RuleList() : LoadRulesFrom(RulesPath()); }
 
 } // namespace
 
@@ -181,10 +196,7 @@ bool IsKeptByFile(const RoutingRule& rule) {
 bool SaveRules(const RuleList& rules, bool keepPending) {
     std::string text(kFileHeader);
     for (const RoutingRule& rule : rules) AppendRule(text, rule);
-    if (!WriteWholeFile(PendingRulesPath(), text)) {
-        ShowOpenFault(PendingRulesPath());
-        return false;
-    }
+    if (!WriteTextFile(PendingRulesPath(), text)) return false;
     if (keepPending) return true;
     if (!PutInPlace(PendingRulesPath(), RulesPath())) {
         ShowError(5000, RulesPath());
@@ -194,20 +206,33 @@ bool SaveRules(const RuleList& rules, bool keepPending) {
     return true;
 }
 
-std::optional<OpenedRules> OpenRules() {
-    const bool hasPending = !IsMissing(PendingRulesPath());
-    if (hasPending && !OpenForReading(PendingRulesPath())) return {};
-    const bool recovers = hasPending && AskFilled(kPlainCaption, BoxIcon::Question, FillMessage(5329));
-    if (hasPending && !recovers) platform::Files().Delete(PendingRulesPath());
-    std::optional<RuleList> rules = recovers ? LoadRulesFrom(PendingRulesPath()) : LoadSavedRules();
-    return rules ? std::optional(OpenedRules{std::move(*rules), recovers}) : std::nullopt;
+PendingRules LookForPendingRules() {
+    if (IsMissing(PendingRulesPath())) return PendingRules::None;
+    ControlStream file = OpenShared(PendingRulesPath(), "rb");
+    const bool isWhole = file.Rest().ends_with('\n');
+    if (file.Failed()) return PendingRules::Unreadable;
+    return isWhole ? PendingRules::Whole : PendingRules::CutOff;
 }
 
-std::optional<RuleList> ReadRules() {
-    if (!IsMissing(RulesPath()) || IsMissing(PendingRulesPath())) return LoadSavedRules();
-    ShowWarning(9160, RulesPath(), PendingRulesPath());
-    return LoadRulesFrom(PendingRulesPath());
+std::optional<OpenedRules> OpenRules() {
+    bool recovers = false;
+    switch (LookForPendingRules()) {
+    case PendingRules::None: break;
+    case PendingRules::CutOff: ShowWarning(9167, PendingRulesPath()); break;
+    case PendingRules::Unreadable: ShowError(413, PendingRulesPath()); return {};
+    case PendingRules::Whole:
+        recovers = AskFilled(kPlainCaption, BoxIcon::Question, FillMessage(5329));
+        if (!recovers) platform::Files().Delete(PendingRulesPath());
+        break;
+    }
+    const std::string path = recovers ? PendingRulesPath() : RulesPath();
+    std::optional<RuleList> rules = LoadRulesFrom(path);
+    if (!rules) return {};
+    if (ControlStream file = OpenShared(path, "rb"); HasOtherText(file)) ShowWarning(9168, path);
+    return OpenedRules{std::move(*rules), recovers};
 }
+
+std::optional<RuleList> ReadRules() { return LoadRulesFrom(PathToRead(RulesPath(), PendingRulesPath())); }
 
 bool AbandonRules(bool isChanged) {
     if (isChanged && !AskFilled(kWarningCaption, BoxIcon::Warning, FillMessage(5331))) return false;

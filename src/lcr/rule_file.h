@@ -26,16 +26,24 @@ std::string RuleText(const RoutingRule& rule);
 bool IsKeptByFile(const RoutingRule& rule);
 
 // Writes the list to LCRRULES.NEW and, unless it is to stay pending, puts that in the place of LCRRULES.INI, which sets
-// SettingsChanged. False after "File error: couldn't open" and the path, or after 5000.
+// SettingsChanged. False after "File error: couldn't open" and the path, or after 5000, which names the file.
 bool SaveRules(const RuleList& rules, bool keepPending);
+
+// What an earlier run has left of its changes. One that ended while it wrote them has not ended the last line.
+enum class PendingRules { None, Whole, CutOff, Unreadable };
+
+// Shows nothing.
+PendingRules LookForPendingRules();
 
 struct OpenedRules {
     RuleList Rules;
     bool IsRecovered = false; // they are the pending changes and not saved yet
 };
 
-// Loads the rules to be edited. Pending changes of an earlier run are asked about: Yes loads them, No deletes them.
-// Without any file there are no rules. None after 413 or 9011: there are rules, but they could not be read.
+// Loads the rules to be edited. Pending changes of an earlier run are asked about: Yes loads them, No deletes them;
+// those that were cut off are passed over after warning 9167. Warning 9168 says that text outside the rules will go
+// with the next save. Without any file there are no rules. None after 413 or
+// 9011: there are rules, but they could not be read.
 std::optional<OpenedRules> OpenRules();
 
 // Loads the saved rules to be looked at, or the pending ones, after a warning, when a saving was interrupted and they

@@ -8,6 +8,7 @@
 #include "ctlfile/reader.h"
 #include "ctlfile/reading.h"
 #include "ctlfile/records.h"
+#include "lcr/text_file.h"
 #include "platform/ascii.h"
 #include "shell/server_paths.h"
 #include "users/user_file.h"
@@ -50,7 +51,7 @@ bool RemoveUndefined(std::vector<std::string>& used, const NameSet& defined) {
 std::string NameSet::Folded(std::string_view name) { return UpperText(name); }
 
 bool LoadRuleNames(RuleNames& names) {
-    const std::string links = DatabaseFile("LINK.INI");
+    const std::string links = PathToRead(DatabaseFile("LINK.INI"), DatabaseFile("Link.new"));
     return LoadNames({UserListPath(), "[USER]", kNameKey, false, false}, names.Users) &&
            (!FileExists(links) || LoadNames({links, "[LINK]", "RemoteServerID:", true, false}, names.Servers)) &&
            LoadNames({DatabaseFile("SETUP.INI"), "[ROUTER]", "LocalServerID:", true, true}, names.Servers) &&

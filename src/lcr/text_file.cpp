@@ -2,15 +2,19 @@
 
 #include "ctlfile/control_stream.h"
 #include "ctlfile/reading.h"
-#include "platform/files.h"
 #include "shell/messages.h"
 
 namespace bv {
 
 void ShowOpenFault(std::string_view path) { ShowError("File error: couldn't open %s", path); }
 
-bool IsMissing(const std::string& path) {
-    return platform::Files().Open(path, {}).Error == platform::FileError::NotFound;
+bool WriteTextFile(const std::string& path, std::string_view text) {
+    switch (TryWriteWholeFile(path, text)) {
+    case WriteFault::None: return true;
+    case WriteFault::NotOpened: ShowOpenFault(path); break;
+    case WriteFault::NotWritten: ShowError(5000, path); break;
+    }
+    return false;
 }
 
 std::optional<TextOfFile> ReadTextFile(const std::string& path) {
@@ -25,6 +29,12 @@ std::optional<TextOfFile> ReadTextFile(const std::string& path) {
     return file;
 }
 
+std::string PathToRead(const std::string& path, const std::string& newPath) {
+    if (!IsCutOff(newPath, path)) return path;
+    ShowWarning(9160, path, newPath);
+    return newPath;
+}
+
 std::optional<TextOfFile> ReadReplacedFile(const std::string& path, const std::string& newPath,
                                            bool (*isWhole)(std::string_view text)) {
     std::optional<TextOfFile> file = ReadTextFile(path);
@@ -32,7 +42,7 @@ std::optional<TextOfFile> ReadReplacedFile(const std::string& path, const std::s
     std::optional<TextOfFile> left = ReadTextFile(newPath);
     if (!left) return {};
     if (!left->IsThere || !isWhole(left->Text)) return file;
-    ShowWarning("File %s is missing: a save was cut off.  Its new text is taken from file %s", path, newPath);
+    ShowWarning(9160, path, newPath);
     return left;
 }
 

@@ -1,17 +1,20 @@
-// Reading a whole file of least-cost routing, and its one message when it cannot be opened.
+// Reading and writing the files of least-cost routing as wholes, and what is said when that cannot be done.
 #pragma once
 
 #include <optional>
 #include <string>
 #include <string_view>
 
+#include "ctlfile/whole_file.h"
+
 namespace bv {
 
 // "File error: couldn't open" and the path.
 void ShowOpenFault(std::string_view path);
 
-// Whether there is certainly no such file: a look that failed says nothing.
-bool IsMissing(const std::string& path);
+// Writes a file as a whole. False after "File error: couldn't open" and the path or, when the file was opened but could
+// not be written to its end, message 5000.
+bool WriteTextFile(const std::string& path, std::string_view text);
 
 struct TextOfFile {
     bool IsThere = false; // false: no file, no text
@@ -20,6 +23,9 @@ struct TextOfFile {
 
 // None, after "File error: couldn't open" or message 9011, for a file that is there and cannot be read to its end.
 std::optional<TextOfFile> ReadTextFile(const std::string& path);
+
+// The path of a file that is replaced as a whole; its new text's, after warning 9160, when a save was cut off.
+std::string PathToRead(const std::string& path, const std::string& newPath);
 
 // The text of a file that is replaced as a whole. When it is not there but its new text is, which must pass the check,
 // that: a save was cut off. Said as a warning, with both paths.

@@ -5,6 +5,7 @@
 
 #include "ctlfile/paths.h"
 #include "ctlfile/reader.h"
+#include "ctlfile/whole_file.h"
 #include "platform/ascii.h"
 #include "platform/environment.h"
 #include "platform/files.h"
@@ -18,6 +19,7 @@ constexpr std::string_view kDatabaseDirectory = "B-DB\\";
 constexpr std::size_t kMaxSearchList = 511;
 constexpr OpenTimeout kIniTimeout{10};
 constexpr OpenTimeout kSetupTimeout{30};
+constexpr int kPlainCaption = 5201;
 
 ServerPaths loadedPaths;
 
@@ -126,6 +128,16 @@ void ReadLogSettings(ControlStream& setupFile, ServerPaths& paths) {
     paths.LogFile = LogPath(paths, name);
 }
 
+// Opens SETUP.INI. A save of it that was cut off left only its new text; then asks 9166 whether to put that in place.
+ControlStream OpenSetupFile(const ServerPaths& paths, const std::string& path) {
+    ControlStream file = OpenShared(path, "rb", kSetupTimeout);
+    const std::string newPath = DatabaseFileOf(paths, "Setup.new");
+    if (file || !IsCutOff(newPath, path)) return file;
+    if (!AskFilled(kPlainCaption, BoxIcon::Question, FillMessage(9166, path, newPath))) return file;
+    if (!PutInPlace(newPath, path)) ShowError(5000, path);
+    return OpenShared(path, "rb", kSetupTimeout);
+}
+
 } // namespace
 
 const ServerPaths& Paths() { return loadedPaths; }
@@ -160,7 +172,7 @@ StatusCode LoadServerPaths(ControlStream* setupFile) {
     if (!complete) return kKeyMissing;
 
     const std::string setupPath = DatabaseFileOf(paths, "SETUP.INI");
-    ControlStream opened = OpenShared(setupPath, "rb", kSetupTimeout);
+    ControlStream opened = OpenSetupFile(paths, setupPath);
     if (!opened) {
         ShowError("ERROR - Unable to open file %s", setupPath);
         return kSetupFileUnreadable;

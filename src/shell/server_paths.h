@@ -35,8 +35,9 @@ const ServerPaths& Paths();
 StatusCode FindIniDirectory(std::string& directory);
 
 // Fills the record. 0, or after its messages -4072 (BRIVANE.INI not found), -4084 (not opened), -4071 (no server
-// paragraph), -4059 (area lines missing) or -4058 (SETUP.INI not opened). Hands over the opened SETUP.INI, rewound,
-// when a place is given. May be called again to refresh the record.
+// paragraph), -4059 (area lines missing) or -4058 (SETUP.INI not opened). When a save of SETUP.INI was cut off, asks
+// 9166 whether to put its new text in place. Hands over the opened SETUP.INI, rewound, when a place is given. May be
+// called again to refresh the record.
 StatusCode LoadServerPaths(ControlStream* setupFile = nullptr);
 
 // The path of a file in the server's database directory: SystemArea, "B-DB\" and the name.

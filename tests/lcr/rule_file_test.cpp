@@ -36,6 +36,7 @@ TEST(RuleFile, IsWrittenInItsOrder) {
         const char* Why;
         std::string Read;
         std::string Written;
+        bool HasOtherText = false; // which a warning names
     } rows[] = {
         {"everything, in any order and case",
          "[rule] 1\nserver: *\nSERVER:LON\nSize=1\nTime:  sat after 18:00\nPRIORITY: background\npriority: Normal\n"
@@ -63,13 +64,14 @@ TEST(RuleFile, IsWrittenInItsOrder) {
         {"texts have a limit", "[RULE]\nDescription: " + std::string(101, 'd') + "\n",
          "[RULE]\r\nDescription: " + std::string(99, 'd') + "\r\n\r\n"},
         {"an empty line ends a rule", "[RULE]\nUser: A\n\t\nUser: B\n[RULE]\nUser: C\n[OTHER]\nUser: D\n",
-         "[RULE]\r\nDescription: \r\nUser: A\r\n\r\n[RULE]\r\nDescription: \r\nUser: C\r\n\r\n"},
-        {"no rule", std::string("\0\xff[RULE]\n\n x\n", 13), ""},
+         "[RULE]\r\nDescription: \r\nUser: A\r\n\r\n[RULE]\r\nDescription: \r\nUser: C\r\n\r\n", true},
+        {"no rule", std::string("\0\xff[RULE]\n\n x\n", 13), "", true},
     };
-    for (const auto& [why, read, written] : rows) {
+    for (const auto& [why, read, written, hasOtherText] : rows) {
         Server server(read);
         const auto rules = OpenRules();
         ASSERT_TRUE(rules) << why;
+        EXPECT_EQ(!server.Front.TakeSaid().empty(), hasOtherText) << why;
         EXPECT_TRUE(SaveRules(rules->Rules, false)) << why;
         EXPECT_EQ(server.Get(kLive), kHead + written) << why;
         EXPECT_EQ(server.Get(kPending), "(none)") << why;
@@ -146,6 +148,18 @@ TEST(RuleFile, OffersPendingChanges) {
     EXPECT_THAT(server.Front.Said, IsEmpty());
 }
 
+TEST(RuleFile, SaysWhetherItCouldNotBeOpenedOrNotBeWritten) {
+    for (const int call : {1, 2}) {
+        Server server;
+        FaultyFiles files(server.Files, {FaultKind::FailFromThenOn, call, CallKind::Changes});
+        const platform::Substitute<platform::FileSystem> substitute(files);
+        EXPECT_FALSE(SaveRules({Named("1")}, true));
+        EXPECT_EQ(server.Front.Said.front(),
+                  "error: " + (call == 1 ? "File error: couldn't open " : std::string("Error updating file ")) +
+                      kPending);
+    }
+}
+
 TEST(RuleFile, ThatIsHeldIsNotTakenForEmpty) {
     Server server(RuleText(Named("R")));
     const auto other = server.Files.Open(kLive, {platform::Access::ReadWrite, platform::Deny::ReadingAndWriting});
@@ -188,6 +202,10 @@ TEST(RuleFile, IsOldOrNewWhateverFails) {
                 EXPECT_TRUE(live == before || live == after || (live == "(none)" && server.Get(kPending) == after));
                 EXPECT_EQ(isDone, live == after);
                 EXPECT_EQ(isDone, server.Front.Said.empty());
+                // Recovered at the next opening, they are not a part of the new ones.
+                server.Front.Answer = true;
+                const RuleList found = OpenRules()->Rules;
+                EXPECT_TRUE(found == RuleList{Named("old")} || found == RuleList{Named("new")});
             });
     }
 }
@@ -257,7 +275,17 @@ TEST(RuleReferences, AreRemovedWhenTheyAreNotDefined) {
 
     server.Files.Delete(kArea + "USERLIST.INI");
     EXPECT_FALSE(LoadRuleNames(names));
-    EXPECT_THAT(server.Front.Said, ElementsAre("error: Unable to open file " + kArea + "USERLIST.INI"));
+    EXPECT_THAT(server.Front.TakeSaid(), ElementsAre("error: Unable to open file " + kArea + "USERLIST.INI"));
+
+    // A save of the links that was cut off takes no server from the rules.
+    server.Put(kArea + "USERLIST.INI", "[USER]\nName: ANN\n[USER]\nName: A B\n");
+    server.Files.Rename(kArea + "Link.ini", kArea + "Link.new");
+    RuleNames again;
+    EXPECT_TRUE(LoadRuleNames(again));
+    EXPECT_FALSE(CheckReferences(rules, again));
+    EXPECT_THAT(server.Front.TakeSaid(),
+                ElementsAre("warning: There is no file " + kArea +
+                            "LINK.INI.  A saving was interrupted: its contents lie in " + kArea + "Link.new"));
 }
 
 } // namespace

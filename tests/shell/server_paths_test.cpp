@@ -118,6 +118,32 @@ TEST(LoadServerPaths, WaitsForALockedFileAndThenNamesIt) {
     }
 }
 
+// A save of SETUP.INI deletes it and gives Setup.new its name; this is what a kill in between leaves.
+TEST(LoadServerPaths, OffersTheNewTextOfASaveThatWasCutOff) {
+    const std::string newSetup = "F:\\BRIVANE\\B-DB\\Setup.new";
+    const std::string question = "ask question: File " + kSetup +
+                                 " is not there: a save of it was cut off.  Its new "
+                                 "text is complete in file " +
+                                 newSetup + ".\n\nPut it in place now?";
+    for (const bool answer : {true, false}) {
+        MemoryServer server;
+        server.Put(kIni, kServer + kAreas);
+        server.Put(newSetup, "[OPTIONS]\r\nLogKeepDays: 7\r\n");
+        server.Front.Answer = answer;
+        EXPECT_EQ(LoadServerPaths(), answer ? 0 : -4058);
+        EXPECT_EQ(server.Get(answer ? kSetup : newSetup), "[OPTIONS]\r\nLogKeepDays: 7\r\n");
+        EXPECT_EQ(server.Get(answer ? newSetup : kSetup), "(none)");
+        EXPECT_EQ(server.Front.TakeSaid().front(), question);
+        EXPECT_TRUE(!answer || Paths().LogKeepDays == 7);
+    }
+    // Beside its live file it means nothing.
+    MemoryServer server;
+    server.Load();
+    server.Put(newSetup, "");
+    EXPECT_EQ(LoadServerPaths(), 0);
+    EXPECT_THAT(server.Front.Said, IsEmpty());
+}
+
 TEST(LoadServerPaths, APathHasAtMost268Characters) {
     for (const std::size_t length : {268U, 269U}) {
         MemoryServer server;
