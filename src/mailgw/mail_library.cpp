@@ -68,7 +68,7 @@ constexpr EntryRow<MapiTable> kMapiRows[] = {
 
 constexpr EntryRow<NotesTable> kNotesRows[] = {
     Notes<&NotesTable::Init>("MailInitLNotesDLL"),
-    Notes<&NotesTable::Term>("MailTermLNotesDLL"),
+    Notes<&NotesTable::Term>("MailTerminateLNotesDLL"),
     Notes<&NotesTable::ReadMessage>("MailReadMessageLNotesDLL"),
     Notes<&NotesTable::SendMessage>("MailSendMessageLNotesDLL"),
     Notes<&NotesTable::DeleteMessage>("MailDeleteMessageLNotesDLL"),

@@ -135,7 +135,7 @@ std::int32_t ScMAPIXFromSMAPI(Handle session, Flags, const void*, ExtendedSessio
 int MailInitLNotesDLL(const char* profile, const char* password) {
     return TellNotes("Init", Details(profile, password));
 }
-int MailTermLNotesDLL() { return TellNotes("Term"); }
+int MailTerminateLNotesDLL() { return TellNotes("Term"); }
 int MailReadMessageLNotesDLL(char* id, Message** message) {
     const std::string after = id;
     const bool isLast = after == "m2";
@@ -173,7 +173,7 @@ std::vector<MailEntry> MapiEntries() {
 std::vector<MailEntry> NotesEntries() {
     return {
         Row("MailInitLNotesDLL", MailInitLNotesDLL),
-        Row("MailTermLNotesDLL", MailTermLNotesDLL),
+        Row("MailTerminateLNotesDLL", MailTerminateLNotesDLL),
         Row("MailReadMessageLNotesDLL", MailReadMessageLNotesDLL),
         Row("MailSendMessageLNotesDLL", MailSendMessageLNotesDLL),
         Row("MailDeleteMessageLNotesDLL", MailDeleteMessageLNotesDLL),
