@@ -29,7 +29,7 @@ void ConsoleFront::SetStatusLine(int line, const std::string& text) {
 
 void ConsoleFront::ShowBox(const Box& box) { console_.PrintNotice(box.Text + '\n'); }
 
-bool ConsoleFront::AskYesNo(const Box& box) {
+bool ConsoleFront::Ask(const Box& box) {
     if (answering_ == Answering::Yes) return true;
     console_.PrintNotice(box.Text + " [y/N] ");
     if (answering_ == Answering::No) {

@@ -34,7 +34,7 @@ class ConsoleFront : public Front {
 
     void SetStatusLine(int line, const std::string& text) override;
     void ShowBox(const Box& box) override;
-    bool AskYesNo(const Box& box) override;
+    bool Ask(const Box& box) override;
     void EnableInput(bool) override {}
     void ShowWaitCursor(bool) override {}
     bool WaitForEnd(platform::Process& program) override;

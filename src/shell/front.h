@@ -29,7 +29,7 @@ class Front {
     virtual void ShowBox(const Box& box) = 0;
 
     // Shows the box with its two buttons, No or Cancel the default; true for Yes or OK.
-    virtual bool AskYesNo(const Box& box) = 0;
+    virtual bool Ask(const Box& box) = 0;
 
     // While a program is started or awaited, the window in front takes no input.
     virtual void EnableInput(bool enabled) = 0;

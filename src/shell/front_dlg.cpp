@@ -38,7 +38,7 @@ int WindowsFront::OpenBox(const Box& box, UINT buttons) const {
 
 void WindowsFront::ShowBox(const Box& box) { OpenBox(box, MB_OK); }
 
-bool WindowsFront::AskYesNo(const Box& box) {
+bool WindowsFront::Ask(const Box& box) {
     if (box.Buttons == BoxButtons::OkCancel) return OpenBox(box, MB_OKCANCEL | MB_DEFBUTTON2) == IDOK;
     return OpenBox(box, MB_YESNO | MB_DEFBUTTON2) == IDYES;
 }

@@ -18,7 +18,7 @@ class SilentFront : public Front {
   public:
     void SetStatusLine(int, const std::string&) override {}
     void ShowBox(const Box&) override {}
-    bool AskYesNo(const Box&) override { return false; }
+    bool Ask(const Box&) override { return false; }
     void EnableInput(bool) override {}
     void ShowWaitCursor(bool) override {}
     bool WaitForEnd(platform::Process&) override { return false; }
@@ -59,7 +59,7 @@ void ReportFilled(int style, const std::string& text) {
 }
 
 bool AskFilled(int captionId, BoxIcon icon, const std::string& text, BoxButtons buttons) {
-    return CurrentFront().AskYesNo({FillMessage(captionId), text, icon, buttons});
+    return CurrentFront().Ask({FillMessage(captionId), text, icon, buttons});
 }
 
 void SetStatusLine(std::string_view text, int line) {

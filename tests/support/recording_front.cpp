@@ -32,7 +32,7 @@ void RecordingFront::SetStatusLine(int line, const std::string& text) {
 
 void RecordingFront::ShowBox(const Box& box) { WriteDown("", box); }
 
-bool RecordingFront::AskYesNo(const Box& box) {
+bool RecordingFront::Ask(const Box& box) {
     WriteDown(box.Buttons == BoxButtons::OkCancel ? "confirm " : "ask ", box);
     return Answer;
 }

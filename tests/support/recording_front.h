@@ -27,7 +27,7 @@ class RecordingFront final : public Front {
 
     void SetStatusLine(int line, const std::string& text) override;
     void ShowBox(const Box& box) override;
-    bool AskYesNo(const Box& box) override;
+    bool Ask(const Box& box) override;
     void EnableInput(bool enabled) override;
     void ShowWaitCursor(bool wait) override;
     bool WaitForEnd(platform::Process& program) override;
