@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <deque>
 #include <unordered_map>
 #include <unordered_set>
 #include <vector>
@@ -143,22 +142,20 @@ struct LeavingRecords {
 };
 
 LeavingRecords FindLeaving(HeldMailList& list, std::span<const MailUserChange> changes) {
-    // By name in upper case. Each takes a record of its own, the first change the first record.
-    std::unordered_map<std::string, std::deque<std::size_t>> wanted;
+    std::unordered_map<std::string, std::size_t> wanted; // the first change of each name, by the name in upper case
     for (std::size_t i = 0; i < changes.size(); ++i) {
-        if (changes[i].Leaves) wanted[UpperText(*changes[i].Leaves)].push_back(i);
+        if (changes[i].Leaves) wanted.try_emplace(UpperText(*changes[i].Leaves), i);
     }
     LeavingRecords leaving;
     RecordWalker records = list.Records();
     WholeValue name;
     while (!wanted.empty() && records.Next()) {
-        const bool hasName = records.Get(kEmailname, name);
+        if (!records.Get(kEmailname, name)) continue;
         const auto found = wanted.find(UpperText(name));
-        if (!hasName || found == wanted.end()) continue;
+        if (found == wanted.end()) continue;
         leaving.Places[records.Start()] = records.End();
-        ReadMailUser(records, leaving.ByChange[found->second.front()]);
-        found->second.pop_front();
-        if (found->second.empty()) wanted.erase(found);
+        ReadMailUser(records, leaving.ByChange[found->second]);
+        wanted.erase(found);
     }
     return leaving;
 }
@@ -195,12 +192,14 @@ std::string ChangedText(HeldMailList& list, const LeavingRecords& leaving, const
         copied = end;
     };
     auto next = coming.begin();
+    std::size_t left = 0;
     RecordWalker records = list.Records();
     WholeValue name;
-    while (records.Next()) {
+    while ((next != coming.end() || left < leaving.Places.size()) && records.Next()) {
         if (leaving.Places.contains(records.Start())) {
             copyTo(records.Start());
             copied = records.End();
+            ++left;
             continue;
         }
         records.Get(kEmailname, name);

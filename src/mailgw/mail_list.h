@@ -61,9 +61,9 @@ struct MailUserChange {
 // a record of a default user that would leave, or a message above; then nothing is done.
 enum class MailListOutcome { Done, NotListed, NoList, Failed };
 
-// All changes in one rewrite, each as the list was before. A record that comes goes behind all that do not sort after
-// it; the list is made when there is none. Profile is set when the server user's "MailName:" begins with "*". Status
-// 474 for each record that has left.
+// All changes in one rewrite, each of the list as it was before; a record leaves but once. A record that comes goes
+// behind all that do not sort after it; the list is made when there is none. Profile is set when the server user's
+// "MailName:" begins with "*". Status 474 for each record that has left.
 MailListOutcome ChangeMailUsers(std::span<const MailUserChange> changes);
 
 // Adds a record, or replaces that of the previous e-mail name. False after a message; for an empty name without one.
