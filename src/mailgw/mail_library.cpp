@@ -1,6 +1,7 @@
 #include "mailgw/mail_library.h"
 
 #include <algorithm>
+#include <optional>
 #include <string_view>
 #include <type_traits>
 
@@ -89,8 +90,11 @@ StatusCode Resolve(platform::Library& library, Table& table, const EntryRow<Tabl
     return kDone;
 }
 
-std::string MailText(std::string_view key, std::string_view usual) {
-    std::string name = ReadProfileText("WIN.INI", "Mail", key);
+// A value of section [Mail] of the user's WIN.INI: the system's answer or, where it has none, the file's.
+std::string MailText(const std::string& key, std::string_view usual) {
+    const std::string section = "Mail";
+    const std::optional<std::string> known = platform::TheEnvironment().ProfileText(section, key);
+    const std::string name = known ? *known : ReadProfileText("WIN.INI", section, key);
     return name.empty() ? std::string(usual) : name;
 }
 

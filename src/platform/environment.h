@@ -22,6 +22,10 @@ class Environment {
     virtual std::string WindowsDirectory() = 0;
     virtual std::string CurrentDirectory() = 0;
     virtual std::string ProgramDirectory() = 0; // where this program's own file lies
+
+    // A value of the user's own WIN.INI profile, of at most 268 characters, empty when there is none: the system may
+    // keep parts of it in the registry. None where the system has no such profile.
+    virtual std::optional<std::string> ProfileText(const std::string& section, const std::string& key) = 0;
 };
 
 template <>

@@ -1,6 +1,7 @@
 // The smaller services: environment, clock, locale, libraries and processes.
 #include <cstdlib>
 #include <fstream>
+#include <optional>
 
 #include <gtest/gtest.h>
 
@@ -39,6 +40,13 @@ TEST(Environment, DirectoriesHaveNoTrailingBackslash) {
         EXPECT_TRUE(Files().Find(directory)->IsDirectory);
     }
     EXPECT_FALSE(Files().List(TheEnvironment().ProgramDirectory(), "lock_holder*").empty());
+}
+
+TEST(Environment, TheProfileIsTheSystemsOwn) {
+    const std::optional<std::string> value = TheEnvironment().ProfileText("mail", "mapi");
+    if (!value) GTEST_SKIP() << "no profile here";
+    EXPECT_EQ(*value, "1"); // a mail library is there
+    EXPECT_EQ(TheEnvironment().ProfileText("Mail", "NoSuchKey"), "");
 }
 
 TEST(Clock, RunsWhileAsleep) {

@@ -38,6 +38,7 @@ class FakeEnvironment final : public platform::Environment {
     std::string WindowsDirectory() override { return Windows; }
     std::string CurrentDirectory() override { return Current; }
     std::string ProgramDirectory() override { return Program; }
+    std::optional<std::string> ProfileText(const std::string&, const std::string&) override { return {}; }
 };
 
 // Starts nothing, but writes the command lines down, those to be shown restored with "restored: " before them. A

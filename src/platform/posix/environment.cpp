@@ -43,6 +43,8 @@ class PosixEnvironment final : public Environment {
         const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error);
         return error ? std::string() : DirectoryText(program.parent_path());
     }
+
+    std::optional<std::string> ProfileText(const std::string&, const std::string&) override { return {}; }
 };
 
 } // namespace

@@ -57,6 +57,13 @@ class WindowsEnvironment final : public Environment {
         const std::size_t name = program.rfind('\\');
         return name == std::string::npos ? std::string() : program.substr(0, name);
     }
+
+    std::optional<std::string> ProfileText(const std::string& section, const std::string& key) override {
+        std::array<char, 269> value{};
+        const DWORD size = static_cast<DWORD>(value.size());
+        const DWORD length = GetProfileStringA(section.c_str(), key.c_str(), "", value.data(), size);
+        return std::string(value.data(), length);
+    }
 };
 
 } // namespace
