@@ -223,6 +223,13 @@ TEST(DestinationCommands, HideWhatIsSecretAndTakeTheLock) {
     for (const auto& [name, text] : kBefore) EXPECT_EQ(scene.GetFile(name), text);
 }
 
+TEST(DestinationCommands, TakeTheAreasOfACodeThatIsAlsoAName) {
+    Scene scene;
+    scene.PutFile("Country.ini", "[COUNTRIES]\n7: 44, \"\", 0\n44: UK, \"\", 0\n");
+    EXPECT_EQ(scene.Console.Run({"destination", "area", "list", "UK"}), 0);
+    EXPECT_EQ(scene.Console.Results, "LON\tLondon\t171*\n");
+}
+
 TEST(DestinationCommands, EditNoLinksBeforeTheGeneralSettings) {
     Scene scene;
     scene.PutFile("Setup.ini", "[OPTIONS]\n");

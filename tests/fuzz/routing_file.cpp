@@ -59,7 +59,7 @@ std::optional<Rules> LinesOf(std::string_view text, const std::string& header) {
 std::string SubAddressOn(const std::string& line) {
     const Rules tokens = Tokens(line);
     const std::string key = KeyIn(tokens[0]);
-    return key.empty() ? "" : key + "|" + Upper(tokens[1]);
+    return key.empty() ? "" : key + "\n" + Upper(tokens[1]);
 }
 
 std::string ForwardOn(const std::string& line) {
@@ -67,7 +67,7 @@ std::string ForwardOn(const std::string& line) {
     const std::string key = KeyIn(tokens[0]);
     if (tokens[1].starts_with('"')) tokens.erase(tokens.begin() + 1);
     if (key.empty() || Upper(tokens[1]) != "LAN-ANY" || !tokens[2].starts_with('"')) return "";
-    return key + "|" + Upper(Unquoted(tokens[2])) + "|" + (Upper(tokens[3]) == "DELETE" ? "moves" : "copies");
+    return key + "\n" + Upper(Unquoted(tokens[2])) + "\n" + (Upper(tokens[3]) == "DELETE" ? "moves" : "copies");
 }
 
 Rules Expected(std::string_view text, const std::string& header, std::string (*on)(const std::string&)) {
@@ -83,7 +83,7 @@ Rules ListedSubAddresses() {
     ControlStream file = OpenRoutingFile();
     Rules rules;
     const bool read =
-        ReadSubAddressRules(file, [&](const auto& rule) { rules.push_back(rule.SubAddress + "|" + rule.User); });
+        ReadSubAddressRules(file, [&](const auto& rule) { rules.push_back(rule.SubAddress + "\n" + rule.User); });
     return read ? rules : Rules{"failed"};
 }
 
@@ -91,7 +91,7 @@ Rules ListedForwards() {
     ControlStream file = OpenRoutingFile();
     Rules rules;
     const bool read = ReadForwardRules(file, [&](const auto& rule) {
-        rules.push_back(rule.User + "|" + rule.Target + "|" + (rule.Deletes ? "moves" : "copies"));
+        rules.push_back(rule.User + "\n" + rule.Target + "\n" + (rule.Deletes ? "moves" : "copies"));
     });
     return read ? rules : Rules{"failed"};
 }
@@ -116,11 +116,11 @@ std::size_t RecordsLike(const SenderIdRule& wanted) {
 void TrySubAddress(const SubAddressRule& rule) {
     const auto ofKey = [&] {
         Rules rules = ListedSubAddresses();
-        std::erase_if(rules, [&](const std::string& line) { return !model::Begins(line, rule.SubAddress + "|"); });
+        std::erase_if(rules, [&](const std::string& line) { return !model::Begins(line, rule.SubAddress + "\n"); });
         return rules;
     };
     Require(WriteSubAddressRule(rule), "WriteSubAddressRule");
-    Require(ofKey() == Rules{rule.SubAddress + "|" + rule.User}, "the written rule alone has its key");
+    Require(ofKey() == Rules{rule.SubAddress + "\n" + rule.User}, "the written rule alone has its key");
     Require(DeleteSubAddressRule(rule.SubAddress), "DeleteSubAddressRule");
     Require(ofKey().empty(), "no rule is left");
 }
