@@ -22,11 +22,7 @@ std::string NewPath(const WorkingCopy& copy) { return DestinationPath(copy.File,
 // What a change makes of a text; none, after a message, when it cannot be made.
 using TextChange = std::function<std::optional<std::string>(std::string_view text)>;
 
-bool PutWorkingCopyInPlace(const WorkingCopy& copy) {
-    if (PutInPlace(NewPath(copy), LivePath(copy))) return true;
-    ShowError(5004, LivePath(copy));
-    return false;
-}
+bool PutWorkingCopyInPlace(const WorkingCopy& copy) { return PutTextInPlace(NewPath(copy), LivePath(copy)); }
 
 // A working copy without its live file gets its place.
 bool EndCutOffCommit(const WorkingCopy& copy) {

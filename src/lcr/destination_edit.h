@@ -42,8 +42,8 @@ bool DeleteRegion(DestinationEdit& edit, std::string_view identifier);
 bool DeleteCountry(DestinationEdit& edit, std::string_view identifier);
 bool DeleteArea(DestinationEdit& edit, std::string_view diallingCode, std::string_view identifier);
 
-// Puts the working copies in the place of the live files. False after message 5004: then it may be called again for
-// those that are left.
+// Puts the working copies in the place of the live files; sets SettingsChanged. False after message 5004: then it may
+// be called again for those that are left.
 bool CommitDestinationEdit(DestinationEdit& edit);
 
 // Throws the working copies away; changes only when the person says so. False when not.

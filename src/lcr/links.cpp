@@ -185,12 +185,6 @@ struct OldFile {
     }
 };
 
-bool PutNewInPlace() {
-    if (PutInPlace(NewPath(), LivePath())) return true;
-    ShowError(5004, LivePath());
-    return false;
-}
-
 bool IsLinkDatabase(std::string_view text) { return BeginsWith(text, "[BRIVANE]"); }
 
 std::optional<TextOfFile> ReadLive() { return ReadReplacedFile(LivePath(), NewPath(), IsLinkDatabase); }
@@ -282,7 +276,7 @@ bool LoadLinks(LinkTable& links) {
     const std::optional<TextOfFile> file = ReadLive();
     if (!file) return false;
     if (!file->IsThere && !WriteTextFile(LivePath(), kHeader)) return false;
-    if (file->IsThere && IsMissing(LivePath()) && !PutNewInPlace()) return false;
+    if (file->IsThere && IsMissing(LivePath()) && !PutTextInPlace(NewPath(), LivePath())) return false;
     AddLinks(file->Text, links);
     return true;
 }
@@ -314,7 +308,7 @@ bool SaveLinks(const LinkTable& links, Pending pending) {
     std::string text(kHeader);
     for (const LinkRecord& link : links) text += LinkParagraph(link, link.IsNew ? std::string_view() : old.Take(link));
     if (!WriteTextFile(NewPath(), text + old.Others)) return false;
-    return pending == Pending::Yes || PutNewInPlace();
+    return pending == Pending::Yes || PutTextInPlace(NewPath(), LivePath());
 }
 
 std::optional<SettingFault> FaultOfLink(const LinkRecord& link, const LinkTable& others, const RouterSettings& router) {

@@ -84,8 +84,8 @@ bool LoadLinks(LinkTable& links);
 std::string LinkParagraph(const LinkRecord& link, std::string_view oldParagraph);
 
 // Writes all links to Link.new and, unless that is to stay pending, puts it in the place of Link.ini. Paragraphs of
-// Link.ini that are no link that can be read are kept at the end. False after "File error: couldn't open" or message
-// 5004.
+// Link.ini that are no link that can be read are kept at the end. Sets SettingsChanged once that is in place. False
+// after "File error: couldn't open" or message 5004.
 enum class Pending { No, Yes };
 bool SaveLinks(const LinkTable& links, Pending pending = Pending::No);
 

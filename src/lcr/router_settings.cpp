@@ -253,10 +253,7 @@ bool WriteRouterSettings(const RouterSettings& settings) {
         ShowOpenFault(LivePath());
         return false;
     }
-    if (!WriteTextFile(NewPath(), Rewritten(file->Text, settings))) return false;
-    if (PutInPlace(NewPath(), LivePath())) return true;
-    ShowError(5004, LivePath());
-    return false;
+    return WriteTextFile(NewPath(), Rewritten(file->Text, settings)) && PutTextInPlace(NewPath(), LivePath());
 }
 
 std::optional<SettingFault> FaultOfRouter(const RouterSettings& settings) {

@@ -84,8 +84,8 @@ enum class RouterReading {
 };
 RouterReading ReadRouterSettings(RouterSettings& settings);
 
-// Rewrites the paragraph, or adds it at the end of the file, through Setup.new; all other lines stay as they are. False
-// after "File error: couldn't open", message 9011 or 5004.
+// Rewrites the paragraph, or adds it at the end of the file, through Setup.new; all other lines stay as they are. Sets
+// SettingsChanged. False after "File error: couldn't open", message 9011 or 5004.
 bool WriteRouterSettings(const RouterSettings& settings);
 
 // The settings as they are read again after they were written.

@@ -3,6 +3,7 @@
 #include "ctlfile/control_stream.h"
 #include "ctlfile/reading.h"
 #include "shell/messages.h"
+#include "shell/startup.h"
 
 namespace bv {
 
@@ -44,6 +45,15 @@ std::optional<TextOfFile> ReadReplacedFile(const std::string& path, const std::s
     if (!left->IsThere || !isWhole(left->Text)) return file;
     ShowWarning(9160, path, newPath);
     return left;
+}
+
+bool PutTextInPlace(const std::string& newPath, const std::string& path) {
+    if (!PutInPlace(newPath, path)) {
+        ShowError(5004, path);
+        return false;
+    }
+    Startup().SettingsChanged = true;
+    return true;
 }
 
 } // namespace bv

@@ -32,4 +32,8 @@ std::string PathToRead(const std::string& path, const std::string& newPath);
 std::optional<TextOfFile> ReadReplacedFile(const std::string& path, const std::string& newPath,
                                            bool (*isWhole)(std::string_view text));
 
+// Puts the new text of a file in its place, and sets SettingsChanged. False after message 5004: then the live file is
+// as it was, or gone with the new one beside.
+bool PutTextInPlace(const std::string& newPath, const std::string& path);
+
 } // namespace bv

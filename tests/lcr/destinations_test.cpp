@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 
 #include "lcr/destination_edit.h"
+#include "shell/startup.h"
 #include "support/faulty_files.h"
 #include "support/memory_server.h"
 #include "support/texts.h"
@@ -212,7 +213,9 @@ TEST(DestinationEditing, ReplacesTheLiveFilesTogetherOrNotAtAll) {
     EXPECT_EQ(server.GetFile("Area44.ini"), kAreas);
 
     EXPECT_FALSE(AbandonDestinationEdit(edit)) << "the answer was No";
+    Startup().SettingsChanged = false;
     ASSERT_TRUE(CommitDestinationEdit(edit));
+    EXPECT_TRUE(Startup().SettingsChanged);
     EXPECT_EQ(server.GetFile("Area44.ini"), kAreas + "Area: YORK, \"\"\nMatch: 1904*\n");
     EXPECT_EQ(server.GetFile("Area49.ini"),
               "[BRIVANE]\nType: Area\nRevision: A\n\n[AREAS]\nArea: B, \"Berlin\"\nMatch: 30*\n");

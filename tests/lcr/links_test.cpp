@@ -7,6 +7,7 @@
 
 #include "devices/setup_text.h"
 #include "lcr/router_settings.h"
+#include "shell/startup.h"
 #include "support/faulty_files.h"
 #include "support/memory_server.h"
 #include "support/texts.h"
@@ -69,9 +70,12 @@ TEST(Links, AreReadAndWrittenWithWhatTheServerKeepsInThem) {
     EXPECT_EQ(links[1].RejectsHigherPriority, false);
 
     links.push_back(NewLink("PARIS"));
+    Startup().SettingsChanged = false;
     EXPECT_TRUE(SaveLinks(links, Pending::Yes));
     EXPECT_EQ(server.GetFile("Link.ini"), kFile);
+    EXPECT_FALSE(Startup().SettingsChanged);
     EXPECT_TRUE(SaveLinks(links));
+    EXPECT_TRUE(Startup().SettingsChanged);
     EXPECT_EQ(server.GetFile("Link.ini"),
               kHeader + kLondon + kStatus + "\n" +
                   "[LINK]\nRemoteServerID: LON, \"LON\"\nLinkType: EMAIL\nRemoteServerAddress: a@b\nLinkPassword: \n"
@@ -221,7 +225,9 @@ TEST(RouterSettings, ComeAtTheEndWhenTheyAreNew) {
     RouterSettings settings;
     EXPECT_EQ(ReadRouterSettings(settings), RouterReading::NotConfigured);
     settings.LocalServerId = "X";
+    Startup().SettingsChanged = false;
     EXPECT_TRUE(WriteRouterSettings(settings));
+    EXPECT_TRUE(Startup().SettingsChanged);
     EXPECT_EQ(server.GetSetup(), "[OPTIONS]\nLCR: YES\n\n[ROUTER]\nLocalServerID: X, \"\"\n");
 }
 

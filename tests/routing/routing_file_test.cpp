@@ -206,13 +206,6 @@ TEST(RoutingFile, AChangeTouchesOneRule) {
     }
 }
 
-TEST(RoutingFile, ASendersRecordGoesWithItsEntriesAndNoOthers) {
-    RoutingServer server(kRules);
-    EXPECT_TRUE(DeleteSenderRecord({"", "+44-181", "", "", ""}));
-    EXPECT_EQ(server.Rules(),
-              Replaced(kRules, "@44181: \"+44 181\" \"Smith, \"\nANN: BOB\n\\(unaddressed): CARL\n", ""));
-}
-
 TEST(RoutingFile, AKeyEscapedOtherwiseIsTheSameKey) {
     RoutingServer server(kHead + "[SENDERID]\n@+4: \"\" \"\"\n(u): ANN\n\\BOB: ANN\n[SUBADDR]\n*1: ANN\n\\22: ANN\n"
                                  "\\\\3: ANN\n[FORWARD]\n\\ANN: LAN-ANY \"BOB\"\n");
@@ -225,21 +218,6 @@ TEST(RoutingFile, AKeyEscapedOtherwiseIsTheSameKey) {
     EXPECT_EQ(server.Rules(), kHead +
                                   "[SENDERID]\n@+4: \"+4\" \"\"\nBOB: BOB\n\n[SUBADDR]\n\\\\3: ANN\n22: BOB\n3: BOB\n\n"
                                   "[FORWARD]\nANN: \"\" LAN-ANY \"CARL\" DELETE\n");
-}
-
-TEST(RoutingFile, WhatIsWrittenIsReadBack) {
-    RoutingServer server;
-    EXPECT_TRUE(WriteSenderIdRule({"", "+44 (181), 7", "A, b", "(unaddressed)", "ANN"}));
-    EXPECT_TRUE(WriteSubAddressRule({"*1", "BOB"}));
-    EXPECT_TRUE(WriteSubAddressRule({"\\\"3", "BOB"}));
-    EXPECT_TRUE(WriteForwardRule({"ANN", "BOB", false}));
-    EXPECT_TRUE(WriteForwardRule({"BOB", "CARL", true}));
-    EXPECT_THAT(Listed(), ElementsAre("441817|+44 (181), 7|A, b|(unaddressed)|ANN", "*1|BOB", "\\\"3|BOB",
-                                      "ANN|BOB|copies", "BOB|CARL|moves"));
-    EXPECT_EQ(server.Rules(),
-              kHead + "[SENDERID]\n@441817: \"+44 (181), 7\" \"A, b\"\n\\(unaddressed): ANN\n\n[SUBADDR]\n\\*1: BOB\n"
-                      "\\\\\"3: BOB\n\n[FORWARD]\nANN: \"\" LAN-ANY \"BOB\"\nBOB: \"\" LAN-ANY \"CARL\" DELETE\n")
-        << "the last change has taken the blank from the end of ANN's line";
 }
 
 TEST(RoutingFile, WhatWouldComeBackDifferentlyIsTold) {
