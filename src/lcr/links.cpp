@@ -174,14 +174,16 @@ struct OldFile {
         }
     }
 
-    // The link's paragraph, each once; empty without one.
+    // The link's paragraph, each once; empty without one. Of several with its name, the one at its place.
     std::string_view Take(const LinkRecord& link) {
-        for (OldLink& old : Links) {
-            if (old.IsUsed || !EqualFolded(old.Identifier, link.Identifier)) continue;
-            old.IsUsed = true;
-            return old.Paragraph;
-        }
-        return {};
+        const auto isIts = [&](const OldLink& old) {
+            return !old.IsUsed && EqualFolded(old.Identifier, link.Identifier);
+        };
+        auto old = Links.begin() + std::clamp(link.Place, 0, static_cast<int>(Links.size()));
+        if (old == Links.end() || !isIts(*old)) old = std::ranges::find_if(Links, isIts);
+        if (old == Links.end()) return {};
+        old->IsUsed = true;
+        return old->Paragraph;
     }
 };
 
@@ -193,7 +195,9 @@ void AddLinks(std::string_view text, LinkTable& links) {
     links.clear();
     for (const std::string_view paragraph : ParagraphsOf(text)) {
         LinkRecord link;
-        if (BeginsWith(paragraph, kLinkHeader) && ReadLink(paragraph, link)) links.push_back(std::move(link));
+        if (!BeginsWith(paragraph, kLinkHeader) || !ReadLink(paragraph, link)) continue;
+        link.Place = static_cast<int>(links.size());
+        links.push_back(std::move(link));
     }
 }
 

@@ -32,6 +32,7 @@ using Switch = std::optional<bool>;
 struct LinkRecord {
     std::string Description;     // at most 29 characters; the identifier in place of an empty one
     std::string Identifier;      // at most 33 characters, unique among the links
+    int Place = -1;              // among the links of the file when it was read, from 0
     bool IsNew = false;          // has no paragraph in the file yet
     bool WriteStatus = false;    // a new link: with the first run-time status
     bool ConnectionIsOn = false; // an existing link: with "ConnectionStatus: ON"

@@ -50,6 +50,7 @@ TEST(Links, AreReadAndWrittenWithWhatTheServerKeepsInThem) {
     ASSERT_EQ(links.size(), 2U);
     LinkRecord london = NewLink("LONDON");
     london.IsNew = london.WriteStatus = false;
+    london.Place = 0;
     london.Description = "The City";
     london.Address = "\\\\city\\lcrin";
     london.AccountName = "ROUTER";
@@ -113,6 +114,9 @@ TEST(Links, OfOneNameKeepEachItsOwnLines) {
     LinkTable links;
     EXPECT_TRUE(LoadLinks(links) && SaveLinks(links));
     EXPECT_EQ(server.GetFile("Link.ini"), file);
+    links.erase(links.begin(), links.begin() + 2);
+    EXPECT_TRUE(SaveLinks(links));
+    EXPECT_EQ(server.GetFile("Link.ini"), kHeader + kLondon + "Second: 2\n\n");
 }
 
 TEST(Links, WithoutAFileBeginWithAnEmptyOne) {
