@@ -62,37 +62,35 @@ namespace line = bv::test::line;
 
 extern "C" {
 
-__declspec(dllexport) LONG WINAPI
-    lineInitialize(LPHLINEAPP app, HINSTANCE instance, LINECALLBACK callback, LPCSTR name, LPDWORD devices) {
+LONG WINAPI lineInitialize(LPHLINEAPP app, HINSTANCE instance, LINECALLBACK callback, LPCSTR name, LPDWORD devices) {
     return line::Initialize(Words(app), instance, reinterpret_cast<line::Callback>(callback), name, Words(devices));
 }
 
-__declspec(dllexport) LONG WINAPI lineShutdown(HLINEAPP app) { return line::Shutdown(app); }
+LONG WINAPI lineShutdown(HLINEAPP app) { return line::Shutdown(app); }
 
-__declspec(dllexport) LONG WINAPI lineGetTranslateCaps(HLINEAPP app, DWORD version, LPLINETRANSLATECAPS caps) {
+LONG WINAPI lineGetTranslateCaps(HLINEAPP app, DWORD version, LPLINETRANSLATECAPS caps) {
     return line::GetTranslateCaps(app, version, caps);
 }
 
-__declspec(dllexport) LONG WINAPI lineNegotiateAPIVersion(HLINEAPP app, DWORD device, DWORD low, DWORD high,
-                                                          LPDWORD version, LPLINEEXTENSIONID extension) {
+LONG WINAPI lineNegotiateAPIVersion(HLINEAPP app, DWORD device, DWORD low, DWORD high, LPDWORD version,
+                                    LPLINEEXTENSIONID extension) {
     return line::NegotiateAPIVersion(app, device, low, high, Words(version), extension);
 }
 
-__declspec(dllexport) LONG WINAPI lineGetCountry(DWORD country, DWORD version, LPLINECOUNTRYLIST list) {
+LONG WINAPI lineGetCountry(DWORD country, DWORD version, LPLINECOUNTRYLIST list) {
     return line::GetCountry(country, version, list);
 }
 
-__declspec(dllexport) LONG WINAPI
-    lineTranslateDialog(HLINEAPP app, DWORD device, DWORD version, HWND owner, LPCSTR address) {
+LONG WINAPI lineTranslateDialog(HLINEAPP app, DWORD device, DWORD version, HWND owner, LPCSTR address) {
     return line::TranslateDialog(app, device, version, owner, address);
 }
 
-__declspec(dllexport) LONG WINAPI lineTranslateAddress(HLINEAPP app, DWORD device, DWORD version, LPCSTR address,
-                                                       DWORD card, DWORD options, LPLINETRANSLATEOUTPUT output) {
+LONG WINAPI lineTranslateAddress(HLINEAPP app, DWORD device, DWORD version, LPCSTR address, DWORD card, DWORD options,
+                                 LPLINETRANSLATEOUTPUT output) {
     return line::TranslateAddress(app, device, version, address, card, options, output);
 }
 
 // Not of the published interface: the tests tell the library what to answer.
-__declspec(dllexport) void AnswerTestsBy(bv::test::TelephonyAnswers* answers) { bv::test::AnswerBy(answers); }
+void AnswerTestsBy(bv::test::TelephonyAnswers* answers) { bv::test::AnswerBy(answers); }
 
 } // extern "C"
