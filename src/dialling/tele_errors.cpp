@@ -113,6 +113,7 @@ const char* TextOf(std::int32_t result) {
 } // namespace
 
 void TAPIErrorText(std::int32_t result, int severity) {
+    ReportMessage(1, "TAPIErrorText() called"); // a trace, as each operation of the telephony begins with
     if (result != 0) ReportMessage(severity, "TAPI reports '%s'", TextOf(result));
 }
 
