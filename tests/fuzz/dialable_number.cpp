@@ -10,50 +10,47 @@
 namespace bv::fuzz {
 namespace {
 
-using Texts = std::vector<std::string>;
-
-struct Own {
-    std::string Country, Area, Natl, Intl;
-    std::size_t LongestLocal = 0;
-    bool AreaCode = false, NatlForLocal = false;
-    Texts AsLocal, AsNatl;
-};
-
 bool Begins(const std::string& text, const std::string& start) { return text.compare(0, start.size(), start) == 0; }
 
-bool BeginsWithOne(const std::string& text, const Texts& starts) {
-    for (const std::string& start : starts)
-        if (Begins(text, start)) return true;
+bool BeginsWithOne(const std::string& text, const DialPrefixes& starts) {
+    for (const DialPrefix& start : starts)
+        if (Begins(text, start.String())) return true;
     return false;
 }
 
-std::string International(const std::string& main, const Own& own) {
+std::string International(const std::string& main, const DialProperties& own) {
+    const std::string intl = own.IntlAccess.String();
+    const std::string natl = own.NatlAccess.String();
+    const std::string country = "+" + own.Country.String();
     if (Begins(main, "+")) return main;
-    if (!own.Intl.empty() && Begins(main, own.Intl)) return "+" + main.substr(own.Intl.size());
-    if (!own.Natl.empty() && Begins(main, own.Natl)) return "+" + own.Country + main.substr(own.Natl.size());
-    const bool hasArea = own.LongestLocal != 0 && main.size() > own.LongestLocal;
-    return "+" + own.Country + (hasArea ? "" : own.Area) + main;
+    if (!intl.empty() && Begins(main, intl)) return "+" + main.substr(intl.size());
+    if (!natl.empty() && Begins(main, natl)) return country + main.substr(natl.size());
+    const bool hasArea = own.NumberWithoutAreaMaxLen != 0 && main.size() > own.NumberWithoutAreaMaxLen;
+    return country + (hasArea ? "" : own.Area.String()) + main;
 }
 
-std::string Dialable(std::string number, const Own& own) {
+std::string Dialable(std::string number, const DialProperties& own) {
+    const std::string intl = own.IntlAccess.String();
+    const std::string natl = own.NatlAccess.String();
+    const std::string area = own.Area.String();
     bool national = false;
-    const std::string before = Begins(number, "+") ? "+" : own.Intl;
+    const std::string before = Begins(number, "+") ? "+" : intl;
     if (Begins(number, before)) {
         const std::string rest = number.substr(before.size());
-        if (!Begins(rest, own.Country)) return Begins(number, "+") ? own.Intl + rest : number;
-        number = rest.substr(own.Country.size());
+        if (!Begins(rest, own.Country.String())) return Begins(number, "+") ? intl + rest : number;
+        number = rest.substr(own.Country.Size());
         national = true;
     }
-    if (!own.Natl.empty() && Begins(number, own.Natl)) {
-        number.erase(0, own.Natl.size());
+    if (!natl.empty() && Begins(number, natl)) {
+        number.erase(0, natl.size());
         national = true;
     }
-    if (own.LongestLocal != 0 && number.size() > own.LongestLocal) national = true;
-    if (national && !Begins(number, own.Area)) return BeginsWithOne(number, own.AsLocal) ? number : own.Natl + number;
-    if (national) number.erase(0, own.Area.size());
-    if (BeginsWithOne(number, own.AsNatl)) return own.Natl + own.Area + number;
-    if (!own.AreaCode) return number;
-    return (own.NatlForLocal ? own.Natl : "") + own.Area + number;
+    if (own.NumberWithoutAreaMaxLen != 0 && number.size() > own.NumberWithoutAreaMaxLen) national = true;
+    if (national && !Begins(number, area)) return BeginsWithOne(number, own.DialAsLocal) ? number : natl + number;
+    if (national) number.erase(0, area.size());
+    if (BeginsWithOne(number, own.DialAsNatl)) return natl + area + number;
+    if (!own.DialAreaCode) return number;
+    return (own.DialNatlAccessForLocal ? natl : "") + area + number;
 }
 
 // The whole result; none when it is too long.
@@ -69,8 +66,21 @@ void Check(StatusCode status, const TelephoneNumber& number, const NumberTrace& 
     RequireEqual(trace.back().Number, number, "the end of the trace");
 }
 
-std::string Prefix(const Input& input, std::size_t index) {
-    return std::string(input.Parameter(index).value_or("").substr(0, 10));
+DialProperties Properties(const Input& input) {
+    const auto parameter = [&input](std::size_t index) { return std::string(input.Parameter(index).value_or("")); };
+    DialProperties own;
+    own.Country = parameter(1);
+    own.Area = parameter(2);
+    own.NatlAccess = parameter(3);
+    own.IntlAccess = parameter(4);
+    own.NumberWithoutAreaMaxLen = static_cast<std::uint16_t>(std::strtoul(parameter(5).c_str(), nullptr, 10));
+    own.DialAreaCode = parameter(6).find('a') != std::string::npos;
+    own.DialNatlAccessForLocal = parameter(6).find('n') != std::string::npos;
+    for (const std::string& line : model::ReadLines(input.Text)) {
+        const bool isLocal = Begins(line, "L");
+        (isLocal ? own.DialAsLocal : own.DialAsNatl).Add(line.substr(isLocal ? 1 : 0));
+    }
+    return own;
 }
 
 } // namespace
@@ -78,25 +88,7 @@ std::string Prefix(const Input& input, std::size_t index) {
 void TryInput(std::string_view bytes) {
     const Input input(bytes);
     const std::string typed(input.Parameters[0]);
-    Own own{Prefix(input, 1), Prefix(input, 2), Prefix(input, 3), Prefix(input, 4), 0, false, false, {}, {}};
-    own.LongestLocal = std::strtoul(std::string(input.Parameter(5).value_or("")).c_str(), nullptr, 10) % 65536;
-    own.AreaCode = input.Parameter(6).value_or("").find('a') != std::string_view::npos;
-    own.NatlForLocal = input.Parameter(6).value_or("").find('n') != std::string_view::npos;
-    for (const std::string& line : model::ReadLines(input.Text)) {
-        Texts& list = Begins(line, "L") ? own.AsLocal : own.AsNatl;
-        if (list.size() < 31) list.push_back(line.substr(Begins(line, "L") ? 1 : 0, 10));
-    }
-    DialProperties properties;
-    properties.Country = own.Country;
-    properties.Area = own.Area;
-    properties.NatlAccess = own.Natl;
-    properties.IntlAccess = own.Intl;
-    properties.NumberWithoutAreaMaxLen = static_cast<std::uint16_t>(own.LongestLocal);
-    properties.DialAreaCode = own.AreaCode;
-    properties.DialNatlAccessForLocal = own.NatlForLocal;
-    for (const std::string& prefix : own.AsLocal) properties.DialAsLocal.Add(prefix);
-    for (const std::string& prefix : own.AsNatl) properties.DialAsNatl.Add(prefix);
-
+    const DialProperties own = Properties(input);
     std::string main;
     std::string suffix;
     const std::size_t colon = typed.find(':');
@@ -105,10 +97,10 @@ void TryInput(std::string_view bytes) {
         if (std::string("()[]{} -.").find(c) == std::string::npos) main += c;
     TelephoneNumber number = "left over";
     NumberTrace trace;
-    StatusCode status = MakeInternationalNumber(typed, number, properties, &trace);
+    StatusCode status = MakeInternationalNumber(typed, number, own, &trace);
     Check(status, number, trace, Finished(main, International(main, own), suffix), "MakeInternationalNumber");
     number = "left over";
-    status = MakeDialableNumber(typed, number, properties, &trace);
+    status = MakeDialableNumber(typed, number, own, &trace);
     Check(status, number, trace, Finished(main, Dialable(main, own), suffix), "MakeDialableNumber");
 }
 
