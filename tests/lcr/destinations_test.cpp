@@ -82,6 +82,18 @@ TEST(Destinations, LieInARegion) {
     EXPECT_FALSE(all.RegionContains("NONE", "FR"));
 }
 
+TEST(Destinations, AreReadWithTheirAreasOrNotAtAll) {
+    DestinationServer server;
+    for (int call = 1;; ++call) {
+        FaultyFiles files(server.Files, {FaultKind::FailOnce, call, CallKind::Looks});
+        const platform::Substitute<platform::FileSystem> substitute(files);
+        Destinations all;
+        const bool isRead = LoadDestinations(all);
+        EXPECT_TRUE(!isRead || (all.FindPlace("UK/LON") && all.FindRegion("EU"))) << call;
+        if (!files.Fired()) break;
+    }
+}
+
 TEST(Destinations, ThatAreMissingOrUnreadable) {
     DestinationServer server;
     for (const char* name : {"Area44.ini", "Region.ini", "Country.ini"}) {
