@@ -276,5 +276,15 @@ TEST(LcrCommand, KeepsTheRulesWhateverFails) {
     }
 }
 
+// What a kill in a save of SETUP.INI has left.
+TEST(LcrCommand, PutsTheNewSettingsInPlaceUnlessItIsADryRun) {
+    Scene scene;
+    scene.Server.Files.Rename(kArea + "SETUP.INI", kArea + "Setup.new");
+    EXPECT_EQ(scene.Console.Run({"--yes", "--dry-run", "lcr", "rules"}), 1);
+    EXPECT_EQ(scene.Server.Get(kArea + "Setup.new"), kSetup);
+    EXPECT_EQ(scene.Console.Run({"--yes", "lcr", "rules"}), 0);
+    EXPECT_EQ(scene.Server.Get(kArea + "SETUP.INI"), kSetup);
+}
+
 } // namespace
 } // namespace bv::console

@@ -78,11 +78,15 @@ TEST_F(SpeakingFront, QuestionsAreAnsweredNoByEnter) {
         std::function<bool()> Ask;
         const char* Caption;
         const char* Text;
+        int No = IDNO;
+        int Yes = IDYES;
     };
     const Case cases[] = {
         {[] { return AskIgnoreError("Cannot read %s", "A"); }, "Brivane Setup - Error!",
          "Cannot read A - Ignore error and continue?"},
         {[] { return AskContinue("No %s", "B"); }, "Brivane Configuration", "No B - Would you like to continue?"},
+        {[] { return AskFilled(5151, BoxIcon::Warning, "Keep it?", BoxButtons::OkCancel); }, "Brivane Setup - Warning!",
+         "Keep it?", IDCANCEL, IDOK},
     };
     for (const Case& one : cases) {
         bool answer = true;
@@ -90,13 +94,13 @@ TEST_F(SpeakingFront, QuestionsAreAnsweredNoByEnter) {
                   [&](const Windows& windows) {
                       EXPECT_EQ(windows.WaitBox(one.Caption), one.Text);
                       const HWND box = windows.Box(one.Caption);
-                      EXPECT_TRUE(Until([&] { return FocusOf(box) == IDNO; }));
+                      EXPECT_TRUE(Until([&] { return FocusOf(box) == one.No; }));
                       Key(VK_RETURN);
                       EXPECT_TRUE(Until([&] { return !IsWindow(box); }));
                   });
         EXPECT_FALSE(answer) << one.Text;
         RunDriven([&] { answer = one.Ask(); },
-                  [&](const Windows& windows) { EXPECT_TRUE(windows.AnswerBox(one.Caption, IDYES)); });
+                  [&](const Windows& windows) { EXPECT_TRUE(windows.AnswerBox(one.Caption, one.Yes)); });
         EXPECT_TRUE(answer) << one.Text;
     }
 }
