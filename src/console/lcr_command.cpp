@@ -219,6 +219,7 @@ RuleCheck ChangeRule(RuleEdit& edit, std::optional<std::size_t> place, std::span
     if (HasCriteria(rule) && !CheckServers(rule)) return RuleCheck::Refused;
     const RuleCheck check = CheckRule(edit.Rules, place, rule, edit.Names, RuleLeaving::Ok);
     if (check != RuleCheck::Fine) return check;
+    if (rule.Description.IsEmpty()) rule.Description = kNoDescription; // as its written line reads back
     if (!IsKeptByFile(rule)) {
         ShowError("Rule \"%s\": the file would give its lines back differently", rule.Description.View());
         return RuleCheck::Refused;

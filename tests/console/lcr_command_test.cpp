@@ -230,6 +230,14 @@ TEST(LcrCommand, RemovesWhatIsNoLongerDefinedOnlyWithAnEdit) {
     EXPECT_EQ(scene.Server.Get(kLive), kHead + kTwo + Replaced(kOne, "User: ANN\r\n", ""));
 }
 
+TEST(LcrCommand, ChangesARuleWithoutADescription) {
+    Scene scene;
+    scene.Server.Put(kLive, "[RULE]\r\nServer: LON\r\nUser: ANN\r\n");
+    EXPECT_EQ(scene.Console.Run({"lcr", "set", "1", "User=ben"}), 0) << scene.Console.Notices;
+    EXPECT_EQ(scene.Server.Get(kLive),
+              kHead + "[RULE]\r\nDescription: (no description)\r\nUser: ben\r\nServer: LON\r\n\r\n");
+}
+
 TEST(LcrCommand, SwitchesRoutingOnWhenItIsReady) {
     Scene scene;
     scene.Server.Files.Delete(kLive);
