@@ -2,6 +2,7 @@
 
 #include "ctlfile/control_stream.h"
 #include "platform/files.h"
+#include "shell/messages.h"
 
 namespace bv {
 
@@ -32,6 +33,12 @@ bool IsMissing(const std::string& path) { return Files().Open(path, {}).Error ==
 
 bool IsCutOff(const std::string& newPath, const std::string& livePath) {
     return IsMissing(livePath) && Files().Find(newPath);
+}
+
+std::string PathToRead(const std::string& livePath, const std::string& newPath) {
+    if (!IsCutOff(newPath, livePath)) return livePath;
+    ShowWarning(9012, livePath, newPath);
+    return newPath;
 }
 
 } // namespace bv

@@ -26,4 +26,7 @@ bool IsMissing(const std::string& path);
 // Whether a replacement was cut off in that instant: the live file is certainly gone, the new one is there.
 bool IsCutOff(const std::string& newPath, const std::string& livePath);
 
+// The live file for a reader; the new one, after warning 9012, when a replacement was cut off.
+std::string PathToRead(const std::string& livePath, const std::string& newPath);
+
 } // namespace bv

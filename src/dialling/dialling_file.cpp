@@ -192,11 +192,9 @@ std::string NewText(std::string_view text, const DialProperties& properties) {
     return changed;
 }
 
-bool IsInterrupted() { return !FileExists(DiallingFile()) && FileExists(NewFilePath()); }
-
 // Never over a file that has come, or that only seemed to be away.
 bool MakeFile(const std::string& path) {
-    if (IsInterrupted()) return PutInPlace(NewFilePath(), path);
+    if (IsCutOff(NewFilePath(), path)) return PutInPlace(NewFilePath(), path);
     ControlStream file = OpenShared(path, "c+b");
     if (!file) return FileExists(path);
     if (file.Write(kNewFile) && file.Close()) return true;
@@ -260,22 +258,19 @@ const DialProperties& GetDialProperties() {
 
 bool DialPropertiesAreLoaded() { return Loaded().IsLoaded; }
 
-std::string DiallingFileToRead() {
-    if (!IsInterrupted()) return DiallingFile();
-    ShowWarning(9100, DiallingFile(), NewFilePath());
-    return NewFilePath();
-}
+std::string DiallingFileToRead() { return PathToRead(DiallingFile(), NewFilePath()); }
 
 bool WriteDiallingProperties(const DialProperties& properties) {
     const std::string path = DiallingFile();
     const std::optional<std::string> oldText = OldText(path);
     if (!oldText) return false;
     ShowStatus(470, path);
-    if (!WriteWholeFile(NewFilePath(), NewText(*oldText, properties))) {
+    const WriteFault fault = TryWriteWholeFile(NewFilePath(), NewText(*oldText, properties));
+    if (fault == WriteFault::NotOpened) {
         ShowError(413, NewFilePath());
         return false;
     }
-    if (!PutInPlace(NewFilePath(), path)) {
+    if (fault == WriteFault::NotWritten || !PutInPlace(NewFilePath(), path)) {
         ShowError(5000, path);
         return false;
     }

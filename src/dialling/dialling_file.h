@@ -46,7 +46,7 @@ StatusCode ReadDiallingProperties(const std::string& path);
 const DialProperties& GetDialProperties();
 bool DialPropertiesAreLoaded();
 
-// The file for a reader: DIALLING.INI, or, after the warning 9100, DIALLING.NEW when that is there alone. So a change
+// The file for a reader: DIALLING.INI, or, after the warning 9012, DIALLING.NEW when that is there alone. So a change
 // leaves them, the new text complete, that was cut off between deleting the one and renaming the other; the next
 // change takes it for the file.
 std::string DiallingFileToRead();

@@ -30,12 +30,6 @@ std::optional<TextOfFile> ReadTextFile(const std::string& path) {
     return file;
 }
 
-std::string PathToRead(const std::string& path, const std::string& newPath) {
-    if (!IsCutOff(newPath, path)) return path;
-    ShowWarning(9160, path, newPath);
-    return newPath;
-}
-
 std::optional<TextOfFile> ReadReplacedFile(const std::string& path, const std::string& newPath,
                                            bool (*isWhole)(std::string_view text)) {
     std::optional<TextOfFile> file = ReadTextFile(path);
@@ -43,7 +37,7 @@ std::optional<TextOfFile> ReadReplacedFile(const std::string& path, const std::s
     std::optional<TextOfFile> left = ReadTextFile(newPath);
     if (!left) return {};
     if (!left->IsThere || !isWhole(left->Text)) return file;
-    ShowWarning(9160, path, newPath);
+    ShowWarning(9012, path, newPath);
     return left;
 }
 

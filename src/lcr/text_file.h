@@ -24,11 +24,8 @@ struct TextOfFile {
 // None, after "File error: couldn't open" or message 9011, for a file that is there and cannot be read to its end.
 std::optional<TextOfFile> ReadTextFile(const std::string& path);
 
-// The path of a file that is replaced as a whole; its new text's, after warning 9160, when a save was cut off.
-std::string PathToRead(const std::string& path, const std::string& newPath);
-
 // The text of a file that is replaced as a whole. When it is not there but its new text is, which must pass the check,
-// that: a save was cut off. Said as a warning, with both paths.
+// that, after warning 9012: a save was cut off.
 std::optional<TextOfFile> ReadReplacedFile(const std::string& path, const std::string& newPath,
                                            bool (*isWhole)(std::string_view text));
 

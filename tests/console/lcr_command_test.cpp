@@ -214,7 +214,7 @@ TEST(LcrCommand, LosesNoPendingChanges) {
     scene.Server.Files.Delete(kLive);
     EXPECT_EQ(scene.Console.Run({"lcr", "rules"}), 0);
     EXPECT_THAT(scene.Console.Results, HasSubstr("1\tTwo"));
-    EXPECT_THAT(scene.Console.Notices, HasSubstr("A saving was interrupted"));
+    EXPECT_THAT(scene.Console.Notices, HasSubstr("a save of it was cut off"));
     EXPECT_EQ(scene.Console.Run({"lcr", "set", "1", "User=ANN", "--yes"}), 0);
     EXPECT_EQ(scene.Server.Get(kLive), kHead + Replaced(kTwo, "Size:", "User: ANN\r\nSize:"));
     EXPECT_EQ(scene.Server.Get(kPending), "(none)");

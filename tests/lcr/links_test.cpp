@@ -135,7 +135,7 @@ TEST(Links, WithoutAFileBeginWithAnEmptyOne) {
     EXPECT_TRUE(LoadLinks(links));
     EXPECT_EQ(links.size(), 2U);
     EXPECT_EQ(server.GetFile("Link.ini"), kFile);
-    EXPECT_THAT(server.Front.TakeSaid(), ElementsAre(HasSubstr("A saving was interrupted")));
+    EXPECT_THAT(server.Front.TakeSaid(), ElementsAre(HasSubstr("a save of it was cut off")));
 }
 
 const std::string kInterval = "All intervals must be between 00:01 and 23:59";

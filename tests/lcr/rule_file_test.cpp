@@ -140,8 +140,10 @@ TEST(RuleFile, OffersPendingChanges) {
     EXPECT_THAT(server.Front.TakeSaid(),
                 ElementsAre("ask warning: This will mean all changes will be lost.  Lose changes?"));
     EXPECT_EQ(ReadRules(), RuleList{Named("1")});
-    EXPECT_THAT(server.Front.TakeSaid(), ElementsAre("warning: There is no file " + kLive +
-                                                     ".  A saving was interrupted: its contents lie in " + kPending));
+    EXPECT_THAT(server.Front.TakeSaid(),
+                ElementsAre("warning: File " + kLive +
+                            " is not there: a save of it was cut off.  Its new text is complete in file " + kPending +
+                            " and is used"));
     EXPECT_TRUE(AbandonRules(false));
     EXPECT_EQ(server.Get(kPending), "(none)");
     EXPECT_EQ(server.Get(kLive), "(none)");
@@ -284,8 +286,9 @@ TEST(RuleReferences, AreRemovedWhenTheyAreNotDefined) {
     EXPECT_TRUE(LoadRuleNames(again));
     EXPECT_FALSE(CheckReferences(rules, again));
     EXPECT_THAT(server.Front.TakeSaid(),
-                ElementsAre("warning: There is no file " + kArea +
-                            "LINK.INI.  A saving was interrupted: its contents lie in " + kArea + "Link.new"));
+                ElementsAre("warning: File " + kArea +
+                            "LINK.INI is not there: a save of it was cut off.  Its new text is complete in file " +
+                            kArea + "Link.new and is used"));
 }
 
 } // namespace
