@@ -229,6 +229,7 @@ bool IsToken(std::string_view text, std::size_t limit) {
 }
 
 std::string TokenText(std::string_view token) {
+    if (!token.starts_with('"')) return std::string(token);
     std::string text(StripQuotes(token));
     return text.find_first_of(" ,") == std::string::npos ? text : '"' + text + '"';
 }

@@ -33,9 +33,14 @@ std::vector<std::string> LinesToKeep(std::string_view text) {
     return lines;
 }
 
-bool FitsInLines(const LinkRecord& link) {
-    return std::ranges::all_of(model::ReadLines(LinkParagraph(link, "")),
-                               [](const auto& line) { return line.size() < 280; });
+// Whether the lines that are written hold the link. A name with a quote in it may come to be its description as well,
+// which cannot have one.
+bool CanBeWritten(const LinkRecord& link) {
+    if (link.Description.find('"') != std::string::npos) return false;
+    const std::string text = LinkParagraph(link, "");
+    for (auto line = model::ReadLine(text, 0); line; line = model::ReadLine(text, line->Next))
+        if (line->Next - line->Start > 280) return false;
+    return true;
 }
 
 // The links as they are read again: a priority that is none is not written, and a missing one is read as urgent.
@@ -54,7 +59,7 @@ void TryInput(std::string_view bytes) {
     server.Put(kPath, bytes);
     LinkTable links;
     Require(LoadLinks(links), "LoadLinks");
-    if (!std::ranges::all_of(links, FitsInLines)) return;
+    if (!std::ranges::all_of(links, CanBeWritten)) return;
     Require(SaveLinks(links), "SaveLinks");
     const std::string saved = server.Get(kPath);
     LinkTable again;
