@@ -128,6 +128,11 @@ bool HasDestinationList(const DestinationFile& file, std::string_view text) {
     return FindHeader(text, file.Paragraph) < text.size();
 }
 
+std::optional<TextOfFile> ReadDestinationFile(const DestinationFile& file, std::string_view diallingCode) {
+    return ReadReplacedFile(DestinationPath(file, diallingCode), DestinationPath(file, diallingCode, "new"),
+                            [&file](std::string_view text) { return HasDestinationList(file, text); });
+}
+
 std::vector<MatchEntry> ParseMatchEntries(const DestinationFile& file, std::string_view text) {
     std::vector<MatchEntry> entries;
     ListWalker lines(file, text);

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "lcr/destinations.h"
+#include "lcr/text_file.h"
 
 namespace bv {
 
@@ -32,6 +33,9 @@ std::string EmptyDestinationText(const DestinationFile& file);
 
 // Whether the text holds the paragraph of the list.
 bool HasDestinationList(const DestinationFile& file, std::string_view text);
+
+// The live file's text; that of its working copy when a save was cut off. None as for ReadReplacedFile.
+std::optional<TextOfFile> ReadDestinationFile(const DestinationFile& file, std::string_view diallingCode = {});
 
 // The entries of a list. Lines that are no entries, and what belongs to them, are left out.
 std::vector<MatchEntry> ParseMatchEntries(const DestinationFile& file, std::string_view text);

@@ -42,16 +42,6 @@ std::string NameOr(const std::string& description, const std::string& identifier
     return description.empty() ? identifier : description;
 }
 
-template <const DestinationFile& file>
-bool IsWhole(std::string_view text) {
-    return HasDestinationList(file, text);
-}
-
-template <const DestinationFile& file>
-std::optional<TextOfFile> ReadLive(std::string_view code = {}) {
-    return ReadReplacedFile(DestinationPath(file, code), DestinationPath(file, code, "new"), IsWhole<file>);
-}
-
 // The files of the database directory, so that area files that are not there need not be looked for one by one.
 class DatabaseNames {
   public:
@@ -73,7 +63,7 @@ class DatabaseNames {
 };
 
 bool ReadAreas(CountryEntry& country) {
-    const std::optional<TextOfFile> file = ReadLive<kAreaFile>(country.DiallingCode);
+    const std::optional<TextOfFile> file = ReadDestinationFile(kAreaFile, country.DiallingCode);
     if (!file) return false;
     country.HasAreaFile = file->IsThere;
     country.Areas = ParseMatchEntries(kAreaFile, file->Text);
@@ -142,9 +132,9 @@ bool Destinations::RegionContains(std::string_view region, std::string_view dest
 }
 
 bool LoadDestinations(Destinations& destinations) {
-    const std::optional<TextOfFile> regions = ReadLive<kRegionFile>();
+    const std::optional<TextOfFile> regions = ReadDestinationFile(kRegionFile);
     if (!regions) return false;
-    const std::optional<TextOfFile> countries = ReadLive<kCountryFile>();
+    const std::optional<TextOfFile> countries = ReadDestinationFile(kCountryFile);
     if (!countries) return false;
     std::vector<CountryEntry> entries = ParseCountries(countries->Text);
     const DatabaseNames names;

@@ -8,7 +8,7 @@
 #include "ctlfile/reader.h"
 #include "ctlfile/reading.h"
 #include "ctlfile/records.h"
-#include "lcr/text_file.h"
+#include "ctlfile/whole_file.h"
 #include "platform/ascii.h"
 #include "shell/server_paths.h"
 #include "users/user_file.h"

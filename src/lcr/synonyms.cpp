@@ -6,7 +6,6 @@
 #include "ctlfile/lines.h"
 #include "ctlfile/reader.h"
 #include "lcr/destination_files.h"
-#include "lcr/text_file.h"
 #include "platform/ascii.h"
 
 namespace bv {
@@ -26,7 +25,7 @@ std::optional<Synonym> ParseSynonym(std::string_view line) {
 } // namespace
 
 std::optional<std::vector<Synonym>> LoadSynonyms() {
-    const std::optional<TextOfFile> file = ReadTextFile(DestinationPath(kCountryFile));
+    const std::optional<TextOfFile> file = ReadDestinationFile(kCountryFile);
     if (!file) return {};
     std::string_view rest = file->Text;
     rest.remove_prefix(FindHeader(rest, kSynonyms));

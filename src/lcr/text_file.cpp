@@ -31,7 +31,7 @@ std::optional<TextOfFile> ReadTextFile(const std::string& path) {
 }
 
 std::optional<TextOfFile> ReadReplacedFile(const std::string& path, const std::string& newPath,
-                                           bool (*isWhole)(std::string_view text)) {
+                                           const std::function<bool(std::string_view text)>& isWhole) {
     std::optional<TextOfFile> file = ReadTextFile(path);
     if (!file || file->IsThere) return file;
     std::optional<TextOfFile> left = ReadTextFile(newPath);

@@ -1,6 +1,7 @@
 // Reading and writing the files of least-cost routing as wholes, and what is said when that cannot be done.
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -27,7 +28,7 @@ std::optional<TextOfFile> ReadTextFile(const std::string& path);
 // The text of a file that is replaced as a whole. When it is not there but its new text is, which must pass the check,
 // that, after warning 9012: a save was cut off.
 std::optional<TextOfFile> ReadReplacedFile(const std::string& path, const std::string& newPath,
-                                           bool (*isWhole)(std::string_view text));
+                                           const std::function<bool(std::string_view text)>& isWhole);
 
 // Puts the new text of a file in its place, and sets SettingsChanged. False after message 5004: then the live file is
 // as it was, or gone with the new one beside.
