@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
-# tests/faults/strace_faults.sh [BVCTL]: each call to the system that changes a control file or its temporary during
-# "bvctl file set" or "bvctl user add" fails in its turn, once and from then on, or ends the program; what is left is
-# checked. A close that fails is not among the faults: strace would keep the file open.
+# tests/faults/strace_faults.sh [BVCTL [CALL...]]: each call to the system that changes a control file or its temporary
+# during "bvctl file set" or "bvctl user add" fails in its turn, once and from then on, or ends the program; what is
+# left is checked. All such calls or those named. A close that fails is not among the faults: strace would keep the
+# file open.
 # shellcheck disable=SC2317 # check calls functions by name
 set -u
 # shellcheck source=checks.bash
@@ -117,15 +118,18 @@ fail() {
     report "$1 $2"
 }
 
-for call in pwrite64 ftruncate openat unlink; do
+calls=("${@:2}")
+[ ${#calls[@]} -gt 0 ] || calls=(pwrite64 ftruncate openat unlink close)
+for call in "${calls[@]}"; do
+    fail "$call" signal=KILL:when=#
+    [ "$call" != close ] || continue
     fail "$call" error=EIO:when=#
     fail "$call" error=EIO:when=#+
-    fail "$call" signal=KILL:when=#
+    case $call in pwrite64 | openat)
+        fail "$call" error=ENOSPC:when=#
+        fail "$call" error=ENOSPC:when=#+
+        ;;
+    esac
+    [ "$call" != pwrite64 ] || fail "$call" retval=0:when=#
 done
-for call in pwrite64 openat; do
-    fail "$call" error=ENOSPC:when=#
-    fail "$call" error=ENOSPC:when=#+
-done
-fail pwrite64 retval=0:when=#
-fail close signal=KILL:when=#
 finish
