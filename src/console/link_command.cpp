@@ -15,7 +15,6 @@ namespace {
 
 constexpr std::string_view kAssignments = "KEY=VALUE";
 constexpr std::string_view kReveal = "--reveal";
-constexpr int kWarningCaption = 5151;
 
 LinkTable::iterator FindLink(LinkTable& links, std::string_view identifier) {
     return std::ranges::find_if(links,
@@ -90,9 +89,8 @@ int Add(Session& session, const Arguments& arguments) {
 // A link of another name is a new one, when the person agrees.
 bool MakeNew(LinkRecord& link) {
     link.IsNew = link.WriteStatus = true;
-    return AskFilled(kWarningCaption, BoxIcon::Warning,
-                     "Changing the ID of a link will mean it becomes a new link, losing any run-time information.  "
-                     "\n\nChange ID?");
+    return AskWarning("Changing the ID of a link will mean it becomes a new link, losing any run-time information.  "
+                      "\n\nChange ID?");
 }
 
 int Set(Session& session, const Arguments& arguments) {

@@ -20,9 +20,7 @@ bool ChangeItem(ItemKind kind, const CatalogueEntry& entry, std::string_view des
 }
 
 bool DeleteItem(ItemKind kind, const CatalogueEntry& entry) {
-    const std::string question = FillMessage(5193, KindWord(kind), entry.Name.View(),
-                                             entry.Description.IsEmpty() ? "" : "-", entry.Description.View());
-    if (!AskFilled(5192, BoxIcon::Question, question)) return false;
+    if (!AskDelete(KindWord(kind), entry.Name, entry.Description)) return false;
     const bool deleted = DeleteCatalogueEntry(kind, entry.Name);
     ShowStatus(deleted ? 458 : 457, KindWord(kind), entry.Name.View());
     return deleted;

@@ -76,9 +76,7 @@ bool ChangeDevice(std::string_view name, Device& device) {
 bool DeleteDevice(std::string_view name) {
     FoundDevice found;
     if (!FindForChange(name, found)) return false;
-    const std::string question =
-        FillMessage(5193, "device", name, found.Description.IsEmpty() ? "" : "-", found.Description.View());
-    if (!AskFilled(5192, BoxIcon::Question, question)) return false;
+    if (!AskDelete("device", name, found.Description)) return false;
     const bool deleted = UpdateDeviceList(name, {});
     ShowStatus(deleted ? 463 : 462, name);
     return deleted;

@@ -204,10 +204,7 @@ bool CommitDestinationEdit(DestinationEdit& edit) {
 }
 
 bool AbandonDestinationEdit(DestinationEdit& edit) {
-    constexpr int kWarningCaption = 5151;
-    if (edit.Changed &&
-        !AskFilled(kWarningCaption, BoxIcon::Warning, "This will mean all changes will be lost.  Lose changes?"))
-        return false;
+    if (edit.Changed && !AskWarning(5331)) return false;
     DropDestinationEdit(edit);
     return true;
 }

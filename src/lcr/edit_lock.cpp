@@ -39,7 +39,6 @@ constexpr std::array<std::string_view, 4> kLackMessages = {
     "You must set up some fax destination definitions before LCR can be enabled",
 };
 
-constexpr int kWarningCaption = 5151;
 constexpr std::string_view kRulesQuestion =
     "No routing rules have been configured.\n\nNo faxes will be sent via remote servers, but fax submissions may still "
     "be recieved from remote servers\n\nSet up rules now?";
@@ -93,7 +92,7 @@ LcrReadiness CheckLcrReady(bool hasGeneralSettings, bool mayAskForRules) {
         ShowError(kLackMessages.at(static_cast<std::size_t>(lack)));
         return LcrReadiness::NotReady;
     }
-    const bool editsRules = mayAskForRules && AskFilled(kWarningCaption, BoxIcon::Warning, std::string(kRulesQuestion));
+    const bool editsRules = mayAskForRules && AskWarning(kRulesQuestion);
     return editsRules ? LcrReadiness::SetUpRules : LcrReadiness::Ready;
 }
 

@@ -16,8 +16,6 @@
 namespace bv {
 namespace {
 
-constexpr int kPlainCaption = 5201;
-constexpr int kWarningCaption = 5151;
 constexpr std::string_view kAny = "(any)";
 constexpr std::string_view kOffpeak = "OFFPEAK";
 constexpr std::string_view kPeak = "PEAK";
@@ -129,8 +127,7 @@ std::string TextOr(std::string_view text, std::string_view otherwise) {
 
 // Whether the rule may be kept although it has no criteria.
 bool CheckWithoutCriteria(const RoutingRule& rule) {
-    if (!rule.Servers.empty())
-        return AskFilled(kWarningCaption, BoxIcon::Warning, FillMessage(5337), BoxButtons::OkCancel);
+    if (!rule.Servers.empty()) return AskFilled(5151, BoxIcon::Warning, FillMessage(5337), BoxButtons::OkCancel);
     ShowError(5336);
     return false;
 }
@@ -231,8 +228,7 @@ RuleCheck CheckRule(const RuleList& rules, std::optional<std::size_t> position, 
                     const RuleNames& names, RuleLeaving leaving) {
     CheckReferences(edited, names);
     if (IsSameRule(edited, position ? rules[*position] : RoutingRule())) return RuleCheck::Unchanged;
-    if (leaving == RuleLeaving::PreviousOrNext && !AskFilled(kPlainCaption, BoxIcon::Question, FillMessage(5335)))
-        return RuleCheck::Discarded;
+    if (leaving == RuleLeaving::PreviousOrNext && !AskQuestion(5335)) return RuleCheck::Discarded;
     if (!HasCriteria(edited) && !CheckWithoutCriteria(edited)) return RuleCheck::Refused;
     return CheckDescription(rules, position, edited) ? RuleCheck::Fine : RuleCheck::Refused;
 }

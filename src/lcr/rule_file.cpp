@@ -21,8 +21,6 @@ constexpr std::string_view kFileHeader = "[BRIVANE]\r\nType: LCRRules\r\nRevisio
 constexpr std::string_view kHeaderParagraph = "[BRIVANE]";
 constexpr std::string_view kRuleHeader = "[RULE]";
 constexpr std::string_view kLocalServer = "*";
-constexpr int kPlainCaption = 5201;
-constexpr int kWarningCaption = 5151;
 
 // A key of a rule's paragraph.
 struct RuleKey {
@@ -221,7 +219,7 @@ std::optional<OpenedRules> OpenRules() {
     case PendingRules::CutOff: ShowWarning(9167, PendingRulesPath()); break;
     case PendingRules::Unreadable: ShowError(413, PendingRulesPath()); return {};
     case PendingRules::Whole:
-        recovers = AskFilled(kPlainCaption, BoxIcon::Question, FillMessage(5329));
+        recovers = AskQuestion(5329);
         if (!recovers) platform::Files().Delete(PendingRulesPath());
         break;
     }
@@ -235,7 +233,7 @@ std::optional<OpenedRules> OpenRules() {
 std::optional<RuleList> ReadRules() { return LoadRulesFrom(PathToRead(RulesPath(), PendingRulesPath())); }
 
 bool AbandonRules(bool isChanged) {
-    if (isChanged && !AskFilled(kWarningCaption, BoxIcon::Warning, FillMessage(5331))) return false;
+    if (isChanged && !AskWarning(5331)) return false;
     platform::Files().Delete(PendingRulesPath());
     return true;
 }

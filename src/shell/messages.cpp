@@ -62,6 +62,11 @@ bool AskFilled(int captionId, BoxIcon icon, const std::string& text, BoxButtons 
     return CurrentFront().Ask({FillMessage(captionId), text, icon, buttons});
 }
 
+bool AskDelete(std::string_view kind, std::string_view name, std::string_view description) {
+    return AskFilled(5192, BoxIcon::Question,
+                     FillMessage(5193, kind, name, description.empty() ? "" : "-", description));
+}
+
 void SetStatusLine(std::string_view text, int line) {
     CurrentFront().SetStatusLine(line, std::string(text.substr(0, kMaxStatusLength)));
 }

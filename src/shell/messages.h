@@ -68,6 +68,18 @@ void ShowError(const Message& message, const Values&... values) {
     ReportFilled(static_cast<int>(MessageStyle::Error), FillMessage(message, values...));
 }
 
+// Ask with Yes and No, No the default, true for Yes: a question captioned "Brivane Configuration", one that warns,
+// captioned "Brivane Setup - Warning!", and 5193, whether to delete a thing of that kind, name and description.
+template <class... Values>
+bool AskQuestion(const Message& message, const Values&... values) {
+    return AskFilled(5201, BoxIcon::Question, FillMessage(message, values...));
+}
+template <class... Values>
+bool AskWarning(const Message& message, const Values&... values) {
+    return AskFilled(5151, BoxIcon::Warning, FillMessage(message, values...));
+}
+bool AskDelete(std::string_view kind, std::string_view name, std::string_view description);
+
 // Asks "<text> - Ignore error and continue?" as an error; true for Yes, No is the default.
 template <class... Values>
 bool AskIgnoreError(std::string_view format, const Values&... values) {

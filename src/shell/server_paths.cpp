@@ -19,7 +19,6 @@ constexpr std::string_view kDatabaseDirectory = "B-DB\\";
 constexpr std::size_t kMaxSearchList = 511;
 constexpr OpenTimeout kIniTimeout{10};
 constexpr OpenTimeout kSetupTimeout{30};
-constexpr int kPlainCaption = 5201;
 
 ServerPaths loadedPaths;
 
@@ -133,7 +132,7 @@ ControlStream OpenSetupFile(const ServerPaths& paths, const std::string& path) {
     ControlStream file = OpenShared(path, "rb", kSetupTimeout);
     const std::string newPath = DatabaseFileOf(paths, "Setup.new");
     if (file || !IsCutOff(newPath, path)) return file;
-    if (!AskFilled(kPlainCaption, BoxIcon::Question, FillMessage(9166, path, newPath))) return file;
+    if (!AskQuestion(9166, path, newPath)) return file;
     if (!PutInPlace(newPath, path)) ShowError(5000, path);
     return OpenShared(path, "rb", kSetupTimeout);
 }

@@ -58,12 +58,6 @@ std::size_t CreateAllDirectories(std::span<const NamedRecord> added, RecordKind 
     return done;
 }
 
-bool AskDelete(std::string_view name, const UserRecord& record, RecordKind kind) {
-    const std::string_view what = kind == RecordKind::User ? "user" : "user group";
-    const std::string_view dash = record.Fullname.IsEmpty() ? "" : "-";
-    return AskFilled(5192, BoxIcon::Question, FillMessage(5193, what, name, dash, record.Fullname.View()));
-}
-
 } // namespace
 
 int FaultOfNewName(std::string_view name) {
@@ -117,7 +111,8 @@ bool DeleteUser(std::string_view name, RecordKind kind) {
         UserList list;
         return list && list.ReadNamed(stored, record, kind);
     };
-    if (!CheckDeletable(name) || !read() || !AskDelete(stored, record, kind)) return false;
+    const std::string_view what = kind == RecordKind::User ? "user" : "user group";
+    if (!CheckDeletable(name) || !read() || !AskDelete(what, stored, record.Fullname)) return false;
     if (!TellMailList({{stored, &record, nullptr}}) || !DeleteUserRecord(stored, kind)) return false;
     Startup().SettingsChanged = true;
     return DeleteUserDirectories(stored);
