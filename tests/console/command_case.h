@@ -14,7 +14,7 @@ struct CommandCase {
     std::vector<std::string> Arguments;
     int Status;
     std::string Results;
-    std::string Notices; // how they end
+    std::string Notices; // how they end; empty: there are none
     std::string After;   // the file
 };
 
@@ -27,6 +27,7 @@ void ExpectEach(std::span<const CommandCase> cases, const std::string& before) {
         EXPECT_EQ(scene.Console.Run(one.Arguments), one.Status);
         EXPECT_EQ(scene.Console.Results, one.Results);
         EXPECT_THAT(scene.Console.Notices, testing::EndsWith(one.Notices));
+        EXPECT_EQ(scene.Console.Notices.empty(), one.Notices.empty());
         EXPECT_EQ(scene.File(), one.After);
         std::vector<std::string> rehearsed = one.Arguments;
         rehearsed.emplace_back("--dry-run");

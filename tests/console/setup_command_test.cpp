@@ -36,7 +36,10 @@ const Case kCases[] = {
      "",
      "Modified device PRINT-1\n",
      Replaced(Replaced(kSetup, "\"Laser\"", "\"Colour laser\""), ": Laser", ": Colour laser")},
-    {{"device", "set", "PRINT-1", "Description=Laser"}, 0, "", ""}, // as it was
+    {{"device", "set", "PRINT-1", "Description=Laser"},
+     0,
+     "",
+     "Using file F:\\BRIVANE\\B-DB\\SETUP.INI\n"}, // as it was
     {{"device", "add", "print", "print", "Description=B"},
      0,
      "PRINT-2\n",

@@ -129,6 +129,7 @@ TEST(UserCommand, DoesOneThingAndSaysIt) {
         EXPECT_EQ(scene.Console.Run(one.Arguments), one.Status);
         EXPECT_EQ(scene.Console.Results, one.Results);
         EXPECT_THAT(scene.Console.Notices, testing::EndsWith(one.LastNotice));
+        EXPECT_EQ(scene.Console.Notices.empty(), one.LastNotice.empty());
         EXPECT_EQ(scene.List(), one.After);
         std::vector<std::string> rehearsed = one.Arguments;
         rehearsed.emplace_back("--dry-run");
