@@ -89,7 +89,7 @@ void SaveAllRules(benchmark::State& state) {
     RuleNames names;
     const RuleList rules = Load(names);
     for (auto _ : state) {
-        if (!SaveRules(rules, false)) std::abort();
+        if (!SaveRules(rules, StampOf({}))) std::abort();
     }
 }
 

@@ -30,6 +30,10 @@ void ConsoleFront::SetStatusLine(int line, const std::string& text) {
 void ConsoleFront::ShowBox(const Box& box) { console_.PrintNotice(box.Text + '\n'); }
 
 bool ConsoleFront::Ask(const Box& box) {
+    if (box.NeedsOwnYes) {
+        console_.PrintNotice(box.Text + " No (bvctl recover does it)\n");
+        return false;
+    }
     if (answering_ == Answering::Yes) return true;
     console_.PrintNotice(box.Text + " [y/N] ");
     if (answering_ == Answering::No) {

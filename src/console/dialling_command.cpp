@@ -117,7 +117,7 @@ int Set(Session& session, const Arguments& arguments) {
         const ValueRule rule = {ValueRule::Form::Text, decltype(DialProperties::Description)::kLimit};
         if (const auto fault = FaultOfValue(kLocation, rule, *location)) return session.Refuse(*fault);
     }
-    return Perform(session, [&] {
+    const auto change = [&] {
         DialProperties properties;
         if (!LoadForChange(session, location, properties)) return false;
         for (const Assignment& assignment : *assignments) {
@@ -128,7 +128,8 @@ int Set(Session& session, const Arguments& arguments) {
             }
         }
         return WriteDiallingProperties(properties);
-    });
+    };
+    return Perform(session, [&] { return WithDiallingFileHeld(change); });
 }
 
 constexpr Verb kVerbs[] = {

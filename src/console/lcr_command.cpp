@@ -12,7 +12,6 @@
 #include "console/located.h"
 #include "console/output.h"
 #include "console/rule_keys.h"
-#include "ctlfile/whole_file.h"
 #include "lcr/edit_lock.h"
 #include "lcr/rule_edit.h"
 #include "lcr/rule_file.h"
@@ -31,6 +30,7 @@ namespace {
 constexpr std::string_view kAssignments = "KEY=VALUE";
 constexpr std::string_view kNumber = "N";
 constexpr std::string_view kAt = "--at";
+constexpr std::string_view kDrop = "--drop";
 
 // Whether it is switched on
 
@@ -175,39 +175,26 @@ struct RuleEdit {
 };
 using RuleChange = std::function<RuleCheck(RuleEdit&)>;
 
-// Opens the rules for editing; recovered ones are put in place first, so that they are not lost with the edit.
-std::optional<OpenedRules> OpenForEdit(const Session& session) {
-    if (LookForPendingRules() == PendingRules::Whole && !session.Speaker.CanAsk()) {
-        ShowError("There are unsaved changes of an earlier session in %s, and nobody to ask; --yes recovers them",
-                  PendingRulesPath());
-        return {};
-    }
-    std::optional<OpenedRules> opened = OpenRules();
-    if (!opened || !opened->IsRecovered || PutInPlace(PendingRulesPath(), RulesPath())) return opened;
-    ShowError(5000, RulesPath());
+// Opens the rules for editing, unless there are pending ones: about those a verb of their own decides.
+std::optional<OpenedRules> OpenForEdit() {
+    if (LookForPendingRules() != PendingRules::Whole) return OpenRules();
+    ShowError(9170, PendingRulesPath());
     return {};
 }
 
-// Saves the rules in one go. What cannot be put in place is not kept either, as long as the old rules are there.
-bool Commit(const RuleList& rules) {
-    if (SaveRules(rules, false)) return true;
-    if (FileExists(RulesPath())) AbandonRules(false);
-    return false;
-}
-
-bool EditRules(const Session& session, const RuleChange& change) {
+bool EditRules(const RuleChange& change) {
     RuleEdit edit;
     if (!LoadRuleNames(edit.Names)) return false;
-    std::optional<OpenedRules> opened = OpenForEdit(session);
+    std::optional<OpenedRules> opened = OpenForEdit();
     if (!opened) return false;
     edit.Rules = std::move(opened->Rules);
     if (CheckReferences(edit.Rules, edit.Names)) ShowWarning(5330);
     const RuleCheck check = change(edit);
-    return check == RuleCheck::Unchanged || (check == RuleCheck::Fine && Commit(edit.Rules));
+    return check == RuleCheck::Unchanged || (check == RuleCheck::Fine && SaveRules(edit.Rules, opened->Stamp));
 }
 
 int Edit(const Session& session, const RuleChange& change) {
-    return Perform(session, [&] { return RunLcrEditor([&] { return EditRules(session, change); }); });
+    return Perform(session, [&] { return RunLcrEditor([&] { return EditRules(change); }); });
 }
 
 // Enters the values into a copy of the rule at the place, or into a new one, and takes it into the list.
@@ -226,6 +213,11 @@ RuleCheck ChangeRule(RuleEdit& edit, std::optional<std::size_t> place, std::span
     }
     StoreRule(edit.Rules, place, rule);
     return RuleCheck::Fine;
+}
+
+int Recover(Session& session, const Arguments& arguments) {
+    const auto recover = arguments.Has(kDrop) ? DropPendingRules : RecoverPendingRules;
+    return Perform(session, [&] { return RunLcrEditor(recover); });
 }
 
 int Add(Session& session, const Arguments& arguments) {
@@ -396,6 +388,12 @@ constexpr Verb kVerbs[] = {
      .Parameters = {{kRule, {"TO", "'up', 'down' or the number that it is to have"}}},
      .Example = "2 up",
      .Run = Located<Move>},
+    {.Name = "recover",
+     .Help =
+         "Take up the changes of an earlier session that were never saved; the rules that they replace are kept with "
+         "the extension .old",
+     .Parameters = {{{kDrop, "Drop those changes instead", ParameterKind::Flag}}},
+     .Run = Located<Recover>},
     {.Name = "permitted",
      .Help = "Show the earliest moment at which words of time permit sending",
      .Parameters = {{{"TIME", "OFFPEAK, or words as of a rule's time", ParameterKind::OneOrMore}, kMoment}},

@@ -55,9 +55,10 @@ int Edit(const Session& session, const std::function<bool(LinkTable& links, cons
                 ShowError("Unable to load general settings.  Please configure LCR 'General Settings' before "
                           "proceeding");
             LinkTable links;
-            if (reading != RouterReading::Done || !LoadLinks(links)) return false;
+            TextStamp stamp;
+            if (reading != RouterReading::Done || !LoadLinks(links, stamp)) return false;
             const LinkTable before = links;
-            return change(links, router) && (links == before || SaveLinks(links));
+            return change(links, router) && (links == before || SaveLinks(links, stamp));
         });
     });
 }

@@ -33,24 +33,23 @@ void EnableKinds(const std::vector<Assignment>& values, RouterSettings& settings
         settings.WanEnabled = !settings.WanInboxDirectory.empty();
 }
 
-bool Change(const Session& session, const std::vector<Assignment>& values) {
-    RouterSettings settings;
-    const RouterReading reading = ReadRouterSettings(settings);
-    if (reading == RouterReading::Failed) return false;
-    const RouterSettings before = settings;
+bool Change(const Session& session, const std::vector<Assignment>& values, RouterSettings& settings) {
     if (!EnterValues(session, RouterKeys(), values, settings)) return false;
     EnableKinds(values, settings);
     if (settings.LocalServerId.empty()) return session.Refuse("LocalServerID: \"\" - this server needs a name") == 0;
     if (const auto fault = FaultOfRouter(settings))
         return session.Refuse(FormatText("%s: %s", fault->Key, fault->Message)) == kExitDone;
-    if (!AreKept(session, RouterKeys(), values, settings, AsRead(settings))) return false;
-    return (reading == RouterReading::Done && settings == before) || WriteRouterSettings(settings);
+    return AreKept(session, RouterKeys(), values, settings, AsRead(settings));
 }
 
 int Set(Session& session, const Arguments& arguments) {
     const auto values = ReadAssignments(session, arguments, kAssignments);
     if (!values) return kExitWrongUsage;
-    return Perform(session, [&] { return RunLcrEditor([&] { return Change(session, *values); }); });
+    return Perform(session, [&] {
+        return RunLcrEditor([&] {
+            return ChangeRouterSettings([&](RouterSettings& settings) { return Change(session, *values, settings); });
+        });
+    });
 }
 
 int TestInbox(Session& session, const Arguments& arguments) {

@@ -206,14 +206,18 @@ bool ControlStream::Close() {
     return whole;
 }
 
-ControlStream OpenShared(const std::string& path, std::string_view mode, OpenTimeout timeout) {
+int SecondsOf(OpenTimeout timeout) { return timeout.value_or(defaultTimeout); }
+
+ControlStream OpenShared(const std::string& path, std::string_view mode, OpenTimeout timeout,
+                         std::string_view standsFor) {
     if (path.empty()) {
         defaultTimeout = timeout.value_or(defaultTimeout);
         return {};
     }
-    const std::optional<platform::OpenRequest> request = RequestOf(mode);
+    std::optional<platform::OpenRequest> request = RequestOf(mode);
     if (!request || path.size() > kMaxPath) return {};
-    platform::OpenResult result = OpenRetrying(path, *request, timeout.value_or(defaultTimeout));
+    request->StandsFor = standsFor;
+    platform::OpenResult result = OpenRetrying(path, *request, SecondsOf(timeout));
     if (!result.Opened) return {};
     // A new file has a known length; an asking that failed would leave the file behind.
     const bool isNew = mode.front() == 'w' || mode.front() == 'c';

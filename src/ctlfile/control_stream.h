@@ -115,11 +115,16 @@ class ControlStream {
 using OpenTimeout = std::optional<int>;
 inline constexpr OpenTimeout kDefaultTimeout{};
 
+// That number of seconds.
+int SecondsOf(OpenTimeout timeout);
+
 // Opens a control file with a mode as the standard library's fopen takes it, always as bytes: "r" denies nothing
 // to others, "r+", "w" and "w+" deny reading and writing, "a" denies writing; "c" creates a file and fails when it
 // exists. An opening refused as access-denied is tried again, yielding to the system, until the timeout has
 // passed; any other failure, a path of over 268 characters and a file of over 1 GiB give no stream at once. Without
-// a path, sets the process's default timeout. No message is shown.
-ControlStream OpenShared(const std::string& path, std::string_view mode, OpenTimeout timeout = kDefaultTimeout);
+// a path, sets the process's default timeout. No message is shown. A file that is opened to write the new text of
+// another one stands for that, and gets its rights (platform/files.h).
+ControlStream OpenShared(const std::string& path, std::string_view mode, OpenTimeout timeout = kDefaultTimeout,
+                         std::string_view standsFor = {});
 
 } // namespace bv

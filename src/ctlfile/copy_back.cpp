@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <memory>
 
+#include "ctlfile/file_gate.h"
 #include "ctlfile/paths.h"
 #include "shell/messages.h"
 
@@ -88,12 +89,12 @@ Rewrite::Rewrite(const std::string& path, OpenTimeout timeout) : temporaryPath_(
         fault_ = Problem::BadPath;
         return;
     }
-    Control = OpenShared(path, "r+b", timeout);
+    Control = OpenToRewrite(path, timeout);
     if (!Control) {
         fault_ = Problem::Control;
         return;
     }
-    Temporary = OpenShared(temporaryPath_, "w+b", timeout);
+    Temporary = OpenShared(temporaryPath_, "w+b", timeout, path);
     if (!Temporary) {
         fault_ = Problem::Temporary;
         Control.Close();

@@ -1,16 +1,40 @@
 #include "ctlfile/whole_file.h"
 
+#include <cstdint>
+
 #include "ctlfile/control_stream.h"
+#include "ctlfile/copy_back.h"
+#include "platform/clock.h"
 #include "platform/files.h"
 #include "shell/messages.h"
 
 namespace bv {
+namespace {
 
 using platform::FileError;
 using platform::Files;
 
-WriteFault TryWriteWholeFile(const std::string& path, std::string_view text) {
-    ControlStream file = OpenShared(path, "wb");
+constexpr std::int64_t kPatience = 10'000; // milliseconds
+constexpr std::int64_t kPause = 10;
+
+bool CopyOver(const std::string& newPath, const std::string& livePath) {
+    ControlStream live = OpenShared(livePath, "r+b");
+    ControlStream fresh = OpenShared(newPath, "r+b");
+    if (!live || !fresh || CopyFileBack(fresh, live) != kDone || !live.Close()) return false;
+    fresh.Close();
+    Files().Delete(newPath); // one that stays does no harm: the next writer writes over it
+    return true;
+}
+
+FileError TryToPutInPlace(const std::string& newPath, const std::string& livePath) {
+    const FileError error = Files().Replace(newPath, livePath);
+    return error == FileError::NotFound && IsMissing(livePath) ? Files().Rename(newPath, livePath) : error;
+}
+
+} // namespace
+
+WriteFault TryWriteWholeFile(const std::string& path, std::string_view text, std::string_view standsFor) {
+    ControlStream file = OpenShared(path, "wb", kDefaultTimeout, standsFor);
     if (!file) return WriteFault::NotOpened;
     file.Write(text);
     if (file.Close()) return WriteFault::None;
@@ -18,27 +42,22 @@ WriteFault TryWriteWholeFile(const std::string& path, std::string_view text) {
     return WriteFault::NotWritten;
 }
 
-bool WriteWholeFile(const std::string& path, std::string_view text) {
-    return TryWriteWholeFile(path, text) == WriteFault::None;
+bool WriteWholeFile(const std::string& path, std::string_view text, std::string_view standsFor) {
+    return TryWriteWholeFile(path, text, standsFor) == WriteFault::None;
 }
 
 bool PutInPlace(const std::string& newPath, const std::string& livePath) {
-    if (!Files().Find(newPath)) return false;
-    const FileError deleted = Files().Delete(livePath);
-    if (deleted != FileError::None && deleted != FileError::NotFound) return false;
-    return Files().Rename(newPath, livePath) == FileError::None;
+    const std::int64_t end = platform::TheClock().Ticks() + kPatience;
+    for (;;) {
+        const FileError error = TryToPutInPlace(newPath, livePath);
+        if (error == FileError::RightsNotKept) return CopyOver(newPath, livePath);
+        const bool mayComeOff = error == FileError::AccessDenied || error == FileError::Exists;
+        if (!mayComeOff || platform::TheClock().Ticks() >= end) return error == FileError::None;
+        YieldToSystem();
+        platform::TheClock().Sleep(kPause);
+    }
 }
 
 bool IsMissing(const std::string& path) { return Files().Open(path, {}).Error == FileError::NotFound; }
-
-bool IsCutOff(const std::string& newPath, const std::string& livePath) {
-    return IsMissing(livePath) && Files().Find(newPath);
-}
-
-std::string PathToRead(const std::string& livePath, const std::string& newPath) {
-    if (!IsCutOff(newPath, livePath)) return livePath;
-    ShowWarning(9012, livePath, newPath);
-    return newPath;
-}
 
 } // namespace bv

@@ -1,10 +1,11 @@
 #include "dialling/dialling_file.h"
 
 #include "ctlfile/control_stream.h"
+#include "ctlfile/file_gate.h"
 #include "ctlfile/lines.h"
 #include "ctlfile/reader.h"
 #include "ctlfile/reading.h"
-#include "ctlfile/whole_file.h"
+#include "ctlfile/replaced_file.h"
 #include "platform/ascii.h"
 #include "shell/messages.h"
 #include "shell/server_paths.h"
@@ -31,7 +32,7 @@ LoadedProperties& Loaded() {
     return loaded;
 }
 
-std::string NewFilePath() { return DatabaseFile("DIALLING.NEW"); }
+ReplacedFile File() { return {DatabaseFile("DIALLING.INI"), DatabaseFile("DIALLING.NEW"), "DiallingProperties"}; }
 
 // Steps to the body of the next location of that name; false when there is none.
 bool FindLocation(ControlStream& file, std::string_view name, Position& body) {
@@ -192,30 +193,6 @@ std::string NewText(std::string_view text, const DialProperties& properties) {
     return changed;
 }
 
-// Never over a file that has come, or that only seemed to be away.
-bool MakeFile(const std::string& path) {
-    if (IsCutOff(NewFilePath(), path)) return PutInPlace(NewFilePath(), path);
-    ControlStream file = OpenShared(path, "c+b");
-    if (!file) return FileExists(path);
-    if (file.Write(kNewFile) && file.Close()) return true;
-    file.Close();
-    platform::Files().Delete(path);
-    return false;
-}
-
-// The file's text; none after a message.
-std::optional<std::string> OldText(const std::string& path) {
-    if (!FileExists(path) && !MakeFile(path)) {
-        ShowError(413, path);
-        return {};
-    }
-    ControlStream file = OpenForReading(path);
-    if (!file) return {};
-    std::string text(file.Rest());
-    if (!WasRead(file)) return {};
-    return text;
-}
-
 } // namespace
 
 void SelectLocation(DialProperties& properties, std::string_view name) {
@@ -232,7 +209,7 @@ std::string_view SelectedLocation(const DialProperties& properties) {
     return properties.Description;
 }
 
-std::string DiallingFile() { return DatabaseFile("DIALLING.INI"); }
+std::string DiallingFile() { return File().Path; }
 
 StatusCode ReadDialLocation(const std::string& path, std::optional<std::string_view> location,
                             DialProperties& properties) {
@@ -258,22 +235,21 @@ const DialProperties& GetDialProperties() {
 
 bool DialPropertiesAreLoaded() { return Loaded().IsLoaded; }
 
-std::string DiallingFileToRead() { return PathToRead(DiallingFile(), NewFilePath()); }
+std::string DiallingFileToRead() { return PathToRead(File()); }
+
+bool WithDiallingFileHeld(const std::function<bool()>& change) {
+    const FileGate gate(DiallingFile());
+    if (!gate) ShowError(413, DiallingFile());
+    return gate && change();
+}
 
 bool WriteDiallingProperties(const DialProperties& properties) {
     const std::string path = DiallingFile();
-    const std::optional<std::string> oldText = OldText(path);
-    if (!oldText) return false;
-    ShowStatus(470, path);
-    const WriteFault fault = TryWriteWholeFile(NewFilePath(), NewText(*oldText, properties));
-    if (fault == WriteFault::NotOpened) {
-        ShowError(413, NewFilePath());
-        return false;
-    }
-    if (fault == WriteFault::NotWritten || !PutInPlace(NewFilePath(), path)) {
-        ShowError(5000, path);
-        return false;
-    }
+    const auto newText = [&](const TextOfFile& live) {
+        ShowStatus(470, path);
+        return NewText(live.IsThere ? live.Text : kNewFile, properties);
+    };
+    if (!ChangeReplacedFile(File(), newText)) return false;
     ShowStatus(471, path);
     Startup().SettingsChanged = true;
     return true;

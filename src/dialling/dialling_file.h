@@ -12,6 +12,7 @@
 // A change writes the whole file as DIALLING.NEW and then puts that in its place.
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -47,15 +48,19 @@ const DialProperties& GetDialProperties();
 bool DialPropertiesAreLoaded();
 
 // The file for a reader: DIALLING.INI, or, after the warning 9012, DIALLING.NEW when that is there alone. So a change
-// leaves them, the new text complete, that was cut off between deleting the one and renaming the other; the next
-// change takes it for the file.
+// leaves them, the new text complete, that was cut off between deleting the one and renaming the other; before the
+// next change it is offered to put that in place.
 std::string DiallingFileToRead();
+
+// Runs a change of the file, from its reading on, while no other program of ours can change it. False after 413, or
+// when the change returned false.
+bool WithDiallingFileHeld(const std::function<bool()>& change);
 
 // Makes the record's location the selected one and puts it in the place of the paragraph with its description, or
 // behind all others. Modes 1 and 3 drop every location from the file, which is intended; so do the lines of
 // "[DIALPROPERTIES]" and paragraphs of other names among the locations. Everything else stays as it was. Status 470
 // and 471; sets SettingsChanged. False after 413 (a file cannot be made or opened), 9011 or 5000; then the file is as
-// it was, or away with its new text complete in DIALLING.NEW.
+// it was.
 bool WriteDiallingProperties(const DialProperties& properties);
 
 } // namespace bv

@@ -2,14 +2,17 @@
 
 #include <algorithm>
 #include <functional>
+#include <list>
 #include <optional>
 #include <utility>
 
+#include "ctlfile/file_gate.h"
 #include "ctlfile/whole_file.h"
 #include "lcr/text_file.h"
 #include "platform/ascii.h"
 #include "platform/files.h"
 #include "shell/messages.h"
+#include "shell/startup.h"
 
 namespace bv {
 namespace {
@@ -22,26 +25,16 @@ std::string NewPath(const WorkingCopy& copy) { return DestinationPath(copy.File,
 // What a change makes of a text; none, after a message, when it cannot be made.
 using TextChange = std::function<std::optional<std::string>(std::string_view text)>;
 
-bool PutWorkingCopyInPlace(const WorkingCopy& copy) { return PutTextInPlace(NewPath(copy), LivePath(copy)); }
+ReplacedFile FileOf(const WorkingCopy& copy) { return ReplacedDestinationFile(copy.File, copy.DiallingCode); }
 
-// A working copy without its live file gets its place.
-bool EndCutOffCommit(const WorkingCopy& copy) {
-    if (!IsMissing(LivePath(copy))) return true;
-    const std::optional<TextOfFile> left = ReadTextFile(NewPath(copy));
-    if (!left) return false;
-    return !HasDestinationList(copy.File, left->Text) || PutWorkingCopyInPlace(copy);
-}
-
-// Writes the working copy anew: with the live file's text, or the given one where there is none.
-bool MakeWorkingCopy(const WorkingCopy& copy, const std::string& textOfNone) {
-    const std::optional<TextOfFile> live = ReadTextFile(LivePath(copy));
-    if (!live) return false;
-    return WriteTextFile(NewPath(copy), live->IsThere ? live->Text : textOfNone);
-}
-
-bool BeginFile(DestinationEdit& edit, const WorkingCopy& copy) {
-    if (!EndCutOffCommit(copy) || !MakeWorkingCopy(copy, EmptyDestinationText(copy.File))) return false;
-    edit.Copies.push_back(copy);
+// Makes a working copy of the live file's text, or of an empty list where there is none.
+bool BeginFile(DestinationEdit& edit, WorkingCopy copy) {
+    const ReplacedFile file = FileOf(copy);
+    if (!OfferRecovery(file)) return false;
+    const std::optional<TextOfFile> live = ReadTextFile(file.Path);
+    if (!live || !WriteNewText(file, live->IsThere ? live->Text : EmptyDestinationText(copy.File))) return false;
+    copy.Before = StampOf(*live);
+    edit.Copies.push_back(std::move(copy));
     return true;
 }
 
@@ -54,14 +47,15 @@ bool IsTouched(const DestinationEdit& edit, const WorkingCopy& copy) {
 // An area file gets its working copy when it is first changed.
 bool Touch(DestinationEdit& edit, const WorkingCopy& copy) { return IsTouched(edit, copy) || BeginFile(edit, copy); }
 
-// The working copy is as it was when this fails, whatever has been deleted.
+// The working copy is as it was when this fails, whatever has been deleted; else a message says that it is not.
 bool ReplaceWorkingCopy(const WorkingCopy& copy, const std::string& oldText, const std::string& newText) {
-    const std::string rewritePath = DestinationPath(copy.File, copy.DiallingCode, "ne2");
-    if (!WriteTextFile(rewritePath, newText)) return false;
-    if (PutInPlace(rewritePath, NewPath(copy))) return true;
-    ShowError(5004, NewPath(copy));
-    if (!Files().Find(NewPath(copy))) WriteWholeFile(NewPath(copy), oldText);
-    Files().Delete(rewritePath);
+    ReplacedFile file = FileOf(copy);
+    const std::string livePath = std::exchange(file.Path, file.NewPath);
+    file.NewPath = DestinationPath(copy.File, copy.DiallingCode, "ne2");
+    if (!WriteNewText(file, newText)) return false;
+    if (PutNewTextInPlace(file)) return true;
+    Files().Delete(file.NewPath);
+    if (IsMissing(file.Path) && !WriteWholeFile(file.Path, oldText, livePath)) ShowError(file.NotWritten, file.Path);
     return false;
 }
 
@@ -135,6 +129,19 @@ bool ChangeAreas(DestinationEdit& edit, std::string_view diallingCode, const Tex
     return true;
 }
 
+// Whether the live file is as it was read; then it stays so while the gate is held.
+bool GetIn(const WorkingCopy& copy, std::list<FileGate>& gates) {
+    const std::string path = LivePath(copy);
+    if (!gates.emplace_back(path)) {
+        ShowOpenFault(path);
+        return false;
+    }
+    const std::optional<TextOfFile> live = ReadTextFile(path);
+    if (!live) return false;
+    if (StampOf(*live) != copy.Before) ShowError(9025, path);
+    return StampOf(*live) == copy.Before;
+}
+
 bool HasEntry(const std::vector<MatchEntry>& entries, const MatchEntry& entry) {
     return std::ranges::find(entries, entry) != entries.end();
 }
@@ -144,12 +151,7 @@ bool HasEntry(const std::vector<MatchEntry>& entries, const MatchEntry& entry) {
 bool BeginDestinationEdit(DestinationEdit& edit) {
     edit = {};
     if (!LoadDestinations(edit.Tables)) return false;
-    const auto hasWhole = [](const CountryEntry& country) {
-        return !country.HasAreaFile || EndCutOffCommit({kAreaFile, country.DiallingCode});
-    };
-    if (std::ranges::all_of(edit.Tables.Countries(), hasWhole) && BeginFile(edit, {kRegionFile, {}}) &&
-        BeginFile(edit, {kCountryFile, {}}))
-        return true;
+    if (BeginFile(edit, {kRegionFile, {}}) && BeginFile(edit, {kCountryFile, {}})) return true;
     DropDestinationEdit(edit);
     return false;
 }
@@ -191,12 +193,17 @@ bool DeleteArea(DestinationEdit& edit, std::string_view diallingCode, std::strin
 }
 
 bool CommitDestinationEdit(DestinationEdit& edit) {
+    std::list<FileGate> gates;
+    for (const WorkingCopy& copy : edit.Copies) {
+        if (!GetIn(copy, gates)) return false;
+    }
     while (!edit.Copies.empty()) {
         WorkingCopy& copy = edit.Copies.front();
-        if (!PutWorkingCopyInPlace(copy)) {
-            copy.IsOnlyText = !Files().Find(LivePath(copy));
+        if (!PutNewTextInPlace(FileOf(copy))) {
+            copy.IsOnlyText = IsMissing(LivePath(copy));
             return false;
         }
+        Startup().SettingsChanged = true;
         edit.Copies.erase(edit.Copies.begin());
     }
     edit = {};

@@ -14,8 +14,9 @@ namespace bv {
 // A file that is being edited.
 struct WorkingCopy {
     DestinationFile File;
-    std::string DiallingCode; // of an area file
-    bool IsOnlyText = false;  // a commit has deleted the live file and then failed
+    std::string DiallingCode = {}; // of an area file
+    TextStamp Before = {};         // of the live file, as it was read
+    bool IsOnlyText = false;       // a commit has deleted the live file and then failed
 };
 
 struct DestinationEdit {
@@ -24,14 +25,15 @@ struct DestinationEdit {
     bool Changed = false;
 };
 
-// Makes the working copies of the region file and the country file, new ones where there is no such file. What a save
-// that was cut off has left is put in its place first, and said as a warning. False, with no working copy left, after
-// "File error: couldn't open".
+// Makes the working copies of the region file and the country file, new ones where there is no such file. To put in
+// place what a save that was cut off has left is offered first. False, with no working copy left, after "File error:
+// couldn't open", or when that is not wanted.
 bool BeginDestinationEdit(DestinationEdit& edit);
 
 // Put an entry into its working copy: in the place of the first one whose identifier begins with the entry's, or at the
-// end of the list. An entry that is there already is not written. False after "File error: couldn't open" or message
-// 5004, the working copy unchanged. The dialling code is that of the area's country.
+// end of the list. An entry that is there already is not written. False after "File error: couldn't open", 5000 or
+// 5004, the working copy unchanged or, where it could not be put back, gone: then no commit comes off. The dialling
+// code is that of the area's country.
 bool WriteRegion(DestinationEdit& edit, const RegionEntry& entry);
 bool WriteCountry(DestinationEdit& edit, const CountryEntry& entry);
 bool WriteArea(DestinationEdit& edit, std::string_view diallingCode, const AreaEntry& entry);
@@ -42,8 +44,9 @@ bool DeleteRegion(DestinationEdit& edit, std::string_view identifier);
 bool DeleteCountry(DestinationEdit& edit, std::string_view identifier);
 bool DeleteArea(DestinationEdit& edit, std::string_view diallingCode, std::string_view identifier);
 
-// Puts the working copies in the place of the live files; sets SettingsChanged. False after message 5004: then it may
-// be called again for those that are left.
+// Puts the working copies in the place of the live files, which must all be as they were read; sets SettingsChanged.
+// False after "File error: couldn't open" or 9025, with nothing done, or after 5004: then it may be called again for
+// those that are left.
 bool CommitDestinationEdit(DestinationEdit& edit);
 
 // Throws the working copies away; changes only when the person says so. False when not.

@@ -120,6 +120,10 @@ std::string DestinationPath(const DestinationFile& file, std::string_view dialli
     return DatabaseFile(DestinationName(file, diallingCode, extension));
 }
 
+ReplacedFile ReplacedDestinationFile(const DestinationFile& file, std::string_view diallingCode) {
+    return LcrFile(DestinationName(file, diallingCode, "ini"), DestinationName(file, diallingCode, "new"), file.Type);
+}
+
 std::string EmptyDestinationText(const DestinationFile& file) {
     return FormatText("[BRIVANE]\r\nType: %s\r\nRevision: A\r\n\r\n%s\r\n", file.Type, file.Paragraph);
 }
@@ -129,8 +133,7 @@ bool HasDestinationList(const DestinationFile& file, std::string_view text) {
 }
 
 std::optional<TextOfFile> ReadDestinationFile(const DestinationFile& file, std::string_view diallingCode) {
-    return ReadReplacedFile(DestinationPath(file, diallingCode), DestinationPath(file, diallingCode, "new"),
-                            [&file](std::string_view text) { return HasDestinationList(file, text); });
+    return ReadReplacedFile(ReplacedDestinationFile(file, diallingCode));
 }
 
 std::vector<MatchEntry> ParseMatchEntries(const DestinationFile& file, std::string_view text) {

@@ -28,6 +28,9 @@ std::string DestinationName(const DestinationFile& file, std::string_view dialli
 std::string DestinationPath(const DestinationFile& file, std::string_view diallingCode = {},
                             std::string_view extension = "ini");
 
+// The file and its working copy.
+ReplacedFile ReplacedDestinationFile(const DestinationFile& file, std::string_view diallingCode = {});
+
 // The text of a new file without entries.
 std::string EmptyDestinationText(const DestinationFile& file);
 

@@ -23,9 +23,6 @@ constexpr std::string_view kFirstStatus =
 constexpr std::string_view kStatusKeys[] = {
     "RemoteLinkRunNumber:", "LocalLinkRunNumber:", "RemoteLinkStatus:", "LocalLinkStatus:", kConnectionKey};
 
-std::string LivePath() { return DatabaseFile("Link.ini"); }
-std::string NewPath() { return DatabaseFile("Link.new"); }
-
 template <std::string LinkRecord::*Member>
 constexpr KeyField<LinkRecord> TextRow(std::string_view key, std::size_t limit) {
     return {key,
@@ -187,10 +184,6 @@ struct OldFile {
     }
 };
 
-bool IsLinkDatabase(std::string_view text) { return BeginsWith(text, "[BRIVANE]"); }
-
-std::optional<TextOfFile> ReadLive() { return ReadReplacedFile(LivePath(), NewPath(), IsLinkDatabase); }
-
 void AddLinks(std::string_view text, LinkTable& links) {
     links.clear();
     for (const std::string_view paragraph : ParagraphsOf(text)) {
@@ -236,6 +229,8 @@ std::vector<LinkSetting> MakeSettings() {
 
 } // namespace
 
+ReplacedFile LinkFile() { return LcrFile("Link.ini", "Link.new", "LinkDatabase"); }
+
 std::span<const LinkKey> LinkKeys() { return kLinkKeys; }
 
 std::span<const LinkSetting> LinkSettings() {
@@ -271,17 +266,24 @@ bool ReadLink(std::string_view paragraph, LinkRecord& link) {
 }
 
 bool ReadLinks(LinkTable& links) {
-    const std::optional<TextOfFile> file = ReadLive();
+    const std::optional<TextOfFile> file = ReadReplacedFile(LinkFile());
     if (file) AddLinks(file->Text, links);
     return file.has_value();
 }
 
-bool LoadLinks(LinkTable& links) {
-    const std::optional<TextOfFile> file = ReadLive();
-    if (!file) return false;
-    if (!file->IsThere && !WriteTextFile(LivePath(), kHeader)) return false;
-    if (file->IsThere && IsMissing(LivePath()) && !PutTextInPlace(NewPath(), LivePath())) return false;
-    AddLinks(file->Text, links);
+bool LoadLinks(LinkTable& links, TextStamp& stamp) {
+    const ReplacedFile file = LinkFile();
+    if (!OfferRecovery(file)) return false;
+    std::optional<TextOfFile> text = ReadTextFile(file.Path);
+    if (!text) return false;
+    if (!text->IsThere) {
+        const auto makeFile = [](const TextOfFile& live) { return live.IsThere ? live.Text : std::string(kHeader); };
+        if (!ChangeReplacedFile(file, makeFile)) return false;
+        text = ReadTextFile(file.Path);
+        if (!text) return false;
+    }
+    AddLinks(text->Text, links);
+    stamp = StampOf(*text);
     return true;
 }
 
@@ -301,18 +303,20 @@ std::string LinkParagraph(const LinkRecord& link, std::string_view oldParagraph)
     return text.append(kLineEnd);
 }
 
-bool SaveLinks(const LinkTable& links, Pending pending) {
-    const std::optional<TextOfFile> file = ReadTextFile(LivePath());
-    if (!file) return false;
-    if (!file->IsThere) {
-        ShowOpenFault(LivePath());
-        return false;
-    }
-    OldFile old(file->Text);
-    std::string text(kHeader);
-    for (const LinkRecord& link : links) text += LinkParagraph(link, link.IsNew ? std::string_view() : old.Take(link));
-    if (!WriteTextFile(NewPath(), text + old.Others)) return false;
-    return pending == Pending::Yes || PutTextInPlace(NewPath(), LivePath());
+bool SaveLinks(const LinkTable& links, const TextStamp& stamp) {
+    const ReplacedFile file = LinkFile();
+    const auto newText = [&](const TextOfFile& live) -> std::optional<std::string> {
+        if (!live.IsThere) {
+            ShowOpenFault(file.Path);
+            return {};
+        }
+        OldFile old(live.Text);
+        std::string text(kHeader);
+        for (const LinkRecord& link : links)
+            text += LinkParagraph(link, link.IsNew ? std::string_view() : old.Take(link));
+        return text + old.Others;
+    };
+    return ChangeLcrFile(file, newText, stamp);
 }
 
 std::optional<SettingFault> FaultOfLink(const LinkRecord& link, const LinkTable& others, const RouterSettings& router) {

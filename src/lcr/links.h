@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "ctlfile/key_fields.h"
+#include "ctlfile/replaced_file.h"
 #include "lcr/router_settings.h"
 
 namespace bv {
@@ -53,6 +54,9 @@ struct LinkRecord {
 };
 using LinkTable = std::vector<LinkRecord>; // in file order
 
+// LINK.INI in the database directory.
+ReplacedFile LinkFile();
+
 // The keys of a link's paragraph, in the order in which they are written.
 struct LinkKey {
     KeyField<LinkRecord> Field;
@@ -74,21 +78,20 @@ LinkRecord NewLink(std::string_view identifier);
 // Reads the lines of a "[LINK]" paragraph. False when it has no identifier, no address or no known type.
 bool ReadLink(std::string_view paragraph, LinkRecord& link);
 
-// All links that can be read. ReadLinks finds none without the file; LoadLinks makes a file with only the header, or
-// puts in place what a save that was cut off has left, with a warning. False after "File error: couldn't open", message
-// 9011 or 5004.
+// All links that can be read. ReadLinks finds none without the file. LoadLinks, for who is going to save them, makes a
+// file with only the header, or offers to put in place what a save that was cut off has left. False after "File error:
+// couldn't open", message 9011 or 5004, or when that is not wanted.
 bool ReadLinks(LinkTable& links);
-bool LoadLinks(LinkTable& links);
+bool LoadLinks(LinkTable& links, TextStamp& stamp);
 
 // The lines of a link and the empty line behind them. The old paragraph's lines, up to an empty one, that the program
 // does not write itself are kept.
 std::string LinkParagraph(const LinkRecord& link, std::string_view oldParagraph);
 
-// Writes all links to Link.new and, unless that is to stay pending, puts it in the place of Link.ini. Paragraphs of
-// Link.ini that are no link that can be read are kept at the end. Sets SettingsChanged once that is in place. False
-// after "File error: couldn't open" or message 5004.
-enum class Pending { No, Yes };
-bool SaveLinks(const LinkTable& links, Pending pending = Pending::No);
+// Writes all links to Link.new and puts it in the place of Link.ini, which must be as LoadLinks has read it. Paragraphs
+// of Link.ini that are no link that can be read are kept at the end. Sets SettingsChanged. False after "File error:
+// couldn't open", message 9025 or 5004.
+bool SaveLinks(const LinkTable& links, const TextStamp& stamp);
 
 // The first rule that a link breaks, in the order of the rules; none when it breaks none. The other links are those
 // without it.

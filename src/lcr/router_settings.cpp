@@ -26,8 +26,7 @@ constexpr std::string_view kOwnKeys[] = {
     "EmailInboxPollFreq:", "EmailDeleteInvalidMsg:", "WanInboxDirectory:", "WanInboxPollFreq:",
 };
 
-std::string LivePath() { return DatabaseFile("Setup.ini"); }
-std::string NewPath() { return DatabaseFile("Setup.new"); }
+ReplacedFile SetupFile() { return LcrFile("Setup.ini", "Setup.new", ""); }
 
 // The text's parts around the lines of the paragraph.
 struct PartedText {
@@ -236,8 +235,9 @@ std::string TokenText(std::string_view token) {
 
 RouterReading ReadRouterSettings(RouterSettings& settings) {
     settings = {};
-    const std::optional<TextOfFile> file = ReadTextFile(LivePath());
-    if (file && !file->IsThere) ShowOpenFault(LivePath());
+    const std::string path = SetupFile().Path;
+    const std::optional<TextOfFile> file = ReadTextFile(path);
+    if (file && !file->IsThere) ShowOpenFault(path);
     if (!file || !file->IsThere) return RouterReading::Failed;
     const std::optional<std::string_view> paragraph = ParagraphToRead(file->Text);
     if (!paragraph) return RouterReading::NotConfigured;
@@ -247,14 +247,26 @@ RouterReading ReadRouterSettings(RouterSettings& settings) {
 
 RouterSettings AsRead(const RouterSettings& settings) { return ParseParagraph(ParagraphText(settings)); }
 
+bool ChangeRouterSettings(const RouterChange& change) {
+    const ReplacedFile file = SetupFile();
+    return ChangeLcrFile(file, [&](const TextOfFile& live) -> std::optional<std::string> {
+        if (!live.IsThere) {
+            ShowOpenFault(file.Path);
+            return {};
+        }
+        const std::optional<std::string_view> paragraph = ParagraphToRead(live.Text);
+        const RouterSettings before = paragraph ? ParseParagraph(*paragraph) : RouterSettings();
+        RouterSettings settings = before;
+        if (!change(settings)) return {};
+        return paragraph && settings == before ? live.Text : Rewritten(live.Text, settings);
+    });
+}
+
 bool WriteRouterSettings(const RouterSettings& settings) {
-    const std::optional<TextOfFile> file = ReadTextFile(LivePath());
-    if (!file) return false;
-    if (!file->IsThere) {
-        ShowOpenFault(LivePath());
-        return false;
-    }
-    return WriteTextFile(NewPath(), Rewritten(file->Text, settings)) && PutTextInPlace(NewPath(), LivePath());
+    return ChangeRouterSettings([&](RouterSettings& now) {
+        now = settings;
+        return true;
+    });
 }
 
 std::optional<SettingFault> FaultOfRouter(const RouterSettings& settings) {

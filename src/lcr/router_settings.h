@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <span>
 #include <string>
@@ -84,8 +85,14 @@ enum class RouterReading {
 };
 RouterReading ReadRouterSettings(RouterSettings& settings);
 
+// Changes the settings, which are read when nobody else can change the file any more; false, after a message, when they
+// are not to be changed.
+using RouterChange = std::function<bool(RouterSettings& settings)>;
+
 // Rewrites the paragraph, or adds it at the end of the file, through Setup.new; all other lines stay as they are. Sets
-// SettingsChanged. False after "File error: couldn't open", message 9011 or 5004.
+// SettingsChanged. Settings that are as before are not written. False after a message of the change, "File error:
+// couldn't open", 9011 or 5004.
+bool ChangeRouterSettings(const RouterChange& change);
 bool WriteRouterSettings(const RouterSettings& settings);
 
 // The settings as they are read again after they were written.

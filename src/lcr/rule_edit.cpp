@@ -246,7 +246,7 @@ RuleCheck AcceptRule(RuleList& rules, std::optional<std::size_t> position, Routi
     if (check != RuleCheck::Fine) return check;
     RuleList changed = rules;
     StoreRule(changed, position, edited);
-    if (!SaveRules(changed, true)) return RuleCheck::Refused;
+    if (!KeepRulesPending(changed)) return RuleCheck::Refused;
     rules = std::move(changed);
     return RuleCheck::Fine;
 }

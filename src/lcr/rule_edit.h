@@ -81,8 +81,8 @@ RuleCheck CheckRule(const RuleList& rules, std::optional<std::size_t> position, 
 // Puts the rule at its position, or at the end of the list.
 void StoreRule(RuleList& rules, std::optional<std::size_t> position, const RoutingRule& edited);
 
-// CheckRule, and for a fine rule StoreRule and the pending file (SaveRules); Refused also when that cannot be written:
-// then the list is as it was.
+// CheckRule, and for a fine rule StoreRule and the pending file (KeepRulesPending); Refused also when that cannot be
+// written: then the list is as it was.
 RuleCheck AcceptRule(RuleList& rules, std::optional<std::size_t> position, RoutingRule& edited, const RuleNames& names,
                      RuleLeaving leaving);
 

@@ -4,6 +4,7 @@
 #include <string_view>
 #include <utility>
 
+#include "ctlfile/file_gate.h"
 #include "ctlfile/lines.h"
 #include "ctlfile/reader.h"
 #include "ctlfile/reading.h"
@@ -17,6 +18,7 @@
 namespace bv {
 namespace {
 
+constexpr std::string_view kType = "LCRRules";
 constexpr std::string_view kFileHeader = "[BRIVANE]\r\nType: LCRRules\r\nRevision: A\r\n\r\n";
 constexpr std::string_view kHeaderParagraph = "[BRIVANE]";
 constexpr std::string_view kRuleHeader = "[RULE]";
@@ -148,19 +150,40 @@ bool HasOtherText(ControlStream& file) {
     return false;
 }
 
+// What is said of them: 413 of what the engine reads, "File error: couldn't open" of what it writes, 5000 of both.
+ReplacedFile RuleFile() {
+    ReplacedFile file = LcrFile("LCRRules.ini", "LCRRules.new", kType);
+    file.NotReplaced = file.NotWritten;
+    return file;
+}
+
+struct LoadedRules {
+    RuleList Rules;
+    TextStamp Stamp;
+    bool HasOther = false; // text outside the rules
+};
+
 // Without the file there are no rules.
-std::optional<RuleList> LoadRulesFrom(const std::string& path) {
-    if (IsMissing(path)) return RuleList();
+std::optional<LoadedRules> LoadRulesFrom(const std::string& path) {
+    if (IsMissing(path)) return LoadedRules{};
     ControlStream file = OpenForReading(path);
     if (!file) return {};
-    RuleList rules = LoadRules(file);
-    return WasRead(file) ? std::optional(std::move(rules)) : std::nullopt;
+    LoadedRules loaded{LoadRules(file), {}, HasOtherText(file)};
+    file.Rewind();
+    loaded.Stamp = StampOf({true, std::string(file.Rest())});
+    return WasRead(file) ? std::optional(std::move(loaded)) : std::nullopt;
+}
+
+std::string TextOf(const RuleList& rules) {
+    std::string text(kFileHeader);
+    for (const RoutingRule& rule : rules) AppendRule(text, rule);
+    return text;
 }
 
 } // namespace
 
-std::string RulesPath() { return DatabaseFile("LCRRules.ini"); }
-std::string PendingRulesPath() { return DatabaseFile("LCRRules.new"); }
+std::string RulesPath() { return RuleFile().Path; }
+std::string PendingRulesPath() { return RuleFile().NewPath; }
 
 RuleList LoadRules(ControlStream& file) {
     RuleList rules;
@@ -191,25 +214,45 @@ bool IsKeptByFile(const RoutingRule& rule) {
     return IsSameRule(readBack, rule);
 }
 
-bool SaveRules(const RuleList& rules, bool keepPending) {
-    std::string text(kFileHeader);
-    for (const RoutingRule& rule : rules) AppendRule(text, rule);
-    if (!WriteTextFile(PendingRulesPath(), text)) return false;
-    if (keepPending) return true;
-    if (!PutInPlace(PendingRulesPath(), RulesPath())) {
-        ShowError(5000, RulesPath());
+bool KeepRulesPending(const RuleList& rules) { return WriteNewText(RuleFile(), TextOf(rules)); }
+
+bool SaveRules(const RuleList& rules, const TextStamp& stamp) {
+    if (!ChangeLcrFile(
+            RuleFile(), [&](const TextOfFile&) { return TextOf(rules); }, stamp))
         return false;
-    }
-    Startup().SettingsChanged = true;
+    platform::Files().Delete(PendingRulesPath()); // when nothing was to be written; one that stays is asked about
     return true;
 }
 
 PendingRules LookForPendingRules() {
     if (IsMissing(PendingRulesPath())) return PendingRules::None;
     ControlStream file = OpenShared(PendingRulesPath(), "rb");
-    const bool isWhole = file.Rest().ends_with('\n');
+    const bool isWhole = IsWholeText(file.Rest(), kType);
     if (file.Failed()) return PendingRules::Unreadable;
     return isWhole ? PendingRules::Whole : PendingRules::CutOff;
+}
+
+bool RecoverPendingRules() {
+    const ReplacedFile file = RuleFile();
+    const FileGate gate(file.Path);
+    if (!gate) {
+        ShowError(file.NotOpened, file.Path);
+        return false;
+    }
+    if (LookForPendingRules() != PendingRules::Whole) {
+        ShowError(9171, file.NewPath);
+        return false;
+    }
+    if (!KeepAsOld(file.Path) || !PutNewTextInPlace(file)) return false;
+    Startup().SettingsChanged = true;
+    return true;
+}
+
+bool DropPendingRules() {
+    const platform::FileError error = platform::Files().Delete(PendingRulesPath());
+    if (error == platform::FileError::None || error == platform::FileError::NotFound) return true;
+    ShowError(5004, PendingRulesPath());
+    return false;
 }
 
 std::optional<OpenedRules> OpenRules() {
@@ -223,14 +266,18 @@ std::optional<OpenedRules> OpenRules() {
         if (!recovers) platform::Files().Delete(PendingRulesPath());
         break;
     }
-    const std::string path = recovers ? PendingRulesPath() : RulesPath();
-    std::optional<RuleList> rules = LoadRulesFrom(path);
-    if (!rules) return {};
-    if (ControlStream file = OpenShared(path, "rb"); HasOtherText(file)) ShowWarning(9168, path);
-    return OpenedRules{std::move(*rules), recovers};
+    std::optional<LoadedRules> saved = LoadRulesFrom(RulesPath());
+    if (!saved) return {};
+    std::optional<LoadedRules> shown = recovers ? LoadRulesFrom(PendingRulesPath()) : saved;
+    if (!shown) return {};
+    if (shown->HasOther) ShowWarning(9168, recovers ? PendingRulesPath() : RulesPath());
+    return OpenedRules{std::move(shown->Rules), saved->Stamp, recovers};
 }
 
-std::optional<RuleList> ReadRules() { return LoadRulesFrom(PathToRead(RulesPath(), PendingRulesPath())); }
+std::optional<RuleList> ReadRules() {
+    std::optional<LoadedRules> loaded = LoadRulesFrom(PathToRead(RuleFile()));
+    return loaded ? std::optional(std::move(loaded->Rules)) : std::nullopt;
+}
 
 bool AbandonRules(bool isChanged) {
     if (isChanged && !AskWarning(5331)) return false;

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "ctlfile/control_stream.h"
+#include "ctlfile/replaced_file.h"
 #include "lcr/rule.h"
 
 namespace bv {
@@ -25,18 +26,29 @@ std::string RuleText(const RoutingRule& rule);
 // Whether the rule, once written, reads back as the same.
 bool IsKeptByFile(const RoutingRule& rule);
 
-// Writes the list to LCRRULES.NEW and, unless it is to stay pending, puts that in the place of LCRRULES.INI, which sets
-// SettingsChanged. False after "File error: couldn't open" and the path, or after 5000, which names the file.
-bool SaveRules(const RuleList& rules, bool keepPending);
+// Writes the list to LCRRULES.NEW, where it waits to be saved. False after "File error: couldn't open" and the path, or
+// after 5000, which names the file.
+bool KeepRulesPending(const RuleList& rules);
 
-// What an earlier run has left of its changes. One that ended while it wrote them has not ended the last line.
+// Puts the list in the place of LCRRULES.INI, which must be as OpenRules has read it, and sets SettingsChanged. False
+// as above, or after 9025.
+bool SaveRules(const RuleList& rules, const TextStamp& stamp);
+
+// What an earlier run has left of its changes. One that ended while it wrote them has not ended the last line, or not
+// even written the file's header.
 enum class PendingRules { None, Whole, CutOff, Unreadable };
 
 // Shows nothing.
 PendingRules LookForPendingRules();
 
+// Puts pending changes that are whole in the place of LCRRULES.INI, which is kept as LCRRULES.OLD, or deletes them.
+// False after a message.
+bool RecoverPendingRules();
+bool DropPendingRules();
+
 struct OpenedRules {
     RuleList Rules;
+    TextStamp Stamp;          // of LCRRULES.INI
     bool IsRecovered = false; // they are the pending changes and not saved yet
 };
 

@@ -8,7 +8,7 @@
 #include "ctlfile/reader.h"
 #include "ctlfile/reading.h"
 #include "ctlfile/records.h"
-#include "ctlfile/whole_file.h"
+#include "lcr/links.h"
 #include "platform/ascii.h"
 #include "shell/server_paths.h"
 #include "users/user_file.h"
@@ -51,7 +51,7 @@ bool RemoveUndefined(std::vector<std::string>& used, const NameSet& defined) {
 std::string NameSet::Folded(std::string_view name) { return UpperText(name); }
 
 bool LoadRuleNames(RuleNames& names) {
-    const std::string links = PathToRead(DatabaseFile("LINK.INI"), DatabaseFile("Link.new"));
+    const std::string links = PathToRead(LinkFile());
     return LoadNames({UserListPath(), "[USER]", kNameKey, false, false}, names.Users) &&
            (!FileExists(links) || LoadNames({links, "[LINK]", "RemoteServerID:", true, false}, names.Servers)) &&
            LoadNames({DatabaseFile("SETUP.INI"), "[ROUTER]", "LocalServerID:", true, true}, names.Servers) &&

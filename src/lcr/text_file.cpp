@@ -1,52 +1,35 @@
 #include "lcr/text_file.h"
 
-#include "ctlfile/control_stream.h"
-#include "ctlfile/reading.h"
 #include "shell/messages.h"
+#include "shell/server_paths.h"
 #include "shell/startup.h"
 
 namespace bv {
+namespace {
 
-void ShowOpenFault(std::string_view path) { ShowError("File error: couldn't open %s", path); }
+constexpr std::string_view kOpenFault = "File error: couldn't open %s";
+constexpr int kNotWritten = 5000;
+constexpr int kNotReplaced = 5004;
 
-bool WriteTextFile(const std::string& path, std::string_view text) {
-    switch (TryWriteWholeFile(path, text)) {
-    case WriteFault::None: return true;
-    case WriteFault::NotOpened: ShowOpenFault(path); break;
-    case WriteFault::NotWritten: ShowError(5000, path); break;
-    }
-    return false;
+} // namespace
+
+void ShowOpenFault(std::string_view path) { ShowError(kOpenFault, path); }
+
+ReplacedFile LcrFile(std::string_view name, std::string_view newName, std::string_view type) {
+    return {DatabaseFile(name), DatabaseFile(newName), type, kOpenFault, kNotWritten, kNotReplaced};
 }
 
-std::optional<TextOfFile> ReadTextFile(const std::string& path) {
-    ControlStream stream = OpenShared(path, "rb");
-    if (!stream && IsMissing(path)) return TextOfFile{};
-    if (!stream) {
-        ShowOpenFault(path);
-        return {};
-    }
-    TextOfFile file{true, std::string(stream.Rest())};
-    if (!WasRead(stream)) return {};
-    return file;
-}
+std::optional<TextOfFile> ReadTextFile(const std::string& path) { return ReadText(path, kOpenFault); }
 
-std::optional<TextOfFile> ReadReplacedFile(const std::string& path, const std::string& newPath,
-                                           const std::function<bool(std::string_view text)>& isWhole) {
-    std::optional<TextOfFile> file = ReadTextFile(path);
-    if (!file || file->IsThere) return file;
-    std::optional<TextOfFile> left = ReadTextFile(newPath);
-    if (!left) return {};
-    if (!left->IsThere || !isWhole(left->Text)) return file;
-    ShowWarning(9012, path, newPath);
-    return left;
-}
-
-bool PutTextInPlace(const std::string& newPath, const std::string& path) {
-    if (!PutInPlace(newPath, path)) {
-        ShowError(5004, path);
-        return false;
-    }
-    Startup().SettingsChanged = true;
+bool ChangeLcrFile(const ReplacedFile& file, const TextChange& change, const std::optional<TextStamp>& expected) {
+    bool isChanged = false;
+    const auto noting = [&](const TextOfFile& live) {
+        std::optional<std::string> text = change(live);
+        isChanged = text && *text != live.Text;
+        return text;
+    };
+    if (!ChangeReplacedFile(file, noting, expected)) return false;
+    if (isChanged) Startup().SettingsChanged = true;
     return true;
 }
 

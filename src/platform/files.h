@@ -21,7 +21,8 @@ enum class FileError {
     Exists,       // CreateNew found a file
     NotAFile,     // a directory, a device or a pipe stands where a file is expected
     DiskFull,
-    Failed, // any other fault
+    RightsNotKept, // of Replace
+    Failed,        // any other fault
 };
 
 enum class Access { Read, ReadWrite };
@@ -41,6 +42,14 @@ struct OpenRequest {
     Access Wanted = Access::Read;
     Deny Denied = Deny::Nothing;
     Creation How = Creation::OpenExisting;
+
+    // The path of the file whose new text is to be written. The opened file then gets its owner, its mode and its
+    // access list, as far as the system lets it, and is never more readable; a link that stands in its place gives way
+    // to it.
+    std::string_view StandsFor = {};
+
+    // A file that is made may be opened by everybody, whatever the process's other files are given.
+    bool ForEverybody = false;
 };
 
 constexpr bool MayWrite(const OpenRequest& request) {
@@ -95,6 +104,12 @@ class FileSystem {
 
     // Gives a file another name, as written, in the same directory. Exists: something stands there already.
     virtual FileError Rename(const std::string& from, const std::string& to) = 0;
+
+    // Gives a file the name of another one in the same directory, which it replaces: in one step wherever the system
+    // has one, so that there is always a file of that name, else by deleting and renaming. It gets the owner, the mode
+    // and the access list of the one that it replaces; RightsNotKept, with nothing done, when it cannot. AccessDenied:
+    // one of them is held by others, the old one for more than reading. NotFound: one of them is missing.
+    virtual FileError Replace(const std::string& from, const std::string& to) = 0;
 
     // What stands at the path, or none.
     virtual std::optional<FileInfo> Find(const std::string& path) = 0;

@@ -235,6 +235,12 @@ FileError OverlayFiles::Rename(const std::string& from, const std::string& to) {
     return target.Opened->SetWriteTime(info->WriteTime);
 }
 
+FileError OverlayFiles::Replace(const std::string& from, const std::string& to) {
+    if (!Find(from)) return FileError::NotFound;
+    const FileError deleted = Delete(to);
+    return deleted == FileError::None ? Rename(from, to) : deleted;
+}
+
 std::optional<FileInfo> OverlayFiles::Find(const std::string& path) {
     const std::shared_ptr<OverlayEntry> entry = FindEntry(path);
     const std::optional<bool> isDirectory = KnownDirectory(path);

@@ -40,6 +40,7 @@ class OverlayFiles final : public FileSystem {
     OpenResult Open(const std::string& path, const OpenRequest& request) override;
     FileError Delete(const std::string& path) override;
     FileError Rename(const std::string& from, const std::string& to) override;
+    FileError Replace(const std::string& from, const std::string& to) override;
     std::optional<FileInfo> Find(const std::string& path) override;
     std::vector<std::string> List(const std::string& directory, std::string_view pattern) override;
     FileError MakeDirectory(const std::string& path) override;

@@ -16,6 +16,7 @@ struct Box {
     std::string Text;
     BoxIcon Icon = BoxIcon::Error;
     BoxButtons Buttons = BoxButtons::YesNo;
+    bool NeedsOwnYes = false; // no Yes that was given beforehand, to all questions, answers it
 };
 
 class Front {

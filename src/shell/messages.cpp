@@ -62,6 +62,10 @@ bool AskFilled(int captionId, BoxIcon icon, const std::string& text, BoxButtons 
     return CurrentFront().Ask({FillMessage(captionId), text, icon, buttons});
 }
 
+bool AskFilledForItself(const std::string& text) {
+    return CurrentFront().Ask({FillMessage(5201), text, BoxIcon::Question, BoxButtons::YesNo, true});
+}
+
 bool AskDelete(std::string_view kind, std::string_view name, std::string_view description) {
     return AskFilled(5192, BoxIcon::Question,
                      FillMessage(5193, kind, name, description.empty() ? "" : "-", description));

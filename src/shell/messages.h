@@ -31,6 +31,7 @@ enum class MessageStyle { Status = 3, Warning = 4, Error = 5, GraveError = 6 };
 
 void ReportFilled(int style, const std::string& text);
 bool AskFilled(int captionId, BoxIcon icon, const std::string& text, BoxButtons buttons = BoxButtons::YesNo);
+bool AskFilledForItself(const std::string& text);
 
 template <class... Values>
 std::string FillMessage(const Message& message, const Values&... values) {
@@ -77,6 +78,11 @@ bool AskQuestion(const Message& message, const Values&... values) {
 template <class... Values>
 bool AskWarning(const Message& message, const Values&... values) {
     return AskFilled(5151, BoxIcon::Warning, FillMessage(message, values...));
+}
+// As AskQuestion, but a Yes that was given beforehand, to all questions, does not count.
+template <class... Values>
+bool AskForItself(const Message& message, const Values&... values) {
+    return AskFilledForItself(FillMessage(message, values...));
 }
 bool AskDelete(std::string_view kind, std::string_view name, std::string_view description);
 

@@ -5,6 +5,7 @@
 
 #include "ctlfile/paths.h"
 #include "ctlfile/reader.h"
+#include "ctlfile/replaced_file.h"
 #include "ctlfile/whole_file.h"
 #include "platform/ascii.h"
 #include "platform/environment.h"
@@ -127,13 +128,11 @@ void ReadLogSettings(ControlStream& setupFile, ServerPaths& paths) {
     paths.LogFile = LogPath(paths, name);
 }
 
-// Opens SETUP.INI. A save of it that was cut off left only its new text; then asks 9166 whether to put that in place.
+// Opens SETUP.INI. A save of it that was cut off left only its new text; then it is offered to put that in place.
 ControlStream OpenSetupFile(const ServerPaths& paths, const std::string& path) {
     ControlStream file = OpenShared(path, "rb", kSetupTimeout);
-    const std::string newPath = DatabaseFileOf(paths, "Setup.new");
-    if (file || !IsCutOff(newPath, path)) return file;
-    if (!AskQuestion(9166, path, newPath)) return file;
-    if (!PutInPlace(newPath, path)) ShowError(5000, path);
+    if (file || !IsMissing(path)) return file;
+    if (!OfferRecovery({path, DatabaseFileOf(paths, "Setup.new"), ""})) return file;
     return OpenShared(path, "rb", kSetupTimeout);
 }
 

@@ -204,14 +204,14 @@ TEST(DiallingCommands, FallBackToTheFileWithoutTelephony) {
     }
 }
 
-TEST(DiallingCommands, AChangeThatWasCutOffIsTakenUp) {
+TEST(DiallingCommands, AChangeThatWasCutOffIsReadButNotTakenUp) {
     Scene scene("");
     scene.Server.Put("F:\\BRIVANE\\B-DB\\DIALLING.NEW", Replaced(kFile, "\n", "\r\n"));
     EXPECT_EQ(scene.Console.Run({"number", "dialable", "0171 2"}), 0);
     EXPECT_EQ(scene.Console.Results, "2\n");
     EXPECT_THAT(scene.Console.Notices, testing::HasSubstr("cut off"));
-    EXPECT_EQ(scene.Console.Run({"dialling", "set", "Area=20"}), 0);
-    EXPECT_EQ(scene.File(), Replaced(kFile, "171", "20"));
+    EXPECT_EQ(scene.Console.Run({"--yes", "dialling", "set", "Area=20"}), 1);
+    EXPECT_EQ(scene.File(), "(none)");
 }
 
 } // namespace

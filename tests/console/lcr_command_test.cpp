@@ -205,9 +205,10 @@ TEST(LcrCommand, EditsOnlyWithTheLock) {
 TEST(LcrCommand, LosesNoPendingChanges) {
     Scene scene;
     scene.Server.Put(kPending, kHead + kTwo);
-    EXPECT_EQ(scene.Console.Run({"lcr", "move", "1", "down"}), 1);
-    EXPECT_EQ(scene.Console.Notices, "There are unsaved changes of an earlier session in " + kPending +
-                                         ", and nobody to ask; --yes recovers them\n");
+    EXPECT_EQ(scene.Console.Run({"--yes", "lcr", "move", "1", "down"}), 1);
+    EXPECT_EQ(scene.Console.Notices,
+              "There are unsaved changes of an earlier session in file " + kPending +
+                  ": 'bvctl lcr recover' takes them up, 'bvctl lcr recover --drop' drops them\n");
     EXPECT_EQ(scene.Server.Get(kPending), kHead + kTwo);
     EXPECT_EQ(scene.Console.Run({"lcr", "rules"}), 0);
     EXPECT_THAT(scene.Console.Results, HasSubstr(kFirstLine));
@@ -215,9 +216,19 @@ TEST(LcrCommand, LosesNoPendingChanges) {
     EXPECT_EQ(scene.Console.Run({"lcr", "rules"}), 0);
     EXPECT_THAT(scene.Console.Results, HasSubstr("1\tTwo"));
     EXPECT_THAT(scene.Console.Notices, HasSubstr("a save of it was cut off"));
-    EXPECT_EQ(scene.Console.Run({"lcr", "set", "1", "User=ANN", "--yes"}), 0);
-    EXPECT_EQ(scene.Server.Get(kLive), kHead + Replaced(kTwo, "Size:", "User: ANN\r\nSize:"));
-    EXPECT_EQ(scene.Server.Get(kPending), "(none)");
+    EXPECT_EQ(scene.Console.Run({"lcr", "set", "1", "User=ANN", "--yes"}), 1);
+    EXPECT_EQ(scene.Server.Get(kLive), "(none)");
+
+    for (const bool drops : {true, false}) {
+        scene.Server.Put(kLive, kRules);
+        scene.Server.Put(kPending, kHead + kTwo);
+        EXPECT_EQ(scene.Console.Run({"lcr", "recover", drops ? "--drop" : "--yes"}), 0);
+        EXPECT_EQ(scene.Server.Get(kLive), drops ? kRules : kHead + kTwo);
+        EXPECT_EQ(scene.Server.Get(kArea + "LCRRules.old"), drops ? "(none)" : kRules);
+        EXPECT_EQ(scene.Server.Get(kPending), "(none)");
+    }
+    EXPECT_EQ(scene.Console.Run({"lcr", "recover"}), 1);
+    EXPECT_THAT(scene.Console.Notices, HasSubstr("does not hold a whole text"));
 }
 
 TEST(LcrCommand, RemovesWhatIsNoLongerDefinedOnlyWithAnEdit) {
@@ -284,14 +295,12 @@ TEST(LcrCommand, KeepsTheRulesWhateverFails) {
     }
 }
 
-// What a kill in a save of SETUP.INI has left.
-TEST(LcrCommand, PutsTheNewSettingsInPlaceUnlessItIsADryRun) {
+// What a kill in a save of SETUP.INI has left is not put in place on the way to something else.
+TEST(LcrCommand, LeavesTheNewSettingsToTheirOwnVerb) {
     Scene scene;
     scene.Server.Files.Rename(kArea + "SETUP.INI", kArea + "Setup.new");
-    EXPECT_EQ(scene.Console.Run({"--yes", "--dry-run", "lcr", "rules"}), 1);
+    EXPECT_EQ(scene.Console.Run({"--yes", "lcr", "rules"}), 1);
     EXPECT_EQ(scene.Server.Get(kArea + "Setup.new"), kSetup);
-    EXPECT_EQ(scene.Console.Run({"--yes", "lcr", "rules"}), 0);
-    EXPECT_EQ(scene.Server.Get(kArea + "SETUP.INI"), kSetup);
 }
 
 } // namespace

@@ -58,16 +58,17 @@ void TryInput(std::string_view bytes) {
     server.Load();
     server.Put(kPath, bytes);
     LinkTable links;
-    Require(LoadLinks(links), "LoadLinks");
+    TextStamp stamp;
+    Require(LoadLinks(links, stamp), "LoadLinks");
     if (!std::ranges::all_of(links, CanBeWritten)) return;
-    Require(SaveLinks(links), "SaveLinks");
+    Require(SaveLinks(links, stamp), "SaveLinks");
     const std::string saved = server.Get(kPath);
     LinkTable again;
-    Require(LoadLinks(again) && again == AsReadAgain(links), "the links as they were saved");
+    Require(LoadLinks(again, stamp) && again == AsReadAgain(links), "the links as they were saved");
     std::vector<std::string> kept = model::ReadLines(saved);
     std::ranges::sort(kept);
     Require(std::ranges::includes(kept, LinesToKeep(bytes)), "the lines that are kept");
-    Require(SaveLinks(links), "SaveLinks again");
+    Require(SaveLinks(links, stamp), "SaveLinks again");
     RequireEqual(server.Get(kPath), saved, "the file saved again");
 }
 

@@ -78,7 +78,7 @@ void TryInput(std::string_view bytes) {
     for (int round = 0; round < 2; ++round) {
         const std::string expected = Rewritten(server.Get(kPath));
         const auto opened = OpenRules();
-        Require(opened && SaveRules(opened->Rules, false), "rules are read and written");
+        Require(opened && SaveRules(opened->Rules, opened->Stamp), "rules are read and written");
         RequireEqual(server.Get(kPath), expected, "the rules written back");
         Require(round == 0 || server.Front.TakeSaid().empty(), "a written file has no other text");
         server.Front.TakeSaid();

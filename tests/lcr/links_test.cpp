@@ -46,7 +46,8 @@ struct LinkServer : MemoryServer {
 TEST(Links, AreReadAndWrittenWithWhatTheServerKeepsInThem) {
     LinkServer server;
     LinkTable links;
-    ASSERT_TRUE(LoadLinks(links));
+    TextStamp stamp;
+    ASSERT_TRUE(LoadLinks(links, stamp));
     ASSERT_EQ(links.size(), 2U);
     LinkRecord london = NewLink("LONDON");
     london.IsNew = london.WriteStatus = false;
@@ -72,10 +73,11 @@ TEST(Links, AreReadAndWrittenWithWhatTheServerKeepsInThem) {
 
     links.push_back(NewLink("PARIS"));
     Startup().SettingsChanged = false;
-    EXPECT_TRUE(SaveLinks(links, Pending::Yes));
+    EXPECT_FALSE(SaveLinks(links, {}));
     EXPECT_EQ(server.GetFile("Link.ini"), kFile);
     EXPECT_FALSE(Startup().SettingsChanged);
-    EXPECT_TRUE(SaveLinks(links));
+    EXPECT_THAT(server.Front.TakeSaid(), ElementsAre(HasSubstr("was changed by somebody else")));
+    EXPECT_TRUE(SaveLinks(links, stamp));
     EXPECT_TRUE(Startup().SettingsChanged);
     EXPECT_EQ(server.GetFile("Link.ini"),
               kHeader + kLondon + kStatus + "\n" +
@@ -112,10 +114,11 @@ TEST(Links, OfOneNameKeepEachItsOwnLines) {
                              kLondon + "Second: 2\n\n";
     server.PutFile("Link.ini", file);
     LinkTable links;
-    EXPECT_TRUE(LoadLinks(links) && SaveLinks(links));
+    TextStamp stamp;
+    EXPECT_TRUE(LoadLinks(links, stamp) && SaveLinks(links, stamp));
     EXPECT_EQ(server.GetFile("Link.ini"), file);
     links.erase(links.begin(), links.begin() + 2);
-    EXPECT_TRUE(SaveLinks(links));
+    EXPECT_TRUE(SaveLinks(links, stamp));
     EXPECT_EQ(server.GetFile("Link.ini"), kHeader + kLondon + "Second: 2\n\n");
 }
 
@@ -124,18 +127,22 @@ TEST(Links, WithoutAFileBeginWithAnEmptyOne) {
     server.Files.Delete(kBase + "Link.ini");
     LinkTable links;
     EXPECT_TRUE(ReadLinks(links));
-    EXPECT_FALSE(SaveLinks(links));
+    TextStamp stamp;
+    EXPECT_FALSE(SaveLinks(links, stamp));
     EXPECT_THAT(server.Front.TakeSaid(), ElementsAre("error: File error: couldn't open " + kBase + "Link.ini"));
-    EXPECT_TRUE(LoadLinks(links));
+    EXPECT_TRUE(LoadLinks(links, stamp));
     EXPECT_EQ(server.GetFile("Link.ini"), kHeader);
     EXPECT_THAT(links, IsEmpty());
 
     server.Files.Delete(kBase + "Link.ini");
     server.PutFile("Link.new", kFile);
-    EXPECT_TRUE(LoadLinks(links));
+    for (const bool answer : {false, true}) {
+        server.Front.Answer = answer;
+        EXPECT_EQ(LoadLinks(links, stamp), answer);
+        EXPECT_EQ(server.GetFile("Link.ini"), answer ? kFile : "(none)");
+        EXPECT_THAT(server.Front.TakeSaid(), ElementsAre(HasSubstr("Put it in place now?")));
+    }
     EXPECT_EQ(links.size(), 2U);
-    EXPECT_EQ(server.GetFile("Link.ini"), kFile);
-    EXPECT_THAT(server.Front.TakeSaid(), ElementsAre(HasSubstr("a save of it was cut off")));
 }
 
 const std::string kInterval = "All intervals must be between 00:01 and 23:59";
@@ -289,9 +296,10 @@ TEST(WanInbox, IsThereByItsNetworkNameAndUsable) {
 
 bool AddParis() {
     LinkTable links;
-    if (!LoadLinks(links)) return false;
+    TextStamp stamp;
+    if (!LoadLinks(links, stamp)) return false;
     links.push_back(NewLink("PARIS"));
-    return SaveLinks(links);
+    return SaveLinks(links, stamp);
 }
 
 bool RenameServer() {

@@ -72,10 +72,11 @@ TEST(RuleFile, IsWrittenInItsOrder) {
         const auto rules = OpenRules();
         ASSERT_TRUE(rules) << why;
         EXPECT_EQ(!server.Front.TakeSaid().empty(), hasOtherText) << why;
-        EXPECT_TRUE(SaveRules(rules->Rules, false)) << why;
+        EXPECT_TRUE(SaveRules(rules->Rules, rules->Stamp)) << why;
         EXPECT_EQ(server.Get(kLive), kHead + written) << why;
         EXPECT_EQ(server.Get(kPending), "(none)") << why;
-        EXPECT_TRUE(SaveRules(OpenRules()->Rules, false)) << why;
+        const auto again = OpenRules();
+        EXPECT_TRUE(SaveRules(again->Rules, again->Stamp)) << why;
         EXPECT_EQ(server.Get(kLive),
                   kHead + Replaced(written, "Description: \r\n", "Description: (no description)\r\n"));
         EXPECT_THAT(server.Front.Said, IsEmpty());
@@ -122,7 +123,7 @@ TEST(RuleFile, OffersPendingChanges) {
     const std::string question = "ask question: Some unsaved changes have been found - recover last session?";
     for (const bool answer : {true, false}) {
         Server server(RuleText(Named("live")));
-        server.Put(kPending, RuleText(Named("pending")));
+        server.Put(kPending, kHead + RuleText(Named("pending")));
         server.Front.Answer = answer;
         const auto opened = OpenRules();
         ASSERT_TRUE(opened);
@@ -134,7 +135,7 @@ TEST(RuleFile, OffersPendingChanges) {
     }
     Server server;
     EXPECT_TRUE(OpenRules()->Rules.empty() && ReadRules()->empty());
-    EXPECT_TRUE(SaveRules({Named("1")}, true));
+    EXPECT_TRUE(KeepRulesPending({Named("1")}));
     EXPECT_FALSE(AbandonRules(true));
     EXPECT_EQ(server.Get(kPending), kHead + RuleText(Named("1")));
     EXPECT_THAT(server.Front.TakeSaid(),
@@ -150,12 +151,36 @@ TEST(RuleFile, OffersPendingChanges) {
     EXPECT_THAT(server.Front.Said, IsEmpty());
 }
 
+// Neither a file of one line end nor one of something else is what an earlier session has left.
+TEST(RuleFile, PassesOverWhatIsNoWholeRuleFile) {
+    for (const std::string& text : {std::string("\r\n"), RuleText(Named("x")), kHead + "[RULE]\r\nDescription: x",
+                                    Replaced(kHead, "LCRRules", "Country")}) {
+        Server server(RuleText(Named("live")));
+        server.Put(kPending, text);
+        server.Front.Answer = true;
+        EXPECT_EQ(OpenRules()->Rules, RuleList{Named("live")});
+        EXPECT_THAT(server.Front.TakeSaid(), ElementsAre(testing::HasSubstr("passed over")));
+        EXPECT_FALSE(RecoverPendingRules());
+        EXPECT_EQ(server.Get(kLive), RuleText(Named("live")));
+    }
+}
+
+TEST(RuleFile, IsNotReplacedWhenItIsNoLongerAsItWasRead) {
+    Server server(RuleText(Named("old")));
+    const auto opened = OpenRules();
+    server.Put(kLive, RuleText(Named("theirs")));
+    EXPECT_FALSE(SaveRules({Named("mine")}, opened->Stamp));
+    EXPECT_EQ(server.Get(kLive), RuleText(Named("theirs")));
+    EXPECT_THAT(server.Front.TakeSaid(),
+                ElementsAre("error: " + kLive + " was changed by somebody else meanwhile, and is not overwritten."));
+}
+
 TEST(RuleFile, SaysWhetherItCouldNotBeOpenedOrNotBeWritten) {
     for (const int call : {1, 2}) {
         Server server;
         FaultyFiles files(server.Files, {FaultKind::FailFromThenOn, call, CallKind::Changes});
         const platform::Substitute<platform::FileSystem> substitute(files);
-        EXPECT_FALSE(SaveRules({Named("1")}, true));
+        EXPECT_FALSE(KeepRulesPending({Named("1")}));
         EXPECT_EQ(server.Front.Said.front(),
                   "error: " + (call == 1 ? "File error: couldn't open " : std::string("Error updating file ")) +
                       kPending);
@@ -198,7 +223,10 @@ TEST(RuleFile, IsOldOrNewWhateverFails) {
     const std::string after = kHead + RuleText(Named("new"));
     for (const CallKind counted : {CallKind::Changes, CallKind::Looks}) {
         WithEachFault(
-            counted, [] { return SaveRules({Named("new")}, false); },
+            counted,
+            [&] {
+                return SaveRules({Named("new")}, StampOf({true, before}));
+            },
             [&](bool isDone, Server& server) {
                 const std::string live = server.Get(kLive);
                 EXPECT_TRUE(live == before || live == after || (live == "(none)" && server.Get(kPending) == after));
@@ -232,9 +260,9 @@ TEST(RuleFile, IsReadWholeOrNotAtAll) {
 TEST(RuleFile, MarksTheSettingsAsChangedOnceTheyAre) {
     Server server;
     Startup().SettingsChanged = false;
-    EXPECT_TRUE(SaveRules({}, true));
+    EXPECT_TRUE(KeepRulesPending({}));
     EXPECT_FALSE(Startup().SettingsChanged);
-    EXPECT_TRUE(SaveRules({}, false));
+    EXPECT_TRUE(SaveRules({}, StampOf({})));
     EXPECT_TRUE(Startup().SettingsChanged);
     Startup().SettingsChanged = false;
 }
@@ -255,8 +283,9 @@ TEST(RuleReferences, AreRemovedWhenTheyAreNotDefined) {
     server.Put(kArea + "Region.ini", "[REGIONS]\r\nRegion: UK, \"\"\r\nRegion: EU, \"Europe\"\r\nMatch: UK\r\n");
     server.Put(kArea + "Country.ini", "[COUNTRIES]\r\n44: uk, \"United Kingdom\", 0\r\n");
     server.Put(kArea + "Area44.ini", "[AREAS]\r\nArea: Lon, \"London\"\r\nMatch: 20*\r\n");
-    server.Put(kArea + "Link.ini", "[LINK]\nLinkType: WAN\nremoteserverid: LON, \"London\"\n[LINK]\n"
-                                   "RemoteServerID: \"PAR\"\nRemoteServerID: X\n[OTHER]\nRemoteServerID: Y\n");
+    server.Put(kArea + "Link.ini",
+               "[BRIVANE]\nType: LinkDatabase\n\n[LINK]\nLinkType: WAN\nremoteserverid: LON, \"London\"\n[LINK]\n"
+               "RemoteServerID: \"PAR\"\nRemoteServerID: X\n[OTHER]\nRemoteServerID: Y\n");
     server.Put(kArea + "SETUP.INI", "[ROUTER]\nLocalServerID: HERE, \"H\"\n[ROUTER]\nLocalServerID: Z\n");
     EXPECT_TRUE(LoadRuleNames(names));
     RoutingRule rule;

@@ -105,6 +105,46 @@ TEST(Files, AreRenamedButNeverOverAnother) {
     EXPECT_EQ(directory.Read("OTHER"), "y");
 }
 
+TEST(Files, TakeTheirPlaceInOneStepUnlessSomebodyWritesTheOldOne) {
+    const TemporaryDirectory directory;
+    const auto replace = [&] { return Files().Replace(directory.Path("NEW"), directory.Path("LIVE")); };
+    directory.Write("NEW", "new");
+    EXPECT_EQ(replace(), FileError::NotFound);
+    directory.Write("LIVE", "old");
+    for (const char* held : {"LIVE", "NEW"}) {
+        const OpenResult other = Files().Open(directory.Path(held), kAlone);
+        EXPECT_EQ(replace(), FileError::AccessDenied) << held;
+        EXPECT_EQ(directory.Has("NEW") && directory.Has("LIVE"), true);
+    }
+    EXPECT_EQ(replace(), FileError::None);
+    EXPECT_EQ(directory.Read("LIVE"), "new");
+    EXPECT_EQ(replace(), FileError::NotFound);
+}
+
+// A temporary is never more readable than the file that it stands for, and no link leads it elsewhere; the file that
+// takes another one's place gets its mode, and a link to that one stays.
+TEST(Files, KeepTheRightsOfTheFileThatTheyStandFor) {
+    if (IsWindows()) GTEST_SKIP() << "access lists are Wine's own";
+    const TemporaryDirectory directory;
+    const std::filesystem::path elsewhere = directory.HostPath("ELSE");
+    directory.Write("ELSE", "other");
+    directory.Write("REAL", "old");
+    std::filesystem::create_symlink(elsewhere, directory.HostPath("NEW"));
+    std::filesystem::create_symlink(directory.HostPath("REAL"), directory.HostPath("LIVE"));
+    constexpr auto kMode = std::filesystem::perms(0640);
+    std::filesystem::permissions(directory.HostPath("REAL"), kMode);
+    const std::string live = directory.Path("LIVE");
+    const OpenRequest request = {Access::ReadWrite, Deny::ReadingAndWriting, Creation::CreateOrTruncate, live};
+    EXPECT_EQ(Files().Open(directory.Path("NEW"), request).Opened->Write(0, "new").Error, FileError::None);
+    EXPECT_EQ(directory.Read("ELSE"), "other");
+    EXPECT_EQ(std::filesystem::status(directory.HostPath("NEW")).permissions(), kMode);
+    std::filesystem::permissions(directory.HostPath("NEW"), std::filesystem::perms(0666));
+    EXPECT_EQ(Files().Replace(directory.Path("NEW"), live), FileError::None);
+    EXPECT_EQ(directory.Read("REAL"), "new");
+    EXPECT_TRUE(std::filesystem::is_symlink(directory.HostPath("LIVE")));
+    EXPECT_EQ(std::filesystem::status(directory.HostPath("REAL")).permissions(), kMode);
+}
+
 // Opening a pipe waits for somebody at its other end, unless told not to.
 TEST(Files, APipeIsRefusedAtOnce) {
     if (IsWindows()) GTEST_SKIP() << "pipes have names of their own there";

@@ -137,6 +137,10 @@ FileError FaultyFiles::Rename(const std::string& from, const std::string& to) {
     return state_->Allows(CallKind::Changes) ? wrapped_.Rename(from, to) : state_->Error();
 }
 
+FileError FaultyFiles::Replace(const std::string& from, const std::string& to) {
+    return state_->Allows(CallKind::Changes) ? wrapped_.Replace(from, to) : state_->Error();
+}
+
 std::optional<platform::FileInfo> FaultyFiles::Find(const std::string& path) {
     return state_->Allows(CallKind::Looks) ? wrapped_.Find(path) : std::nullopt;
 }

@@ -12,8 +12,8 @@
 namespace bv::test {
 
 enum class CallKind {
-    Changes, // an opening that creates or truncates, Write, SetLength, SetWriteTime, Delete, Close after
-             // writing, MakeDirectory, RemoveEmptyDirectory
+    Changes, // an opening that creates or truncates, Write, SetLength, SetWriteTime, Delete, Rename, Replace,
+             // Close after writing, MakeDirectory, RemoveEmptyDirectory
     Looks,   // any other opening, Read, Length, WriteTime, Find, List
 };
 
@@ -41,6 +41,7 @@ class FaultyFiles final : public platform::FileSystem {
     platform::OpenResult Open(const std::string& path, const platform::OpenRequest& request) override;
     platform::FileError Delete(const std::string& path) override;
     platform::FileError Rename(const std::string& from, const std::string& to) override;
+    platform::FileError Replace(const std::string& from, const std::string& to) override;
     std::optional<platform::FileInfo> Find(const std::string& path) override;
     std::vector<std::string> List(const std::string& directory, std::string_view pattern) override;
     platform::FileError MakeDirectory(const std::string& path) override;

@@ -67,6 +67,8 @@ bool HoldDenials(int descriptor, const OpenRequest& request) {
 
 bool IsHeldElsewhere(int descriptor) { return HoldsAnyOf(descriptor, kReading, 4); }
 
+bool IsWrittenElsewhere(int descriptor) { return HoldsAnyOf(descriptor, kWriting, 3); }
+
 DenyGuard::DenyGuard(int descriptor) : descriptor_(descriptor) {
     constexpr int kTries = 50;
     for (int i = 0; i < kTries && !locked_; ++i) {

@@ -19,6 +19,9 @@ bool HoldDenials(int descriptor, const OpenRequest& request);
 // Whether any other opening of the file is held, here or in another process.
 bool IsHeldElsewhere(int descriptor);
 
+// Whether any other opening of the file writes it or denies something.
+bool IsWrittenElsewhere(int descriptor);
+
 // While it lives, no other opening takes its locks: two that meet would otherwise refuse each other. It is given up
 // after some milliseconds, since other programs and network file systems may hold the same lock for reasons of their
 // own, and the locks above are safe without it.

@@ -7,12 +7,14 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdlib>
 #include <utility>
 
 #include "platform/file_names.h"
 #include "platform/posix/deny_locks.h"
 #include "platform/posix/errors.h"
 #include "platform/posix/host_paths.h"
+#include "platform/posix/rights.h"
 
 namespace bv::platform {
 
@@ -111,12 +113,44 @@ int OpenFlags(const OpenRequest& request) {
     return flags | O_CLOEXEC | O_NOCTTY | O_NONBLOCK; // a pipe must not hold the opening up
 }
 
-Descriptor OpenDescriptor(const std::string& path, int flags) {
+Descriptor OpenDescriptor(const std::string& path, int flags, mode_t mode = 0) {
     int number = -1;
     do {
-        number = open(path.c_str(), flags, 0666);
+        number = open(path.c_str(), flags, mode);
     } while (number < 0 && errno == EINTR);
     return Descriptor(number);
+}
+
+// Does not follow a link, which gives way to the file. Nobody else may read it until it has its rights.
+Descriptor OpenTemporary(const std::string& path, int flags) {
+    Descriptor descriptor = OpenDescriptor(path, flags | O_NOFOLLOW, S_IRUSR | S_IWUSR);
+    if (descriptor.IsOpen() || errno != ELOOP || unlink(path.c_str()) != 0) return descriptor;
+    return OpenDescriptor(path, flags | O_NOFOLLOW, S_IRUSR | S_IWUSR);
+}
+
+Descriptor OpenForEverybody(const std::string& path, int flags) {
+    const mode_t mask = umask(0);
+    Descriptor descriptor = OpenDescriptor(path, flags, 0666);
+    umask(mask);
+    return descriptor;
+}
+
+Descriptor OpenRequested(const std::string& path, const OpenRequest& request) {
+    const int flags = OpenFlags(request);
+    if (!request.StandsFor.empty()) return OpenTemporary(path, flags);
+    if (request.ForEverybody) return OpenForEverybody(path, flags);
+    return OpenDescriptor(path, flags, 0666);
+}
+
+// What stands for a file that is not there may be used as any new file.
+FileError TakeRightsOf(int descriptor, std::string_view path) {
+    const std::optional<std::string> host = ToHostPath(std::string(path));
+    const Descriptor other = OpenDescriptor(host.value_or(""), OpenFlags({}));
+    if (other.IsOpen()) {
+        TakeRights(descriptor, other.Number());
+        return FileError::None;
+    }
+    return errno != ENOENT || TakeUsualMode(descriptor) ? FileError::None : LastError();
 }
 
 // Makes sure of a file and takes its locks.
@@ -128,6 +162,24 @@ FileError Take(const Descriptor& descriptor, const OpenRequest& request) {
     return HoldDenials(descriptor.Number(), request) ? FileError::None : FileError::AccessDenied;
 }
 
+bool IsRegular(const Descriptor& descriptor) {
+    struct stat status {};
+    return fstat(descriptor.Number(), &status) == 0 && S_ISREG(status.st_mode);
+}
+
+// The file that a path leads to, where it is a link.
+std::string EndOfLinks(const std::string& path) {
+    const std::unique_ptr<char, decltype(&std::free)> end(realpath(path.c_str(), nullptr), std::free);
+    return end ? end.get() : path;
+}
+
+// In one step, or in two where the file system has no such one.
+FileError RenameOver(const std::string& from, const std::string& to) {
+    if (rename(from.c_str(), to.c_str()) == 0) return FileError::None;
+    if (errno != EEXIST) return LastError();
+    return unlink(to.c_str()) == 0 && rename(from.c_str(), to.c_str()) == 0 ? FileError::None : LastError();
+}
+
 bool IsDeleted(const Descriptor& descriptor) {
     struct stat status {};
     return fstat(descriptor.Number(), &status) == 0 && status.st_nlink == 0;
@@ -136,15 +188,17 @@ bool IsDeleted(const Descriptor& descriptor) {
 OpenResult OpenHostFile(const std::string& path, const OpenRequest& request) {
     constexpr int kTries = 10;
     for (int i = 0; i < kTries; ++i) {
-        Descriptor descriptor = OpenDescriptor(path, OpenFlags(request));
+        Descriptor descriptor = OpenRequested(path, request);
         if (!descriptor.IsOpen()) return {nullptr, LastError()};
         FileError error = Take(descriptor, request);
         if (error != FileError::None) return {nullptr, error};
         if (IsDeleted(descriptor)) continue; // before it was locked; the name may mean another file by now
+        if (!request.StandsFor.empty()) error = TakeRightsOf(descriptor.Number(), request.StandsFor);
 
         auto file = std::make_unique<PosixFile>(std::move(descriptor));
         // An empty file is left alone: some file systems take any truncation for a reason to write at closing.
-        if (request.How == Creation::CreateOrTruncate && file->Length() != 0) error = file->SetLength(0);
+        if (error == FileError::None && request.How == Creation::CreateOrTruncate && file->Length() != 0)
+            error = file->SetLength(0);
         if (error != FileError::None) return {nullptr, error};
         return {std::move(file), FileError::None};
     }
@@ -172,9 +226,7 @@ class PosixFileSystem final : public FileSystem {
         const Descriptor descriptor = OpenDescriptor(*host, OpenFlags({}));
         if (!descriptor.IsOpen()) return LastError();
 
-        struct stat status {};
-        if (fstat(descriptor.Number(), &status) != 0) return LastError();
-        if (!S_ISREG(status.st_mode)) return FileError::NotAFile;
+        if (!IsRegular(descriptor)) return FileError::NotAFile;
         const DenyGuard guard(descriptor.Number());
         if (IsHeldElsewhere(descriptor.Number())) return FileError::AccessDenied;
         return unlink(host->c_str()) == 0 ? FileError::None : LastError();
@@ -194,6 +246,25 @@ class PosixFileSystem final : public FileSystem {
         if (IsHeldElsewhere(descriptor.Number())) return FileError::AccessDenied;
         if (lstat(newHost->c_str(), &status) == 0) return FileError::Exists;
         return rename(host->c_str(), newHost->c_str()) == 0 ? FileError::None : LastError();
+    }
+
+    FileError Replace(const std::string& from, const std::string& to) override {
+        const std::optional<std::string> host = ToHostPath(from);
+        const std::optional<std::string> oldHost = ToHostPath(to);
+        if (!host || !oldHost) return FileError::NotFound;
+        const Descriptor descriptor = OpenDescriptor(*host, OpenFlags({}) | O_NOFOLLOW);
+        if (!descriptor.IsOpen()) return LastError();
+        const Descriptor old = OpenDescriptor(*oldHost, OpenFlags({}));
+        if (!old.IsOpen()) return LastError();
+        if (!IsRegular(descriptor) || !IsRegular(old)) return FileError::NotAFile;
+
+        const DenyGuard guard(descriptor.Number());
+        const DenyGuard oldGuard(old.Number());
+        if (IsHeldElsewhere(descriptor.Number()) || IsWrittenElsewhere(old.Number())) return FileError::AccessDenied;
+        if (IsDeleted(old))
+            return FileError::AccessDenied; // by another replacement: the name means another file by now
+        if (!TakeRights(descriptor.Number(), old.Number())) return FileError::RightsNotKept;
+        return RenameOver(*host, EndOfLinks(*oldHost));
     }
 
     std::optional<FileInfo> Find(const std::string& path) override {

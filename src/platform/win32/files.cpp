@@ -160,11 +160,37 @@ DWORD DispositionOf(Creation how) {
     return OPEN_EXISTING;
 }
 
+// The access list of the file that a path names, to make another one with.
+class AccessList {
+  public:
+    explicit AccessList(const std::string& path) {
+        DWORD size = 0;
+        GetFileSecurityA(path.c_str(), DACL_SECURITY_INFORMATION, nullptr, 0, &size);
+        bytes_.resize(size);
+        if (GetFileSecurityA(path.c_str(), DACL_SECURITY_INFORMATION, bytes_.data(), size, &size) == 0) bytes_.clear();
+        attributes_.lpSecurityDescriptor = bytes_.data();
+    }
+
+    // None when the list cannot be had.
+    SECURITY_ATTRIBUTES* Get() { return bytes_.empty() ? nullptr : &attributes_; }
+
+  private:
+    std::vector<std::byte> bytes_;
+    SECURITY_ATTRIBUTES attributes_{sizeof attributes_, nullptr, FALSE};
+};
+
+// The files where one cannot take another's place in one step. What failed here is left with both, or with the new one.
+FileError DeleteAndRename(const std::string& from, const std::string& to) {
+    if (DeleteFileA(to.c_str()) == 0) return LastError();
+    return MoveFileA(from.c_str(), to.c_str()) != 0 ? FileError::None : LastError();
+}
+
 class WindowsFileSystem final : public FileSystem {
   public:
     OpenResult Open(const std::string& path, const OpenRequest& request) override {
         if (IsAbsent(path)) return {nullptr, FileError::NotFound};
-        Handle handle(CreateFileA(path.c_str(), AccessOf(request), ShareOf(request.Denied), nullptr,
+        AccessList list{std::string(request.StandsFor)};
+        Handle handle(CreateFileA(path.c_str(), AccessOf(request), ShareOf(request.Denied), list.Get(),
                                   DispositionOf(request.How), FILE_ATTRIBUTE_NORMAL, nullptr));
         if (!handle.IsOpen()) return {nullptr, ErrorAt(path)};
         if (GetFileType(handle.Get()) != FILE_TYPE_DISK) return {nullptr, FileError::NotAFile}; // CON, NUL, COM1
@@ -179,6 +205,21 @@ class WindowsFileSystem final : public FileSystem {
     FileError Rename(const std::string& from, const std::string& to) override {
         if (IsAbsent(from)) return FileError::NotFound;
         return MoveFileA(from.c_str(), to.c_str()) != 0 ? FileError::None : LastError();
+    }
+
+    FileError Replace(const std::string& from, const std::string& to) override {
+        if (IsAbsent(from) || IsAbsent(to)) return FileError::NotFound;
+        if (ReplaceFileA(to.c_str(), from.c_str(), nullptr, 0, nullptr, nullptr) != 0) return FileError::None;
+        switch (GetLastError()) {
+        case ERROR_UNABLE_TO_REMOVE_REPLACED: return FileError::AccessDenied;
+        case ERROR_UNABLE_TO_MOVE_REPLACEMENT: // which then can be the only one
+            if (GetFileAttributesA(to.c_str()) != INVALID_FILE_ATTRIBUTES) return FileError::AccessDenied;
+            return MoveFileA(from.c_str(), to.c_str()) != 0 ? FileError::None : LastError();
+        case ERROR_NOT_SUPPORTED:
+        case ERROR_INVALID_FUNCTION:
+        case ERROR_CALL_NOT_IMPLEMENTED: return DeleteAndRename(from, to);
+        default: return LastError();
+        }
     }
 
     std::optional<FileInfo> Find(const std::string& path) override {

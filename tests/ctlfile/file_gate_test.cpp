@@ -1,0 +1,36 @@
+#include "ctlfile/file_gate.h"
+
+#include <gtest/gtest.h>
+
+#include "ctlfile/rewriter.h"
+#include "support/memory_server.h"
+
+namespace bv::test {
+namespace {
+
+const std::string kPath = "F:\\X\\Setup.ini";
+const std::string kGate = "F:\\X\\SETUP.LCK";
+
+TEST(FileGate, KeepsOutWhoReplacesTheFileAndWhoRewritesItInPlace) {
+    MemoryServer server;
+    server.Put(kPath, "[A]\r\nk: 1\r\n");
+    server.Put(kGate, ""); // as a crash leaves it
+    {
+        const auto other = server.Files.Open(kGate, {platform::Access::ReadWrite, platform::Deny::ReadingAndWriting});
+        EXPECT_FALSE(FileGate(kPath));
+        EXPECT_EQ(server.Clock.Milliseconds, kGatePatience * 1000);
+        EXPECT_FALSE(UpdateControlFile(kPath, "[A]", "k:", "2"));
+        EXPECT_EQ(server.Get(kPath), "[A]\r\nk: 1\r\n");
+    }
+    {
+        const FileGate gate(kPath);
+        const FileGate again(kPath);
+        EXPECT_TRUE(gate && again);
+        EXPECT_EQ(server.Files.Open(kGate, {}).Error, platform::FileError::AccessDenied);
+        EXPECT_TRUE(UpdateControlFile(kPath, "[A]", "k:", "2")) << "the holder itself may";
+    }
+    EXPECT_EQ(server.Get(kGate), "(none)");
+}
+
+} // namespace
+} // namespace bv::test
