@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <memory>
 
+#include "ctlfile/leftover.h"
 #include "ctlfile/paths.h"
 #include "shell/messages.h"
 
@@ -93,7 +94,7 @@ Rewrite::Rewrite(const std::string& path, OpenTimeout timeout) : temporaryPath_(
         fault_ = Problem::Control;
         return;
     }
-    Temporary = OpenShared(temporaryPath_, "w+b", timeout);
+    if (PutLeftoverAside(Control, timeout)) Temporary = OpenShared(temporaryPath_, "w+b", timeout);
     if (!Temporary) {
         fault_ = Problem::Temporary;
         Control.Close();

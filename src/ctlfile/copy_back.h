@@ -12,7 +12,7 @@
 //     it is then the only complete text;
 //   - the program killed before the copy-back: the file as it was, and the temporary, complete or not;
 //   - the program killed in the copy-back: the temporary complete, the file torn or not.
-// In the last two cases the next rewrite of the file writes over the temporary.
+// In the last three cases the next rewrite of the file puts the temporary aside before it makes its own (leftover.h).
 #pragma once
 
 #include <string>

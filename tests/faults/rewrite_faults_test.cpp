@@ -305,6 +305,7 @@ class RewriteFaults : public testing::TestWithParam<std::tuple<bool, Action>> {
         scene_.Put(scene_.Control, action_.Before);
         scene_.Put(scene_.Temporary, std::string(3'000'000, 's'));
         ASSERT_TRUE(RunAgain());
+        ASSERT_FALSE(scene_.Get(Saved()));
         after_ = scene_.Get(scene_.Control).value_or("(none)");
         ASSERT_NE(after_, action_.Before);
     }
@@ -319,6 +320,7 @@ class RewriteFaults : public testing::TestWithParam<std::tuple<bool, Action>> {
     Run RunUnder(const FaultPlan& plan) {
         scene_.Put(scene_.Control, action_.Before);
         scene_.Files.Delete(scene_.Temporary);
+        scene_.Files.Delete(Saved());
         FaultyFiles faulty(scene_.Files, plan);
         const platform::Substitute<platform::FileSystem> use(faulty);
         const bool done = action_.Run(scene_);
@@ -346,6 +348,7 @@ class RewriteFaults : public testing::TestWithParam<std::tuple<bool, Action>> {
 
     std::string FaultAfterward(const Run& run) {
         if (!RunAgain()) return "the next rewrite fails";
+        if (run.Control == "torn" && NameOf(scene_.Get(Saved())) != run.Temporary) return "the only whole text is gone";
         return run.Control != "old" || NameOf(scene_.Get(scene_.Control)) == "new" ? "" : "the next rewrite is wrong";
     }
 
@@ -360,6 +363,8 @@ class RewriteFaults : public testing::TestWithParam<std::tuple<bool, Action>> {
     int undeleted_ = 0;
 
   private:
+    [[nodiscard]] std::string Saved() const { return WithExtension(scene_.Control, "SAV"); }
+
     [[nodiscard]] std::string NameOf(const std::optional<std::string>& text) const {
         if (!text) return "none";
         if (*text == action_.Before) return "old";
