@@ -88,8 +88,9 @@ void ForgetSaidLeftovers() { SaidFiles().clear(); }
 
 bool PutLeftoverAside(ControlStream& control, OpenTimeout timeout) {
     const std::string path = TemporaryPath(control.Path());
-    if (Files().Open(path, {}).Error == FileError::NotFound) return true;
-    const std::optional<bool> isLeftover = IsLeftover(OpenShared(path, "rb", timeout), control);
+    ControlStream temporary = OpenShared(path, "rb", timeout); // the writer before us may be about to delete it
+    if (!temporary) return Files().Open(path, {}).Error == FileError::NotFound;
+    const std::optional<bool> isLeftover = IsLeftover(std::move(temporary), control);
     if (!isLeftover.value_or(false)) return isLeftover.has_value();
     const std::optional<std::string> saved = FreeNameBeside(control.Path(), kSaved);
     if (!saved || Files().Rename(path, *saved) != FileError::None) return false;

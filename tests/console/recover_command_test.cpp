@@ -14,7 +14,7 @@ const std::string kStem = "F:\\X\\SETUP.";
 const std::string kTorn = "[A]\r\nk: 1\r\nm: 2\r\nm: 2\r\n";
 const std::string kWhole = "[A]\r\nk: 1\r\nl: 2\r\nm: 2\r\n";
 const std::string kDiff =
-    "--- F:\\X\\SETUP.INI\n+++ F:\\X\\SETUP.INI\n@@ -1,4 +1,4 @@\n [A]\n k: 1\n-m: 2\n+l: 2\n m: 2\n";
+    "--- F:\\X\\SETUP.INI\n+++ F:\\X\\SETUP.INI\n@@ -1,4 +1,4 @@\n [A]\n k: 1\n+l: 2\n m: 2\n-m: 2\n";
 
 struct Case {
     const char* Name;
