@@ -85,6 +85,7 @@ struct Area {
 extern const Area kPathsArea;
 extern const Area kVersionArea;
 extern const Area kFileArea;
+extern const Area kRecoverArea;
 extern const Area kUserArea;
 extern const Area kGroupArea;
 extern const Area kDeviceArea;
@@ -105,9 +106,10 @@ extern const Area kCompletionArea;
 extern const Area kManualArea;
 
 inline constexpr std::array kAreas = {
-    &kPathsArea,      &kVersionArea,    &kFileArea,     &kUserArea,        &kGroupArea,  &kDeviceArea,     &kOptionArea,
-    &kCoversheetArea, &kLetterheadArea, &kRoutingArea,  &kDestinationArea, &kLinkArea,   &kRouterArea,     &kLcrArea,
-    &kDiallingArea,   &kNumberArea,     &kMailUserArea, &kMailNameArea,    &kSecretArea, &kCompletionArea, &kManualArea,
+    &kPathsArea,    &kVersionArea, &kFileArea,       &kRecoverArea,    &kUserArea,    &kGroupArea,
+    &kDeviceArea,   &kOptionArea,  &kCoversheetArea, &kLetterheadArea, &kRoutingArea, &kDestinationArea,
+    &kLinkArea,     &kRouterArea,  &kLcrArea,        &kDiallingArea,   &kNumberArea,  &kMailUserArea,
+    &kMailNameArea, &kSecretArea,  &kCompletionArea, &kManualArea,
 };
 
 } // namespace bv::console

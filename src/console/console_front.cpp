@@ -24,7 +24,8 @@ void ConsoleFront::Rehearse() {
 
 void ConsoleFront::SetStatusLine(int line, const std::string& text) {
     if (line == 1) lastStatus_ = text;
-    if (showsStatus_ && !text.empty()) console_.PrintNotice(text + '\n');
+    const bool isShown = showsStatus_ || line != 1;
+    if (isShown && !text.empty()) console_.PrintNotice(text + '\n');
 }
 
 void ConsoleFront::ShowBox(const Box& box) { console_.PrintNotice(box.Text + '\n'); }

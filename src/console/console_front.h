@@ -26,7 +26,7 @@ class ConsoleFront : public Front {
     // Whether a question is more than a No: there is a person to answer it, or Yes has been said beforehand.
     [[nodiscard]] bool CanAsk() const { return answering_ == Answering::Yes || console_.IsTerminal(); }
 
-    // Whether status texts are printed.
+    // Whether the texts of status line 1 are printed. The others are no news of what is being done, and always are.
     void SetStatusShown(bool shown) { showsStatus_ = shown; }
 
     // The latest text of status line 1.

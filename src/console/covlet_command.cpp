@@ -61,7 +61,7 @@ int List(Session& session, const Arguments&, ItemKind kind) {
 
 int Installable(Session& session, const Arguments&, ItemKind kind) {
     TextList list;
-    ListInstallable(kind, list);
+    if (!ListInstallable(kind, list)) return kExitRefused;
     PrintLines(session, list.Entries);
     return kExitDone;
 }

@@ -53,21 +53,6 @@ std::string ShownLine(char mark, std::string_view line) {
     return shown.append(line) + "\n\\ No newline at end of file\n";
 }
 
-std::string UnifiedDiff(const std::string& path, std::string_view before, std::string_view after) {
-    dtl::Diff<std::string, Lines> diff(SplitLines(before), SplitLines(after));
-    diff.compose();
-    diff.composeUnifiedHunks();
-
-    std::string text = "--- " + path + "\n+++ " + path + '\n';
-    for (const auto& hunk : diff.getUniHunks()) {
-        text += FormatText("@@ -%d,%d +%d,%d @@\n", hunk.a, hunk.b, hunk.c, hunk.d);
-        for (const auto* part : {&hunk.common[0], &hunk.change, &hunk.common[1]})
-            for (const auto& [line, where] : *part)
-                text += ShownLine(where.type == dtl::SES_ADD ? '+' : where.type == dtl::SES_DELETE ? '-' : ' ', line);
-    }
-    return text;
-}
-
 void PrintRehearsal(const Session& session, const std::vector<platform::OverlayFiles::Change>& changes,
                     const Lines& commandLines) {
     nlohmann::ordered_json document = {{"changes", nlohmann::ordered_json::array()},
@@ -98,6 +83,21 @@ int Rehearse(const Session& session, const std::function<bool()>& action) {
 }
 
 } // namespace
+
+std::string UnifiedDiff(const std::string& path, std::string_view before, std::string_view after) {
+    dtl::Diff<std::string, Lines> diff(SplitLines(before), SplitLines(after));
+    diff.compose();
+    diff.composeUnifiedHunks();
+
+    std::string text = "--- " + path + "\n+++ " + path + '\n';
+    for (const auto& hunk : diff.getUniHunks()) {
+        text += FormatText("@@ -%d,%d +%d,%d @@\n", hunk.a, hunk.b, hunk.c, hunk.d);
+        for (const auto* part : {&hunk.common[0], &hunk.change, &hunk.common[1]})
+            for (const auto& [line, where] : *part)
+                text += ShownLine(where.type == dtl::SES_ADD ? '+' : where.type == dtl::SES_DELETE ? '-' : ' ', line);
+    }
+    return text;
+}
 
 int Perform(const Session& session, const std::function<bool()>& action) {
     if (session.DryRun) return Rehearse(session, action);

@@ -2,6 +2,8 @@
 #pragma once
 
 #include <functional>
+#include <string>
+#include <string_view>
 
 #include "console/session.h"
 
@@ -12,8 +14,11 @@ namespace bv::console {
 //
 // With --dry-run the action sees files that take its writing but keep it in memory, and starts no program. Then
 // prints a unified diff of each file that would have changed and the command line of each program that would have
-// been started; with --json {"changes": [{"path": PATH, "diff": TEXT}...], "starts": [TEXT...]}. In a diff, the CR of
-// a CR LF line end is not shown; a line that ends in LF alone is marked with "^J".
+// been started; with --json {"changes": [{"path": PATH, "diff": TEXT}...], "starts": [TEXT...]}.
 int Perform(const Session& session, const std::function<bool()>& action);
+
+// What is to change in a file. The CR of a CR LF line end is not shown; a line that ends in LF alone is marked with
+// "^J".
+std::string UnifiedDiff(const std::string& path, std::string_view before, std::string_view after);
 
 } // namespace bv::console

@@ -3,6 +3,7 @@
 #include "console/command_line.h"
 #include "console/console.h"
 #include "console/session.h"
+#include "ctlfile/leftover.h"
 #include "ctlfile/paths.h"
 #include "platform/ascii.h"
 #include "platform/drives.h"
@@ -83,6 +84,7 @@ int Run(const ParsedCommand& command, Console& console) {
 } // namespace
 
 int RunConsole(std::span<const std::string> arguments, Console& console) {
+    ForgetSaidLeftovers();
     const std::variant<ParsedCommand, Answer> parsed = ParseArguments(arguments);
     if (const ParsedCommand* command = std::get_if<ParsedCommand>(&parsed)) return Run(*command, console);
     const Answer& answer = std::get<Answer>(parsed);

@@ -1,6 +1,5 @@
 #include "console/commands.h"
 #include "console/output.h"
-#include "ctlfile/reader.h"
 #include "shell/server_paths.h"
 #include "shell/startup.h"
 #include "shell/versions.h"
@@ -8,20 +7,15 @@
 namespace bv::console {
 namespace {
 
-using VersionText = FixedText<kMaxLine>;
-
-// The text that a version operation delivers; nothing when it says there is none.
-Value Installed(bool (*getText)(TextPlace)) {
-    VersionText text;
-    if (!getText(text)) return std::monostate{};
-    return text.String();
-}
+Value Shown(const std::optional<std::string>& version) { return version ? Value(*version) : Value(); }
 
 int ShowVersions(Session& session, const Arguments&) {
     if (LoadServerPaths() != kDone) return kExitRefused;
+    const std::optional<InstalledVersions> installed = ReadInstalledVersions();
+    if (!installed) return kExitRefused;
     PrintRecord(session, {{"Program", std::string(kProgramVersion)},
-                          {"Server", Installed(GetServerVersionText)},
-                          {"MailGateway", Installed(GetMailGatewayVersionText)}});
+                          {"Server", Shown(installed->Server)},
+                          {"MailGateway", Shown(installed->MailGateway)}});
     return kExitDone;
 }
 

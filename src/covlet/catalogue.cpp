@@ -73,9 +73,10 @@ std::optional<std::vector<StoredEntry>> ReadEntries(ControlStream catalogue) {
 
 // The same; no entries without a catalogue.
 std::optional<std::vector<StoredEntry>> ReadEntries(ItemKind kind) {
-    ControlStream catalogue = OpenShared(CataloguePath(kind), "rb", kTimeout);
-    if (!catalogue) return std::vector<StoredEntry>();
-    return ReadEntries(std::move(catalogue));
+    std::optional<ControlStream> catalogue = OpenIfThere(CataloguePath(kind), kTimeout);
+    if (!catalogue) return {};
+    if (!*catalogue) return std::vector<StoredEntry>();
+    return ReadEntries(*std::move(catalogue));
 }
 
 bool Contains(const std::vector<StoredEntry>& entries, std::string_view name) {
@@ -203,10 +204,10 @@ bool ListCatalogue(ItemKind kind, ListTarget& list) {
     return true;
 }
 
-void ListInstallable(ItemKind kind, ListTarget& list) {
+bool ListInstallable(ItemKind kind, ListTarget& list) {
     const KindFacts& facts = FactsOf(kind);
     const auto entries = ReadEntries(kind);
-    if (!entries) return;
+    if (!entries) return false;
     std::unordered_set<std::string> catalogued;
     for (const StoredEntry& entry : *entries) catalogued.insert(UpperText(entry.Name));
     for (const std::string& file : platform::Files().List(ItemDirectory(kind), facts.InstallablePattern)) {
@@ -217,6 +218,7 @@ void ListInstallable(ItemKind kind, ListTarget& list) {
         const std::string name = file.substr(0, dot);
         if (!catalogued.contains(UpperText(name)) && !list.Contains(name)) list.Add(name);
     }
+    return true;
 }
 
 bool IsCatalogued(ItemKind kind, std::string_view name) {

@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "ctlfile/file_gate.h"
+#include "ctlfile/leftover.h"
 #include "ctlfile/paths.h"
 #include "shell/messages.h"
 
@@ -94,7 +95,7 @@ Rewrite::Rewrite(const std::string& path, OpenTimeout timeout) : temporaryPath_(
         fault_ = Problem::Control;
         return;
     }
-    Temporary = OpenShared(temporaryPath_, "w+b", timeout, path);
+    if (PutLeftoverAside(Control, timeout)) Temporary = OpenShared(temporaryPath_, "w+b", timeout, path);
     if (!Temporary) {
         fault_ = Problem::Temporary;
         Control.Close();
@@ -111,18 +112,21 @@ bool Rewrite::CopyBack() {
     if (Control.Failed() || Temporary.Failed()) return false;
     const Outcome outcome = CopyBackKeeping(Temporary, Control);
     temporaryIsNeeded_ = outcome == Outcome::FileTorn;
+    wasCopied_ = wasCopied_ || outcome == Outcome::Copied;
     return outcome == Outcome::Copied;
 }
 
 bool Rewrite::Finish() {
     if (!Temporary && !Control) return true;
-    bool well = true;
-    if (Temporary) {
-        well = Temporary.Close();
-        // One that cannot be deleted does no harm: the next rewrite writes over it.
-        if (!temporaryIsNeeded_) platform::Files().Delete(temporaryPath_);
-    }
-    return Control.Close() && well;
+    const bool hasTemporary{Temporary};
+    const bool hadFailed = Control.Failed();
+    // What was copied may be lost yet: a share may find only now that it has no room. The temporary is held until then.
+    const bool controlClosed = Control.Close();
+    const bool temporaryClosed = Temporary.Close();
+    if (wasCopied_ && !hadFailed && !controlClosed) temporaryIsNeeded_ = true;
+    // One that cannot be deleted does no harm: the next rewrite writes over it, or puts it aside.
+    if (hasTemporary && !temporaryIsNeeded_) platform::Files().Delete(temporaryPath_);
+    return controlClosed && temporaryClosed;
 }
 
 } // namespace bv

@@ -10,9 +10,10 @@
 //   - an error in the copy-back: the old text is put back, no temporary;
 //   - when the old text cannot be put back either: the file is cut to what was copied, and the temporary stays, for
 //     it is then the only complete text;
+//   - the file does not close well after the copy-back: what the system has kept of it, and the temporary stays, too;
 //   - the program killed before the copy-back: the file as it was, and the temporary, complete or not;
 //   - the program killed in the copy-back: the temporary complete, the file torn or not.
-// In the last two cases the next rewrite of the file writes over the temporary.
+// In the last three cases the next rewrite of the file puts the temporary aside before it makes its own (leftover.h).
 #pragma once
 
 #include <string>
@@ -64,6 +65,7 @@ class Rewrite {
     std::string temporaryPath_;
     Problem fault_ = Problem::None;
     bool temporaryIsNeeded_ = false;
+    bool wasCopied_ = false;
 };
 
 } // namespace bv

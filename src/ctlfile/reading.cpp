@@ -1,12 +1,25 @@
 #include "ctlfile/reading.h"
 
+#include "ctlfile/leftover.h"
+#include "ctlfile/whole_file.h"
 #include "shell/messages.h"
 
 namespace bv {
 
 ControlStream OpenForReading(const std::string& path, OpenTimeout timeout) {
+    std::optional<ControlStream> stream = OpenIfThere(path, timeout);
+    if (stream && !*stream) ShowError(413, path);
+    return stream ? *std::move(stream) : ControlStream();
+}
+
+std::optional<ControlStream> OpenIfThere(const std::string& path, OpenTimeout timeout) {
     ControlStream stream = OpenShared(path, "rb", timeout);
-    if (!stream) ShowError(413, path);
+    if (stream) {
+        SayLeftover(stream);
+    } else if (!IsMissing(path)) {
+        ShowError(413, path);
+        return {};
+    }
     return stream;
 }
 

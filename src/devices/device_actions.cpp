@@ -1,8 +1,8 @@
 #include "devices/device_actions.h"
 
+#include "ctlfile/whole_file.h"
 #include "platform/ascii.h"
 #include "shell/messages.h"
-#include "shell/server_paths.h"
 #include "users/user_list.h"
 
 namespace bv {
@@ -13,11 +13,13 @@ bool Refuse(const Message& message, std::string_view name) {
     return false;
 }
 
-bool IsInUserList(std::string_view name) {
+bool CheckIsInUserList(std::string_view name) {
     FoundEntry entry;
-    for (const RecordKind kind : {RecordKind::User, RecordKind::Group})
-        if (FindUserListEntry(name, FindBy::Name, {}, kind, entry) && entry.Found) return true;
-    return false;
+    for (const RecordKind kind : {RecordKind::User, RecordKind::Group}) {
+        if (!FindUserListEntry(name, FindBy::Name, {}, kind, entry)) return false;
+        if (entry.Found) return true;
+    }
+    return Refuse("Brivane user %s not found", name);
 }
 
 // Whether the person has given the key another value; a new device's are all given.
@@ -32,8 +34,8 @@ bool CheckDevice(std::string_view name, Device& device) {
     DeviceSettings& settings = device.Settings;
     if (settings.Type.IsEmpty()) settings.Type = TypeWord(device.Type);
     if (ParseDeviceType(settings.Type) != device.Type) return Refuse("The type of device %s cannot be changed", name);
-    if (settings.RecdUser.IsEmpty() || !IsEdited(device, "RecdUser") || !FileExists(UserListPath())) return true;
-    return IsInUserList(settings.RecdUser) || Refuse("Brivane user %s not found", settings.RecdUser);
+    if (settings.RecdUser.IsEmpty() || !IsEdited(device, "RecdUser") || IsMissing(UserListPath())) return true;
+    return CheckIsInUserList(settings.RecdUser);
 }
 
 // The device as SETUP.INI has it; false after a message when it is not listed, or stands for the network.

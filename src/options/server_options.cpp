@@ -78,10 +78,8 @@ std::string DefaultDirectory(const OptionKey& key) {
     return Paths().ServerArea.String().append(key.DefaultBelowServer).substr(0, key.Field.Rule.Limit);
 }
 
-Options DefaultOptions() {
+Options DefaultOptions(const Version& gateway) {
     Options options;
-    Version gateway;
-    GetMailGatewayVersion(gateway);
     options.MailGatewayV6 = gateway.Number >= kFirstVersionV6;
     for (const OptionKey& key : OptionKeys())
         if (!key.DefaultBelowServer.empty()) key.Field.Store(options, DefaultDirectory(key));
@@ -134,7 +132,9 @@ const StoredValue& StoredValueOf(const SavedOptions& saved, const OptionKey& key
 }
 
 OptionsFound ReadServerOptions(ControlStream& setup, ServerOptions& options, SavedOptions& saved) {
-    options = DefaultOptions();
+    Version gateway;
+    const bool isGatewayKnown = GetMailGatewayVersion(gateway);
+    options = DefaultOptions(gateway);
     saved.assign(OptionKeys().size(), {});
     std::string_view paragraph;
     std::optional<Position> body;
@@ -146,7 +146,7 @@ OptionsFound ReadServerOptions(ControlStream& setup, ServerOptions& options, Sav
         }
         if (body) saved[i] = ReadOption(setup, *body, OptionKeys()[i], options);
     }
-    return {.HasRouter = FindBody(setup, "[ROUTER]").has_value()};
+    return {.HasRouter = FindBody(setup, "[ROUTER]").has_value(), .IsGatewayUnknown = !isGatewayKnown};
 }
 
 bool LoadServerOptions(ServerOptions& options, SavedOptions& saved, OptionsFound* found) {
@@ -157,7 +157,7 @@ bool LoadServerOptions(ServerOptions& options, SavedOptions& saved, OptionsFound
     if (!setup) return false;
     const OptionsFound read = ReadServerOptions(setup, options, saved);
     if (found != nullptr) *found = read;
-    return WasRead(setup);
+    return WasRead(setup) && !read.IsGatewayUnknown;
 }
 
 bool SaveServerOptions(const ServerOptions& options, SavedOptions& saved) {

@@ -17,14 +17,16 @@ const StoredValue& StoredValueOf(const SavedOptions& saved, const OptionKey& key
 
 // What the reader finds beside the options.
 struct OptionsFound {
-    bool HasRouter = false; // "[ROUTER]": least-cost routing has been configured
+    bool HasRouter = false;        // "[ROUTER]": least-cost routing has been configured
+    bool IsGatewayUnknown = false; // a default hangs on its version, which could not be read; a message says so
 };
 
 // Fills the options, each paragraph searched from the file's start. What is absent or unreadable has its default and
 // counts as not in the file. Without "[PRINTING]" the print choices are read from where older files have them.
 OptionsFound ReadServerOptions(ControlStream& setup, ServerOptions& options, SavedOptions& saved);
 
-// The same from SETUP.INI, which is opened for it. Status 467 and 469. False after 413 or 9011.
+// The same from SETUP.INI, which is opened for it. Status 467 and 469. False after 413 or 9011, also of
+// the mail gateway's VERSION.DAT.
 bool LoadServerOptions(ServerOptions& options, SavedOptions& saved, OptionsFound* found = nullptr);
 
 // Writes the keys whose values are not those in the file, by one rewrite of SETUP.INI each; without any, does and says

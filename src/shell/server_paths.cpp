@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <utility>
 
+#include "ctlfile/leftover.h"
 #include "ctlfile/paths.h"
 #include "ctlfile/reader.h"
+#include "ctlfile/reading.h"
 #include "ctlfile/replaced_file.h"
 #include "ctlfile/whole_file.h"
 #include "platform/ascii.h"
@@ -77,13 +79,14 @@ StatusCode ReadIniFile(ServerPaths& paths) {
     }
     ControlLine header;
     Position paragraph = 0;
-    if (!FindParagraph(iniFile, "[SERVER]", header, &paragraph) &&
-        !FindParagraph(iniFile, "[SERVER-WKN]", header, &paragraph)) {
-        ShowError("ERROR - [SERVER] Paragraph missing from %s file", kIniFile);
-        return kParagraphMissing;
-    }
-    ReadAreas(iniFile, paragraph, paths);
-    return kDone;
+    SayLeftover(iniFile);
+    const bool found = FindParagraph(iniFile, "[SERVER]", header, &paragraph) ||
+                       FindParagraph(iniFile, "[SERVER-WKN]", header, &paragraph);
+    if (found) ReadAreas(iniFile, paragraph, paths);
+    if (!WasRead(iniFile)) return kFileFailed;
+    if (found) return kDone;
+    ShowError("ERROR - [SERVER] Paragraph missing from %s file", kIniFile);
+    return kParagraphMissing;
 }
 
 // Shows a message for each area that is required and empty.
@@ -175,7 +178,9 @@ StatusCode LoadServerPaths(ControlStream* setupFile) {
         ShowError("ERROR - Unable to open file %s", setupPath);
         return kSetupFileUnreadable;
     }
+    SayLeftover(opened);
     ReadLogSettings(opened, paths);
+    if (!WasRead(opened)) return kSetupFileUnreadable;
     loadedPaths = paths;
     if (setupFile != nullptr) {
         opened.Rewind();

@@ -2,6 +2,8 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
+#include <string>
 
 #include "ctlfile/fixed_text.h"
 
@@ -18,10 +20,18 @@ struct Version {
 Version ParseVersion(std::string_view text);
 
 // Each loads the server's paths first when they are empty. The mail gateway's version is "5.50" when its file or key
-// is missing.
-bool GetServerVersion(Version& version);        // false when the file or key is missing
+// is missing. A file that is there and cannot be read counts as missing, too, and then each is false after 413 or 9011.
+bool GetServerVersion(Version& version);        // false also when the file or key is missing
 bool GetServerVersionText(TextPlace text);      // the same
-bool GetMailGatewayVersion(Version& version);   // always true
-bool GetMailGatewayVersionText(TextPlace text); // false, and an empty text, when no mail area is configured
+bool GetMailGatewayVersion(Version& version);   // else always true
+bool GetMailGatewayVersionText(TextPlace text); // false also, with an empty text, when no mail area is configured
+
+struct InstalledVersions {
+    std::optional<std::string> Server;      // none when the file or key is missing
+    std::optional<std::string> MailGateway; // none when no mail area is configured
+};
+
+// Both; none after 413 or 9011.
+std::optional<InstalledVersions> ReadInstalledVersions();
 
 } // namespace bv

@@ -103,8 +103,9 @@ TEST(Catalogue, OneThatCannotBeReadToItsEndIsNamedAndNotShownInPart) {
     };
     EXPECT_THAT(SaidAtEachFailedLook(server, list),
                 UnorderedElementsAre(torn, "error: Unable to open file " + path, "nothing"));
-    EXPECT_THAT(SaidAtEachFailedLook(server, [] { CheckNotInstalled(Coversheet, "Z"); }),
-                UnorderedElementsAre(torn, "nothing", "error: Coversheet Z is already installed"));
+    EXPECT_THAT(
+        SaidAtEachFailedLook(server, [] { CheckNotInstalled(Coversheet, "Z"); }),
+        UnorderedElementsAre(torn, "error: Unable to open file " + path, "error: Coversheet Z is already installed"));
 }
 
 TEST(Catalogue, FindsAnEntryByItsNameInAnyCase) {

@@ -305,6 +305,7 @@ class RewriteFaults : public testing::TestWithParam<std::tuple<bool, Action>> {
         scene_.Put(scene_.Control, action_.Before);
         scene_.Put(scene_.Temporary, std::string(3'000'000, 's'));
         ASSERT_TRUE(RunAgain());
+        ASSERT_FALSE(scene_.Get(Saved()));
         after_ = scene_.Get(scene_.Control).value_or("(none)");
         ASSERT_NE(after_, action_.Before);
     }
@@ -319,6 +320,7 @@ class RewriteFaults : public testing::TestWithParam<std::tuple<bool, Action>> {
     Run RunUnder(const FaultPlan& plan) {
         scene_.Put(scene_.Control, action_.Before);
         scene_.Files.Delete(scene_.Temporary);
+        scene_.Files.Delete(Saved());
         FaultyFiles faulty(scene_.Files, plan);
         const platform::Substitute<platform::FileSystem> use(faulty);
         const bool done = action_.Run(scene_);
@@ -332,6 +334,7 @@ class RewriteFaults : public testing::TestWithParam<std::tuple<bool, Action>> {
         if (run.Errors.size() != (run.Done || action_.Words.empty() ? 0U : 1U)) return "not one message for a failure";
         heard_.insert(run.Errors.begin(), run.Errors.end());
         if (left == Aftermath::Untidy) return FaultAfterKill(run);
+        if (!run.Done && run.Control == "new" && run.Temporary == "new") return ""; // it did not close well
         if (run.Control == "torn") return "no whole text";
         const bool passedOver = left == Aftermath::TidyButOneRun && run.Fired && run.Done;
         if (run.Temporary == "none") return passedOver ? "success in spite of a failed change" : "";
@@ -346,6 +349,7 @@ class RewriteFaults : public testing::TestWithParam<std::tuple<bool, Action>> {
 
     std::string FaultAfterward(const Run& run) {
         if (!RunAgain()) return "the next rewrite fails";
+        if (run.Control == "torn" && NameOf(scene_.Get(Saved())) != run.Temporary) return "the only whole text is gone";
         return run.Control != "old" || NameOf(scene_.Get(scene_.Control)) == "new" ? "" : "the next rewrite is wrong";
     }
 
@@ -360,6 +364,8 @@ class RewriteFaults : public testing::TestWithParam<std::tuple<bool, Action>> {
     int undeleted_ = 0;
 
   private:
+    [[nodiscard]] std::string Saved() const { return WithExtension(scene_.Control, "SAV"); }
+
     [[nodiscard]] std::string NameOf(const std::optional<std::string>& text) const {
         if (!text) return "none";
         if (*text == action_.Before) return "old";
@@ -401,7 +407,8 @@ INSTANTIATE_TEST_SUITE_P(All, RewriteFaults, testing::Combine(testing::Bool(), t
 // A file in memory that takes so many writes and then never one again.
 class WornFile final : public platform::File {
   public:
-    WornFile(std::string& text, int writesLeft) : text_(text), writesLeft_(writesLeft) {}
+    WornFile(std::string& text, int writesLeft, FileError atClose = FileError::None)
+        : text_(text), writesLeft_(writesLeft), atClose_(atClose) {}
     platform::Transfer Read(std::uint64_t offset, char* bytes, std::size_t size) override {
         return {text_.copy(bytes, size, static_cast<std::size_t>(offset)), FileError::None};
     }
@@ -419,11 +426,12 @@ class WornFile final : public platform::File {
     }
     std::optional<std::int64_t> WriteTime() override { return 0; }
     FileError SetWriteTime(std::int64_t) override { return FileError::None; }
-    FileError Close() override { return FileError::None; }
+    FileError Close() override { return atClose_; }
 
   private:
     std::string& text_;
     int writesLeft_;
+    FileError atClose_;
 };
 
 TEST(RewriteFaults, WhatDidNotChangeIsNotWrittenBack) {
@@ -458,6 +466,19 @@ TEST(RewriteFaults, WhatCannotBePutBackIsCutAndItsTemporaryStays) {
         EXPECT_TRUE(rewrite.Finish());
         EXPECT_TRUE(scene.Get(scene.Temporary) == newText);
     }
+}
+
+// As a share does that finds only then that it has no room.
+TEST(RewriteFaults, WhatDoesNotCloseWellKeepsItsTemporary) {
+    const Scene scene(nullptr);
+    const std::string newText = Lines(2, 'b');
+    std::string text = Lines(1, 'a');
+    scene.Put(scene.Control, "");
+    Rewrite rewrite(scene.Control);
+    rewrite.Control = ControlStream(std::make_unique<WornFile>(text, 9, FileError::DiskFull), scene.Control);
+    EXPECT_TRUE(rewrite.Begin() && rewrite.Temporary.Write(newText) && rewrite.CopyBack());
+    EXPECT_FALSE(rewrite.Finish());
+    EXPECT_EQ(scene.Get(scene.Temporary), newText);
 }
 
 } // namespace

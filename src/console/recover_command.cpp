@@ -1,0 +1,34 @@
+// What a save that was cut off has left beside a control file.
+#include "console/commands.h"
+#include "console/dry_run.h"
+#include "ctlfile/recovery.h"
+#include "platform/drives.h"
+
+namespace bv::console {
+namespace {
+
+// Where nobody can be asked, the verb itself is the Yes, but not to a text that is plainly a part.
+int Recover(Session& session, const Arguments& arguments) {
+    const std::string path = platform::ToWindowsPath(arguments["FILE"]);
+    const auto agrees = [&](const Leftover& leftover, std::string_view text) {
+        const std::string diff = UnifiedDiff(path, text, leftover.Text);
+        if (!session.DryRun && !session.Json) session.Streams.PrintResult(diff);
+        if (!session.DryRun && session.Json) session.Streams.PrintNotice(diff);
+        const bool isAsked = session.Streams.IsTerminal() || leftover.IsCutOff();
+        return !isAsked || AskToRecover(path, leftover);
+    };
+    return Perform(session, [&] { return RecoverFile(path, agrees); });
+}
+
+constexpr Verb kVerbs[] = {
+    {.Help = "Show what a save that was cut off has left beside a control file, and put it in place",
+     .Parameters = {{{"FILE", "Control file, by a path of this system or a Windows path"}}},
+     .Example = "SETUP.INI",
+     .Run = Recover},
+};
+
+} // namespace
+
+const Area kRecoverArea = {"recover", "Put in place what a save that was cut off has left", kVerbs};
+
+} // namespace bv::console
