@@ -32,7 +32,7 @@ AREA_USES = {
     "devices": ("users",),
     "options": ("users",),
     "covlet": (),
-    "routing": (),
+    "routing": ("users",),
     "lcr": ("users", "options"),
     "dialling": ("lcr",),
     "mailgw": ("users", "options"),
