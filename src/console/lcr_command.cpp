@@ -30,6 +30,8 @@ namespace {
 
 constexpr std::string_view kAssignments = "KEY=VALUE";
 constexpr std::string_view kNumber = "N";
+constexpr std::string_view kRuleNumber = "Rule";
+constexpr std::string_view kOtherLines = "Other lines";
 constexpr std::string_view kAt = "--at";
 constexpr std::string_view kDropLost = "--drop-lost";
 
@@ -148,9 +150,15 @@ std::optional<std::size_t> FindRule(const std::string& number, const RuleList& r
 
 // The rule's number, counted from 1, and its keys.
 Record RecordOfRule(const RoutingRule& rule, std::size_t number) {
-    Record record = {{"Rule", static_cast<std::int64_t>(number)}};
+    Record record = {{std::string(kRuleNumber), static_cast<std::int64_t>(number)}};
     for (const auto& [key, value] : RuleValues(rule)) record.emplace_back(key, value);
     return record;
+}
+
+std::string OtherLinesText(const RoutingRule& rule) {
+    std::string others;
+    for (const std::string& line : rule.OtherLines) others.append(others.empty() ? "" : " | ").append(line);
+    return others;
 }
 
 int ListRules(Session& session, const Arguments&) {
@@ -169,9 +177,7 @@ int Show(Session& session, const Arguments& arguments) {
     if (!place) return kExitRefused;
     const RoutingRule& rule = (*rules)[*place];
     Record record = RecordOfRule(rule, *place + 1);
-    std::string others;
-    for (const std::string& line : rule.OtherLines) others.append(others.empty() ? "" : " | ").append(line);
-    record.emplace_back("Other lines", others);
+    record.emplace_back(kOtherLines, OtherLinesText(rule));
     PrintRecord(session, record);
     return kExitDone;
 }
@@ -241,7 +247,11 @@ int Set(Session& session, const Arguments& arguments) {
     if (!assignments) return kExitWrongUsage;
     return Edit(session, arguments, [&](RuleEdit& edit) {
         const std::optional<std::size_t> place = FindRule(arguments[kNumber], edit.Rules);
-        return place ? EnterRule(edit, place, *assignments) : RuleCheck::Refused;
+        if (!place) return RuleCheck::Refused;
+        std::vector<Assignment> values = *assignments;
+        DropShown(values, kRuleNumber, std::to_string(*place + 1));
+        DropShown(values, kOtherLines, OtherLinesText(edit.Rules[*place]));
+        return EnterRule(edit, place, values);
     });
 }
 

@@ -40,7 +40,7 @@ std::optional<std::vector<Rule>> ReadFrom(ControlStream file) {
 std::optional<std::vector<SenderIdRule>> SenderRulesForChange() {
     ControlStream file = OpenRoutingFile();
     if (!file) return {};
-    if (!HasSenderIdParagraph(file)) return std::vector<SenderIdRule>();
+    if (!HasRoutingParagraph(file, RoutingKind::Sender)) return std::vector<SenderIdRule>();
     return ReadFrom<SenderIdRule, ReadSenderIdRules>(std::move(file));
 }
 

@@ -281,10 +281,11 @@ ControlStream OpenRoutingFile() {
     return CheckHeader(file) ? std::move(file) : ControlStream();
 }
 
-bool HasSenderIdParagraph(ControlStream& file) {
+bool HasRoutingParagraph(ControlStream& file, RoutingKind kind) {
+    constexpr std::string_view kHeaders[] = {kSenderId, kSubAddress, kForward};
     ControlLine line;
     file.Rewind();
-    return FindParagraph(file, kSenderId, line) || file.Failed();
+    return FindParagraph(file, kHeaders[static_cast<std::size_t>(kind)], line) || file.Failed();
 }
 
 bool ReadSenderIdRules(ControlStream& file, const std::function<void(const SenderIdRule&)>& visit) {

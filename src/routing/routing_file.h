@@ -60,8 +60,9 @@ bool ReadSenderIdRules(ControlStream& file, const std::function<void(const Sende
 bool ReadSubAddressRules(ControlStream& file, const std::function<void(const SubAddressRule&)>& visit);
 bool ReadForwardRules(ControlStream& file, const std::function<void(const ForwardRule&)>& visit);
 
-// Whether the file has rules by the sender; also when that cannot be read, which ReadSenderIdRules then says.
-bool HasSenderIdParagraph(ControlStream& file);
+// Whether the file has the paragraph of a kind; also when that cannot be read, which the kind's reader then says.
+enum class RoutingKind { Sender, SubAddress, Forward };
+bool HasRoutingParagraph(ControlStream& file, RoutingKind kind);
 
 // The key of a sender's record; empty for an identifier without letters and digits, which cannot be filed.
 std::string SenderRecordKey(std::string_view sender);
