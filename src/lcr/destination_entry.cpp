@@ -125,7 +125,9 @@ bool Write(const Kind& kind, DestinationEdit& edit, const typename Kind::Entry& 
         ShowError(9142, entry.Identifier, Kind::kName);
         return false;
     }
-    if (const std::string fault = kind.FaultOf(edit, entry, old); !fault.empty()) {
+    const auto nameFault =
+        old.Identifier.empty() ? RowsOf(entry).front().Field.FaultOf(entry.Identifier) : std::nullopt;
+    if (const std::string fault = nameFault.value_or(kind.FaultOf(edit, entry, old)); !fault.empty()) {
         ShowError(std::string_view("%s"), fault);
         return false;
     }

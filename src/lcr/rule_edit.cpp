@@ -259,6 +259,10 @@ RuleCheck AcceptRule(RuleList& rules, std::optional<std::size_t> position, Routi
 }
 
 RuleCheck ChangeRule(RuleList& rules, std::optional<std::size_t> position, RoutingRule edited) {
+    if (!position && edited.Description.IsEmpty()) {
+        ShowError(9149);
+        return RuleCheck::Refused;
+    }
     if (IsUnchanged(rules, position, edited)) return RuleCheck::Unchanged;
     if (HasCriteria(edited) && !CheckServers(edited)) return RuleCheck::Refused;
     if (!CheckChanged(rules, position, edited)) return RuleCheck::Refused;

@@ -79,7 +79,10 @@ bool EnterDescription(RoutingRule& rule, std::string_view, std::string_view valu
         ShowError("%s", *fault);
         return false;
     }
-    if (value.empty()) return Refuse(kDescription, value, "- a rule needs a description");
+    if (value.empty()) {
+        ShowError(9149);
+        return false;
+    }
     rule.Description = value;
     return true;
 }
