@@ -70,7 +70,7 @@ void ReadFiles(benchmark::State& state) {
 
 RuleList Load(RuleNames& names) {
     std::optional<RuleList> rules = ReadRules();
-    if (!rules || rules->empty() || !LoadRuleNames(names) || CheckReferences(*rules, names)) std::abort();
+    if (!rules || rules->empty() || !LoadRuleNames(names) || !CheckReferences(*rules, names).empty()) std::abort();
     return std::move(*rules);
 }
 

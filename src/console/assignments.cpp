@@ -26,4 +26,10 @@ std::optional<std::vector<Assignment>> ReadAssignments(const Session& session, c
     return assignments;
 }
 
+void DropShown(std::vector<Assignment>& assignments, std::string_view key, std::string_view value) {
+    std::erase_if(assignments, [&](const Assignment& assignment) {
+        return EqualFolded(assignment.Key, key) && assignment.Value == value;
+    });
+}
+
 } // namespace bv::console

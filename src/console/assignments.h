@@ -20,4 +20,7 @@ struct Assignment {
 std::optional<std::vector<Assignment>> ReadAssignments(const Session& session, const Arguments& arguments,
                                                        std::string_view parameter);
 
+// Leaves out an assignment of what 'show' prints beside the keys, such as a name or a number, when it says the same.
+void DropShown(std::vector<Assignment>& assignments, std::string_view key, std::string_view value);
+
 } // namespace bv::console

@@ -57,8 +57,9 @@ int Show(Session& session, const Arguments& arguments) {
 
 // Puts the given values into the settings; 0 or the exit status, a message shown.
 int Enter(const Session& session, const Arguments& arguments, Device& device) {
-    const auto assignments = ReadAssignments(session, arguments, kAssignments);
+    auto assignments = ReadAssignments(session, arguments, kAssignments);
     if (!assignments) return kExitWrongUsage;
+    DropShown(*assignments, "Name", arguments["NAME"]);
     for (const auto& [name, value] : *assignments) {
         const DeviceKey* key = FindDeviceKey(device.Type, name);
         if (key == nullptr)

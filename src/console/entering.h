@@ -22,15 +22,15 @@ const Row* FindRow(std::span<const Row> rows, std::string_view name) {
     return found == rows.end() ? nullptr : &*found;
 }
 
-// Stores the values in the record. False, after a line that names key and value, for a key that is none of the rows or
-// a value that breaks its row's rule.
+// Stores the values in the record; one that it has already is taken as it is. False, after a line that names key and
+// value, for a key that is none of the rows or a value that breaks its row's rule.
 template <class Row, class Record>
 bool EnterValues(const Session& session, std::span<const Row> rows, const std::vector<Assignment>& values,
                  Record& record) {
     for (const auto& [name, value] : values) {
         const Row* row = FindRow(rows, name);
-        const auto fault =
-            row != nullptr ? row->Field.FaultOf(value) : FormatText("%s: \"%s\" - there is no such key", name, value);
+        const auto fault = row != nullptr ? row->Field.FaultIn(record, value)
+                                          : FormatText("%s: \"%s\" - there is no such key", name, value);
         if (fault) return session.Refuse(*fault) == kExitDone;
         row->Field.Store(record, value);
     }

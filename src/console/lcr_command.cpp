@@ -11,12 +11,12 @@
 #include "console/dry_run.h"
 #include "console/located.h"
 #include "console/output.h"
-#include "console/rule_keys.h"
 #include "lcr/edit_lock.h"
 #include "lcr/rule_edit.h"
 #include "lcr/rule_file.h"
 #include "lcr/rule_match.h"
 #include "lcr/rule_references.h"
+#include "lcr/rule_values.h"
 #include "lcr/time_range.h"
 #include "options/server_options.h"
 #include "platform/ascii.h"
@@ -29,8 +29,11 @@ namespace {
 
 constexpr std::string_view kAssignments = "KEY=VALUE";
 constexpr std::string_view kNumber = "N";
+constexpr std::string_view kRuleNumber = "Rule";
+constexpr std::string_view kOtherLines = "Other lines";
 constexpr std::string_view kAt = "--at";
-constexpr std::string_view kDrop = "--drop";
+constexpr std::string_view kDropPending = "--drop";
+constexpr std::string_view kDropLost = "--drop-lost";
 
 // Whether it is switched on
 
@@ -145,6 +148,19 @@ std::optional<std::size_t> FindRule(const std::string& number, const RuleList& r
     return {};
 }
 
+// The rule's number, counted from 1, and its keys.
+Record RecordOfRule(const RoutingRule& rule, std::size_t number) {
+    Record record = {{std::string(kRuleNumber), static_cast<std::int64_t>(number)}};
+    for (const auto& [key, value] : RuleValues(rule)) record.emplace_back(key, value);
+    return record;
+}
+
+std::string OtherLinesText(const RoutingRule& rule) {
+    std::string others;
+    for (const std::string& line : rule.OtherLines) others.append(others.empty() ? "" : " | ").append(line);
+    return others;
+}
+
 int ListRules(Session& session, const Arguments&) {
     const std::optional<RuleList> rules = ReadRules();
     if (!rules) return kExitRefused;
@@ -161,9 +177,7 @@ int Show(Session& session, const Arguments& arguments) {
     if (!place) return kExitRefused;
     const RoutingRule& rule = (*rules)[*place];
     Record record = RecordOfRule(rule, *place + 1);
-    std::string others;
-    for (const std::string& line : rule.OtherLines) others.append(others.empty() ? "" : " | ").append(line);
-    record.emplace_back("Other lines", others);
+    record.emplace_back(kOtherLines, OtherLinesText(rule));
     PrintRecord(session, record);
     return kExitDone;
 }
@@ -182,41 +196,34 @@ std::optional<OpenedRules> OpenForEdit() {
     return {};
 }
 
-bool EditRules(const RuleChange& change) {
+// Changes the rules and saves them without the names that are lost, if that is agreed to.
+bool EditRules(LostNames lost, const RuleChange& change) {
     RuleEdit edit;
     if (!LoadRuleNames(edit.Names)) return false;
     std::optional<OpenedRules> opened = OpenForEdit();
     if (!opened) return false;
     edit.Rules = std::move(opened->Rules);
-    if (CheckReferences(edit.Rules, edit.Names)) ShowWarning(5330);
     const RuleCheck check = change(edit);
-    return check == RuleCheck::Unchanged || (check == RuleCheck::Fine && SaveRules(edit.Rules, opened->Stamp));
+    if (check != RuleCheck::Fine) return check == RuleCheck::Unchanged;
+    return DropLostReferences(edit.Rules, edit.Names, lost) && SaveRules(edit.Rules, opened->Stamp);
 }
 
-int Edit(const Session& session, const RuleChange& change) {
-    return Perform(session, [&] { return RunLcrEditor([&] { return EditRules(change); }); });
+int Edit(const Session& session, const Arguments& arguments, const RuleChange& change) {
+    const LostNames lost = arguments.Has(kDropLost) ? LostNames::Drop : LostNames::Ask;
+    return Perform(session, [&] { return RunLcrEditor([&] { return EditRules(lost, change); }); });
 }
 
 // Enters the values into a copy of the rule at the place, or into a new one, and takes it into the list.
-RuleCheck ChangeRule(RuleEdit& edit, std::optional<std::size_t> place, std::span<const Assignment> assignments) {
+RuleCheck EnterRule(RuleEdit& edit, std::optional<std::size_t> place, std::span<const Assignment> assignments) {
     RoutingRule rule = place ? edit.Rules[*place] : RoutingRule();
     for (const auto& [key, value] : assignments) {
         if (!EnterRuleValue(rule, key, value, edit.Names)) return RuleCheck::Refused;
     }
-    if (HasCriteria(rule) && !CheckServers(rule)) return RuleCheck::Refused;
-    const RuleCheck check = CheckRule(edit.Rules, place, rule, edit.Names, RuleLeaving::Ok);
-    if (check != RuleCheck::Fine) return check;
-    if (rule.Description.IsEmpty()) rule.Description = kNoDescription; // as its written line reads back
-    if (!IsKeptByFile(rule)) {
-        ShowError("Rule \"%s\": the file would give its lines back differently", rule.Description.View());
-        return RuleCheck::Refused;
-    }
-    StoreRule(edit.Rules, place, rule);
-    return RuleCheck::Fine;
+    return ChangeRule(edit.Rules, place, std::move(rule));
 }
 
 int Recover(Session& session, const Arguments& arguments) {
-    const auto recover = arguments.Has(kDrop) ? DropPendingRules : RecoverPendingRules;
+    const auto recover = arguments.Has(kDropPending) ? DropPendingRules : RecoverPendingRules;
     return Perform(session, [&] { return RunLcrEditor(recover); });
 }
 
@@ -224,20 +231,24 @@ int Add(Session& session, const Arguments& arguments) {
     std::optional<std::vector<Assignment>> assignments = ReadAssignments(session, arguments, kAssignments);
     if (!assignments) return kExitWrongUsage;
     assignments->insert(assignments->begin(), {"Description", arguments["DESCRIPTION"]});
-    return Edit(session, [&](RuleEdit& edit) { return ChangeRule(edit, {}, *assignments); });
+    return Edit(session, arguments, [&](RuleEdit& edit) { return EnterRule(edit, {}, *assignments); });
 }
 
 int Set(Session& session, const Arguments& arguments) {
     const std::optional<std::vector<Assignment>> assignments = ReadAssignments(session, arguments, kAssignments);
     if (!assignments) return kExitWrongUsage;
-    return Edit(session, [&](RuleEdit& edit) {
+    return Edit(session, arguments, [&](RuleEdit& edit) {
         const std::optional<std::size_t> place = FindRule(arguments[kNumber], edit.Rules);
-        return place ? ChangeRule(edit, place, *assignments) : RuleCheck::Refused;
+        if (!place) return RuleCheck::Refused;
+        std::vector<Assignment> values = *assignments;
+        DropShown(values, kRuleNumber, std::to_string(*place + 1));
+        DropShown(values, kOtherLines, OtherLinesText(edit.Rules[*place]));
+        return EnterRule(edit, place, values);
     });
 }
 
 int Delete(Session& session, const Arguments& arguments) {
-    return Edit(session, [&](RuleEdit& edit) {
+    return Edit(session, arguments, [&](RuleEdit& edit) {
         const std::optional<std::size_t> place = FindRule(arguments[kNumber], edit.Rules);
         if (!place) return RuleCheck::Refused;
         edit.Rules.erase(edit.Rules.begin() + static_cast<std::ptrdiff_t>(*place));
@@ -255,7 +266,7 @@ RuleCheck MoveRule(RuleList& rules, std::size_t from, std::size_t to) {
 
 int Move(Session& session, const Arguments& arguments) {
     const std::string& to = arguments["TO"];
-    return Edit(session, [&](RuleEdit& edit) {
+    return Edit(session, arguments, [&](RuleEdit& edit) {
         const std::optional<std::size_t> place = FindRule(arguments[kNumber], edit.Rules);
         if (!place) return RuleCheck::Refused;
         // Beyond either end there is no place: then nothing is done.
@@ -347,7 +358,8 @@ int Match(Session& session, const Arguments& arguments) {
     if (!offpeak && arguments.Has(kAt)) return session.Refuse(FillMessage(5328));
     std::optional<RuleList> rules = ReadRules();
     if (!rules) return kExitRefused;
-    if (CheckReferences(*rules, names)) ShowWarning("References that are no longer defined are left out of the rules");
+    if (!CheckReferences(*rules, names).empty())
+        ShowWarning("References that are no longer defined are left out of the rules");
 
     fax.Weekday = moment->Weekday;
     fax.Hour = moment->Hours;
@@ -363,6 +375,8 @@ int Match(Session& session, const Arguments& arguments) {
 constexpr Parameter kRule = {kNumber, "The rule's number, counted from 1"};
 constexpr Parameter kMoment = {kAt, "A moment in the server's time instead of now", ParameterKind::Option,
                                "YYYY-MM-DD hh:mm"};
+constexpr Parameter kDrop = {kDropLost, "Remove names that are no longer defined from the rules, without asking",
+                             ParameterKind::Flag};
 constexpr std::string_view kKeysHelp = "Keys and values as 'show' prints them; lists are parted by commas";
 
 constexpr Verb kVerbs[] = {
@@ -374,25 +388,26 @@ constexpr Verb kVerbs[] = {
     {.Name = "add",
      .Help = "Add a rule behind the others",
      .Parameters = {{{"DESCRIPTION", "The rule's name, at most 99 characters"},
+                     kDrop,
                      {kAssignments, kKeysHelp, ParameterKind::ZeroOrMore}}},
      .Example = "'Large faxes to London' Area=UK/LON 'Size=PAGES GE 10' 'Server=LON,*'",
      .Run = Located<Add>},
     {.Name = "set",
      .Help = "Change keys of a rule",
-     .Parameters = {{kRule, {kAssignments, kKeysHelp, ParameterKind::OneOrMore}}},
+     .Parameters = {{kRule, kDrop, {kAssignments, kKeysHelp, ParameterKind::OneOrMore}}},
      .Example = "1 Priority=NORMAL,BACKGROUND Time=OFFPEAK",
      .Run = Located<Set>},
-    {.Name = "delete", .Help = "Delete a rule", .Parameters = {{kRule}}, .Example = "2", .Run = Located<Delete>},
+    {.Name = "delete", .Help = "Delete a rule", .Parameters = {{kRule, kDrop}}, .Example = "2", .Run = Located<Delete>},
     {.Name = "move",
      .Help = "Move a rule to another place in the order",
-     .Parameters = {{kRule, {"TO", "'up', 'down' or the number that it is to have"}}},
+     .Parameters = {{kRule, {"TO", "'up', 'down' or the number that it is to have"}, kDrop}},
      .Example = "2 up",
      .Run = Located<Move>},
     {.Name = "recover",
      .Help =
          "Take up the changes of an earlier session that were never saved; the rules that they replace are kept with "
          "the extension .old",
-     .Parameters = {{{kDrop, "Drop those changes instead", ParameterKind::Flag}}},
+     .Parameters = {{{kDropPending, "Drop those changes instead", ParameterKind::Flag}}},
      .Run = Located<Recover>},
     {.Name = "permitted",
      .Help = "Show the earliest moment at which words of time permit sending",

@@ -8,6 +8,7 @@
 #include "console/entering.h"
 #include "console/located.h"
 #include "lcr/edit_lock.h"
+#include "lcr/link_actions.h"
 #include "shell/messages.h"
 
 namespace bv::console {
@@ -87,13 +88,6 @@ int Add(Session& session, const Arguments& arguments) {
     });
 }
 
-// A link of another name is a new one, when the person agrees.
-bool MakeNew(LinkRecord& link) {
-    link.IsNew = link.WriteStatus = true;
-    return AskWarning("Changing the ID of a link will mean it becomes a new link, losing any run-time information.  "
-                      "\n\nChange ID?");
-}
-
 int Set(Session& session, const Arguments& arguments) {
     const auto values = ReadAssignments(session, arguments, kAssignments);
     if (!values) return kExitWrongUsage;
@@ -102,10 +96,11 @@ int Set(Session& session, const Arguments& arguments) {
         if (link == links.end()) return session.Refuse(NoSuchLink(arguments)) == kExitDone;
         LinkRecord changed = *link;
         if (!EnterValues(session, LinkSettings(), *values, changed)) return false;
+        if (changed == *link) return true;
         LinkTable others = links;
         others.erase(others.begin() + (link - links.begin()));
         if (!IsGood(session, *values, changed, others, router)) return false;
-        if (!EqualFolded(changed.Identifier, link->Identifier) && !MakeNew(changed)) return false;
+        if (!EqualFolded(changed.Identifier, link->Identifier) && !AgreeToNewLink(*link, changed)) return false;
         *link = changed;
         ShowStatus("Modified link %s", link->Identifier);
         return true;
@@ -116,9 +111,7 @@ int Delete(Session& session, const Arguments& arguments) {
     return Edit(session, [&](LinkTable& links, const RouterSettings&) {
         const auto link = FindLink(links, arguments["ID"]);
         if (link == links.end()) return session.Refuse(NoSuchLink(arguments)) == kExitDone;
-        ShowStatus("Deleted link %s", link->Identifier);
-        links.erase(link);
-        return true;
+        return RemoveLink(links, link);
     });
 }
 

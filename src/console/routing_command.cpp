@@ -1,17 +1,14 @@
 // Inward routing: the rules by which received faxes go to users.
 #include <algorithm>
-#include <functional>
 #include <optional>
 
 #include "console/commands.h"
 #include "console/dry_run.h"
 #include "console/located.h"
 #include "console/output.h"
-#include "platform/ascii.h"
 #include "platform/overlay_files.h"
-#include "routing/routing_file.h"
+#include "routing/routing_actions.h"
 #include "shell/format.h"
-#include "users/user_list.h"
 
 namespace bv::console {
 namespace {
@@ -24,39 +21,6 @@ constexpr std::string_view kTarget = "TARGET";
 constexpr std::string_view kKind = "KIND";
 constexpr std::string_view kOrganisation = "--organisation";
 constexpr std::string_view kDeletes = "--delete";
-
-// A word such as "(unaddressed)" stands for faxes that name nobody.
-bool IsSpecialWord(std::string_view name) { return name.size() > 2 && name.starts_with('(') && name.ends_with(')'); }
-
-// The user's name in upper case, as routing has it; none, after a message, when there is no such user.
-std::optional<std::string> KnownUser(std::string_view name) {
-    UserList list;
-    if (!list) return {};
-    const bool isUser = !IsSpecialWord(name) && list.Has(name, RecordKind::User);
-    if (!list.IsRead()) return {};
-    if (isUser) return UpperText(name);
-    ShowNotFound(name, RecordKind::User);
-    return {};
-}
-
-// The same, or a special word as it was given.
-std::optional<std::string> KnownAddressee(std::string_view name) {
-    if (IsSpecialWord(name)) return std::string(name);
-    return KnownUser(name);
-}
-
-// All rules of a kind; none, after a message, when they cannot be read.
-template <class Rule, auto Read>
-std::optional<std::vector<Rule>> RulesOf() {
-    ControlStream file = OpenRoutingFile();
-    if (!file) return {};
-    std::vector<Rule> rules;
-    if (!Read(file, [&rules](const Rule& rule) { rules.push_back(rule); })) return {};
-    return rules;
-}
-auto SenderRules() { return RulesOf<SenderIdRule, ReadSenderIdRules>(); }
-auto SubAddressRules() { return RulesOf<SubAddressRule, ReadSubAddressRules>(); }
-auto ForwardRules() { return RulesOf<ForwardRule, ReadForwardRules>(); }
 
 using Records = std::vector<Record>;
 
@@ -110,120 +74,35 @@ int List(Session& session, const Arguments& arguments) {
     return isWhole ? kExitDone : kExitRefused;
 }
 
-int RefuseText(const Session& session, std::string_view name, std::string_view value) {
-    return session.Refuse(FormatText("%s: \"%s\" cannot be kept in the routing file", name, value));
-}
-
-// The first rule of each of a sender's records: of those with its key or, without one, of those with its identifier,
-// which somebody has filed under another key.
-std::vector<SenderIdRule> RecordsOf(const std::vector<SenderIdRule>& rules, std::string_view sender) {
-    const std::string key = SenderRecordKey(sender);
-    std::vector<SenderIdRule> records;
-    for (const auto name : {&SenderIdRule::RecordKey, &SenderIdRule::Sender}) {
-        for (const SenderIdRule& rule : rules) {
-            const bool isKnown = !records.empty() && records.back().Record == rule.Record;
-            if (SenderRecordKey(rule.*name) == key && !isKnown) records.push_back(rule);
-        }
-        if (!records.empty()) break;
-    }
-    return records;
-}
-
-// Whether the sender has no more than one record, of which a single rule can be changed; false after a message.
-bool IsOneRecord(const Session& session, const std::vector<SenderIdRule>& records, std::string_view sender) {
-    if (records.size() < 2) return true;
-    return session.Refuse(
-               FormatText("ID: \"%s\" has %d records in the routing file; delete the sender and add its rules "
-                          "again",
-                          sender, records.size())) == kExitDone;
-}
-
 int AddSender(Session& session, const Arguments& arguments) {
-    SenderIdRule rule = {.RecordKey = "", .Sender = arguments[kId], .Organisation = "", .Addressee = "X", .User = "X"};
-    if (!CanBeKept(rule)) return RefuseText(session, kId, rule.Sender);
-    rule.Organisation = arguments[kOrganisation];
-    if (!CanBeKept(rule)) return RefuseText(session, kOrganisation, rule.Organisation);
-    rule.Addressee = arguments[kAddressee];
-    if (!CanBeKept(rule)) return RefuseText(session, kAddressee, rule.Addressee);
-    const auto addressee = KnownAddressee(rule.Addressee);
-    const auto user = addressee ? KnownUser(arguments[kUser]) : std::nullopt;
-    if (!user) return kExitRefused;
-    rule.Addressee = *addressee;
-    rule.User = *user;
+    const auto organisation =
+        arguments.Has(kOrganisation) ? std::optional<std::string_view>(arguments[kOrganisation]) : std::nullopt;
     return Perform(session, [&] {
-        const auto rules = SenderRules();
-        if (!rules) return false;
-        const std::vector<SenderIdRule> records = RecordsOf(*rules, rule.Sender);
-        if (!IsOneRecord(session, records, rule.Sender)) return false;
-        if (!records.empty()) rule.RecordKey = records.front().RecordKey;
-        if (!records.empty() && !arguments.Has(kOrganisation)) rule.Organisation = records.front().Organisation;
-        if (!CanBeKept(rule)) return RefuseText(session, kId, rule.Sender) == kExitDone;
-        return WriteSenderIdRule(rule);
+        return EnterSenderRule(arguments[kId], arguments[kAddressee], arguments[kUser], organisation);
     });
 }
 
 int AddSubAddress(Session& session, const Arguments& arguments) {
-    SubAddressRule rule = {arguments[kNumber], "X"};
-    if (!CanBeKept(rule)) return RefuseText(session, kNumber, rule.SubAddress);
-    const auto user = KnownUser(arguments[kUser]);
-    if (!user) return kExitRefused;
-    rule.User = *user;
-    return Perform(session, [&] { return WriteSubAddressRule(rule); });
+    return Perform(session, [&] { return EnterSubAddressRule(arguments[kNumber], arguments[kUser]); });
 }
 
 int AddForward(Session& session, const Arguments& arguments) {
-    ForwardRule rule = {arguments[kUser], "X", arguments.Has(kDeletes)};
-    if (!CanBeKept(rule)) return RefuseText(session, kUser, rule.User);
-    const auto user = KnownAddressee(rule.User);
-    const auto target = user ? KnownUser(arguments[kTarget]) : std::nullopt;
-    if (!target) return kExitRefused;
-    rule.User = *user;
-    rule.Target = *target;
-    return Perform(session, [&] { return WriteForwardRule(rule); });
-}
-
-bool SayThereIsNone(const Session& session, std::string_view what, std::string_view name) {
-    session.Streams.PrintNotice(FormatText("There is no rule for %s %s\n", what, name));
-    return false;
+    return Perform(session,
+                   [&] { return EnterForwardRule(arguments[kUser], arguments[kTarget], arguments.Has(kDeletes)); });
 }
 
 int DeleteSender(Session& session, const Arguments& arguments) {
-    return Perform(session, [&] {
-        const auto rules = SenderRules();
-        if (!rules) return false;
-        const std::vector<SenderIdRule> records = RecordsOf(*rules, arguments[kId]);
-        if (records.empty()) return SayThereIsNone(session, "sender", arguments[kId]);
-        if (!arguments.Has(kAddressee)) return std::ranges::all_of(records, DeleteSenderRecord);
-        if (!IsOneRecord(session, records, arguments[kId])) return false;
-        const auto rule = std::ranges::find_if(*rules, [&](const SenderIdRule& other) {
-            return other.Record == records.front().Record && EqualFolded(other.Addressee, arguments[kAddressee]);
-        });
-        if (arguments[kAddressee].empty() || rule == rules->end())
-            return SayThereIsNone(session, "addressee", arguments[kAddressee]);
-        return DeleteSenderIdRule(*rule);
-    });
+    const auto addressee =
+        arguments.Has(kAddressee) ? std::optional<std::string_view>(arguments[kAddressee]) : std::nullopt;
+    return Perform(session, [&] { return RemoveSender(arguments[kId], addressee); });
 }
 
 int DeleteSubAddress(Session& session, const Arguments& arguments) {
-    const std::string& number = arguments[kNumber];
-    return Perform(session, [&] {
-        const auto rules = SubAddressRules();
-        if (!rules) return false;
-        const auto isIt = [&](const SubAddressRule& rule) { return EqualFolded(rule.SubAddress, number); };
-        if (std::ranges::none_of(*rules, isIt)) return SayThereIsNone(session, "sub-address", number);
-        return DeleteSubAddressRule(number);
-    });
+    return Perform(session, [&] { return RemoveSubAddressRule(arguments[kNumber]); });
 }
 
 int DeleteForward(Session& session, const Arguments& arguments) {
-    const std::string& user = arguments[kUser];
-    return Perform(session, [&] {
-        const auto rules = ForwardRules();
-        if (!rules) return false;
-        const auto isIt = [&](const ForwardRule& rule) { return EqualFolded(rule.User, user); };
-        if (std::ranges::none_of(*rules, isIt)) return SayThereIsNone(session, "user", user);
-        return DeleteForwardRule(user);
-    });
+    return Perform(session, [&] { return RemoveForwardRule(arguments[kUser]); });
 }
 
 constexpr Parameter kIdParameter = {kId, "The sender's fax identifier; only its letters, digits and @ tell"};

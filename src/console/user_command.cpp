@@ -16,6 +16,7 @@
 #include "users/user_actions.h"
 #include "users/user_entry.h"
 #include "users/user_list.h"
+#include "whereused/where_used.h"
 
 namespace bv::console {
 namespace {
@@ -124,8 +125,9 @@ int Show(Session& session, const Arguments& arguments, RecordKind kind) {
 
 // Puts the given values into the record; 0 or the exit status, a message shown.
 int Enter(const Session& session, const Arguments& arguments, RecordKind kind, UserRecord& record) {
-    const auto assignments = ReadAssignments(session, arguments, kAssignments);
+    auto assignments = ReadAssignments(session, arguments, kAssignments);
     if (!assignments) return kExitWrongUsage;
+    DropShown(*assignments, "Name", arguments["NAME"]);
     const UserRecord before = record;
     for (const auto& [key, value] : *assignments) {
         if (const auto fault = EnterValue(record, kind, key, value)) return session.Refuse(*fault);
@@ -166,7 +168,8 @@ int Set(Session& session, const Arguments& arguments, RecordKind kind) {
 }
 
 int Delete(Session& session, const Arguments& arguments, RecordKind kind) {
-    return Perform(session, [&] { return DeleteUser(arguments["NAME"], kind); });
+    return Perform(session,
+                   [&] { return AgreeToDeletion(kind, arguments["NAME"]) && DeleteUser(arguments["NAME"], kind); });
 }
 
 int Export(Session& session, const Arguments&) {

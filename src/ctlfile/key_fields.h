@@ -103,6 +103,10 @@ struct KeyField {
     [[nodiscard]] std::optional<std::string> FaultOf(std::string_view text) const {
         return FaultOfValue(Name(), Rule, text);
     }
+    // The same in a record: the value that it has already is taken as it is.
+    [[nodiscard]] std::optional<std::string> FaultIn(const Record& record, std::string_view text) const {
+        return text == Text(record) ? std::nullopt : FaultOf(text);
+    }
 };
 
 template <auto Member, class Record, class Value>

@@ -139,7 +139,7 @@ class RecordEdit {
   private:
     void OpeningLine(std::string_view line, LineWriter& out) {
         CloseRecord(out);
-        if (recordDone_ || !BeginsWith(line, change_.RecordKey)) {
+        if (recordDone_ || !BeginsWith(line, change_.RecordKey) || skipped_++ < change_.Skipped) {
             out.Copy(line);
             return;
         }
@@ -186,6 +186,7 @@ class RecordEdit {
     }
 
     const RecordChange& change_;
+    int skipped_ = 0;
     bool inTarget_ = false;
     bool targetSeen_ = false;
     bool recordOpen_ = false;

@@ -41,6 +41,7 @@ struct RecordChange {
     std::string_view FieldKey;                   // empty: remove the record's other lines
     std::optional<std::string_view> FieldValue;  // none: delete the field's line
     char Marker = '@';
+    int Skipped = 0; // as many records of that key stay as they are before the one that is meant
 };
 
 // Makes a change in the control file of that path. False when there is no paragraph, the path or its temporary's is

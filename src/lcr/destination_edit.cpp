@@ -162,8 +162,10 @@ bool WriteRegion(DestinationEdit& edit, const RegionEntry& entry) {
 }
 
 bool WriteCountry(DestinationEdit& edit, const CountryEntry& entry) {
-    const auto& countries = edit.Tables.Countries();
-    if (std::ranges::find(countries, CountryLine(entry), CountryLine) != countries.end()) return true;
+    const auto isIt = [&entry](const CountryEntry& other) {
+        return other.LastField == entry.LastField && CountryLine(other) == CountryLine(entry);
+    };
+    if (std::ranges::any_of(edit.Tables.Countries(), isIt)) return true;
     return ChangeCountries(edit, [&](std::string_view text) { return WithCountry(text, entry); });
 }
 

@@ -49,9 +49,11 @@ class DatabaseNames {
         for (const std::string& name : platform::Files().List(DatabaseFile(""), "*")) names_.insert(UpperText(name));
     }
 
-    // Where not even the country file is listed, the directory could not be read: then any file may be there.
+    // Where not even the country file is listed, the directory could not be read: then any file may be there. What is
+    // there and no file is not listed either.
     [[nodiscard]] bool MayHaveAreas(const CountryEntry& country) const {
-        return names_.empty() || Has(country, "ini") || Has(country, "new");
+        return names_.empty() || Has(country, "ini") || Has(country, "new") ||
+               !IsMissing(DestinationPath(kAreaFile, country.DiallingCode));
     }
 
   private:
@@ -95,6 +97,10 @@ const RegionEntry* Destinations::FindRegion(std::string_view identifier) const {
 const CountryEntry* Destinations::FindCountry(std::string_view identifierOrCode) const {
     const CountryEntry* country = Find(countries_, countryIndex_, identifierOrCode);
     return country != nullptr ? country : FindCode(identifierOrCode);
+}
+
+bool Destinations::HasIdentifier(std::string_view country) const {
+    return Find(countries_, countryIndex_, country) != nullptr;
 }
 
 const CountryEntry* Destinations::FindCode(std::string_view diallingCode) const {

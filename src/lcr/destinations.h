@@ -56,6 +56,7 @@ class Destinations {
     // None when there is no such entry. A country is found by its identifier and, without one, by its dialling code.
     [[nodiscard]] const RegionEntry* FindRegion(std::string_view identifier) const;
     [[nodiscard]] const CountryEntry* FindCountry(std::string_view identifierOrCode) const;
+    [[nodiscard]] bool HasIdentifier(std::string_view country) const;
     [[nodiscard]] const CountryEntry* FindCode(std::string_view diallingCode) const;
     [[nodiscard]] std::optional<FoundPlace> FindPlace(std::string_view reference) const;
 

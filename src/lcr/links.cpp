@@ -213,6 +213,27 @@ bool StoreNewIdentifier(LinkRecord& link, std::string_view text) {
     return true;
 }
 
+// An empty switch in the file is on; entered, it is unset, as it is shown, and then not written.
+template <Switch LinkRecord::*Member>
+constexpr KeyField<LinkRecord> EnteredSwitch(std::string_view key) {
+    constexpr ValueRule rule = Described(
+        "ON, OFF or nothing", [](std::string_view text) { return text.empty() || ParseBool(text).has_value(); });
+    return {key, rule, SwitchRow<Member, true>(key).Text, [](LinkRecord& link, std::string_view text) {
+                link.*Member = text.empty() ? Switch() : ParseBool(text);
+                return true;
+            }};
+}
+constexpr KeyField<LinkRecord> kEnteredOtherwise[] = {
+    EnteredSwitch<&LinkRecord::ReceiveEnabled>("ReceiveEnabled:"),
+    EnteredSwitch<&LinkRecord::SendEnabled>("SendEnabled:"),
+};
+
+// The row by which the key is entered.
+const KeyField<LinkRecord>& EnteredField(const KeyField<LinkRecord>& field) {
+    const auto* const other = std::ranges::find(kEnteredOtherwise, field.Key, &KeyField<LinkRecord>::Key);
+    return other == std::end(kEnteredOtherwise) ? field : *other;
+}
+
 std::vector<LinkSetting> MakeSettings() {
     const ValueRule identifier = Described("a name of 1 to 33 characters without blanks, commas and quotes",
                                            [](std::string_view text) { return IsToken(text, kIdentifierLimit); });
@@ -223,7 +244,8 @@ std::vector<LinkSetting> MakeSettings() {
     std::vector<LinkSetting> settings = {
         {{"RemoteServerID:", identifier, [](const LinkRecord& link) { return link.Identifier; }, StoreNewIdentifier}},
         {{"Description:", description, [](const LinkRecord& link) { return link.Description; }, StoreDescription}}};
-    for (const LinkKey& key : std::span(kLinkKeys).subspan(1)) settings.push_back({key.Field, key.IsSecret});
+    for (const LinkKey& key : std::span(kLinkKeys).subspan(1))
+        settings.push_back({EnteredField(key.Field), key.IsSecret});
     return settings;
 }
 

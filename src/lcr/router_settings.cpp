@@ -217,7 +217,8 @@ ValueRule HourMinuteRule() {
         const auto isNumber = [](std::string_view digits) {
             return !digits.empty() && digits.size() <= 2 && std::ranges::all_of(digits, IsDigit);
         };
-        return isNumber(text.substr(0, colon)) && isNumber(text.substr(colon + 1));
+        // The server's own programs pad the minutes with a blank.
+        return isNumber(text.substr(0, colon)) && isNumber(SkipBlanks(text.substr(colon + 1)));
     });
 }
 

@@ -141,6 +141,14 @@ bool CheckDescription(const RuleList& rules, std::optional<std::size_t> position
     return true;
 }
 
+bool IsUnchanged(const RuleList& rules, std::optional<std::size_t> position, const RoutingRule& edited) {
+    return IsSameRule(edited, position ? rules[*position] : RoutingRule());
+}
+
+bool CheckChanged(const RuleList& rules, std::optional<std::size_t> position, const RoutingRule& edited) {
+    return (HasCriteria(edited) || CheckWithoutCriteria(edited)) && CheckDescription(rules, position, edited);
+}
+
 } // namespace
 
 std::optional<std::string> MakeTimeText(const RuleTime& time) {
@@ -227,10 +235,9 @@ bool CheckServers(const RoutingRule& rule) {
 RuleCheck CheckRule(const RuleList& rules, std::optional<std::size_t> position, RoutingRule& edited,
                     const RuleNames& names, RuleLeaving leaving) {
     CheckReferences(edited, names);
-    if (IsSameRule(edited, position ? rules[*position] : RoutingRule())) return RuleCheck::Unchanged;
+    if (IsUnchanged(rules, position, edited)) return RuleCheck::Unchanged;
     if (leaving == RuleLeaving::PreviousOrNext && !AskQuestion(5335)) return RuleCheck::Discarded;
-    if (!HasCriteria(edited) && !CheckWithoutCriteria(edited)) return RuleCheck::Refused;
-    return CheckDescription(rules, position, edited) ? RuleCheck::Fine : RuleCheck::Refused;
+    return CheckChanged(rules, position, edited) ? RuleCheck::Fine : RuleCheck::Refused;
 }
 
 void StoreRule(RuleList& rules, std::optional<std::size_t> position, const RoutingRule& edited) {
@@ -248,6 +255,23 @@ RuleCheck AcceptRule(RuleList& rules, std::optional<std::size_t> position, Routi
     StoreRule(changed, position, edited);
     if (!KeepRulesPending(changed)) return RuleCheck::Refused;
     rules = std::move(changed);
+    return RuleCheck::Fine;
+}
+
+RuleCheck ChangeRule(RuleList& rules, std::optional<std::size_t> position, RoutingRule edited) {
+    if (!position && edited.Description.IsEmpty()) {
+        ShowError(9149);
+        return RuleCheck::Refused;
+    }
+    if (IsUnchanged(rules, position, edited)) return RuleCheck::Unchanged;
+    if (HasCriteria(edited) && !CheckServers(edited)) return RuleCheck::Refused;
+    if (!CheckChanged(rules, position, edited)) return RuleCheck::Refused;
+    if (edited.Description.IsEmpty()) edited.Description = kNoDescription; // as its written line reads back
+    if (!IsKeptByFile(edited)) {
+        ShowError(9136, edited.Description.View());
+        return RuleCheck::Refused;
+    }
+    StoreRule(rules, position, edited);
     return RuleCheck::Fine;
 }
 

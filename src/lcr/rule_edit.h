@@ -86,6 +86,12 @@ void StoreRule(RuleList& rules, std::optional<std::size_t> position, const Routi
 RuleCheck AcceptRule(RuleList& rules, std::optional<std::size_t> position, RoutingRule& edited, const RuleNames& names,
                      RuleLeaving leaving);
 
+// Takes a rule whose values have been entered into the list. An unchanged one is asked nothing. Refused, with the list
+// as it was, are a new rule without a description (9149), a rule with criteria that no server may send by (5333), what
+// CheckRule refuses, and what the file would give back differently (9136). Names that are no longer defined stay, for
+// DropLostReferences.
+RuleCheck ChangeRule(RuleList& rules, std::optional<std::size_t> position, RoutingRule edited);
+
 // A rule in words: each criterion's name and what the rule says of it, "(any)" without the criterion.
 struct SummaryLine {
     std::string_view Name;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <span>
+#include <utility>
 
 #include "ctlfile/lines.h"
 #include "ctlfile/reader.h"
@@ -10,11 +11,15 @@
 #include "ctlfile/records.h"
 #include "lcr/links.h"
 #include "platform/ascii.h"
+#include "shell/messages.h"
 #include "shell/server_paths.h"
 #include "users/user_file.h"
 
 namespace bv {
 namespace {
+
+constexpr std::string_view kUserKind = "User";
+constexpr std::string_view kServerKind = "Server";
 
 // Which value of a file's records is a name.
 struct NameSource {
@@ -41,9 +46,42 @@ bool LoadNames(const NameSource& source, NameSet& names) {
     return WasRead(file);
 }
 
-// Removes the names that are not in the set; whether any was removed.
-bool RemoveUndefined(std::vector<std::string>& used, const NameSet& defined) {
-    return std::erase_if(used, [&defined](const std::string& name) { return !defined.Has(name); }) != 0;
+// Notes the names of one kind that are not in the set.
+void FindUndefined(const std::vector<std::string>& used, const NameSet& defined, std::string_view kind,
+                   std::vector<LostReference>& lost) {
+    for (const std::string& name : used) {
+        if (!defined.Has(name)) lost.push_back({0, kind, name});
+    }
+}
+
+void Erase(std::vector<std::string>& used, const NameSet& defined) {
+    std::erase_if(used, [&defined](const std::string& name) { return !defined.Has(name); });
+}
+
+// The line's key as a kind: "Region".
+std::string_view KindOf(const RuleDestination& destination) {
+    for (const std::string_view key : kDestinationKeys) {
+        if (BeginsWith(destination.Line, key)) return key.substr(0, key.size() - 1);
+    }
+    return "Destination";
+}
+
+// Appends what was found of one kind, and marks the last of it when the rule has none left.
+void Append(std::vector<LostReference>& all, std::vector<LostReference> lost, bool hasSome) {
+    if (!lost.empty()) lost.back().IsLast = !hasSome;
+    all.insert(all.end(), lost.begin(), lost.end());
+}
+
+// What a rule means without the last of its kind.
+int MeaningWithout(std::string_view kind) {
+    if (kind == kUserKind) return 9133;
+    return kind == kServerKind ? 9134 : 9132;
+}
+
+std::string LossText(const RuleList& rules, const LostReference& lost) {
+    std::string text = FillMessage(9131, lost.Rule + 1, rules[lost.Rule].Description.View(), lost.Kind, lost.Name);
+    if (lost.IsLast) text.append("  ").append(FillMessage(MeaningWithout(lost.Kind)));
+    return text;
 }
 
 } // namespace
@@ -53,24 +91,54 @@ std::string NameSet::Folded(std::string_view name) { return UpperText(name); }
 bool LoadRuleNames(RuleNames& names) {
     const std::string links = PathToRead(LinkFile());
     return LoadNames({UserListPath(), "[USER]", kNameKey, false, false}, names.Users) &&
-           (!FileExists(links) || LoadNames({links, "[LINK]", "RemoteServerID:", true, false}, names.Servers)) &&
+           (IsMissing(links) || LoadNames({links, "[LINK]", "RemoteServerID:", true, false}, names.Servers)) &&
            LoadNames({DatabaseFile("SETUP.INI"), "[ROUTER]", "LocalServerID:", true, true}, names.Servers) &&
            LoadDestinations(names.Places);
 }
 
-bool CheckReferences(RoutingRule& rule, const RuleNames& names) {
-    bool isRemoved = RemoveUndefined(rule.Users, names.Users);
-    isRemoved = RemoveUndefined(rule.Servers, names.Servers) || isRemoved;
-    for (RuleDestination& destination : rule.Destinations)
+std::vector<LostReference> CheckReferences(RoutingRule& rule, const RuleNames& names) {
+    std::vector<LostReference> all;
+    std::vector<LostReference> lost;
+    for (RuleDestination& destination : rule.Destinations) {
         destination.Key = FindDestinationKey(names.Places, destination).value_or("");
-    const auto isUndefined = [](const RuleDestination& destination) { return destination.Key.empty(); };
-    return std::erase_if(rule.Destinations, isUndefined) != 0 || isRemoved;
+        if (destination.Key.empty())
+            lost.push_back({0, KindOf(destination), std::string(KeyValue(destination.Line).value_or(""))});
+    }
+    std::erase_if(rule.Destinations, [](const RuleDestination& destination) { return destination.Key.empty(); });
+    Append(all, std::exchange(lost, {}), !rule.Destinations.empty());
+
+    FindUndefined(rule.Users, names.Users, kUserKind, lost);
+    Erase(rule.Users, names.Users);
+    Append(all, std::exchange(lost, {}), !rule.Users.empty());
+
+    FindUndefined(rule.Servers, names.Servers, kServerKind, lost);
+    Erase(rule.Servers, names.Servers);
+    Append(all, std::move(lost), !rule.Servers.empty() || rule.AllowsLocalServer);
+    return all;
 }
 
-bool CheckReferences(RuleList& rules, const RuleNames& names) {
-    bool isRemoved = false;
-    for (RoutingRule& rule : rules) isRemoved = CheckReferences(rule, names) || isRemoved;
-    return isRemoved;
+std::vector<LostReference> CheckReferences(RuleList& rules, const RuleNames& names) {
+    std::vector<LostReference> all;
+    for (std::size_t i = 0; i < rules.size(); ++i) {
+        for (LostReference& lost : CheckReferences(rules[i], names)) {
+            lost.Rule = i;
+            all.push_back(std::move(lost));
+        }
+    }
+    return all;
+}
+
+bool DropLostReferences(RuleList& rules, const RuleNames& names, LostNames lost) {
+    RuleList checked = rules;
+    const std::vector<LostReference> all = CheckReferences(checked, names);
+    if (!all.empty()) {
+        std::string text;
+        for (const LostReference& one : all) text.append(text.empty() ? "" : "\n").append(LossText(rules, one));
+        ShowWarning(std::string_view("%s"), text);
+        if (lost == LostNames::Ask && !AskWarning(9135)) return false;
+    }
+    rules = std::move(checked);
+    return true;
 }
 
 bool IsRegion(const RuleDestination& destination) { return BeginsWith(destination.Line, kRegionKey); }

@@ -1,11 +1,13 @@
 // What routing rules refer to: users, servers and destinations. A rule that refers to what is no longer defined loses
-// that reference when it is loaded.
+// that reference when it is loaded to be matched, and when it is saved, if that is agreed to.
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_set>
+#include <vector>
 
 #include "lcr/destinations.h"
 #include "lcr/rule.h"
@@ -37,10 +39,27 @@ bool LoadRuleNames(RuleNames& names);
 // What a destination's line refers to, as the tables have it: "EU", "UK" or "UK/LON". None when it is not defined.
 std::optional<std::string> FindDestinationKey(const Destinations& places, const RuleDestination& destination);
 
+// A reference that was removed from a rule because its name is not defined.
+struct LostReference {
+    std::size_t Rule = 0;  // its place in the list
+    std::string_view Kind; // "Region", "Country", "Area", "User" or "Server"
+    std::string Name;
+    bool IsLast = false; // the rule has no destination, no user or no server left, and so means something else
+
+    friend bool operator==(const LostReference&, const LostReference&) = default;
+};
+
 // Removes the references of the rule, or of all rules, that are not defined, and stores the keys of the destinations.
-// Whether any was removed.
-bool CheckReferences(RoutingRule& rule, const RuleNames& names);
-bool CheckReferences(RuleList& rules, const RuleNames& names);
+// Returns those removed. Shows nothing.
+std::vector<LostReference> CheckReferences(RoutingRule& rule, const RuleNames& names);
+std::vector<LostReference> CheckReferences(RuleList& rules, const RuleNames& names);
+
+enum class LostNames { Ask, Drop };
+
+// Readies changed rules to be saved: names each reference that is not defined, with what its rule means without it
+// (warning 9131 and 9132 to 9134), asks 9135 whether to remove them unless that has been said already, and removes
+// them. False, with the rules as they were, when it is not agreed to.
+bool DropLostReferences(RuleList& rules, const RuleNames& names, LostNames lost);
 
 // Whether a destination's line names a region.
 bool IsRegion(const RuleDestination& destination);

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "ctlfile/lines.h"
+#include "ctlfile/whole_file.h"
 #include "mailgw/mail_list.h"
 #include "platform/ascii.h"
 #include "shell/messages.h"
@@ -41,6 +42,15 @@ std::optional<std::string> ListedUser(std::string_view name) {
     if (!list.IsRead()) return {};
     if (!listed) ShowNotFound(name, RecordKind::User);
     return listed;
+}
+
+// Whether a mail user may go although the faxes go under another name than the one that is given.
+bool AgreeToOthers(std::string_view serverName, std::string_view emailName) {
+    std::optional<MailUser> user;
+    if (IsDefaultName(serverName)) return true; // which is refused anyway
+    if (!FindMailUser(emailName, user)) return false;
+    if (!user || EqualFolded(user->Brivname, serverName) || EqualFolded(EffectiveUser(*user), serverName)) return true;
+    return AskWarning(9148, user->Emailname.View(), EffectiveUser(*user), serverName);
 }
 
 // A user whose mail user becomes another one; either may be empty.
@@ -130,7 +140,7 @@ bool EnableMailUser(std::string_view serverName, std::string_view emailName,
 }
 
 bool DisableMailUser(std::string_view serverName, std::string_view emailName) {
-    return IsDone(RemoveMailUser(serverName, emailName));
+    return AgreeToOthers(serverName, emailName) && IsDone(RemoveMailUser(serverName, emailName));
 }
 
 bool UpgradeWholeMailList() { return HasChanged(UpgradeMailList()); }
@@ -142,7 +152,7 @@ bool FollowUsers(std::span<const UserChange> users) {
     const std::vector<Move> moves = MovesOf(users);
     Owners owners;
     if (moves.empty() || !owners.Read(moves)) return moves.empty();
-    const bool hasList = FileExists(MailListPath());
+    const bool hasList = !IsMissing(MailListPath());
     std::vector<MailUserChange> changes;
     for (const Move& move : moves) {
         const std::optional<MailUserChange> change = ChangeFor(move, owners);

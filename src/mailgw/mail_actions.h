@@ -19,7 +19,8 @@ int FaultOfEmailName(std::string_view emailName);
 bool EnableMailUser(std::string_view serverName, std::string_view emailName,
                     std::optional<std::string_view> previousEmailName);
 
-// Removes a mail user as RemoveMailUser does. False after a message; without a list that is 413.
+// Removes a mail user as RemoveMailUser does; asks 9148 first about one whose faxes go under another name. False after
+// a message; without a list that is 413.
 bool DisableMailUser(std::string_view serverName, std::string_view emailName);
 
 // UpgradeMailList, and the note that the server must be restarted.

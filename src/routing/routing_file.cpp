@@ -96,11 +96,12 @@ std::string KeyOf(std::string_view name) {
 }
 
 // The other way to escape the key that a reader takes for the same; none when there is none.
-std::optional<std::string> OtherKeyOf(std::string_view name) {
-    constexpr std::string_view kNoKeyBegins = "\\[;@\" ";
+std::optional<std::string> OtherKeyOf(std::string_view paragraph, std::string_view name) {
+    constexpr std::string_view kNoKeyBegins = "\\[;\" ";
     const std::string key = KeyOf(name);
     if (!key.starts_with('\\')) return '\\' + key;
     if (kNoKeyBegins.find(key[1]) != std::string_view::npos) return {};
+    if (key[1] == kRecordMarker && paragraph == kSenderId) return {};
     return key.substr(1);
 }
 
@@ -210,7 +211,7 @@ template <class Update>
 bool ChangeLine(std::string_view paragraph, std::string_view name, std::optional<std::string_view> value,
                 Update update) {
     return ChangeFile([&](const std::string& path) {
-        const std::optional<std::string> other = OtherKeyOf(name);
+        const std::optional<std::string> other = OtherKeyOf(paragraph, name);
         const std::optional<bool> hasOther = other ? HasKeyLine(path, paragraph, *other) : false;
         return hasOther && update(path, KeyOf(name), value) && (!*hasOther || update(path, *other, std::nullopt));
     });
@@ -222,12 +223,49 @@ bool ChangeKey(std::string_view paragraph, std::string_view name, std::optional<
     });
 }
 
+// The number of records with the key that stand before the first that is well formed: a reader passes over them, and
+// so does a change. None when the file cannot be read.
+std::optional<int> MalformedRecords(const std::string& path, std::string_view recordKey) {
+    ControlStream file = OpenShared(path, "rb");
+    ControlLine line;
+    int count = 0;
+    bool isFound = !file || !FindParagraph(file, kSenderId, line);
+    while (!isFound && FindKeyLine(file, std::nullopt, line)) {
+        if (!BeginsWith(line, recordKey)) continue;
+        isFound = ParseRecordLine(line).has_value();
+        if (!isFound) ++count;
+    }
+    if (!file || file.Failed()) return {};
+    return count;
+}
+
+// One change to the record that a reader takes for the key's.
+bool ChangeRecord(const std::string& path, RecordChange change) {
+    const std::optional<int> malformed = MalformedRecords(path, change.RecordKey);
+    change.Skipped = malformed.value_or(0);
+    return malformed && UpdateControlFileRecord(path, change);
+}
+
 bool ChangeAddressee(const SenderIdRule& rule, Placing recordLine, std::optional<std::string_view> user) {
     const std::string record = RecordKeyText(rule);
     const std::string value = RecordValue(rule);
     return ChangeLine(kSenderId, rule.Addressee, user, [&](const auto& path, std::string_view key, auto newUser) {
-        return UpdateControlFileRecord(path, {kSenderId, record, value, recordLine, key, newUser});
+        return ChangeRecord(path, {kSenderId, record, value, recordLine, key, newUser});
     });
+}
+
+// Whether the file has a line of the name, however it is escaped; says so when not.
+bool HasLineOf(std::string_view paragraph, std::string_view name) {
+    if (!OpenRoutingFile()) return false;
+    const std::string path = DatabaseFile(kFileName);
+    const std::optional<bool> hasKey = HasKeyLine(path, paragraph, KeyOf(name));
+    const std::optional<std::string> other = OtherKeyOf(paragraph, name);
+    const std::optional<bool> hasOther = other ? HasKeyLine(path, paragraph, *other) : false;
+    if (!hasKey || !hasOther)
+        ShowError(9011, path);
+    else if (!*hasKey && !*hasOther)
+        ShowError(9137, path, name);
+    return hasKey.value_or(false) || hasOther.value_or(false);
 }
 
 } // namespace
@@ -241,6 +279,13 @@ ControlStream OpenRoutingFile() {
         return {};
     }
     return CheckHeader(file) ? std::move(file) : ControlStream();
+}
+
+bool HasRoutingParagraph(ControlStream& file, RoutingKind kind) {
+    constexpr std::string_view kHeaders[] = {kSenderId, kSubAddress, kForward};
+    ControlLine line;
+    file.Rewind();
+    return FindParagraph(file, kHeaders[static_cast<std::size_t>(kind)], line) || file.Failed();
 }
 
 bool ReadSenderIdRules(ControlStream& file, const std::function<void(const SenderIdRule&)>& visit) {
@@ -310,18 +355,24 @@ bool WriteSubAddressRule(const SubAddressRule& rule) { return ChangeKey(kSubAddr
 
 bool WriteForwardRule(const ForwardRule& rule) { return ChangeKey(kForward, rule.User, ForwardValue(rule)); }
 
-bool DeleteSenderIdRule(const SenderIdRule& rule) { return ChangeAddressee(rule, Placing::Append, std::nullopt); }
+bool DeleteSenderIdRule(const SenderIdRule& rule) {
+    return HasLineOf(kSenderId, rule.Addressee) && ChangeAddressee(rule, Placing::Append, std::nullopt);
+}
 
 bool DeleteSenderRecord(const SenderIdRule& rule) {
     const std::string record = RecordKeyText(rule);
     return ChangeFile([&](const std::string& path) {
-        return UpdateControlFileRecord(path, {kSenderId, record, "\"\" \"\"", Placing::Append, "", std::nullopt}) &&
-               UpdateControlFileRecord(path, {kSenderId, record, std::nullopt, Placing::InPlace, "", std::nullopt});
+        return ChangeRecord(path, {kSenderId, record, "\"\" \"\"", Placing::Append, "", std::nullopt}) &&
+               ChangeRecord(path, {kSenderId, record, std::nullopt, Placing::InPlace, "", std::nullopt});
     });
 }
 
-bool DeleteSubAddressRule(std::string_view subAddress) { return ChangeKey(kSubAddress, subAddress, std::nullopt); }
+bool DeleteSubAddressRule(std::string_view subAddress) {
+    return HasLineOf(kSubAddress, subAddress) && ChangeKey(kSubAddress, subAddress, std::nullopt);
+}
 
-bool DeleteForwardRule(std::string_view user) { return ChangeKey(kForward, user, std::nullopt); }
+bool DeleteForwardRule(std::string_view user) {
+    return HasLineOf(kForward, user) && ChangeKey(kForward, user, std::nullopt);
+}
 
 } // namespace bv

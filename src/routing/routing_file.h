@@ -60,6 +60,10 @@ bool ReadSenderIdRules(ControlStream& file, const std::function<void(const Sende
 bool ReadSubAddressRules(ControlStream& file, const std::function<void(const SubAddressRule&)>& visit);
 bool ReadForwardRules(ControlStream& file, const std::function<void(const ForwardRule&)>& visit);
 
+// Whether the file has the paragraph of a kind; also when that cannot be read, which the kind's reader then says.
+enum class RoutingKind { Sender, SubAddress, Forward };
+bool HasRoutingParagraph(ControlStream& file, RoutingKind kind);
+
 // The key of a sender's record; empty for an identifier without letters and digits, which cannot be filed.
 std::string SenderRecordKey(std::string_view sender);
 
@@ -79,7 +83,8 @@ bool WriteForwardRule(const ForwardRule& rule);
 // Each takes one rule away, however its key is escaped, with the messages above; nothing else of the file goes. Of a
 // sender's record only the addressee's line goes; DeleteSenderRecord takes all its entries and then the record itself,
 // in two rewrites, so that a failure between them leaves a record without entries and never entries without a record.
-// Of several records with one key the first is changed.
+// Of several records with one key the first that is well formed is changed. Where there is nothing to take away, false
+// after 9137.
 bool DeleteSenderIdRule(const SenderIdRule& rule);
 bool DeleteSenderRecord(const SenderIdRule& rule);
 bool DeleteSubAddressRule(std::string_view subAddress);

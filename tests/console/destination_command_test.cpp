@@ -17,8 +17,9 @@ const std::string kBase = "F:\\BRIVANE\\B-DB\\";
 const std::string kLock = "LCR settings are being edited by another user.  Please try again later\n";
 
 const std::map<std::string, std::string> kBefore = {
-    {"Country.ini", "[COUNTRIES]\n44: UK, \"Kingdom\", 0\n33: FR, \"\", x\n\n[SYNONYMS]\n; none\n\"New Britain\": 44\n"
-                    "A: B\nB: a\nUK: FR\nno\nC:\n[X]\nD: UK\n"},
+    {"Country.ini",
+     "[COUNTRIES]\n44: UK, \"Kingdom\", 0\n33: FR, \"\", x\n41: CH, \"\"\n\n[SYNONYMS]\n; none\n\"New Britain\": 44\n"
+     "A: B\nB: a\nUK: FR\nno\nC:\n[X]\nD: UK\n"},
     {"Region.ini", "[REGIONS]\nRegion: EUROPE, \"All\"\nMatch: UK\nRegion: ASIA, \"\"\n"},
     {"Area44.ini", "[AREAS]\nArea: LON, \"London\"\nMatch: 171*\n"},
     {"Setup.ini", "[ROUTER]\nLocalServerID: HERE, \"\"\nEmailLoginParams: sekrit\nWanInboxDirectory: X\n"
@@ -39,24 +40,35 @@ struct Case {
 };
 
 const Case kCases[] = {
-    {{"destination", "country", "list"}, 0, "UK\tKingdom\t44\t0\nFR\t\t33\tx\n", ""},
+    {{"destination", "country", "list"}, 0, "UK\tKingdom\t44\t0\nFR\t\t33\tx\nCH\t\t41\t\n", ""},
     {{"destination", "country", "add", "US", "DiallingCode=1", "Description=States"},
      0,
      "",
      "Added country US\n",
      "Country.ini",
-     Replaced(kBefore.at("Country.ini"), "x\n\n", "x\n1: US, \"States\", 0\n\n")},
-    {{"destination", "country", "set", "fr", "Identifier=F"},
+     Replaced(kBefore.at("Country.ini"), "\"\"\n\n", "\"\"\n1: US, \"States\", 0\n\n")},
+    {{"destination", "country", "set", "fr", "Identifier=F", "--yes"},
      0,
      "",
      "Modified country F\n",
      "Country.ini",
-     Replaced(kBefore.at("Country.ini"), "FR, \"", "F, \"")},
+     Replaced(Replaced(kBefore.at("Country.ini"), "33: FR, \"\", x\n", ""), "\"\"\n\n", "\"\"\n33: F, \"\", x\n\n")},
     {{"destination", "country", "set", "UK", "Description=Kingdom"}, 0, "", ""},
     {{"destination", "country", "set", "UK", "DiallingCode=45"},
      1,
      "",
      "DiallingCode: \"45\" - the areas of country UK are kept under 44; delete them first\n"},
+    {{"destination", "country", "set", "CH", "LastField=0"},
+     0,
+     "",
+     "Modified country CH\n",
+     "Country.ini",
+     Replaced(kBefore.at("Country.ini"), "CH, \"\"", "CH, \"\", 0")},
+    {{"destination", "country", "set", "CH", "Description="}, 0, "", ""},
+    {{"destination", "country", "add", "", "DiallingCode=1"},
+     1,
+     "",
+     "Identifier: \"\" is not a name of 1 to 100 characters without blanks, commas, quotes, / and ;\n"},
     {{"destination", "country", "add", "uk", "DiallingCode=1"},
      1,
      "",
@@ -67,7 +79,7 @@ const Case kCases[] = {
      "DiallingCode: \"044\" is not a dialling code of 1 to 19 digits that does not begin with 0\n"},
     {{"destination", "country", "add", "X"}, 1, "", "DiallingCode: \"\" - a country needs one\n"},
     {{"destination", "country", "delete", "X"}, 1, "", "There is no country X\n"},
-    {{"destination", "region", "add", "EU", "Matches=UK/LON 33"},
+    {{"destination", "region", "add", "EU", "Matches=UK/LON 33", "--yes"},
      0,
      "",
      "Added region EU\n",
@@ -106,13 +118,13 @@ const Case kCases[] = {
     {{"destination", "contains", "EUROPE", "FR"}, 0, "NO\n", ""},
     {{"destination", "contains", "NOPE", "FR"}, 1, "", "There is no region NOPE\n"},
     {{"destination", "name", "uk/lon"}, 0, "London, Kingdom\n", ""},
-    {{"destination", "name", "uk/x"}, 0, "<Not found>\n", ""},
+    {{"destination", "name", "uk/x"}, 1, "", "There is no destination uk/x\n"},
     {{"destination", "synonym", "list"},
      0,
      "New Britain\t44\tNew Britain, see Kingdom\nA\tB\tA, see B\nB\ta\tB, see a\nUK\tFR\tUK, see FR\n",
      ""},
     {{"destination", "name", "new britain"}, 0, "New Britain, see Kingdom\n", ""},
-    {{"destination", "name", "D"}, 0, "<Not found>\n", ""},
+    {{"destination", "name", "D"}, 1, "", "There is no destination D\n"},
     {{"destination", "convert", "uk/lon"}, 0, "44/LON\n", ""},
     {{"destination", "convert", "44"}, 0, "UK\n", ""},
     {{"destination", "convert", "9"}, 1, "", "There is no destination 9\n"},
@@ -196,6 +208,37 @@ TEST(DestinationCommands, DoOneThingAndSayIt) {
         Scene rehearsal;
         EXPECT_EQ(rehearsal.Console.Run(rehearsed), one.Status);
         EXPECT_EQ(rehearsal.GetFile(one.File), Before(one.File));
+    }
+}
+
+// What is asked before a name goes that others use, or another one with it; nobody says Yes.
+TEST(DestinationCommands, AskBeforeWhatOthersUse) {
+    const std::string rules = "[RULE]\nDescription: One\nArea: 44/LON\nServer: A\n\n[RULE]\nDescription: Two\n"
+                              "Country: FR\nRegion: ASIA\nServer: A\nServer: HERE\n";
+    const std::string goOn = "\n\nGo on? ";
+    const std::string one = "\nLCRRULES.INI: rule 1 \"One\"";
+    const std::string widened = one + ", which then takes more faxes";
+    const std::string two = "\nLCRRULES.INI: rule 2 \"Two\"";
+    const std::pair<std::vector<std::string>, std::string> cases[] = {
+        {{"destination", "country", "delete", "UK"},
+         "UK is used in:" + widened + "\nREGION.INI: region EUROPE\nCOUNTRY.INI: synonym New Britain" + goOn},
+        {{"destination", "country", "set", "fr", "Identifier=F"},
+         "FR is used in:" + two + "\nCOUNTRY.INI: synonym UK" + goOn},
+        {{"destination", "area", "delete", "UK", "lon"}, "lon is used in:" + widened + goOn},
+        {{"destination", "area", "set", "UK", "lon", "Identifier=L"}, "LON is used in:" + widened + goOn},
+        {{"destination", "region", "delete", "ASIA"}, "ASIA is used in:" + two + goOn},
+        {{"destination", "region", "add", "EU"},
+         "EU takes the place of EUROPE, which begins with the same name.\n\nReplace it? "},
+        {{"link", "delete", "a"}, "A is used in:" + one + two + goOn},
+        {{"link", "set", "A", "RemoteServerID=B"}, "A is used in:" + one + two + goOn},
+    };
+    for (const auto& [arguments, question] : cases) {
+        Scene scene;
+        scene.PutFile("LCRRules.ini", rules);
+        EXPECT_EQ(scene.Console.Run(arguments), 1);
+        EXPECT_EQ(scene.Console.Notices, question + "[y/N] No (nobody to ask; --yes answers Yes)\n");
+        for (const auto& [name, text] : kBefore) EXPECT_EQ(scene.GetFile(name), text);
+        EXPECT_THAT(scene.Files.List(kBase, "*.ne?"), testing::IsEmpty());
     }
 }
 

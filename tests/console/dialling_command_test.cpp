@@ -50,7 +50,7 @@ const Case kCases[] = {
      "",
      kUpdated,
      Replaced(Replaced(kFile, "Location: London", "Location: Oslo"), "MaxLen: 0", "MaxLen: 8")},
-    {{"dialling", "set", "Location=Rome", "Country=39", "IntlAccess=00"},
+    {{"dialling", "set", "Location=Rome", "Country=39", "IntlAccess=00", "--yes"},
      0,
      "",
      kUpdated,
@@ -130,7 +130,11 @@ TEST(DiallingCommands, AFileWithoutALocationIsSaid) {
     EXPECT_EQ(emptyPrefix.Console.Run({"dialling", "show"}), 0);
     EXPECT_THAT(emptyPrefix.Console.Results, testing::HasSubstr("DialAsLocal: ,1923\n"));
     Scene fresh("");
-    EXPECT_EQ(fresh.Console.Run({"dialling", "set", "Location=Oslo", "Country=47", "IntlAccess=00"}), 0);
+    EXPECT_EQ(fresh.Console.Run({"dialling", "set", "Location=Oslo", "Country=47", "IntlAccess=00"}), 1);
+    EXPECT_THAT(fresh.Console.Notices,
+                testing::StartsWith("There is no location Oslo in the file.\n\nMake a new one? "));
+    EXPECT_EQ(fresh.File(), "(none)");
+    EXPECT_EQ(fresh.Console.Run({"dialling", "set", "Location=Oslo", "Country=47", "IntlAccess=00", "--yes"}), 0);
     EXPECT_EQ(fresh.File(), Replaced(kHead, "London", "Oslo") + kOslo);
 }
 

@@ -91,6 +91,8 @@ const Case kCases[] = {
      "Description: \"" + std::string(100, 'x') + "\" is not a text of at most 99 characters\n"},
     {{"add", "Three", "User=ANN,CARL", "Server=*"}, 1, "", "User: \"CARL\" is not defined\n"},
     {{"add", "Three", "Area=UK/LON", "Server=*"}, 1, "", "Area: \"UK/LON\" is not defined\n"},
+    {{"add", "Three", "Area=UK", "Server=*"}, 1, "", "Area: \"UK\" is no country, / and an area\n"},
+    {{"add", "Three", "Country=UK/LON", "Server=*"}, 1, "", "Country: \"UK/LON\" is no country\n"},
     {{"add", "Three", "Server=ROM"}, 1, "", "Server: \"ROM\" is not defined\n"},
     {{"add", "Three", "Colour=red"}, 1, "", "Colour: \"red\" - rules have no such key\n"},
     {{"add", "Three", "red"}, 2, "", "'red' is not of the form KEY=VALUE\n"},
@@ -231,14 +233,78 @@ TEST(LcrCommand, LosesNoPendingChanges) {
     EXPECT_THAT(scene.Console.Notices, HasSubstr("does not hold a whole text"));
 }
 
-TEST(LcrCommand, RemovesWhatIsNoLongerDefinedOnlyWithAnEdit) {
-    Scene scene;
-    scene.Server.Put(kArea + "USERLIST.INI", "[USER]\r\nName: BEN\r\n");
-    EXPECT_EQ(scene.Console.Run({"lcr", "match", "--user", "BEN"}), 0);
-    EXPECT_EQ(scene.Server.Get(kLive), kRules);
-    EXPECT_EQ(scene.Console.Run({"lcr", "move", "1", "down"}), 0);
-    EXPECT_THAT(scene.Console.Notices, HasSubstr("are no longer defined, and have been removed"));
-    EXPECT_EQ(scene.Server.Get(kLive), kHead + kTwo + Replaced(kOne, "User: ANN\r\n", ""));
+// ANN, EU and PAR are gone: what each verb would take out of which rule, and what it says of it.
+TEST(LcrCommand, TakesNothingOutOfTheRulesUnasked) {
+    const std::string ann =
+        "Rule 1 \"One\": User \"ANN\" is no longer defined.  The rule then takes the faxes of every "
+        "user.";
+    const std::string region =
+        "Rule 1 \"One\": Region \"EU\" is no longer defined.  The rule then takes faxes to every "
+        "destination.";
+    const std::string server =
+        "Rule 2 \"Two\": Server \"PAR\" is no longer defined.  No server may send by the rule then.";
+    const std::string question = "\nRemove these names from the rules? [y/N] No (nobody to ask; --yes answers Yes)\n";
+    const std::string bare = Replaced(Replaced(kOne, "User: ANN\r\n", ""), "Region: EU\r\n", "");
+    const std::string barred = Replaced(kTwo, "Server: PAR\r\n", "");
+    const std::string both = region + "\n" + ann + "\n" + server;
+    const std::string onlyTwo = Replaced(server, "Rule 2", "Rule 1");
+    const Case cases[] = {
+        {{"match", "--user", "BEN"}, 0, "", "References that are no longer defined are left out of the rules\n"},
+        {{"move", "2", "1"},
+         1,
+         "",
+         onlyTwo + "\n" + Replaced(region, "Rule 1", "Rule 2") + "\n" + Replaced(ann, "Rule 1", "Rule 2") + question},
+        {{"add", "Three", "User=BEN", "Server=*"}, 1, "", both + question},
+        {{"set", "2", "Size="}, 1, "", both + question},
+        {{"set", "2", "Size=PAGES GE 10"}, 0, "", ""}, // nothing changes
+        {{"delete", "1"}, 1, "", onlyTwo + question},
+        {{"delete", "1", "--drop-lost"}, 0, "", onlyTwo + "\n", kHead + barred},
+        {{"delete", "2", "--yes"}, 0, "", region + "\n" + ann + "\n", kHead + bare},
+        {{"set", "1", "User=BEN", "Region=", "--drop-lost"},
+         0,
+         "",
+         server + "\n",
+         kHead + Replaced(bare, "Time:", "User: BEN\r\nTime:") + barred},
+    };
+    for (const Case& row : cases) {
+        Scene scene;
+        scene.Server.Put(kArea + "USERLIST.INI", "[USER]\r\nName: BEN\r\n");
+        scene.Server.Put(kArea + "REGION.INI", "[REGIONS]\r\n");
+        scene.Server.Put(kArea + "LINK.INI", "[LINK]\r\nRemoteServerID: LON, \"L\"\r\n");
+        std::vector<std::string> arguments = {"lcr"};
+        arguments.insert(arguments.end(), row.Arguments.begin(), row.Arguments.end());
+        SCOPED_TRACE(testing::PrintToString(row.Arguments));
+        EXPECT_EQ(scene.Console.Run(arguments), row.Status);
+        EXPECT_EQ(scene.Console.Notices, row.Notices);
+        EXPECT_EQ(scene.Server.Get(kLive), row.After);
+    }
+}
+
+// A list of names that is there and cannot be read says nothing of what is defined.
+TEST(LcrCommand, EndsWithoutItsLists) {
+    for (const std::string list : {"USERLIST.INI", "LINK.INI", "REGION.INI", "COUNTRY.INI"}) {
+        Scene scene;
+        scene.Server.Files.Delete(kArea + list);
+        scene.Server.Files.MakeDirectory(kArea + list);
+        EXPECT_EQ(scene.Console.Run({"lcr", "move", "1", "down", "--yes"}), 1) << list;
+        EXPECT_THAT(scene.Console.Notices, HasSubstr(list == "REGION.INI"    ? "Region.ini"
+                                                     : list == "COUNTRY.INI" ? "Country.ini"
+                                                                             : list));
+        EXPECT_EQ(scene.Server.Get(kLive), kRules);
+    }
+}
+
+// What a rule says already is taken as it is, whatever its lists say by now.
+TEST(LcrCommand, AsksNothingOfAnUnchangedRule) {
+    const std::string odd =
+        kHead + "[RULE]\r\nDescription: Odd\r\nArea: UK\r\nUser: GONE\r\nSize: MANY\r\nTime: NOON\r\n\r\n";
+    for (const std::string value : {"Description=Odd", "Area=UK", "User=GONE", "Size=MANY", "Time=NOON", "Server="}) {
+        Scene scene;
+        scene.Server.Put(kLive, odd);
+        EXPECT_EQ(scene.Console.Run({"lcr", "set", "1", value}), 0) << value;
+        EXPECT_EQ(scene.Console.Notices, "");
+        EXPECT_EQ(scene.Server.Get(kLive), odd);
+    }
 }
 
 TEST(LcrCommand, ChangesARuleWithoutADescription) {

@@ -69,6 +69,10 @@ const Case kCases[] = {
     {{"mail-name", "Smith John"}, 0, "JohnS\n", ""},
     {{"mail-name", "Smith John\tx y", "--expression", "%1First%Last"}, 0, "JSmith\n", ""},
     // refused
+    {{"mail-user", "delete", "BEN", "ann a"},
+     1,
+     "",
+     "Mail user Ann A sends under the name ANN, not BEN.\n\nDelete it? [y/N] No (nobody to ask; --yes answers Yes)\n"},
     {{"mail-user", "add", "BEN", "Ben"}, 1, "", "Brivane user BEN not found\n"},
     {{"mail-user", "add", "ANN", k269 + "y"}, 1, "", Of(kBadName, k269 + "y")},
     {{"mail-user", "add", "ANN", " Ben"}, 1, "", Of(kBadName, " Ben")},
@@ -114,6 +118,18 @@ TEST(MailCommand, DoesAndSaysWhatIsAsked) {
         EXPECT_EQ(scene.Console.Results, row.Results);
         EXPECT_EQ(scene.Console.Notices, row.Notices);
         EXPECT_EQ(scene.Server.Get(kList), row.After);
+    }
+}
+
+// What stands in the list's place and cannot be read is no empty list.
+TEST(MailCommand, AListThatCannotBeReadIsNotEmpty) {
+    Scene scene;
+    scene.Server.Files.Delete(kList);
+    scene.Server.Files.MakeDirectory(kList);
+    for (const std::vector<std::string>& arguments :
+         {std::vector<std::string>{"mail-user", "list"}, {"mail-user", "count", "ANN"}}) {
+        EXPECT_EQ(scene.Console.Run(arguments), 1);
+        EXPECT_EQ(scene.Console.Results + scene.Console.Notices, "Unable to open file " + kList + "\n");
     }
 }
 

@@ -51,7 +51,7 @@ const Case kCases[] = {
     {{"routing", "add", "sender", "1", "ANN", "BOB", "--organisation", "a\"b"},
      1,
      "",
-     "--organisation: \"a\"b\" cannot be kept in the routing file\n"},
+     "Organisation: \"a\"b\" cannot be kept in the routing file\n"},
     {{"routing", "add", "sender", "1", "NONE", "BOB"}, 1, "", "Brivane user NONE not found\n"},
     {{"routing", "add", "sender", "1", "ANN", "(unaddressed)"}, 1, "", "Brivane user (unaddressed) not found\n"},
     {{"routing", "add", "subaddr", "22", "bob"},
@@ -131,6 +131,13 @@ TEST(RoutingCommands, FindASenderUnderAnotherKeyAndAllItsRecords) {
     EXPECT_EQ(doubled.File(), twice);
     EXPECT_EQ(doubled.Console.Run({"routing", "delete", "sender", "+44"}), 0);
     EXPECT_EQ(doubled.File(), head + "@1: \"1\" \"\"\nANN: BOB\n");
+}
+
+TEST(RoutingCommands, AddingMakesTheParagraph) {
+    const std::string head = "[BRIVANE]\nType: RoutingInit\nRevision: A\n";
+    Scene scene(head);
+    EXPECT_EQ(scene.Console.Run({"routing", "add", "sender", "+44", "ANN", "BOB"}), 0) << scene.Console.Notices;
+    EXPECT_EQ(scene.File(), head + "\n[SENDERID]\n@44: \"+44\" \"\"\nANN: BOB\n");
 }
 
 TEST(RoutingCommands, TheFirstListMakesTheFileUnlessItIsARehearsal) {

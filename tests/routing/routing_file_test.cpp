@@ -181,7 +181,6 @@ const Change kChanges[] = {
      },
      "\\*1: ann\n", "\\*1: BOB\n"},
     {"a sub-address less", [] { return DeleteSubAddressRule("*1"); }, "\\*1: ann\n", ""},
-    {"a shorter sub-address", [] { return DeleteSubAddressRule("2"); }, "", ""},
     {"a copy",
      [] {
          return WriteForwardRule({"BOB", "ANN", false});
@@ -207,17 +206,43 @@ TEST(RoutingFile, AChangeTouchesOneRule) {
 }
 
 TEST(RoutingFile, AKeyEscapedOtherwiseIsTheSameKey) {
-    RoutingServer server(kHead + "[SENDERID]\n@+4: \"\" \"\"\n(u): ANN\n\\BOB: ANN\n[SUBADDR]\n*1: ANN\n\\22: ANN\n"
-                                 "\\\\3: ANN\n[FORWARD]\n\\ANN: LAN-ANY \"BOB\"\n");
+    RoutingServer server(kHead +
+                         "[SENDERID]\n@+4: \"\" \"\"\n(u): ANN\n\\BOB: ANN\n[SUBADDR]\n*1: ANN\n\\22: ANN\n"
+                         "\\\\3: ANN\n@W: ANN\n@X: ANN\n[FORWARD]\n\\ANN: LAN-ANY \"BOB\"\n@W: LAN-ANY \"BOB\"\n");
     EXPECT_TRUE(WriteSenderIdRule({"+4", "+4", "", "BOB", "BOB"}));
     EXPECT_TRUE(DeleteSenderIdRule({"+4", "+4", "", "(u)", ""}));
     EXPECT_TRUE(DeleteSubAddressRule("*1"));
     EXPECT_TRUE(WriteSubAddressRule({"22", "BOB"}));
     EXPECT_TRUE(WriteSubAddressRule({"3", "BOB"}));
     EXPECT_TRUE(WriteForwardRule({"ANN", "CARL", true}));
-    EXPECT_EQ(server.Rules(), kHead +
-                                  "[SENDERID]\n@+4: \"+4\" \"\"\nBOB: BOB\n\n[SUBADDR]\n\\\\3: ANN\n22: BOB\n3: BOB\n\n"
-                                  "[FORWARD]\nANN: \"\" LAN-ANY \"CARL\" DELETE\n");
+    EXPECT_TRUE(WriteSubAddressRule({"@W", "BOB"}));
+    EXPECT_TRUE(DeleteSubAddressRule("@x"));
+    EXPECT_TRUE(DeleteForwardRule("@W"));
+    server.Front.TakeSaid();
+    for (const bool deleted : {DeleteSubAddressRule("@X"), DeleteSubAddressRule("2"), DeleteForwardRule("@W"),
+                               DeleteSenderIdRule({"+4", "+4", "", "CARL", ""})})
+        EXPECT_FALSE(deleted);
+    EXPECT_THAT(server.Front.TakeSaid(), ElementsAre("error: File " + kPath + " has no rule for @X any more",
+                                                     "error: File " + kPath + " has no rule for 2 any more",
+                                                     "error: File " + kPath + " has no rule for @W any more",
+                                                     "error: File " + kPath + " has no rule for CARL any more"));
+    EXPECT_EQ(server.Rules(),
+              kHead + "[SENDERID]\n@+4: \"+4\" \"\"\nBOB: BOB\n\n[SUBADDR]\n\\\\3: ANN\n22: BOB\n3: BOB\n\\@W: BOB\n\n"
+                      "[FORWARD]\nANN: \"\" LAN-ANY \"CARL\" DELETE\n");
+}
+
+TEST(RoutingFile, AMalformedRecordIsNotTheOneOfItsKey) {
+    const std::string head = kHead + "[SENDERID]\n@44: x y\nANN: BOB\n";
+    RoutingServer server(head + "@44: \"+44\" \"S\"\nANN: BOB\n");
+    EXPECT_TRUE(WriteSenderIdRule({"44", "+44", "S", "ANN", "CARL"}));
+    EXPECT_TRUE(WriteSenderIdRule({"44", "+44", "S", "BOB", "CARL"}));
+    EXPECT_EQ(server.Rules(), head + "@44: \"+44\" \"S\"\nANN: CARL\nBOB: CARL\n");
+    EXPECT_TRUE(DeleteSenderIdRule({"44", "+44", "S", "ANN", ""}));
+    EXPECT_EQ(server.Rules(), head + "@44: \"+44\" \"S\"\nBOB: CARL\n");
+    EXPECT_TRUE(DeleteSenderRecord({"44", "+44", "S", "", ""}));
+    EXPECT_EQ(server.Rules(), head);
+    EXPECT_TRUE(WriteSenderIdRule({"", "+44", "", "ANN", "CARL"}));
+    EXPECT_EQ(server.Rules(), head + "@44: \"+44\" \"\"\nANN: CARL\n");
 }
 
 TEST(RoutingFile, WhatWouldComeBackDifferentlyIsTold) {

@@ -1,4 +1,4 @@
-#include "console/rule_keys.h"
+#include "lcr/rule_values.h"
 
 #include <algorithm>
 #include <optional>
@@ -11,7 +11,7 @@
 #include "platform/ascii.h"
 #include "shell/messages.h"
 
-namespace bv::console {
+namespace bv {
 namespace {
 
 constexpr std::string_view kDescription = "Description";
@@ -26,9 +26,6 @@ bool Refuse(std::string_view key, std::string_view value, std::string_view why) 
     ShowError("%s: \"%s\" %s", key, value, why);
     return false;
 }
-
-// The key without its separator.
-std::string_view NameOf(std::string_view key) { return key.substr(0, key.size() - 1); }
 
 // The entries of a list; those that hold a blank or a comma stand in quotes.
 std::vector<std::string> Entries(std::string_view value) {
@@ -50,7 +47,11 @@ std::string ListText(const std::vector<std::string>& entries) {
     return text;
 }
 
-std::string DestinationsText(const RoutingRule& rule, std::string_view key) {
+// The key of a kind's lines: "Region:".
+std::string LineKey(std::string_view kind) { return std::string(kind).append(":"); }
+
+std::string DestinationsText(const RoutingRule& rule, std::string_view kind) {
+    const std::string key = LineKey(kind);
     std::vector<std::string> values;
     for (const RuleDestination& destination : rule.Destinations) {
         if (StartsWithFolded(destination.Line, key)) values.emplace_back(KeyValue(destination.Line).value_or(""));
@@ -58,7 +59,7 @@ std::string DestinationsText(const RoutingRule& rule, std::string_view key) {
     return ListText(values);
 }
 
-std::string PrioritiesText(const RoutingRule& rule) {
+std::string PrioritiesText(const RoutingRule& rule, std::string_view) {
     std::vector<std::string> words;
     for (const PriorityWord& priority : kPriorityWords) {
         if ((rule.Priorities & priority.Bit) != 0) words.emplace_back(priority.Word);
@@ -66,39 +67,51 @@ std::string PrioritiesText(const RoutingRule& rule) {
     return ListText(words);
 }
 
-std::string ServersText(const RoutingRule& rule) {
+std::string ServersText(const RoutingRule& rule, std::string_view) {
     std::vector<std::string> servers = rule.Servers;
     if (rule.AllowsLocalServer) servers.emplace_back(kLocalServer);
     return ListText(servers);
 }
 
-bool EnterDescription(RoutingRule& rule, std::string_view value) {
+bool EnterDescription(RoutingRule& rule, std::string_view, std::string_view value, const RuleNames&) {
     static constexpr ValueRule kText = {ValueRule::Form::Text, decltype(RoutingRule::Description)::kLimit};
     if (const auto fault = FaultOfValue(kDescription, kText, value)) {
         ShowError("%s", *fault);
         return false;
     }
-    if (value.empty()) return Refuse(kDescription, value, "- a rule needs a description");
+    if (value.empty()) {
+        ShowError(9149);
+        return false;
+    }
     rule.Description = value;
     return true;
 }
 
-bool EnterDestinations(RoutingRule& rule, std::string_view key, std::string_view value, const RuleNames& names) {
+// A reference of one kind is read as one of another would be; what is entered must be of its own.
+bool IsOfKind(std::string_view kind, std::string_view reference) {
+    if (EqualFolded(kind, "Region")) return true;
+    return (reference.find('/') != std::string_view::npos) == EqualFolded(kind, "Area");
+}
+
+bool EnterDestinations(RoutingRule& rule, std::string_view kind, std::string_view value, const RuleNames& names) {
+    const std::string key = LineKey(kind);
     std::vector<RuleDestination> entered;
     for (const std::string& entry : Entries(value)) {
-        RuleDestination destination = {{}, std::string(key).append(" ").append(entry)};
+        if (!IsOfKind(kind, entry))
+            return Refuse(kind, entry, EqualFolded(kind, "Area") ? "is no country, / and an area" : "is no country");
+        RuleDestination destination = {{}, key + " " + entry};
         const std::optional<std::string> found = FindDestinationKey(names.Places, destination);
-        if (!found) return Refuse(NameOf(key), entry, "is not defined");
+        if (!found) return Refuse(kind, entry, "is not defined");
         destination.Key = *found;
         entered.push_back(std::move(destination));
     }
-    const auto isReplaced = [key](const RuleDestination& one) { return StartsWithFolded(one.Line, key); };
+    const auto isReplaced = [&key](const RuleDestination& one) { return StartsWithFolded(one.Line, key); };
     std::erase_if(rule.Destinations, isReplaced);
     rule.Destinations.insert(rule.Destinations.end(), entered.begin(), entered.end());
     return true;
 }
 
-bool EnterUsers(RoutingRule& rule, std::string_view value, const RuleNames& names) {
+bool EnterUsers(RoutingRule& rule, std::string_view, std::string_view value, const RuleNames& names) {
     const std::vector<std::string> users = Entries(value);
     for (const std::string& user : users) {
         if (!names.Users.Has(user)) return Refuse(kUser, user, "is not defined");
@@ -107,7 +120,7 @@ bool EnterUsers(RoutingRule& rule, std::string_view value, const RuleNames& name
     return true;
 }
 
-bool EnterServers(RoutingRule& rule, std::string_view value, const RuleNames& names) {
+bool EnterServers(RoutingRule& rule, std::string_view, std::string_view value, const RuleNames& names) {
     std::vector<std::string> servers = Entries(value);
     for (std::string& server : servers) {
         if (server == kLocalServer)
@@ -119,7 +132,7 @@ bool EnterServers(RoutingRule& rule, std::string_view value, const RuleNames& na
     return true;
 }
 
-bool EnterSize(RoutingRule& rule, std::string_view value) {
+bool EnterSize(RoutingRule& rule, std::string_view, std::string_view value, const RuleNames&) {
     const std::optional<RuleSize> size = ShowSize(value);
     if (!size) return Refuse(kSize, value, "is not PAGES GE n or PAGES LE n with n from 1 to 100, or nothing");
     const std::optional<std::string> text = MakeSizeText(*size);
@@ -127,7 +140,7 @@ bool EnterSize(RoutingRule& rule, std::string_view value) {
     return text.has_value();
 }
 
-bool EnterTime(RoutingRule& rule, std::string_view value) {
+bool EnterTime(RoutingRule& rule, std::string_view, std::string_view value, const RuleNames&) {
     const std::optional<RuleTime> time = ShowTime(value);
     if (!time)
         return Refuse(kTime, value,
@@ -136,6 +149,29 @@ bool EnterTime(RoutingRule& rule, std::string_view value) {
     if (text) rule.Time = *text;
     return text.has_value();
 }
+
+// A key with how its value is shown and entered.
+struct RuleKey {
+    std::string_view Name;
+    std::string (*Text)(const RoutingRule& rule, std::string_view name);
+    bool (*Enter)(RoutingRule& rule, std::string_view name, std::string_view value, const RuleNames& names);
+};
+
+constexpr RuleKey kRuleKeys[] = {
+    {kDescription, [](const RoutingRule& rule, std::string_view) { return rule.Description.String(); },
+     EnterDescription},
+    {"Region", DestinationsText, EnterDestinations},
+    {"Country", DestinationsText, EnterDestinations},
+    {"Area", DestinationsText, EnterDestinations},
+    {kUser, [](const RoutingRule& rule, std::string_view) { return ListText(rule.Users); }, EnterUsers},
+    {kSize, [](const RoutingRule& rule, std::string_view) { return rule.Size.String(); }, EnterSize},
+    {kTime, [](const RoutingRule& rule, std::string_view) { return rule.Time.String(); }, EnterTime},
+    {kPriority, PrioritiesText,
+     [](RoutingRule& rule, std::string_view, std::string_view value, const RuleNames&) {
+         return EnterPriorities(rule.Priorities, value);
+     }},
+    {kServer, ServersText, EnterServers},
+};
 
 } // namespace
 
@@ -150,29 +186,17 @@ bool EnterPriorities(std::uint8_t& priorities, std::string_view value) {
     return true;
 }
 
-Record RecordOfRule(const RoutingRule& rule, std::size_t number) {
-    Record record = {{"Rule", static_cast<std::int64_t>(number)},
-                     {std::string(kDescription), rule.Description.String()}};
-    for (const std::string_view key : kDestinationKeys) record.emplace_back(NameOf(key), DestinationsText(rule, key));
-    record.emplace_back(kUser, ListText(rule.Users));
-    record.emplace_back(kSize, rule.Size.String());
-    record.emplace_back(kTime, rule.Time.String());
-    record.emplace_back(kPriority, PrioritiesText(rule));
-    record.emplace_back(kServer, ServersText(rule));
-    return record;
+std::vector<RuleValue> RuleValues(const RoutingRule& rule) {
+    std::vector<RuleValue> values;
+    for (const RuleKey& key : kRuleKeys) values.push_back({key.Name, key.Text(rule, key.Name)});
+    return values;
 }
 
 bool EnterRuleValue(RoutingRule& rule, std::string_view key, std::string_view value, const RuleNames& names) {
-    for (const std::string_view destinationKey : kDestinationKeys) {
-        if (EqualFolded(key, NameOf(destinationKey))) return EnterDestinations(rule, destinationKey, value, names);
-    }
-    if (EqualFolded(key, kDescription)) return EnterDescription(rule, value);
-    if (EqualFolded(key, kUser)) return EnterUsers(rule, value, names);
-    if (EqualFolded(key, kServer)) return EnterServers(rule, value, names);
-    if (EqualFolded(key, kSize)) return EnterSize(rule, value);
-    if (EqualFolded(key, kTime)) return EnterTime(rule, value);
-    if (EqualFolded(key, kPriority)) return EnterPriorities(rule.Priorities, value);
-    return Refuse(key, value, "- rules have no such key");
+    const auto* const row =
+        std::ranges::find_if(kRuleKeys, [key](const RuleKey& one) { return EqualFolded(one.Name, key); });
+    if (row == std::end(kRuleKeys)) return Refuse(key, value, "- rules have no such key");
+    return value == row->Text(rule, row->Name) || row->Enter(rule, row->Name, value, names);
 }
 
-} // namespace bv::console
+} // namespace bv

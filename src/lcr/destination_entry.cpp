@@ -1,0 +1,211 @@
+#include "lcr/destination_entry.h"
+
+#include <algorithm>
+#include <functional>
+
+#include "ctlfile/reader.h"
+#include "lcr/lcr_uses.h"
+#include "lcr/router_settings.h"
+#include "platform/ascii.h"
+#include "shell/format.h"
+#include "shell/messages.h"
+
+namespace bv {
+namespace {
+
+constexpr std::size_t kTokenLimit = 100;
+constexpr std::size_t kCodeLimit = 19;
+
+constexpr ValueRule Described(std::string_view description, bool (*isGood)(std::string_view)) {
+    return {ValueRule::Form::Other, 0, {}, description, isGood};
+}
+
+constexpr ValueRule kIdentifierRule =
+    Described("a name of 1 to 100 characters without blanks, commas, quotes, / and ;", [](std::string_view text) {
+        return IsToken(text, kTokenLimit) && text.find_first_of("/;") == std::string_view::npos;
+    });
+constexpr ValueRule kDescriptionRule =
+    Described("a text of at most 100 characters without quotes", [](std::string_view text) {
+        return text.size() <= kTokenLimit && text.find('"') == std::string_view::npos;
+    });
+constexpr ValueRule kCodeRule =
+    Described("a dialling code of 1 to 19 digits that does not begin with 0", [](std::string_view text) {
+        return !text.empty() && text.size() <= kCodeLimit && text.front() != '0' && std::ranges::all_of(text, IsDigit);
+    });
+constexpr ValueRule kFieldRule = {ValueRule::Form::Text, 50};
+constexpr ValueRule kMatchesRule =
+    Described("names or numbers, parted by blanks", [](std::string_view) { return true; });
+
+std::string Joined(const std::vector<std::string>& texts) {
+    std::string joined;
+    for (const std::string& text : texts) joined.append(joined.empty() ? "" : " ").append(text);
+    return joined;
+}
+
+std::vector<std::string> Words(std::string_view text) {
+    std::vector<std::string> words;
+    for (text = SkipBlanks(text); !text.empty(); text = SkipBlanks(text)) {
+        const std::string_view word = text.substr(0, text.find(' '));
+        words.emplace_back(word);
+        text.remove_prefix(word.size());
+    }
+    return words;
+}
+
+template <class Entry, std::string Entry::*Member>
+constexpr EntryRow<Entry> TextRow(std::string_view key, const ValueRule& rule) {
+    return {{key, rule, [](const Entry& entry) { return entry.*Member; },
+             [](Entry& entry, std::string_view text) {
+                 entry.*Member = text;
+                 return true;
+             }}};
+}
+
+constexpr EntryRow<MatchEntry> kMatchRows[] = {
+    TextRow<MatchEntry, &MatchEntry::Identifier>("Identifier:", kIdentifierRule),
+    TextRow<MatchEntry, &MatchEntry::Description>("Description:", kDescriptionRule),
+    {{"Matches:", kMatchesRule, [](const MatchEntry& entry) { return Joined(entry.Matches); },
+      [](MatchEntry& entry, std::string_view text) {
+          entry.Matches = Words(text);
+          return true;
+      }}},
+};
+constexpr EntryRow<CountryEntry> kCountryRows[] = {
+    TextRow<CountryEntry, &CountryEntry::Identifier>("Identifier:", kIdentifierRule),
+    TextRow<CountryEntry, &CountryEntry::Description>("Description:", kDescriptionRule),
+    TextRow<CountryEntry, &CountryEntry::DiallingCode>("DiallingCode:", kCodeRule),
+    TextRow<CountryEntry, &CountryEntry::LastField>("LastField:", kFieldRule),
+};
+
+// Why a match cannot be in an entry; empty when it can.
+std::string FaultOfMatches(const DestinationFile& file, const MatchEntry& entry, const MatchEntry& old,
+                           const std::function<bool(std::string_view match)>& isGood, std::string_view what) {
+    for (const std::string& match : entry.Matches) {
+        if (std::ranges::find(old.Matches, match) == old.Matches.end() && !isGood(match))
+            return FormatText("Matches: \"%s\" is not %s", match, what);
+    }
+    const std::string text = std::string(file.Paragraph) + "\n" + MatchEntryLines(file, entry);
+    return ParseMatchEntries(file, text) == std::vector{entry} ? "" : "Matches: a line of the file cannot keep them";
+}
+
+bool IsNumber(std::string_view match) {
+    if (match.ends_with('*')) match.remove_suffix(1);
+    return !match.empty() && std::ranges::all_of(match, IsDigit);
+}
+
+template <class Entry>
+const Entry* Find(const std::vector<Entry>& entries, std::string_view identifier) {
+    const auto found =
+        std::ranges::find_if(entries, [&](const Entry& entry) { return EqualFolded(entry.Identifier, identifier); });
+    return found == entries.end() ? nullptr : &*found;
+}
+
+// An entry is written over the first one that begins with its name. When that is another one, it is asked.
+template <class Kind>
+bool AgreeToReplaced(const Kind& kind, const DestinationEdit& edit, const std::string& identifier) {
+    const auto& all = kind.All(edit);
+    const auto first =
+        std::ranges::find_if(all, [&](const auto& entry) { return StartsWithFolded(entry.Identifier, identifier); });
+    if (first == all.end() || EqualFolded(first->Identifier, identifier)) return true;
+    const bool isThere = Find(all, identifier) != nullptr;
+    return AskWarning(9141, identifier, first->Identifier, isThere ? ", and is there twice then" : "");
+}
+
+// Whether references may lose their place by what has been changed since.
+bool AgreeToLost(const Destinations& before, const DestinationEdit& edit, std::string_view identifier) {
+    const auto uses = FindLostDestinations(before, edit.Tables);
+    return uses && AskDespiteUses(*uses, identifier);
+}
+
+template <class Kind>
+bool Write(const Kind& kind, DestinationEdit& edit, const typename Kind::Entry& entry,
+           const typename Kind::Entry& old) {
+    const bool isRenamed = !EqualFolded(entry.Identifier, old.Identifier);
+    if (isRenamed && Find(kind.All(edit), entry.Identifier) != nullptr) {
+        ShowError(9142, entry.Identifier, Kind::kName);
+        return false;
+    }
+    const auto nameFault =
+        old.Identifier.empty() ? RowsOf(entry).front().Field.FaultOf(entry.Identifier) : std::nullopt;
+    if (const std::string fault = nameFault.value_or(kind.FaultOf(edit, entry, old)); !fault.empty()) {
+        ShowError(std::string_view("%s"), fault);
+        return false;
+    }
+    const Destinations before = edit.Tables;
+    if (isRenamed && !old.Identifier.empty() && !kind.Delete(edit, old.Identifier)) return false;
+    return AgreeToReplaced(kind, edit, entry.Identifier) && kind.Write(edit, entry) &&
+           AgreeToLost(before, edit, old.Identifier.empty() ? entry.Identifier : old.Identifier);
+}
+
+} // namespace
+
+std::span<const EntryRow<MatchEntry>> RowsOf(const MatchEntry&) { return kMatchRows; }
+std::span<const EntryRow<CountryEntry>> RowsOf(const CountryEntry&) { return kCountryRows; }
+
+std::string CountryKind::FaultOf(const DestinationEdit&, const CountryEntry& entry, const CountryEntry& old) {
+    if (entry.DiallingCode.empty()) return "DiallingCode: \"\" - a country needs one";
+    if (entry.DiallingCode != old.DiallingCode && !old.Areas.empty())
+        return FormatText("DiallingCode: \"%s\" - the areas of country %s are kept under %s; delete them first",
+                          entry.DiallingCode, old.Identifier, old.DiallingCode);
+    const std::vector<CountryEntry> read = ParseCountries("[COUNTRIES]\n" + CountryLine(entry));
+    if (read.size() == 1 && CountryLine(read.front()) == CountryLine(entry)) return "";
+    return FormatText("LastField: \"%s\" is not kept beside the other values", entry.LastField);
+}
+
+std::string RegionKind::FaultOf(const DestinationEdit& edit, const RegionEntry& entry, const RegionEntry& old) {
+    const auto isThere = [&](std::string_view match) { return edit.Tables.FindPlace(match).has_value(); };
+    return FaultOfMatches(kRegionFile, entry, old, isThere, "a country or an area that is there");
+}
+
+std::string AreaKind::FaultOf(const DestinationEdit&, const AreaEntry& entry, const AreaEntry& old) {
+    return FaultOfMatches(kAreaFile, entry, old, IsNumber, "a number, or the beginning of one and *");
+}
+
+template <class Kind>
+const typename Kind::Entry* FindEntry(const Kind& kind, const DestinationEdit& edit, std::string_view identifier) {
+    const auto* found = Find(kind.All(edit), identifier);
+    if (found == nullptr) ShowError(9130, Kind::kName, identifier);
+    return found;
+}
+
+template <class Kind>
+bool AddDestination(const Kind& kind, DestinationEdit& edit, const typename Kind::Entry& entry) {
+    if (!Write(kind, edit, entry, {})) return false;
+    ShowStatus("Added %s %s", Kind::kName, entry.Identifier);
+    return true;
+}
+
+template <class Kind>
+bool ChangeDestination(const Kind& kind, DestinationEdit& edit, std::string_view identifier,
+                       const typename Kind::Entry& entry) {
+    const auto* found = FindEntry(kind, edit, identifier);
+    if (found == nullptr) return false;
+    const typename Kind::Entry old = *found;
+    if (entry == old) return true;
+    if (!Write(kind, edit, entry, old)) return false;
+    ShowStatus("Modified %s %s", Kind::kName, entry.Identifier);
+    return true;
+}
+
+template <class Kind>
+bool RemoveDestination(const Kind& kind, DestinationEdit& edit, std::string_view identifier) {
+    const Destinations before = edit.Tables;
+    if (!kind.Delete(edit, identifier) || !AgreeToLost(before, edit, identifier)) return false;
+    ShowStatus("Deleted %s %s", Kind::kName, identifier);
+    return true;
+}
+
+template const CountryKind::Entry* FindEntry(const CountryKind&, const DestinationEdit&, std::string_view);
+template bool AddDestination(const CountryKind&, DestinationEdit&, const CountryKind::Entry&);
+template bool ChangeDestination(const CountryKind&, DestinationEdit&, std::string_view, const CountryKind::Entry&);
+template bool RemoveDestination(const CountryKind&, DestinationEdit&, std::string_view);
+template const RegionKind::Entry* FindEntry(const RegionKind&, const DestinationEdit&, std::string_view);
+template bool AddDestination(const RegionKind&, DestinationEdit&, const RegionKind::Entry&);
+template bool ChangeDestination(const RegionKind&, DestinationEdit&, std::string_view, const RegionKind::Entry&);
+template bool RemoveDestination(const RegionKind&, DestinationEdit&, std::string_view);
+template const AreaKind::Entry* FindEntry(const AreaKind&, const DestinationEdit&, std::string_view);
+template bool AddDestination(const AreaKind&, DestinationEdit&, const AreaKind::Entry&);
+template bool ChangeDestination(const AreaKind&, DestinationEdit&, std::string_view, const AreaKind::Entry&);
+template bool RemoveDestination(const AreaKind&, DestinationEdit&, std::string_view);
+
+} // namespace bv
