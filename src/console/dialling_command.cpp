@@ -8,6 +8,7 @@
 #include "console/dry_run.h"
 #include "console/located.h"
 #include "console/output.h"
+#include "ctlfile/whole_file.h"
 #include "dialling/dialling_file.h"
 #include "platform/ascii.h"
 #include "shell/format.h"
@@ -95,7 +96,7 @@ std::optional<std::string> StoreKey(const Assignment& assignment, DialProperties
 // The properties to change: those of the location that is asked for, or of the selected one, or a new location.
 bool LoadForChange(const Session& session, const std::optional<std::string>& location, DialProperties& properties) {
     const std::string path = DiallingFileToRead();
-    const StatusCode status = FileExists(path) ? ReadDialLocation(path, location, properties) : kKeyMissing;
+    const StatusCode status = IsMissing(path) ? StatusCode{kKeyMissing} : ReadDialLocation(path, location, properties);
     if (IsUsable(status)) return true;
     if (status == kKeyMissing && location) {
         SelectLocation(properties, *location);

@@ -1,5 +1,6 @@
 #include "devices/device_actions.h"
 
+#include "ctlfile/whole_file.h"
 #include "platform/ascii.h"
 #include "shell/messages.h"
 #include "shell/server_paths.h"
@@ -32,7 +33,7 @@ bool CheckDevice(std::string_view name, Device& device) {
     DeviceSettings& settings = device.Settings;
     if (settings.Type.IsEmpty()) settings.Type = TypeWord(device.Type);
     if (ParseDeviceType(settings.Type) != device.Type) return Refuse("The type of device %s cannot be changed", name);
-    if (settings.RecdUser.IsEmpty() || !IsEdited(device, "RecdUser") || !FileExists(UserListPath())) return true;
+    if (settings.RecdUser.IsEmpty() || !IsEdited(device, "RecdUser") || IsMissing(UserListPath())) return true;
     return IsInUserList(settings.RecdUser) || Refuse("Brivane user %s not found", settings.RecdUser);
 }
 

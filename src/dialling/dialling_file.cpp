@@ -196,7 +196,7 @@ std::string NewText(std::string_view text, const DialProperties& properties) {
 bool MakeFile(const std::string& path) {
     if (IsCutOff(NewFilePath(), path)) return PutInPlace(NewFilePath(), path);
     ControlStream file = OpenShared(path, "c+b");
-    if (!file) return FileExists(path);
+    if (!file) return !IsMissing(path);
     if (file.Write(kNewFile) && file.Close()) return true;
     file.Close();
     platform::Files().Delete(path);
@@ -205,7 +205,7 @@ bool MakeFile(const std::string& path) {
 
 // The file's text; none after a message.
 std::optional<std::string> OldText(const std::string& path) {
-    if (!FileExists(path) && !MakeFile(path)) {
+    if (IsMissing(path) && !MakeFile(path)) {
         ShowError(413, path);
         return {};
     }

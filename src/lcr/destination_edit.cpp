@@ -60,7 +60,7 @@ bool ReplaceWorkingCopy(const WorkingCopy& copy, const std::string& oldText, con
     if (!WriteTextFile(rewritePath, newText)) return false;
     if (PutInPlace(rewritePath, NewPath(copy))) return true;
     ShowError(5004, NewPath(copy));
-    if (!Files().Find(NewPath(copy))) WriteWholeFile(NewPath(copy), oldText);
+    if (IsMissing(NewPath(copy))) WriteWholeFile(NewPath(copy), oldText);
     Files().Delete(rewritePath);
     return false;
 }

@@ -53,7 +53,7 @@ std::string NameSet::Folded(std::string_view name) { return UpperText(name); }
 bool LoadRuleNames(RuleNames& names) {
     const std::string links = PathToRead(DatabaseFile("LINK.INI"), DatabaseFile("Link.new"));
     return LoadNames({UserListPath(), "[USER]", kNameKey, false, false}, names.Users) &&
-           (!FileExists(links) || LoadNames({links, "[LINK]", "RemoteServerID:", true, false}, names.Servers)) &&
+           (IsMissing(links) || LoadNames({links, "[LINK]", "RemoteServerID:", true, false}, names.Servers)) &&
            LoadNames({DatabaseFile("SETUP.INI"), "[ROUTER]", "LocalServerID:", true, true}, names.Servers) &&
            LoadDestinations(names.Places);
 }

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "ctlfile/lines.h"
+#include "ctlfile/whole_file.h"
 #include "mailgw/mail_list.h"
 #include "platform/ascii.h"
 #include "shell/messages.h"
@@ -142,7 +143,7 @@ bool FollowUsers(std::span<const UserChange> users) {
     const std::vector<Move> moves = MovesOf(users);
     Owners owners;
     if (moves.empty() || !owners.Read(moves)) return moves.empty();
-    const bool hasList = FileExists(MailListPath());
+    const bool hasList = !IsMissing(MailListPath());
     std::vector<MailUserChange> changes;
     for (const Move& move : moves) {
         const std::optional<MailUserChange> change = ChangeFor(move, owners);

@@ -45,7 +45,7 @@ bool DeleteMailUserList() {
 }
 
 std::optional<std::string> LookupMailUser(std::string_view displayName, std::size_t size) {
-    if (displayName.empty() || !FileExists(MailUserListPath())) return {};
+    if (displayName.empty() || IsMissing(MailUserListPath())) return {};
     ControlStream file = OpenForReading(MailUserListPath());
     if (!file) return {};
     const std::string reversed = Reversed(displayName);

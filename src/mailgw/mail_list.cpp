@@ -10,6 +10,7 @@
 #include "ctlfile/lines.h"
 #include "ctlfile/reading.h"
 #include "ctlfile/records.h"
+#include "ctlfile/whole_file.h"
 #include "platform/ascii.h"
 #include "shell/messages.h"
 #include "shell/server_paths.h"
@@ -61,7 +62,7 @@ class ProfileUsers {
     // Without a user list there are none. False after 413 or 9011.
     bool Read() {
         static constexpr std::array<std::string_view, 2> kUserKeys = {kNameKey, "MailName:"};
-        if (!FileExists(UserListPath())) return true;
+        if (IsMissing(UserListPath())) return true;
         ControlStream list = OpenForReading(UserListPath());
         if (!list) return false;
         RecordWalker records(list, RecordHeader(RecordKind::User), kUserKeys);
@@ -290,7 +291,7 @@ std::string_view EffectiveUser(const MailUser& user) {
 }
 
 bool VisitMailUsers(const MailUserVisitor& visit) {
-    if (!FileExists(MailListPath())) return true;
+    if (IsMissing(MailListPath())) return true;
     ControlStream list = OpenForReading(MailListPath());
     if (!list) return false;
     RecordWalker records(list, kHeader, kKeys);
