@@ -1,14 +1,29 @@
+#include <new>
 #include <string>
 #include <vector>
 
 #include "console/console.h"
 #include "console/standard_console.h"
 #include "mailgw/mail_actions.h"
+#include "platform/program.h"
 
-int main(int count, char** arguments) {
+namespace {
+
+int Run(int count, char** arguments) {
     const std::vector<std::string> texts(arguments + (count > 0 ? 1 : 0), arguments + count);
     bv::FollowUserList();
     bv::console::StandardConsole console;
     const int status = bv::console::RunConsole(texts, console);
     return console.Finish() ? status : bv::console::kExitRefused;
+}
+
+} // namespace
+
+int main(int count, char** arguments) {
+    if (!bv::platform::BeginProgram()) return bv::console::kExitRefused;
+    try {
+        return Run(count, arguments);
+    } catch (const std::bad_alloc&) {
+        bv::platform::EndWithoutMemory();
+    }
 }

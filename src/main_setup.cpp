@@ -1,8 +1,11 @@
 // BVSETUP.EXE: the administrator's configuration program.
 #include <windows.h>
 
+#include <new>
+
 #include "mailgw/mail_actions.h"
 #include "platform/environment.h"
+#include "platform/program.h"
 #include "resources/ids.h"
 #include "shell/colours_dlg.h"
 #include "shell/front_dlg.h"
@@ -70,5 +73,10 @@ int RunSetup(const char* commandLine, int showCommand) {
 } // namespace bv
 
 int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR commandLine, int showCommand) {
-    return bv::RunSetup(commandLine, showCommand);
+    if (!bv::platform::BeginProgram()) return bv::kFailed;
+    try {
+        return bv::RunSetup(commandLine, showCommand);
+    } catch (const std::bad_alloc&) {
+        bv::platform::EndWithoutMemory();
+    }
 }

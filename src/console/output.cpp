@@ -4,6 +4,9 @@
 
 #include <nlohmann/json.hpp>
 
+#include "ctlfile/lines.h"
+#include "shell/format.h"
+
 namespace bv::console {
 namespace {
 
@@ -86,6 +89,20 @@ std::string RecordLine(const Record& record) {
 
 } // namespace
 
+std::string PrintableText(std::string_view text) {
+    std::string out;
+    out.reserve(text.size());
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const char c = text[i];
+        const bool isSeparator = c == '\t' || c == '\n' || text.substr(i, 2) == kLineEnd;
+        if (isSeparator || !IsControl(c))
+            out += c;
+        else
+            out += FormatText("\\x%02x", static_cast<int>(c));
+    }
+    return out;
+}
+
 std::string Utf8Text(std::string_view text) {
     if (IsUtf8(text)) return std::string(text);
     std::string out;
@@ -100,7 +117,14 @@ std::string Utf8Text(std::string_view text) {
 }
 
 void PrintJson(const Session& session, const nlohmann::ordered_json& document) {
-    session.Streams.PrintResult(document.dump(2) + '\n');
+    std::string text;
+    for (const char c : document.dump(2)) {
+        if (c == '\x7F') // the one control character that may stand in a document as it is
+            text += "\\u007f";
+        else
+            text += c;
+    }
+    session.Streams.PrintResult(text + '\n');
 }
 
 void PrintRecord(const Session& session, const Record& record) {

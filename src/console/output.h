@@ -30,6 +30,10 @@ void PrintLines(const Session& session, const std::vector<std::string>& lines);
 
 void PrintJson(const Session& session, const nlohmann::ordered_json& document);
 
+// The text as it is printed: control characters that come from files would move the cursor of a terminal, or worse, and
+// stand as "\x1b" in it. Tabs and line ends part what is printed, and stay.
+std::string PrintableText(std::string_view text);
+
 // The text in UTF-8, which JSON must be in: a text that is UTF-8 as it stands, any other as windows-1252.
 std::string Utf8Text(std::string_view text);
 

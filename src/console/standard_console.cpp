@@ -2,15 +2,25 @@
 
 #include <cstdio>
 
+#include "console/output.h"
 #include "platform/terminal.h"
 
 namespace bv::console {
 
-void StandardConsole::PrintResult(std::string_view text) { std::fwrite(text.data(), 1, text.size(), stdout); }
+namespace {
+
+void Print(std::string_view text, std::FILE* stream) {
+    const std::string printable = PrintableText(text);
+    std::fwrite(printable.data(), 1, printable.size(), stream);
+}
+
+} // namespace
+
+void StandardConsole::PrintResult(std::string_view text) { Print(text, stdout); }
 
 void StandardConsole::PrintNotice(std::string_view text) {
     std::fflush(stdout); // on a terminal, notices stand where they belong among the results
-    std::fwrite(text.data(), 1, text.size(), stderr);
+    Print(text, stderr);
 }
 
 std::optional<std::string> StandardConsole::ReadLine() {

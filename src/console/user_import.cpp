@@ -133,8 +133,7 @@ class ImportPlanner {
 
     void PlanAddition(const CsvRecord& row, const KnownRecords& known, Plan& plan) {
         const CsvField& name = row[nameColumn_];
-        const int fault = FaultOfNewName(name.Text);
-        if (fault != 0) AddFault(name, FillMessage(fault, CleanLine(name.Text)));
+        if (const auto fault = FaultOfNewName(name.Text)) AddFault(name, *fault);
         if (known.Groups.contains(UpperText(name.Text))) AddFault(name, FillMessage(9023, name.Text));
         plan.Added.push_back({name.Text, Entered(row, known, known.Default)});
     }

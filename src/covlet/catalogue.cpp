@@ -12,6 +12,7 @@
 #include "ctlfile/reader.h"
 #include "ctlfile/reading.h"
 #include "platform/ascii.h"
+#include "platform/file_names.h"
 #include "platform/files.h"
 #include "shell/messages.h"
 #include "shell/server_paths.h"
@@ -254,13 +255,20 @@ bool CheckNotInstalled(ItemKind kind, std::string_view name) {
     return false;
 }
 
+bool CheckItemName(ItemKind kind, std::string_view name) {
+    const std::string_view fault = platform::FaultOfFileName(name);
+    if (fault.empty()) return true;
+    ShowError(9104, name, KindWord(kind), fault);
+    return false;
+}
+
 bool CheckNewItem(ItemKind kind, ItemName& name) {
     name = UpperText(name);
     if (name.IsEmpty()) {
         ShowError(FactsOf(kind).NoName);
         return false;
     }
-    return CheckItemFiles(kind, name) && CheckNotInstalled(kind, name);
+    return CheckItemName(kind, name) && CheckItemFiles(kind, name) && CheckNotInstalled(kind, name);
 }
 
 bool CheckDescription(std::string_view description) {

@@ -52,8 +52,11 @@ bool CheckItemFiles(ItemKind kind, std::string_view name);
 // False, after showing 5019 or 9011, when the name is in the catalogue or that cannot be known.
 bool CheckNotInstalled(ItemKind kind, std::string_view name);
 
-// What an add box does on OK with the typed name, upper-cased by the call: it must not be empty (5148 or 5147), have
-// files and not be installed. False after the message.
+// False, after showing 9104, when no file can have the item's name.
+bool CheckItemName(ItemKind kind, std::string_view name);
+
+// What an add box does on OK with the typed name, upper-cased by the call: it must not be empty (5148 or 5147), be one
+// that files can have, have files and not be installed. False after the message.
 bool CheckNewItem(ItemKind kind, ItemName& name);
 
 // False, after a message, for a description with a double quote: readers would lose what follows it.

@@ -10,6 +10,7 @@
 namespace bv {
 
 bool ViewItem(ItemKind kind, std::string_view itemName) {
+    if (!CheckItemName(kind, itemName)) return false;
     const std::string directory = ItemDirectory(kind);
     const std::string name = UpperText(itemName);
     std::string path = directory + name + ".G3F";
@@ -25,6 +26,7 @@ bool ViewItem(ItemKind kind, std::string_view itemName) {
 }
 
 bool RunItemEditor(std::string_view name) {
+    if (name != "*" && !CheckItemName(ItemKind::Coversheet, name)) return false;
     const std::string command = FormatText("%s%s\\covedit.exe", Paths().SystemArea, "i386");
     return RunProgram(EditorCommandLine(command, name), WaitForProgram::Yes);
 }

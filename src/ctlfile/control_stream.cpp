@@ -166,10 +166,21 @@ bool ControlStream::Write(std::string_view bytes) {
     if (direct) {
         failed_ = file_->Write(position_, bytes).Error != platform::FileError::None;
     } else {
-        pending_ += bytes;
+        failed_ = !Append(bytes);
     }
+    if (failed_) return false;
     position_ += bytes.size();
-    return direct ? !failed_ : pending_.size() < kWritePiece || Flush();
+    return direct || pending_.size() < kWritePiece || Flush();
+}
+
+// A lack of memory is a failed write, after which nothing counts as written.
+bool ControlStream::Append(std::string_view bytes) {
+    try {
+        pending_ += bytes;
+        return true;
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
 }
 
 bool ControlStream::Flush() {

@@ -95,6 +95,7 @@ class ControlStream {
     bool LoadMore();
     void LoadAll();
     bool Reserve();
+    bool Append(std::string_view bytes);
     void ForgetFrom(Position position);
 
     std::unique_ptr<platform::File> file_;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <new>
 
 #include "ctlfile/file_gate.h"
 #include "ctlfile/leftover.h"
@@ -20,7 +21,8 @@ enum class Outcome { Copied, FileWhole, FileTorn };
 std::uint64_t CopyRange(ControlStream& temporary, ControlStream& control, std::string_view oldText, Position from,
                         Position to) {
     const auto largest = static_cast<std::size_t>(std::min<Position>(to - from, kCopyPiece));
-    const auto piece = std::make_unique_for_overwrite<char[]>(largest);
+    const std::unique_ptr<char[]> piece(new (std::nothrow) char[largest]); // an exception would leave a torn file
+    if (!piece) return 0;
     for (Position at = from; at < to;) {
         const auto wanted = static_cast<std::size_t>(std::min<Position>(to - at, kCopyPiece));
         const platform::Transfer read = temporary.ReadAt(at, piece.get(), wanted);

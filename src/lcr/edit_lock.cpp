@@ -6,7 +6,6 @@
 #include <string_view>
 #include <utility>
 
-#include "ctlfile/whole_file.h"
 #include "platform/clock.h"
 #include "platform/files.h"
 #include "shell/messages.h"
@@ -15,18 +14,33 @@
 namespace bv {
 namespace {
 
+using platform::FileError;
+
 constexpr std::int64_t kWait = 5000; // milliseconds
 constexpr std::int64_t kPause = 100;
 constexpr std::string_view kHeader = "[BRIVANE]\r\nType: LCREditLock\r\nRevision: A\r\n";
 
 std::unique_ptr<platform::File> heldLock;
 
-std::unique_ptr<platform::File> OpenAlone(const std::string& path) {
+// None also when the file is there already.
+FileError MakeLockFile(const std::string& path) {
+    constexpr platform::OpenRequest kNew{platform::Access::ReadWrite, platform::Deny::ReadingAndWriting,
+                                         platform::Creation::CreateNew};
+    const platform::OpenResult made = platform::Files().Open(path, kNew);
+    if (!made.Opened) return made.Error == FileError::Exists ? FileError::None : made.Error;
+    const FileError written = made.Opened->Write(0, kHeader).Error;
+    const FileError closed = made.Opened->Close();
+    if (written == FileError::None && closed == FileError::None) return FileError::None;
+    platform::Files().Delete(path);
+    return written != FileError::None ? written : closed;
+}
+
+platform::OpenResult OpenAlone(const std::string& path) {
     constexpr platform::OpenRequest kAlone{platform::Access::ReadWrite, platform::Deny::ReadingAndWriting};
     const std::int64_t end = platform::TheClock().Ticks() + kWait;
     for (;;) {
         platform::OpenResult result = platform::Files().Open(path, kAlone);
-        if (result.Opened || platform::TheClock().Ticks() >= end) return std::move(result.Opened);
+        if (result.Opened || platform::TheClock().Ticks() >= end) return result;
         YieldToSystem();
         platform::TheClock().Sleep(kPause);
     }
@@ -49,14 +63,17 @@ std::string LcrLockPath() { return Paths().RequestArea.String() + "LCREDIT.LOK";
 
 bool LockLcrEdit() {
     const std::string path = LcrLockPath();
-    std::unique_ptr<platform::File> opened;
-    if (FileExists(path) || WriteWholeFile(path, kHeader)) opened = OpenAlone(path);
-    if (!opened) {
-        ShowError("LCR settings are being edited by another user.  Please try again later");
-        return false;
+    const FileError notMade = MakeLockFile(path);
+    platform::OpenResult lock = notMade == FileError::None ? OpenAlone(path) : platform::OpenResult{nullptr, notMade};
+    if (lock.Opened) {
+        heldLock = std::move(lock.Opened);
+        return true;
     }
-    heldLock = std::move(opened);
-    return true;
+    ShowError("LCR settings are being edited by another user.  Please try again later");
+    // Who holds the file denies access to it; anything else is no other user's doing.
+    if (notMade != FileError::None || lock.Error != FileError::AccessDenied)
+        ShowStatus(9103, path, platform::ErrorWords(lock.Error));
+    return false;
 }
 
 void UnlockLcrEdit() { heldLock.reset(); }

@@ -14,7 +14,8 @@ namespace bv {
 std::string LcrLockPath();
 
 // Takes the lock, of which a process has one: makes the file when it is not there, and tries to open it every 100 ms
-// for 5 seconds. False after "LCR settings are being edited by another user.  Please try again later".
+// for 5 seconds. False after "LCR settings are being edited by another user.  Please try again later"; where no user
+// can be the reason, status 9103 then says what the system said of which file.
 bool LockLcrEdit();
 
 // Releases the lock if it is held.

@@ -1,6 +1,7 @@
 // Names of files and directories, and what can be said of them without looking at any; the same on every system.
 #pragma once
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -43,6 +44,33 @@ constexpr bool MatchesWildcard(std::string_view pattern, std::string_view name) 
     }
     while (at < pattern.size() && pattern[at] == '*') ++at;
     return at == pattern.size();
+}
+
+// Whether Windows takes the name, whatever follows its first dot, for a device: opening such a file opens the device.
+constexpr bool IsDeviceName(std::string_view name) {
+    std::string_view base = name.substr(0, name.find('.'));
+    while (base.ends_with(' ')) base.remove_suffix(1);
+    for (const std::string_view device : {"CON", "PRN", "AUX", "NUL", "CONIN$", "CONOUT$"}) {
+        if (EqualFolded(base, device)) return true;
+    }
+    constexpr std::string_view kNumbers = "123456789\xB9\xB2\xB3"; // 1, 2 and 3 also as superscripts
+    return base.size() == 4 && (EqualFolded(base.substr(0, 3), "COM") || EqualFolded(base.substr(0, 3), "LPT")) &&
+           kNumbers.find(base[3]) != std::string_view::npos;
+}
+
+// Why no new file or directory gets the name, on any system, as Windows cannot have it or would make another one of it;
+// a sentence without its end. Empty without a fault.
+constexpr std::string_view FaultOfFileName(std::string_view name) {
+    constexpr auto isForbidden = [](char c) {
+        return (c >= 0 && c < ' ') || c == '\x7F' || std::string_view("\\/:*?\"<>|").find(c) != std::string_view::npos;
+    };
+    if (name.empty()) return "a file name has at least one character";
+    if (std::ranges::any_of(name, isForbidden))
+        return "no file name has a control character or one of \\ / : * ? \" < > |";
+    if (name.starts_with(' ') || name.ends_with(' ')) return "no file name has a blank at an end";
+    if (name.ends_with('.')) return "no file name has a dot at its end";
+    if (IsDeviceName(name)) return "Windows keeps CON, PRN, AUX, NUL, COM1 to COM9 and LPT1 to LPT9 for devices";
+    return {};
 }
 
 // The order of names in a list: alphabetical without regard to case.

@@ -25,6 +25,21 @@ enum class FileError {
     Failed,        // any other fault
 };
 
+// The error as the end of a sentence.
+constexpr std::string_view ErrorWords(FileError error) {
+    switch (error) {
+    case FileError::None: return "no error";
+    case FileError::NotFound: return "there is no such file or directory";
+    case FileError::AccessDenied: return "access is denied";
+    case FileError::Exists: return "it is there already";
+    case FileError::NotAFile: return "something that is not a file stands there";
+    case FileError::DiskFull: return "the disk is full";
+    case FileError::RightsNotKept: return "its rights cannot be given to another file";
+    case FileError::Failed: break;
+    }
+    return "the system reports a fault";
+}
+
 enum class Access { Read, ReadWrite };
 
 // What an opening refuses to others, in this and every other process, until it is closed. An opening that
@@ -93,6 +108,7 @@ struct FileInfo {
     bool IsDirectory = false;
     std::uint64_t Length = 0;   // bytes
     std::int64_t WriteTime = 0; // seconds since 1970 in universal time
+    bool IsLink = false;        // the rest is about what a link at the path leads to
 };
 
 class FileSystem {
@@ -111,7 +127,7 @@ class FileSystem {
     // one of them is held by others, the old one for more than reading. NotFound: one of them is missing.
     virtual FileError Replace(const std::string& from, const std::string& to) = 0;
 
-    // What stands at the path, or none.
+    // What stands at the path. None also when that cannot be told: whether there is certainly no file, an opening says.
     virtual std::optional<FileInfo> Find(const std::string& path) = 0;
 
     // The names of the files (no directories) that match a pattern of "*" and "?" without regard to case,
@@ -121,7 +137,8 @@ class FileSystem {
     // Makes a directory in one that is there. Exists: something stands at the path already.
     virtual FileError MakeDirectory(const std::string& path) = 0;
 
-    // Failed: the directory holds something. NotFound: there is none, or no directory.
+    // A link to a directory is itself removed, whatever that holds. Failed: the directory holds something. NotFound:
+    // there is none, or no directory.
     virtual FileError RemoveEmptyDirectory(const std::string& path) = 0;
 };
 

@@ -280,7 +280,7 @@ FileError OverlayFiles::MakeDirectory(const std::string& path) {
 FileError OverlayFiles::RemoveEmptyDirectory(const std::string& path) {
     const std::optional<FileInfo> info = Find(path);
     if (!info || !info->IsDirectory) return FileError::NotFound;
-    if (HoldsSomething(path)) return FileError::Failed;
+    if (!info->IsLink && HoldsSomething(path)) return FileError::Failed;
     directories_[KeyOf(path)] = false;
     return FileError::None;
 }

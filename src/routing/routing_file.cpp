@@ -4,6 +4,7 @@
 #include "ctlfile/reader.h"
 #include "ctlfile/reading.h"
 #include "ctlfile/rewriter.h"
+#include "ctlfile/whole_file.h"
 #include "platform/ascii.h"
 #include "shell/messages.h"
 #include "shell/server_paths.h"
@@ -27,7 +28,7 @@ constexpr char kRecordMarker = '@';
 bool CreateRoutingFile(const std::string& path) {
     ControlStream file = OpenShared(path, "c+b");
     const bool isNew{file};
-    if (!isNew && FileExists(path)) return true;
+    if (!isNew && !IsMissing(path)) return true;
     if (!isNew || !file.Write(kNewFile) || !file.Close()) {
         if (isNew) {
             file.Close();
@@ -272,7 +273,7 @@ bool HasLineOf(std::string_view paragraph, std::string_view name) {
 
 ControlStream OpenRoutingFile() {
     const std::string path = DatabaseFile(kFileName);
-    if (!FileExists(path) && !CreateRoutingFile(path)) return {};
+    if (IsMissing(path) && !CreateRoutingFile(path)) return {};
     ControlStream file = OpenShared(path, "rb");
     if (!file) {
         ShowError("Unable to open routing rules file (%s)", path);

@@ -8,11 +8,13 @@
 
 #include <windows.h>
 
+#include <new>
 #include <span>
 #include <string>
 #include <string_view>
 
 #include "ctlfile/fixed_text.h"
+#include "platform/program.h"
 
 namespace bv {
 
@@ -52,9 +54,8 @@ INT_PTR BeginDialog(HWND dialog, void* context);
 INT_PTR CommandDone(const DialogMessage& message);
 INT_PTR AnswerForAll(const DialogMessage& message, int helpContext);
 
-// A dialog procedure's whole body. Commands that arrive while the dialog is being filled are passed over.
 template <class Context>
-INT_PTR FollowPlan(const DialogPlan<Context>& plan, const DialogMessage& message) {
+INT_PTR AnswerByPlan(const DialogPlan<Context>& plan, const DialogMessage& message) {
     if (message.Number == WM_INITDIALOG) {
         auto* context = reinterpret_cast<Context*>(message.LParam);
         plan.Fill(message.Dialog, *context);
@@ -70,6 +71,17 @@ INT_PTR FollowPlan(const DialogPlan<Context>& plan, const DialogMessage& message
         }
     }
     return AnswerForAll(message, plan.HelpContext);
+}
+
+// A dialog procedure's whole body. Commands that arrive while the dialog is being filled are passed over. Memory that
+// runs out ends the program here, when what the command had begun is undone: an exception does not get past Windows.
+template <class Context>
+INT_PTR FollowPlan(const DialogPlan<Context>& plan, const DialogMessage& message) {
+    try {
+        return AnswerByPlan(plan, message);
+    } catch (const std::bad_alloc&) {
+        platform::EndWithoutMemory();
+    }
 }
 
 // Runs a modal dialog; its context must be what the procedure's plan expects. Returns what the dialog ended with, or

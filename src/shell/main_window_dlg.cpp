@@ -1,9 +1,11 @@
 #include "shell/main_window_dlg.h"
 
 #include <algorithm>
+#include <new>
 #include <string_view>
 
 #include "platform/ascii.h"
+#include "platform/program.h"
 #include "resources/ids.h"
 #include "resources/version.h"
 #include "shell/messages.h"
@@ -136,7 +138,11 @@ LRESULT CALLBACK MainWindow::Procedure(HWND window, UINT message, WPARAM wParam,
     }
     auto* self = reinterpret_cast<MainWindow*>(GetWindowLongPtrA(window, GWLP_USERDATA));
     if (self == nullptr) return DefWindowProcA(window, message, wParam, lParam);
-    return self->Answer(message, wParam, lParam);
+    try {
+        return self->Answer(message, wParam, lParam);
+    } catch (const std::bad_alloc&) {
+        platform::EndWithoutMemory(); // an exception does not get past Windows
+    }
 }
 
 LRESULT MainWindow::Answer(UINT message, WPARAM wParam, LPARAM lParam) {

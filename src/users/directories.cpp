@@ -67,6 +67,11 @@ std::vector<std::string> ListDirectoryFiles(const std::string& directory, std::s
     return paths;
 }
 
+bool IsLink(const std::string& path) {
+    const auto info = platform::Files().Find(path);
+    return info && info->IsLink;
+}
+
 void EmptyDirectory(const std::string& directory) {
     for (const std::string& path : ListDirectoryFiles(directory, "*.*")) platform::Files().Delete(path);
 }

@@ -21,6 +21,9 @@ std::uint16_t CreateDirectoryPath(std::string_view path);
 // are passed over.
 std::vector<std::string> ListDirectoryFiles(const std::string& directory, std::string_view pattern);
 
+// Whether a link stands at the path, so that what is done below it is done elsewhere.
+bool IsLink(const std::string& path);
+
 // Deletes the files that are listed in a directory, as far as they can be deleted.
 void EmptyDirectory(const std::string& directory);
 

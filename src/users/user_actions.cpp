@@ -1,10 +1,10 @@
 #include "users/user_actions.h"
 
-#include <optional>
 #include <utility>
 #include <vector>
 
 #include "ctlfile/lines.h"
+#include "platform/file_names.h"
 #include "shell/messages.h"
 #include "shell/startup.h"
 #include "users/user_directories.h"
@@ -60,16 +60,18 @@ std::size_t CreateAllDirectories(std::span<const NamedRecord> added, RecordKind 
 
 } // namespace
 
-int FaultOfNewName(std::string_view name) {
-    if (name.empty() || name.size() > RecordName::kLimit) return 9020;
-    if (IsDefaultName(name)) return 9021;
-    if (!IsDirectoryName(name) || FindControl(name, 0) != name.size() || name.starts_with(' ')) return 9022;
-    return 0;
+std::optional<std::string> FaultOfNewName(std::string_view name) {
+    const std::string shown = CleanLine(name);
+    if (name.empty() || name.size() > RecordName::kLimit) return FillMessage(9020, shown);
+    if (IsDefaultName(name)) return FillMessage(9021, shown);
+    const std::string_view fault = platform::FaultOfFileName(name);
+    if (!fault.empty()) return FillMessage(9022, shown, fault);
+    return {};
 }
 
 bool CheckNewUser(UserList& list, std::string_view name, const UserRecord& record, RecordKind kind) {
-    if (const int fault = FaultOfNewName(name); fault != 0) {
-        ShowError(fault, name);
+    if (const auto fault = FaultOfNewName(name)) {
+        ShowError("%s", *fault);
         return false;
     }
     // Users and groups share the directories of a name.

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -20,9 +21,9 @@ bool CheckNewUser(UserList& list, std::string_view name, const UserRecord& recor
 // Whether the record's Group: is empty or a user group of the list. False after 9024 or 9011.
 bool CheckGroup(UserList& list, const UserRecord& record);
 
-// The number of the string, to be filled with the name, that says why no new record can have it: 9020 for its length,
-// 9021 for a "(" at its front, 9022 when directories cannot have it; 0 without a fault.
-int FaultOfNewName(std::string_view name);
+// The message that says why no new record can have the name: 9020 for its length, 9021 for a "(" at its front, 9022
+// when directories cannot have it; none without a fault.
+std::optional<std::string> FaultOfNewName(std::string_view name);
 
 // Each of the next three returns whether everything was done as asked; when not, a message has said why (except a
 // question answered No).

@@ -26,6 +26,15 @@ std::string UserPath(std::string_view name, std::string_view below = {}) {
     return Paths().AllUserArea.String().append(name).append(below);
 }
 
+// Whether the user's root, the path below it or a directory between the two is a link: files are deleted only where
+// they are the user's own, which those at a link's end need not be.
+bool LeadsElsewhere(std::string_view name, std::string_view below) {
+    for (std::size_t end = 0; end < below.size(); end = below.find('\\', end + 1)) {
+        if (IsLink(UserPath(name, below.substr(0, end)))) return true;
+    }
+    return IsLink(UserPath(name, below));
+}
+
 bool MakeUserDirectory(std::string_view name, std::string_view below) {
     return CreateDirectoryPath(UserPath(name, below)) == 0;
 }
@@ -33,7 +42,8 @@ bool MakeUserDirectory(std::string_view name, std::string_view below) {
 bool CreateWorkDirectory(std::string_view name, std::string_view workDirectory) {
     const std::string below = std::string("\\B-OUT\\").append(workDirectory);
     if (!MakeUserDirectory(name, below)) return false;
-    EmptyDirectory(UserPath(name, below)); // so that a user who is added again begins with nothing
+    // So that a user who is added again begins with nothing.
+    if (!LeadsElsewhere(name, below)) EmptyDirectory(UserPath(name, below));
     return true;
 }
 
@@ -53,7 +63,7 @@ bool CreateTree(std::string_view name, RecordKind kind) {
 }
 
 bool CreateDirFile(const std::string& path, std::string_view type) {
-    if (platform::Files().Find(path)) return true;
+    if (!IsMissing(path)) return true;
     return WriteWholeFile(path, FormatText("[BRIVANE]\r\nType: %s\r\nRevision: A\r\n", type));
 }
 
@@ -118,7 +128,8 @@ class OptionsText {
 
 void RemoveUserDirectory(std::string_view name, std::string_view below) {
     const std::string path = UserPath(name, below);
-    EmptyDirectory(path);
+    if (LeadsElsewhere(name, below.substr(0, below.rfind('\\')))) return;
+    if (!IsLink(path)) EmptyDirectory(path);
     platform::Files().RemoveEmptyDirectory(path);
 }
 

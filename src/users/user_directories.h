@@ -19,8 +19,9 @@ namespace bv {
 // "Unable to create file %sUSER.INI for user". What was made so far stays.
 bool CreateUserDirectories(std::string_view name, std::string_view senderName, RecordKind kind);
 
-// Removes the directories with their files, after the status "Deleting directory structure for user %s". Always true:
-// what cannot be deleted stays, and the status then is "Unable to delete directory %s".
+// Removes the directories with their files, after the status "Deleting directory structure for user %s". A link in the
+// place of a directory is removed, and nothing at its end. Always true: what cannot be deleted stays, and the status
+// then is "Unable to delete directory %s".
 bool DeleteUserDirectories(std::string_view name);
 
 // The file writers. The first two leave a file alone that is there, and show nothing; the last copies the server's

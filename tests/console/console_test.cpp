@@ -178,6 +178,17 @@ TEST(SecretCommand, ScramblesAndUnscrambles) {
     EXPECT_EQ(console.Notices, "This is no scrambled text\n");
 }
 
+TEST(Output, ShowsControlCharactersInsteadOfObeyingThem) {
+    const std::pair<std::string_view, const char*> texts[] = {
+        {"a\tb\n", "a\tb\n"},
+        {"a\r\nb\r", "a\r\nb\\x0d"},
+        {"\x1b[2J\x07\x7F", "\\x1b[2J\\x07\\x7f"},
+        {std::string_view("\0", 1), "\\x00"},
+        {"\x80\x9B\xFC", "\x80\x9B\xFC"},
+    };
+    for (const auto& [text, expected] : texts) EXPECT_EQ(PrintableText(text), expected);
+}
+
 TEST(Output, IsUtf8InJson) {
     const std::pair<std::string, std::string> texts[] = {
         {"plain \x7F", "plain \x7F"},

@@ -79,10 +79,15 @@ TEST(LcrEditLock, IsTriedForFiveSeconds) {
 TEST(LcrEditLock, IsNotHadWithoutItsFile) {
     MemoryServer server;
     server.Load();
-    FaultyFiles files(server.Files, {FaultKind::FailFromThenOn, 1});
-    const platform::Substitute<platform::FileSystem> substitute(files);
-    EXPECT_FALSE(LockLcrEdit());
-    EXPECT_THAT(server.Front.TakeSaid(), ElementsAre(kRefused));
+    for (const auto& [error, words] :
+         {std::pair{FileError::NotFound, "there is no such file or directory"},
+          std::pair{FileError::AccessDenied, "access is denied"}, std::pair{FileError::DiskFull, "the disk is full"}}) {
+        FaultyFiles files(server.Files, {FaultKind::FailFromThenOn, 1, CallKind::Changes, error});
+        const platform::Substitute<platform::FileSystem> substitute(files);
+        EXPECT_FALSE(LockLcrEdit());
+        EXPECT_THAT(server.Front.TakeSaid(),
+                    ElementsAre(kRefused, "status 1: The lock file " + kLock + " cannot be used: " + words));
+    }
 }
 
 // Runs the console companion as its users do; its exit status and what it said.

@@ -274,5 +274,15 @@ TEST(FileNames, Patterns) {
     }
 }
 
+TEST(FileNames, ThatWindowsCannotHave) {
+    for (const char* name : {"A", "@SALES", "A.B", ".A", "CONS", "XCON", "COM", "COM0", "COM10", "LPTX", "A.CON",
+                             "NULL.TXT", "\xC4 \xE4", "CON-1", "'#%&+,;=[]{}~$!()"})
+        EXPECT_EQ(platform::FaultOfFileName(name), "") << name;
+    for (const char* name : {"",        ".",       "..",     "A.",   "A ",       " A",   "A\tB",    "\x7F",  "A\"",
+                             "A|",      "<A",      "A>",     "A*",   "A?",       "A:",   "A/B",     "A\\B",  "con",
+                             "NUL.TXT", "prn.a.b", "Aux .x", "COM1", "com9.TXT", "LPT1", "lpt\xB2", "CONIN$"})
+        EXPECT_NE(platform::FaultOfFileName(name), "") << name;
+}
+
 } // namespace
 } // namespace bv::test

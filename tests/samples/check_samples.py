@@ -86,7 +86,7 @@ def user_list(header):
     return dict(records[1:])
 
 
-def check_tree(name, lines, is_user, empty):
+def check_tree(name, lines, is_user):
     home, where = BASE / "USERS" / name, f"USERS/{name}"
     for box in ("B-IN", "B-OUT")[:1 + is_user]:
         lines_of(home / box / "MSGDIR.CTL")
@@ -95,7 +95,7 @@ def check_tree(name, lines, is_user, empty):
     options = [line for line in lines_of(home / "B-DB" / "USER.INI") if line]
     expect(options == made, where, "USER.INI is not the template with the sender's name")
     for path in USER_WORK if is_user else ():
-        expect((home / path).is_dir() or f"BRIVANE/{where}/{path}" in empty, where, f"{path} is not in DIRECTORIES")
+        expect((home / path).is_dir(), where, f"{path} is missing")
 
 
 def check_setup(people):
@@ -164,24 +164,23 @@ def check_catalogue(folder, kinds, installable):
         expect(bits.startswith(EOL_CODE) and bits.rstrip("0").endswith(6 * EOL_CODE), page.name, "no Group 3 page")
 
 
-def check_directories(empty):
-    """DIRECTORIES names each directory once and only empty ones; directories named in the files exist."""
-    expect(empty == sorted(set(empty)), "DIRECTORIES", "not in order, or a line stands there twice")
+def check_directories():
+    """Directories named in the files exist; KEEP is empty and keeps one that holds nothing else."""
     there = [path.relative_to(ROOT).as_posix() for path in ROOT.rglob("*")]
-    expect(not any(name.startswith(path + "/") for path in empty for name in there), "DIRECTORIES", "names a full one")
+    for keep in ROOT.rglob("KEEP"):
+        expect(not keep.stat().st_size and len(list(keep.parent.iterdir())) == 1, keep.parent.name, "needs no KEEP")
     for header, lines in paragraphs(ROOT / "BRIVANE.INI") + paragraphs(DB / "SETUP.INI"):
         named = [text for texts in lines.values() for text in texts if text.startswith("F:\\")]
-        expect_known((text[3:].rstrip("\\").replace("\\", "/") for text in named), there + empty, header)
+        expect_known((text[3:].rstrip("\\").replace("\\", "/") for text in named), there, header)
 
 
 def main():
     for path in (path for path in ROOT.rglob("*") if path.suffix.upper() in (".INI", ".CTL", ".DAT")):
         check_form(path)
-    empty = (ROOT / "DIRECTORIES").read_text().splitlines()
     users, groups = user_list("[USER]"), user_list("[GROUP]")
     for name, lines in (users | groups).items():
         expect_known(lines["Group"], groups, "USERLIST.INI")
-        check_tree(name, lines, name in users, empty)
+        check_tree(name, lines, name in users)
     check_setup(users | groups)
     check_routing(users | groups)
     check_lcr(users)
@@ -190,7 +189,7 @@ def main():
     expect_known(only(DB / "DIALLING.INI", "[DIALPROPERTIES]")["Location"], locations, "DIALLING.INI")
     check_catalogue(BASE / "B-COVER", (".G3N", ".G3F", ".EPN"), "*.EPN")
     check_catalogue(BASE / "B-LETTER", (".G3N", ".G3F"), "*.G3[NF]")
-    check_directories(empty)
+    check_directories()
     print("\n".join(problems) or "samples: ok")
     return 1 if problems else 0
 

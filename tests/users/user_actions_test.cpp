@@ -213,7 +213,10 @@ TEST_F(UserActions, ANewNameIsFreeAndFitsItsDirectory) {
         {"..", "that of its directory"},
         {"A\\B", "that of its directory"},
         {"A\tB", "that of its directory"},
-        {" A", "that of its directory"},
+        {" A", "no file name has a blank at an end"},
+        {"A|B", "one of"},
+        {"nul", "for devices"},
+        {"COM1.X", "for devices"},
         {"ann", "already"},
         {"@a", "already"},
     };

@@ -3,10 +3,13 @@
 
 #include <gmock/gmock.h>
 
+#include <filesystem>
 #include <set>
 
+#include "platform/drives.h"
 #include "support/faulty_files.h"
 #include "support/memory_server.h"
+#include "support/temporary_directory.h"
 #include "users/directories.h"
 
 namespace bv {
@@ -207,6 +210,37 @@ TEST(DeleteUserDirectories, RemovesWhatItCan) {
     EXPECT_THAT(server.Front.TakeSaid(), ElementsAre(deleting));
     EXPECT_EQ(server.Directories(), "");
     EXPECT_NE(server.Get(kIris + "H\\B-OUT\\MSGDIR.CTL"), "(none)");
+}
+
+TEST(UserDirectories, TakeLinksAwayAndNotWhatIsAtTheirEnds) {
+    const std::vector<std::string> places[] = {
+        {""}, {"B-IN"}, {"B-OUT"}, {"B-OUT\\PREVIEW", "B-OUT\\G3N"}, {"B-DB", "B-GRAPH"}};
+    for (const auto& links : places) {
+        const test::TemporaryDirectory disk;
+        if (!platform::MapDrive("F:", disk.HostPath().string())) GTEST_SKIP() << "the system has drives of its own";
+        Server server;
+        const platform::Substitute<platform::FileSystem> onDisk(platform::Service<platform::FileSystem>::System());
+        disk.Write("BRIVANE\\B-DB\\USER.INI", "[OPTIONS]\r\n");
+        disk.Write("elsewhere\\MSGDIR.CTL", "kept");
+        for (const char* below : {"", "G3N\\", "PREVIEW\\", "B-IN\\", "B-OUT\\G3N\\"})
+            disk.Write(std::string("elsewhere\\").append(below).append("FILE"), "kept");
+        ASSERT_TRUE(CreateUserDirectories("IRIS", "", kUser));
+        const std::string name = "BRIVANE\\USERS\\IRIS";
+        for (const std::string& link : links) {
+            const std::filesystem::path path = disk.HostPath(link.empty() ? name : name + "\\" + link);
+            std::filesystem::remove_all(path);
+            std::filesystem::create_directory_symlink(disk.HostPath("elsewhere"), path);
+        }
+        const std::string what = links.front();
+        EXPECT_TRUE(CreateUserDirectories("IRIS", "", kUser)) << what;
+        server.Front.TakeSaid();
+        EXPECT_TRUE(DeleteUserDirectories("IRIS")) << what;
+        EXPECT_EQ(server.Front.TakeSaid().size(), 1U) << what << ": not all was deleted";
+        EXPECT_FALSE(disk.Has(name)) << what;
+        EXPECT_EQ(disk.Read("elsewhere\\MSGDIR.CTL"), "kept") << what;
+        for (const char* below : {"", "G3N\\", "PREVIEW\\", "B-IN\\", "B-OUT\\G3N\\"})
+            EXPECT_EQ(disk.Read(std::string("elsewhere\\").append(below).append("FILE")), "kept") << what << below;
+    }
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <filesystem>
 #include <map>
 #include <memory>
@@ -57,16 +58,24 @@ bool Exists(const std::string& path) {
     return lstat(path.c_str(), &status) == 0;
 }
 
-// The name that stands in the directory for the given one, the first in order when several do; empty without any.
-std::string FindInAnyCase(const std::string& directory, const std::string& name) {
-    if (Exists(directory + "/" + name)) return name;
+// What a listing that has ended, or did not begin, says of a name that it did not show.
+FileError ErrorOfListing() {
+    return errno == 0 || errno == ENOENT || errno == ENOTDIR ? FileError::NotFound : FileError::Failed;
+}
+
+// The name that stands in the directory for the given one, the first in order when several do. NotFound without any,
+// Failed when the directory cannot be listed to its end.
+HostPath FindInAnyCase(const std::string& directory, const std::string& name) {
+    if (Exists(directory + "/" + name)) return {name};
+    errno = 0;
     const std::unique_ptr<DIR, int (*)(DIR*)> listing(opendir((directory + "/").c_str()), closedir);
     std::string found;
     while (const dirent* entry = listing ? readdir(listing.get()) : nullptr) {
         const std::string_view candidate = entry->d_name;
         if (EqualFolded(candidate, name) && (found.empty() || candidate < found)) found = candidate;
     }
-    return found;
+    const FileError error = ErrorOfListing();
+    return found.empty() || error == FileError::Failed ? HostPath{"", error} : HostPath{found};
 }
 
 std::string Join(std::string path, const std::vector<std::string>& names, char separator) {
@@ -74,18 +83,19 @@ std::string Join(std::string path, const std::vector<std::string>& names, char s
     return path;
 }
 
-std::string FindNames(const std::string& directory, const std::vector<std::string>& names) {
-    std::string exact = Join(directory, names, '/');
-    if (Exists(exact)) return exact;
+HostPath FindNames(const std::string& directory, const std::vector<std::string>& names) {
+    HostPath exact{Join(directory, names, '/')};
+    if (Exists(*exact)) return exact;
 
     std::string path = directory;
     bool missing = false;
     for (const std::string& name : names) {
-        const std::string found = missing ? "" : FindInAnyCase(path, name);
-        missing = found.empty();
-        path += "/" + (missing ? name : found);
+        const HostPath found = missing ? HostPath{name} : FindInAnyCase(path, name);
+        if (found.Error == FileError::Failed) return found;
+        missing = missing || !found;
+        path += "/" + (missing ? name : *found);
     }
-    return path;
+    return {path};
 }
 
 // The directory that a path's names are looked up in.
@@ -110,18 +120,19 @@ std::optional<std::vector<std::string>> NamesBelow(const std::string& directory,
 
 } // namespace
 
-std::optional<std::string> ToHostPath(const std::string& path) {
-    if (path.empty() || path.find('\0') != std::string::npos) return std::nullopt;
+HostPath ToHostPath(const std::string& path) {
+    if (path.empty() || path.find('\0') != std::string::npos) return {"", FileError::NotFound};
     const RootedPath rooted = PartRoot(path);
     const std::optional<std::string> start = StartOf(rooted);
-    if (!start) return std::nullopt;
+    if (!start) return {"", FileError::NotFound};
 
     // What stands behind a relative path's ".." is the current directory's, so both are taken apart together;
     // ".." in a mapped drive or share does not lead out of it.
     const bool relative = rooted.Root.empty() && !IsSeparator(rooted.Rest.front());
     const std::string below = relative ? *start + "/" + std::string(rooted.Rest) : std::string(rooted.Rest);
-    const std::string found = FindNames(relative ? "" : *start, PathNames(below));
-    return found.empty() || IsSeparator(path.back()) ? found + "/" : found;
+    HostPath found = FindNames(relative ? "" : *start, PathNames(below));
+    if (found && (found->empty() || IsSeparator(path.back()))) found.Path += '/';
+    return found;
 }
 
 bool MapDrive(const std::string& driveOrShare, const std::string& hostDirectory) {
@@ -155,7 +166,7 @@ std::string ToWindowsPath(const std::string& userPath) {
 std::optional<std::string> ToNetworkPath(const std::string& path) {
     const RootedPath rooted = PartRoot(path);
     if (rooted.Root.starts_with("\\\\")) return path;
-    const std::optional<std::string> host = ToHostPath(path);
+    const HostPath host = ToHostPath(path);
     if (rooted.Root.empty() || !host) return std::nullopt;
     for (const auto& [root, directory] : Mappings()) {
         const auto below = NamesBelow(directory, PathNames(*host));

@@ -14,10 +14,13 @@ FileError ErrorOf(int errorNumber) {
     case EPERM:
     case EBADF: // writing to a file that was opened for reading
     case EROFS:
-    case ETXTBSY: return FileError::AccessDenied;
+    case ETXTBSY:
+    case EAGAIN: // a lease or a lock of the file system's own, as some shares have them
+    case EBUSY: return FileError::AccessDenied;
     case EEXIST: return FileError::Exists;
     case EISDIR:
     case ENXIO: return FileError::NotAFile; // a socket, or a pipe that nobody reads
+    case EFBIG:                             // the largest size that a file may have
     case ENOSPC:
     case EDQUOT: return FileError::DiskFull;
     default: return FileError::Failed;

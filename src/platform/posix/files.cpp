@@ -213,16 +213,27 @@ bool IsRegularFile(const std::string& directory, const dirent& entry) {
     return stat((directory + "/" + entry.d_name).c_str(), &status) == 0 && S_ISREG(status.st_mode);
 }
 
+bool IsLink(const std::string& path) {
+    struct stat status {};
+    return lstat(path.c_str(), &status) == 0 && S_ISLNK(status.st_mode);
+}
+
+// Whether the link leads to a directory or nowhere.
+bool IsDirectoryLink(const std::string& path) {
+    struct stat status {};
+    return IsLink(path) && (stat(path.c_str(), &status) != 0 || S_ISDIR(status.st_mode));
+}
+
 class PosixFileSystem final : public FileSystem {
   public:
     OpenResult Open(const std::string& path, const OpenRequest& request) override {
-        const std::optional<std::string> host = ToHostPath(path);
-        return host ? OpenHostFile(*host, request) : OpenResult{nullptr, FileError::NotFound};
+        const HostPath host = ToHostPath(path);
+        return host ? OpenHostFile(*host, request) : OpenResult{nullptr, host.Error};
     }
 
     FileError Delete(const std::string& path) override {
-        const std::optional<std::string> host = ToHostPath(path);
-        if (!host) return FileError::NotFound;
+        const HostPath host = ToHostPath(path);
+        if (!host) return host.Error;
         const Descriptor descriptor = OpenDescriptor(*host, OpenFlags({}));
         if (!descriptor.IsOpen()) return LastError();
 
@@ -233,9 +244,9 @@ class PosixFileSystem final : public FileSystem {
     }
 
     FileError Rename(const std::string& from, const std::string& to) override {
-        const std::optional<std::string> host = ToHostPath(from);
-        const std::optional<std::string> newHost = ToHostPath(to);
-        if (!host || !newHost) return FileError::NotFound;
+        const HostPath host = ToHostPath(from);
+        const HostPath newHost = ToHostPath(to);
+        if (!host || !newHost) return host ? newHost.Error : host.Error;
         const Descriptor descriptor = OpenDescriptor(*host, OpenFlags({}));
         if (!descriptor.IsOpen()) return LastError();
 
@@ -268,14 +279,15 @@ class PosixFileSystem final : public FileSystem {
     }
 
     std::optional<FileInfo> Find(const std::string& path) override {
-        const std::optional<std::string> host = ToHostPath(path);
+        const HostPath host = ToHostPath(path);
         struct stat status {};
         if (!host || stat(host->c_str(), &status) != 0) return std::nullopt;
-        return FileInfo{S_ISDIR(status.st_mode), static_cast<std::uint64_t>(status.st_size), status.st_mtim.tv_sec};
+        return FileInfo{S_ISDIR(status.st_mode), static_cast<std::uint64_t>(status.st_size), status.st_mtim.tv_sec,
+                        IsLink(*host)};
     }
 
     std::vector<std::string> List(const std::string& directory, std::string_view pattern) override {
-        const std::optional<std::string> host = ToHostPath(directory);
+        const HostPath host = ToHostPath(directory);
         if (!host) return {};
         const std::unique_ptr<DIR, int (*)(DIR*)> listing(opendir(host->c_str()), closedir);
         std::vector<std::string> names;
@@ -288,15 +300,17 @@ class PosixFileSystem final : public FileSystem {
     }
 
     FileError MakeDirectory(const std::string& path) override {
-        const std::optional<std::string> host = ToHostPath(path);
-        if (!host) return FileError::NotFound;
+        const HostPath host = ToHostPath(path);
+        if (!host) return host.Error;
         return mkdir(host->c_str(), 0777) == 0 ? FileError::None : LastError();
     }
 
     FileError RemoveEmptyDirectory(const std::string& path) override {
-        const std::optional<std::string> host = ToHostPath(path);
-        if (!host) return FileError::NotFound;
-        return rmdir(host->c_str()) == 0 ? FileError::None : LastError();
+        const HostPath host = ToHostPath(path);
+        if (!host) return host.Error;
+        if (rmdir(host->c_str()) == 0) return FileError::None;
+        if (errno != ENOTDIR || !IsDirectoryLink(*host)) return LastError();
+        return unlink(host->c_str()) == 0 ? FileError::None : LastError();
     }
 };
 

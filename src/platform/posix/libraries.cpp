@@ -27,7 +27,7 @@ class PosixLibraries final : public Libraries {
   public:
     std::unique_ptr<Library> Load(const std::string& name) override {
         const bool searched = name.find_first_of("\\/:") == std::string::npos;
-        const std::optional<std::string> path = searched ? name : ToHostPath(name);
+        const HostPath path = searched ? HostPath{name} : ToHostPath(name);
         void* handle = path && !path->empty() ? dlopen(path->c_str(), RTLD_NOW | RTLD_LOCAL) : nullptr;
         return handle == nullptr ? nullptr : std::make_unique<PosixLibrary>(handle);
     }

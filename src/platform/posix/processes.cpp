@@ -78,9 +78,9 @@ std::vector<std::string> SplitCommandLine(std::string_view line) {
 std::string FindProgram(const std::string& name) {
     const bool bare = name.find_first_of("\\/:") == std::string::npos;
     const std::string places[] = {TheEnvironment().ProgramDirectory() + "\\" + name, ".\\" + name};
-    if (!bare) return ToHostPath(name).value_or("");
+    if (!bare) return ToHostPath(name).Path;
     for (const std::string& place : places) {
-        if (Service<FileSystem>::System().Find(place)) return ToHostPath(place).value_or("");
+        if (Service<FileSystem>::System().Find(place)) return ToHostPath(place).Path;
     }
     return name;
 }

@@ -21,6 +21,10 @@ FileError ErrorOf(unsigned long systemError) {
     case ERROR_LOCK_VIOLATION:
     case ERROR_NETWORK_ACCESS_DENIED:
     case ERROR_DELETE_PENDING:
+    case ERROR_BUSY:
+    case ERROR_NETWORK_BUSY:
+    case ERROR_PATH_BUSY:
+    case ERROR_SHARING_BUFFER_EXCEEDED:
     case ERROR_WRITE_PROTECT: return FileError::AccessDenied;
     case ERROR_FILE_EXISTS:
     case ERROR_ALREADY_EXISTS: return FileError::Exists;

@@ -185,6 +185,16 @@ FileError DeleteAndRename(const std::string& from, const std::string& to) {
     return MoveFileA(from.c_str(), to.c_str()) != 0 ? FileError::None : LastError();
 }
 
+// Whether a symbolic link or a mount point stands there; other reparse points are files and directories as any other.
+bool IsLink(const std::string& path, DWORD attributes) {
+    if ((attributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0) return false;
+    WIN32_FIND_DATAA entry{};
+    const HANDLE search = FindFirstFileA(path.c_str(), &entry);
+    if (search == INVALID_HANDLE_VALUE) return false;
+    FindClose(search);
+    return entry.dwReserved0 == IO_REPARSE_TAG_SYMLINK || entry.dwReserved0 == IO_REPARSE_TAG_MOUNT_POINT;
+}
+
 class WindowsFileSystem final : public FileSystem {
   public:
     OpenResult Open(const std::string& path, const OpenRequest& request) override {
@@ -228,7 +238,8 @@ class WindowsFileSystem final : public FileSystem {
             return std::nullopt;
         }
         return FileInfo{(data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0,
-                        (std::uint64_t{data.nFileSizeHigh} << 32) | data.nFileSizeLow, ToSeconds(data.ftLastWriteTime)};
+                        (std::uint64_t{data.nFileSizeHigh} << 32) | data.nFileSizeLow, ToSeconds(data.ftLastWriteTime),
+                        IsLink(path, data.dwFileAttributes)};
     }
 
     // The pattern is matched here: the system's own search also looks at short names, where "*.G3?" finds "*.G3XY".
