@@ -36,7 +36,8 @@ bool AddUser(std::string_view name, const UserRecord& record, RecordKind kind);
 bool UpdateUser(std::string_view name, const UserRecord& before, const UserRecord& after, RecordKind kind);
 
 // Asks 5193 and deletes a record the other way round: from the mail list, from the user list, then its directories.
-// Status 473.
+// Status 473. When something of the directories is left, 9026 names it; to delete the name once more, which no record has
+// any longer, then asks 9027 and removes the rest.
 bool DeleteUser(std::string_view name, RecordKind kind);
 
 // Adds and changes many at once, in one rewrite of the user list, and returns how many are in it. Before the
