@@ -37,6 +37,12 @@ bool NamesAFile(const std::string& path) {
 // Without separators at its end.
 std::string TrimmedDirectory(const std::string& path) { return path.substr(0, path.find_last_not_of("\\/") + 1); }
 
+// Those of the things, which are sorted by their keys, that lie below a directory at any depth: "]" follows "\\".
+template <class Things>
+auto Below(const Things& things, const std::string& directoryKey) {
+    return std::ranges::subrange(things.lower_bound(directoryKey + '\\'), things.lower_bound(directoryKey + ']'));
+}
+
 // Every opening reads.
 bool DeniesTo(const OpenRequest& holder, const OpenRequest& other) {
     return holder.Denied == Deny::ReadingAndWriting || (holder.Denied == Deny::Writing && MayWrite(other));
@@ -163,18 +169,13 @@ bool OverlayFiles::HasDirectoryOf(const std::string& path) const {
 }
 
 bool OverlayFiles::HasFileBelow(const std::string& directory) const {
-    const std::string inside = KeyOf(TrimmedDirectory(directory)) + "\\";
-    const auto next = entries_.lower_bound(inside);
-    return std::any_of(next, entries_.end(),
-                       [&](const auto& file) { return file.first.starts_with(inside) && file.second->Now; });
+    return std::ranges::any_of(Below(entries_, KeyOf(TrimmedDirectory(directory))),
+                               [](const auto& file) { return file.second->Now.has_value(); });
 }
 
 bool OverlayFiles::HoldsSomething(const std::string& directory) {
-    const std::string inside = KeyOf(directory) + "\\";
-    const auto isMadeInside = [&](const auto& made) { return made.second && made.first.starts_with(inside); };
-    const auto isFileInside = [&](const auto& file) { return file.second->Now && file.first.starts_with(inside); };
-    return std::ranges::any_of(directories_, isMadeInside) || std::ranges::any_of(entries_, isFileInside) ||
-           !List(directory, "*").empty();
+    return std::ranges::any_of(Below(directories_, KeyOf(directory)), [](const auto& made) { return made.second; }) ||
+           HasFileBelow(directory) || !List(directory, "*").empty();
 }
 
 OpenResult OverlayFiles::Open(const std::string& path, const OpenRequest& request) {
@@ -255,8 +256,8 @@ std::vector<std::string> OverlayFiles::List(const std::string& directory, std::s
     });
 
     const std::string directoryKey = KeyOf(directory);
-    for (const auto& [key, entry] : entries_) {
-        if (!entry->Created || !entry->Now || key.substr(0, key.rfind('\\')) != directoryKey) continue;
+    for (const auto& [key, entry] : Below(entries_, directoryKey)) {
+        if (!entry->Created || !entry->Now || key.rfind('\\') != directoryKey.size()) continue;
         const std::string name = PathNames(entry->Path).back();
         if (MatchesWildcard(pattern, name)) names.push_back(name);
     }

@@ -54,7 +54,8 @@ bool RemoveDirectories(std::string_view name) {
     const std::vector<std::string> left = LeftOfUserDirectories(name);
     if (left.empty()) return true;
     std::string paths;
-    for (const std::string& path : std::span(left).first(std::min(left.size(), kNamed))) paths.append(path).append("\n");
+    for (const std::string& path : std::span(left).first(std::min(left.size(), kNamed)))
+        paths.append(path).append("\n");
     if (left.size() > kNamed) paths += FormatText("and %d more\n", left.size() - kNamed);
     ShowError(9026, name, paths, name);
     return false;
@@ -65,6 +66,15 @@ bool IsLeftOver(UserList& list, std::string_view name) {
     const bool isNamed = name.size() > RecordName::kLimit || list.Has(name, RecordKind::User) ||
                          list.Has(name, RecordKind::Group) || !list.IsRead();
     return !isNamed && !LeftOfUserDirectories(name).empty();
+}
+
+bool Update(std::string_view name, const UserRecord& before, const UserRecord& after, RecordKind kind) {
+    const NamedRecord updated[] = {{std::string(name), after}};
+    if (!ChangeUserRecords({.Updated = updated, .Before = {&before, 1}}, kind)) return false;
+    Startup().SettingsChanged = true;
+    if (!TellMailList({{name, &before, &after}})) return false;
+    ShowStatus(456, "user", WithKind(name, kind));
+    return true;
 }
 
 // The number of records, from the first, that have got their directories.
@@ -118,13 +128,15 @@ bool AddUser(std::string_view name, const UserRecord& record, RecordKind kind) {
 }
 
 bool UpdateUser(std::string_view name, const UserRecord& before, const UserRecord& after, RecordKind kind) {
-    if (after == before) return true;
-    const NamedRecord updated[] = {{std::string(name), after}};
-    if (!ChangeUserRecords({.Updated = updated, .Before = {&before, 1}}, kind)) return false;
-    Startup().SettingsChanged = true;
-    if (!TellMailList({{name, &before, &after}})) return false;
-    ShowStatus(456, "user", WithKind(name, kind));
-    return true;
+    return after == before || Update(name, before, after, kind);
+}
+
+bool UpdateUser(const RecordEntry& entry) {
+    if (!entry.IsToBeWritten()) return true;
+    for (const RecordEntry::Change& change : entry.Changes()) {
+        if (!change.IsEntered) ShowStatus(9028, change.Text);
+    }
+    return Update(entry.Name(), entry.Before(), entry.After(), entry.Kind());
 }
 
 bool DeleteUser(std::string_view name, RecordKind kind) {

@@ -205,8 +205,8 @@ TEST_F(UserActions, ManyAtOnceAreWholeUsersWhereverItStops) {
     const RecordUpdate updated[] = {{"ANN", Read("ANN", kUser), Mailed("new")}};
     const auto names = [] {
         std::string text;
-        VisitUserRecords(kUser, [&](std::string_view name, const UserRecord& record) {
-            text += std::string(name) + ":" + record.Fullname.String() + " ";
+        VisitUserRecords(kUser, [&](const StoredRecord& user) {
+            text += user.Name + ":" + user.Record.Fullname.String() + " ";
             return true;
         });
         return text;
