@@ -1,20 +1,22 @@
 // Users and user groups: the same verbs for both kinds, and the exchange of users with other programs.
 #include <algorithm>
 #include <optional>
+#include <utility>
 
 #include "console/assignments.h"
 #include "console/commands.h"
-#include "console/csv.h"
+#include "console/csv_import.h"
 #include "console/dry_run.h"
 #include "console/located.h"
 #include "console/output.h"
-#include "console/user_import.h"
+#include "ctlfile/csv.h"
 #include "ctlfile/lines.h"
 #include "platform/ascii.h"
 #include "shell/list_target.h"
 #include "shell/messages.h"
 #include "users/user_actions.h"
 #include "users/user_entry.h"
+#include "users/user_import.h"
 #include "users/user_list.h"
 #include "whereused/where_used.h"
 
@@ -124,47 +126,43 @@ int Show(Session& session, const Arguments& arguments, RecordKind kind) {
 }
 
 // Puts the given values into the record; 0 or the exit status, a message shown.
-int Enter(const Session& session, const Arguments& arguments, RecordKind kind, UserRecord& record) {
+int Enter(const Session& session, const Arguments& arguments, RecordEntry& entry) {
     auto assignments = ReadAssignments(session, arguments, kAssignments);
     if (!assignments) return kExitWrongUsage;
     DropShown(*assignments, "Name", arguments["NAME"]);
-    const UserRecord before = record;
     for (const auto& [key, value] : *assignments) {
-        if (const auto fault = EnterValue(record, kind, key, value)) return session.Refuse(*fault);
+        if (const auto fault = entry.Enter(key, value)) return session.Refuse(*fault);
     }
-    const auto fault = FaultOfChange(arguments["NAME"], before, record, kind);
-    return fault ? session.Refuse(*fault) : 0;
-}
-
-// The new record as it is to be added; 0 or the exit status, a message shown.
-int ReadNew(const Session& session, const Arguments& arguments, RecordKind kind, UserRecord& record) {
-    UserList list;
-    if (!list || !list.ReadRecord(std::nullopt, record, kind)) return kExitRefused;
-    if (const int fault = Enter(session, arguments, kind, record)) return fault;
-    return CheckNewUser(list, arguments["NAME"], record, kind) ? 0 : kExitRefused;
+    const auto fault = entry.FaultOfWhole();
+    return fault ? session.Refuse(fault->Text) : 0;
 }
 
 int Add(Session& session, const Arguments& arguments, RecordKind kind) {
-    UserRecord record;
-    if (const int fault = ReadNew(session, arguments, kind, record)) return fault;
-    return Perform(session, [&] { return AddUser(arguments["NAME"], record, kind); });
-}
-
-// A record as it is and as it is to be; the name becomes as the list has it. 0 or the exit status, a message shown.
-int ReadChanged(const Session& session, const Arguments& arguments, RecordKind kind, RecordUpdate& update) {
-    update.Name = arguments["NAME"];
-    UserList list;
-    if (!list || !list.ReadNamed(update.Name, update.Before, kind)) return kExitRefused;
-    update.After = update.Before;
-    if (const int fault = Enter(session, arguments, kind, update.After)) return fault;
-    const bool hasNewGroup = update.After.Group != update.Before.Group;
-    return !hasNewGroup || CheckGroup(list, update.After) ? 0 : kExitRefused;
+    const std::string& name = arguments["NAME"];
+    std::optional<RecordEntry> entry;
+    {
+        UserList list;
+        auto defaultRecord = list ? list.ReadStored(std::nullopt, kind) : std::nullopt;
+        if (!defaultRecord) return kExitRefused;
+        entry = RecordEntry::OfNew(kind, name, std::move(*defaultRecord));
+        if (const int fault = Enter(session, arguments, *entry)) return fault;
+        if (!CheckNewUser(list, name, entry->After(), kind)) return kExitRefused;
+    }
+    return Perform(session, [&] { return AddUser(name, entry->After(), kind); });
 }
 
 int Set(Session& session, const Arguments& arguments, RecordKind kind) {
-    RecordUpdate update;
-    if (const int fault = ReadChanged(session, arguments, kind, update)) return fault;
-    return Perform(session, [&] { return UpdateUser(update.Name, update.Before, update.After, kind); });
+    std::optional<RecordEntry> entry;
+    {
+        UserList list;
+        auto stored = list ? list.ReadStored(arguments["NAME"], kind) : std::nullopt;
+        if (!stored) return kExitRefused;
+        entry.emplace(kind, std::move(*stored));
+        if (const int fault = Enter(session, arguments, *entry)) return fault;
+        const bool hasNewGroup = entry->After().Group != entry->Before().Group;
+        if (hasNewGroup && !CheckGroup(list, entry->After())) return kExitRefused;
+    }
+    return Perform(session, [&] { return UpdateUser(*entry); });
 }
 
 int Delete(Session& session, const Arguments& arguments, RecordKind kind) {
@@ -178,11 +176,11 @@ int Export(Session& session, const Arguments&) {
         if (HasKey(key, RecordKind::User)) text.append(",").append(KeyName(key));
     }
     text += kLineEnd;
-    const auto addRow = [&text](std::string_view name, const UserRecord& record) {
-        if (IsDefaultName(name)) return true;
-        text += CsvText(name);
+    const auto addRow = [&text](const StoredRecord& user) {
+        if (IsDefaultName(user.Name)) return true;
+        text += CsvText(user.Name);
         for (const RecordKey& key : RecordKeys()) {
-            if (HasKey(key, RecordKind::User)) text.append(",").append(CsvText(key.Show(record)));
+            if (HasKey(key, RecordKind::User)) text.append(",").append(CsvText(key.Show(user.Record)));
         }
         text += kLineEnd;
         return true;
@@ -190,6 +188,11 @@ int Export(Session& session, const Arguments&) {
     if (!VisitUserRecords(RecordKind::User, addRow)) return kExitRefused;
     session.Streams.PrintResult(text);
     return kExitDone;
+}
+
+int Import(Session& session, const Arguments& arguments) {
+    UserImport users;
+    return ImportFile(session, arguments["FILE"], users);
 }
 
 using RecordCommand = int (*)(Session&, const Arguments&, RecordKind);
@@ -245,7 +248,7 @@ constexpr Verb kUserVerbs[] = {
      .Help = "Add and change users as a file of comma-separated values says; those it does not name stay",
      .Parameters = {{{"FILE", "File with a first line of keys, one of them Name; the others may be left out"}}},
      .Example = "users.csv --dry-run",
-     .Run = Located<ImportUsers>},
+     .Run = Located<Import>},
 };
 
 constexpr Verb kGroupVerbs[] = {

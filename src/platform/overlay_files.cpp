@@ -23,9 +23,21 @@ namespace {
 
 constexpr std::size_t kLargestFile = std::size_t{1} << 28;
 
+// The names of PathNames, in lower case and each behind a separator; asked for several times with every call.
 std::string KeyOf(const std::string& path) {
+    const std::string whole = ToWindowsPath(path);
     std::string key;
-    for (const std::string& name : PathNames(ToWindowsPath(path))) key += '\\' + name;
+    key.reserve(whole.size() + 1);
+    for (std::string_view rest = whole; !rest.empty();) {
+        const auto end = std::ranges::find_if(rest, [](char c) { return c == '\\' || c == '/'; });
+        const std::string_view name = rest.substr(0, static_cast<std::size_t>(end - rest.begin()));
+        rest.remove_prefix(std::min(name.size() + 1, rest.size()));
+        if (name == "..") {
+            key.resize(key.empty() ? 0 : key.rfind('\\'));
+        } else if (!name.empty() && name != ".") {
+            key.append(1, '\\').append(name);
+        }
+    }
     std::ranges::transform(key, key.begin(), ToLower);
     return key;
 }
@@ -36,6 +48,12 @@ bool NamesAFile(const std::string& path) {
 
 // Without separators at its end.
 std::string TrimmedDirectory(const std::string& path) { return path.substr(0, path.find_last_not_of("\\/") + 1); }
+
+// Those of the things, which are sorted by their keys, that lie below a directory at any depth: "]" follows "\\".
+template <class Things>
+auto Below(const Things& things, const std::string& directoryKey) {
+    return std::ranges::subrange(things.lower_bound(directoryKey + '\\'), things.lower_bound(directoryKey + ']'));
+}
 
 // Every opening reads.
 bool DeniesTo(const OpenRequest& holder, const OpenRequest& other) {
@@ -142,7 +160,7 @@ std::shared_ptr<OverlayEntry> OverlayFiles::FindEntry(const std::string& path) c
 }
 
 OpenResult OverlayFiles::OpenInBase(const std::string& path, const OpenRequest& request) const {
-    if (base_ == nullptr || KnownDirectory(path)) return {nullptr, FileError::NotFound};
+    if (base_ == nullptr || KnownDirectory(path) || IsInOwnDirectory(path)) return {nullptr, FileError::NotFound};
     return base_->Open(path, {MayWrite(request) ? Access::ReadWrite : Access::Read, request.Denied});
 }
 
@@ -150,6 +168,12 @@ OpenResult OverlayFiles::OpenInBase(const std::string& path, const OpenRequest& 
 std::optional<bool> OverlayFiles::KnownDirectory(const std::string& path) const {
     const auto found = directories_.find(KeyOf(path));
     return found == directories_.end() ? std::nullopt : std::optional(found->second);
+}
+
+// Whether the base knows nothing of a path, since the directory that it lies in was made or removed here.
+bool OverlayFiles::IsInOwnDirectory(const std::string& path) const {
+    const std::string key = KeyOf(path);
+    return directories_.contains(key.substr(0, key.rfind('\\')));
 }
 
 bool OverlayFiles::HasDirectoryOf(const std::string& path) const {
@@ -163,18 +187,13 @@ bool OverlayFiles::HasDirectoryOf(const std::string& path) const {
 }
 
 bool OverlayFiles::HasFileBelow(const std::string& directory) const {
-    const std::string inside = KeyOf(TrimmedDirectory(directory)) + "\\";
-    const auto next = entries_.lower_bound(inside);
-    return std::any_of(next, entries_.end(),
-                       [&](const auto& file) { return file.first.starts_with(inside) && file.second->Now; });
+    return std::ranges::any_of(Below(entries_, KeyOf(TrimmedDirectory(directory))),
+                               [](const auto& file) { return file.second->Now.has_value(); });
 }
 
 bool OverlayFiles::HoldsSomething(const std::string& directory) {
-    const std::string inside = KeyOf(directory) + "\\";
-    const auto isMadeInside = [&](const auto& made) { return made.second && made.first.starts_with(inside); };
-    const auto isFileInside = [&](const auto& file) { return file.second->Now && file.first.starts_with(inside); };
-    return std::ranges::any_of(directories_, isMadeInside) || std::ranges::any_of(entries_, isFileInside) ||
-           !List(directory, "*").empty();
+    return std::ranges::any_of(Below(directories_, KeyOf(directory)), [](const auto& made) { return made.second; }) ||
+           HasFileBelow(directory) || !List(directory, "*").empty();
 }
 
 OpenResult OverlayFiles::Open(const std::string& path, const OpenRequest& request) {
@@ -246,7 +265,7 @@ std::optional<FileInfo> OverlayFiles::Find(const std::string& path) {
     const std::optional<bool> isDirectory = KnownDirectory(path);
     if (isDirectory.value_or(false)) return FileInfo{true, 0, 0};
     if (!entry && isDirectory) return std::nullopt;
-    if (!entry && base_ != nullptr) return base_->Find(path);
+    if (!entry && base_ != nullptr) return IsInOwnDirectory(path) ? std::nullopt : base_->Find(path);
     if (!entry) return HasFileBelow(path) ? std::optional(FileInfo{true, 0, 0}) : std::nullopt;
     if (!entry->Now) return std::nullopt;
     return FileInfo{false, entry->Now->size(), entry->WriteTime};
@@ -254,15 +273,15 @@ std::optional<FileInfo> OverlayFiles::Find(const std::string& path) {
 
 std::vector<std::string> OverlayFiles::List(const std::string& directory, std::string_view pattern) {
     std::vector<std::string> names;
-    if (base_ != nullptr) names = base_->List(directory, pattern);
+    if (base_ != nullptr && !KnownDirectory(directory)) names = base_->List(directory, pattern);
     std::erase_if(names, [&](const std::string& name) {
         const std::shared_ptr<OverlayEntry> entry = FindEntry(directory + "\\" + name);
         return entry && (entry->Created || !entry->Now);
     });
 
     const std::string directoryKey = KeyOf(directory);
-    for (const auto& [key, entry] : entries_) {
-        if (!entry->Created || !entry->Now || key.substr(0, key.rfind('\\')) != directoryKey) continue;
+    for (const auto& [key, entry] : Below(entries_, directoryKey)) {
+        if (!entry->Created || !entry->Now || key.rfind('\\') != directoryKey.size()) continue;
         const std::string name = PathNames(entry->Path).back();
         if (MatchesWildcard(pattern, name)) names.push_back(name);
     }

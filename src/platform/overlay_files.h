@@ -53,6 +53,7 @@ class OverlayFiles final : public FileSystem {
     [[nodiscard]] std::shared_ptr<OverlayEntry> FindEntry(const std::string& path) const;
     [[nodiscard]] OpenResult OpenInBase(const std::string& path, const OpenRequest& request) const;
     [[nodiscard]] std::optional<bool> KnownDirectory(const std::string& path) const;
+    [[nodiscard]] bool IsInOwnDirectory(const std::string& path) const;
     [[nodiscard]] bool HasDirectoryOf(const std::string& path) const;
     [[nodiscard]] bool HasFileBelow(const std::string& directory) const;
     [[nodiscard]] bool HoldsSomething(const std::string& directory);

@@ -1,5 +1,7 @@
 #include "users/user_actions.h"
 
+#include <algorithm>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -42,6 +44,38 @@ bool AddEverywhere(std::string_view name, const UserRecord& record, RecordKind k
     if (!ChangeUserRecords({.Added = added, .NamesAreFree = true}, kind)) return false;
     Startup().SettingsChanged = true;
     return TellMailList({{name, nullptr, &record}});
+}
+
+std::string_view KindWord(RecordKind kind) { return kind == RecordKind::User ? "user" : "user group"; }
+
+// Removes the directories; false, after 9026, when something is left of them.
+bool RemoveDirectories(std::string_view name) {
+    constexpr std::size_t kNamed = 10;
+    DeleteUserDirectories(name);
+    const std::vector<std::string> left = LeftOfUserDirectories(name);
+    if (left.empty()) return true;
+    std::string paths;
+    for (const std::string& path : std::span(left).first(std::min(left.size(), kNamed)))
+        paths.append(path).append("\n");
+    if (left.size() > kNamed) paths += FormatText("and %d more\n", left.size() - kNamed);
+    ShowError(9026, name, paths, name);
+    return false;
+}
+
+// Whether a deletion that has stopped half-way can have left directories of the name: no record has it.
+bool IsLeftOver(UserList& list, std::string_view name) {
+    const bool isNamed = name.size() > RecordName::kLimit || list.Has(name, RecordKind::User) ||
+                         list.Has(name, RecordKind::Group) || !list.IsRead();
+    return !isNamed && !LeftOfUserDirectories(name).empty();
+}
+
+bool Update(std::string_view name, const UserRecord& before, const UserRecord& after, RecordKind kind) {
+    const NamedRecord updated[] = {{std::string(name), after}};
+    if (!ChangeUserRecords({.Updated = updated, .Before = {&before, 1}}, kind)) return false;
+    Startup().SettingsChanged = true;
+    if (!TellMailList({{name, &before, &after}})) return false;
+    ShowStatus(456, "user", WithKind(name, kind));
+    return true;
 }
 
 // The number of records, from the first, that have got their directories.
@@ -97,27 +131,31 @@ bool AddUser(std::string_view name, const UserRecord& record, RecordKind kind) {
 }
 
 bool UpdateUser(std::string_view name, const UserRecord& before, const UserRecord& after, RecordKind kind) {
-    if (after == before) return true;
-    const NamedRecord updated[] = {{std::string(name), after}};
-    if (!ChangeUserRecords({.Updated = updated, .Before = {&before, 1}}, kind)) return false;
-    Startup().SettingsChanged = true;
-    if (!TellMailList({{name, &before, &after}})) return false;
-    ShowStatus(456, "user", WithKind(name, kind));
-    return true;
+    return after == before || Update(name, before, after, kind);
+}
+
+bool UpdateUser(const RecordEntry& entry) {
+    if (!entry.IsToBeWritten()) return true;
+    for (const RecordEntry::Change& change : entry.Changes()) {
+        if (!change.IsEntered) ShowStatus(9028, change.Text);
+    }
+    return Update(entry.Name(), entry.Before(), entry.After(), entry.Kind());
 }
 
 bool DeleteUser(std::string_view name, RecordKind kind) {
+    if (!CheckDeletable(name)) return false;
     std::string stored(name);
     UserRecord record;
-    const auto read = [&] {
+    {
         UserList list;
-        return list && list.ReadNamed(stored, record, kind);
-    };
-    const std::string_view what = kind == RecordKind::User ? "user" : "user group";
-    if (!CheckDeletable(name) || !read() || !AskDelete(what, stored, record.Fullname)) return false;
+        if (!list) return false;
+        if (IsLeftOver(list, name)) return AskQuestion(9027, KindWord(kind), name) && RemoveDirectories(name);
+        if (!list.ReadNamed(stored, record, kind)) return false;
+    }
+    if (!AskDelete(KindWord(kind), stored, record.Fullname)) return false;
     if (!TellMailList({{stored, &record, nullptr}}) || !DeleteUserRecord(stored, kind)) return false;
     Startup().SettingsChanged = true;
-    return DeleteUserDirectories(stored);
+    return RemoveDirectories(stored);
 }
 
 SavedUsers SaveUsers(std::span<const NamedRecord> added, std::span<const RecordUpdate> updated, RecordKind kind,

@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 
+#include "users/user_entry.h"
 #include "users/user_list.h"
 #include "users/user_rewrite.h"
 
@@ -25,7 +26,7 @@ bool CheckGroup(UserList& list, const UserRecord& record);
 // when directories cannot have it; none without a fault.
 std::optional<std::string> FaultOfNewName(std::string_view name);
 
-// Each of the next three returns whether everything was done as asked; when not, a message has said why (except a
+// Each of the next four returns whether everything was done as asked; when not, a message has said why (except a
 // question answered No).
 
 // Adds a record that CheckNewUser has passed: its directories first, and when they fail nothing else. Status 466 "Added
@@ -36,8 +37,13 @@ bool AddUser(std::string_view name, const UserRecord& record, RecordKind kind);
 // changed meanwhile is not overwritten (9025). Status 456 "Modified %s %s".
 bool UpdateUser(std::string_view name, const UserRecord& before, const UserRecord& after, RecordKind kind);
 
+// The same for a record that was entered key by key, if it is to be written. Its keys that change without having been
+// entered are said first, each a status text.
+bool UpdateUser(const RecordEntry& entry);
+
 // Asks 5193 and deletes a record the other way round: from the mail list, from the user list, then its directories.
-// Status 473.
+// Status 473. When something of the directories is left, 9026 names it; to delete the name once more, which no record
+// has any longer, then asks 9027 and removes the rest.
 bool DeleteUser(std::string_view name, RecordKind kind);
 
 // Adds and changes many at once, in one rewrite of the user list, and returns how many are in it. Before the

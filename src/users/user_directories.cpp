@@ -1,10 +1,12 @@
 #include "users/user_directories.h"
 
+#include <algorithm>
 #include <array>
 #include <string>
 #include <utility>
 
 #include "ctlfile/lines.h"
+#include "ctlfile/paths.h"
 #include "ctlfile/reader.h"
 #include "ctlfile/whole_file.h"
 #include "platform/files.h"
@@ -62,9 +64,20 @@ bool CreateTree(std::string_view name, RecordKind kind) {
     return kind == RecordKind::Group || CreateOutDirectories(name);
 }
 
+// Writes a file beside its place and puts it there, so that it is whole or as it was.
+WriteFault PutWholeFile(const std::string& path, std::string_view text) {
+    const std::string beside = TemporaryPath(path);
+    const WriteFault fault = TryWriteWholeFile(beside, text);
+    if (fault != WriteFault::None || PutInPlace(beside, path)) return fault;
+    platform::Files().Delete(beside);
+    return WriteFault::NotOpened;
+}
+
+// An empty one has only been begun, by a program that was ended.
 bool CreateDirFile(const std::string& path, std::string_view type) {
-    if (!IsMissing(path)) return true;
-    return WriteWholeFile(path, FormatText("[BRIVANE]\r\nType: %s\r\nRevision: A\r\n", type));
+    const auto info = platform::Files().Find(path);
+    if (info ? info->IsDirectory || info->Length > 0 : !IsMissing(path)) return true;
+    return PutWholeFile(path, FormatText("[BRIVANE]\r\nType: %s\r\nRevision: A\r\n", type)) == WriteFault::None;
 }
 
 bool ReportNotCreated(std::string_view directory, std::string_view file) {
@@ -126,6 +139,24 @@ class OptionsText {
     bool hasFrom_ = false;
 };
 
+// What may stand below a user's root, what lies deeper first.
+std::vector<std::string> DirectoriesBelow() {
+    std::vector<std::string> all = {"\\B-IN"};
+    for (const std::string_view type : kFileTypes) all.push_back(std::string("\\B-OUT\\").append(type));
+    all.insert(all.end(), {"\\B-OUT\\PREVIEW", "\\B-OUT", "\\B-DB", "\\B-GRAPH"});
+    return all;
+}
+
+// Adds the directory's files or, without any, the directory itself, unless something in it has been added.
+void AddWhatIsLeft(const std::string& directory, std::vector<std::string>& left) {
+    const auto info = platform::Files().Find(directory);
+    if (!info || !info->IsDirectory) return;
+    const std::vector<std::string> files = ListDirectoryFiles(directory, "*.*");
+    left.insert(left.end(), files.begin(), files.end());
+    const auto isInside = [&](const std::string& path) { return path.starts_with(directory + '\\'); };
+    if (std::ranges::none_of(left, isInside)) left.push_back(directory);
+}
+
 void RemoveUserDirectory(std::string_view name, std::string_view below) {
     const std::string path = UserPath(name, below);
     if (LeadsElsewhere(name, below.substr(0, below.rfind('\\')))) return;
@@ -150,16 +181,20 @@ bool CreateUserDirectories(std::string_view name, std::string_view senderName, R
 bool DeleteUserDirectories(std::string_view name) {
     ShowStatus("Deleting directory structure for user %s", name);
     if (!IsDirectoryName(name)) return true;
-    RemoveUserDirectory(name, "\\B-IN");
-    for (const std::string_view type : kFileTypes) RemoveUserDirectory(name, std::string("\\B-OUT\\").append(type));
-    for (const std::string_view below : {"\\B-OUT\\PREVIEW", "\\B-OUT", "\\B-DB", "\\B-GRAPH"}) {
-        RemoveUserDirectory(name, below);
-    }
+    for (const std::string& below : DirectoriesBelow()) RemoveUserDirectory(name, below);
     const platform::FileError error = platform::Files().RemoveEmptyDirectory(UserPath(name));
     if (error != platform::FileError::None && error != platform::FileError::NotFound) {
         ShowStatus("Unable to delete directory %s", UserPath(name));
     }
     return true;
+}
+
+std::vector<std::string> LeftOfUserDirectories(std::string_view name) {
+    std::vector<std::string> left;
+    if (!IsDirectoryName(name)) return left;
+    for (const std::string& below : DirectoriesBelow()) AddWhatIsLeft(UserPath(name, below), left);
+    AddWhatIsLeft(UserPath(name), left);
+    return left;
 }
 
 bool CreateReceiveDirFile(std::string_view name) {
@@ -178,18 +213,12 @@ bool WriteUserOptionsFile(std::string_view name, std::string_view senderName) {
         ShowError(413, templatePath);
         return false;
     }
-    ControlStream file = OpenShared(path, "wb");
-    if (!file) {
-        ShowError(5002, path);
-        return false;
-    }
     OptionsText text(senderName);
     ControlLine line;
     while (ReadControlLine(source, line)) text.Add(line);
-    file.Write(text.Finish());
-    const bool written = file.Close();
-    if (written && !source.Failed()) return true;
-    ShowError(5001, path);
+    const WriteFault fault = source.Failed() ? WriteFault::NotWritten : PutWholeFile(path, text.Finish());
+    if (fault == WriteFault::None) return true;
+    ShowError(fault == WriteFault::NotOpened ? 5002 : 5001, path);
     return false;
 }
 

@@ -7,13 +7,16 @@
 //   NAME\B-GRAPH               the user's graphics
 #pragma once
 
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "users/user_file.h"
 
 namespace bv {
 
-// Makes the directories, empties those in B-OUT and writes the files; a MSGDIR.CTL that is there already stays. Shows
+// Makes the directories, empties those in B-OUT and writes the files, each of which is then there whole or as it was
+// before; a MSGDIR.CTL that is there already stays, unless it is empty. Shows
 // the status "Creating directory structure for user %s" (or "usergroup %s"). False after a message: one of
 // CreateDirectoryPath, 413 (the template USER.INI), 5001, 5002, "Unable to create file %sMSGDIR.CTL for user" or
 // "Unable to create file %sUSER.INI for user". What was made so far stays.
@@ -23,6 +26,9 @@ bool CreateUserDirectories(std::string_view name, std::string_view senderName, R
 // place of a directory is removed, and nothing at its end. Always true: what cannot be deleted stays, and the status
 // then is "Unable to delete directory %s".
 bool DeleteUserDirectories(std::string_view name);
+
+// What of them is there: the paths of the files and of the directories in which there are none.
+std::vector<std::string> LeftOfUserDirectories(std::string_view name);
 
 // The file writers. The first two leave a file alone that is there, and show nothing; the last copies the server's
 // template with the sender's name as "From:" of its "[OPTIONS]".

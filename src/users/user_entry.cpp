@@ -1,13 +1,49 @@
 #include "users/user_entry.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "ctlfile/lines.h"
+#include "ctlfile/reader.h"
 #include "platform/ascii.h"
 #include "platform/overlay_files.h"
 #include "shell/format.h"
 
 namespace bv {
+namespace {
+
+// A value as a message shows it: whole, the blanks at its ends included.
+std::string Shown(std::string_view value) {
+    std::string shown(value);
+    std::ranges::transform(shown, shown.begin(), Cleaned);
+    return shown;
+}
+
+// The lines of a record's body that begin with the key.
+std::vector<std::string> LinesOf(std::string_view key, std::string_view body) {
+    std::vector<std::string> lines;
+    while (!body.empty()) {
+        std::string line = CleanLine(TakeLine(body));
+        if (BeginsWith(line, key)) lines.push_back(std::move(line));
+    }
+    return lines;
+}
+
+// The line of a permission that no row of the table has, and so stays, when its value is none: it lifts every limit.
+std::optional<std::string> LineThatLifts(std::string_view body) {
+    for (const PermissionKey& permission : kPermissionKeys) {
+        const bool isOurs =
+            std::ranges::any_of(RecordKeys(), [&](const auto& row) { return row.Key == permission.Key; });
+        if (isOurs) continue;
+        for (const std::string& line : LinesOf(permission.Key, body)) {
+            std::uint8_t flags = 0;
+            if (!ParsePermission(KeyValue(line).value_or(""), permission.Flag, flags)) return line;
+        }
+    }
+    return {};
+}
+
+} // namespace
 
 const RecordKey* FindRecordKey(RecordKind kind, std::string_view name) {
     const auto isWanted = [=](const RecordKey& key) { return HasKey(key, kind) && EqualFolded(KeyName(key), name); };
@@ -23,33 +59,99 @@ std::optional<std::string> EnterValue(UserRecord& record, RecordKind kind, std::
         return FormatText("%s: \"%s\" - %s have no such key", CleanLine(keyName), CleanLine(value), records);
     }
     if (key->Enter(record, value)) return {};
-    return FormatText("%s: \"%s\" is not %s", KeyName(*key), CleanLine(value), key->Values());
+    UserRecord scratch = record;
+    const std::string_view trimmed = TrimBlanks(value);
+    if (trimmed.size() != value.size() && key->Enter(scratch, trimmed)) {
+        const char* const end = value.ends_with(' ') ? "end" : "beginning";
+        return FormatText("%s: \"%s\" has a blank at its %s, which the file would not keep", KeyName(*key),
+                          Shown(value), end);
+    }
+    return FormatText("%s: \"%s\" is not %s", KeyName(*key), Shown(value), key->Values());
 }
 
-UserRecord AsReadBack(std::string_view name, const UserRecord& record, RecordKind kind) {
+RecordEntry::RecordEntry(RecordKind kind, StoredRecord stored)
+    : kind_(kind), stored_(std::move(stored)), after_(stored_.Record) {}
+
+RecordEntry RecordEntry::OfNew(RecordKind kind, std::string name, StoredRecord defaultRecord) {
+    defaultRecord.Name = std::move(name);
+    RecordEntry entry(kind, std::move(defaultRecord));
+    entry.isNew_ = true;
+    return entry;
+}
+
+std::optional<std::string> RecordEntry::Enter(std::string_view keyName, std::string_view value) {
+    const RecordKey* key = FindRecordKey(kind_, keyName);
+    if (key == nullptr || value != key->Show(stored_.Record)) {
+        if (auto fault = EnterValue(after_, kind_, keyName, value)) return fault;
+    }
+    entered_.push_back(key);
+    return {};
+}
+
+bool RecordEntry::IsEntered(const RecordKey& key) const { return std::ranges::find(entered_, &key) != entered_.end(); }
+
+UserRecord RecordEntry::ReadBack() const {
     platform::OverlayFiles memory;
     constexpr platform::OpenRequest kNew = {platform::Access::ReadWrite, platform::Deny::Nothing,
                                             platform::Creation::CreateOrTruncate};
     const std::string path = "C:\\RECORD";
     ControlStream stream(memory.Open(path, kNew).Opened, path);
-    stream.Write(UserRecordLines(name, record, std::nullopt, kind));
+    stream.Write(UserRecordLines(stored_.Name, after_, stored_.Body, kind_));
     stream.Rewind();
     UserRecord readBack;
-    ReadRecordBody(stream, kind, IsDefaultName(name), readBack);
+    ReadRecordBody(stream, kind_, IsDefaultName(stored_.Name), readBack);
     return readBack;
 }
 
-std::optional<std::string> FaultOfChange(std::string_view name, const UserRecord& before, const UserRecord& after,
-                                         RecordKind kind) {
-    const UserRecord readBack = AsReadBack(name, after, kind);
-    for (const RecordKey& key : RecordKeys()) {
-        if (!HasKey(key, kind)) continue;
-        const std::string value = key.Show(after);
-        if (value == key.Show(before) || value == key.Show(readBack)) continue;
-        return FormatText("%s: \"%s\" is not kept with the other values; \"%s\" would come back", KeyName(key), value,
-                          key.Show(readBack));
+// What would not come back when it is written says nothing: writing it would not make it what it reads as.
+bool RecordEntry::SaysOtherwise(const RecordKey& key, const UserRecord& readBack) const {
+    const std::string inForce = key.Show(stored_.Record);
+    if (key.Show(readBack) != inForce) return false;
+    return std::ranges::any_of(LinesOf(key.Key, stored_.Body), [&](const std::string& line) {
+        const std::string_view value = KeyValue(line).value_or("");
+        UserRecord said = stored_.Record;
+        return value != inForce && (!key.Enter(said, value) || key.Show(said) != inForce);
+    });
+}
+
+bool RecordEntry::IsToBeWritten() const {
+    if (isNew_ || after_ != stored_.Record) return true;
+    if (entered_.empty()) return false;
+    const UserRecord readBack = ReadBack();
+    return std::ranges::any_of(entered_, [&](const RecordKey* key) { return SaysOtherwise(*key, readBack); });
+}
+
+std::string RecordEntry::WhyNotKept(const RecordKey& key, const UserRecord& readBack) const {
+    const std::string value = key.Show(after_);
+    const auto lifting = LineThatLifts(stored_.Body);
+    if (lifting && (key.Key == kDialKey || key.Key == kSendTimeKey)) {
+        return FormatText("%s: \"%s\" does not count beside the line \"%s\", which lifts every limit", KeyName(key),
+                          value, *lifting);
+    }
+    return FormatText("%s: \"%s\" is not kept with the other values; \"%s\" would come back", KeyName(key), value,
+                      key.Show(readBack));
+}
+
+std::optional<RecordEntry::Fault> RecordEntry::FaultOfWhole() const {
+    if (entered_.empty() || !IsToBeWritten()) return {};
+    const UserRecord readBack = ReadBack();
+    for (const RecordKey* key : entered_) {
+        if (key->Show(after_) != key->Show(readBack)) return Fault{key, WhyNotKept(*key, readBack)};
     }
     return {};
+}
+
+std::vector<RecordEntry::Change> RecordEntry::Changes() const {
+    std::vector<Change> changes;
+    if (!IsToBeWritten()) return changes;
+    const UserRecord readBack = ReadBack();
+    for (const RecordKey& key : RecordKeys()) {
+        if (!HasKey(key, kind_) || key.Show(stored_.Record) == key.Show(readBack)) continue;
+        const std::string text =
+            FormatText("%s: \"%s\" to \"%s\"", KeyName(key), key.Show(stored_.Record), key.Show(readBack));
+        changes.push_back({&key, text, IsEntered(key)});
+    }
+    return changes;
 }
 
 } // namespace bv

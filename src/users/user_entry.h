@@ -1,10 +1,12 @@
-// Records as a person enters them, key by key: what dialogs and the console ask before anything is written.
+// Records as a person enters them, key by key: what dialogs, the console and imports ask before anything is written.
 #pragma once
 
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
+#include "users/user_list.h"
 #include "users/user_record.h"
 
 namespace bv {
@@ -20,11 +22,55 @@ constexpr std::string_view KeyName(const RecordKey& key) { return key.Key.substr
 std::optional<std::string> EnterValue(UserRecord& record, RecordKind kind, std::string_view keyName,
                                       std::string_view value);
 
-// The record as the user list would give it back under that name, once it is written.
-UserRecord AsReadBack(std::string_view name, const UserRecord& record, RecordKind kind);
+// One record while values are entered into it.
+class RecordEntry {
+  public:
+    struct Fault {
+        const RecordKey* Key;
+        std::string Text; // names key and value
+    };
+    struct Change {
+        const RecordKey* Key;
+        std::string Text; // `Group: "" to "@SALES"`
+        bool IsEntered;   // or one that follows from another key's
+    };
 
-// Why the list would not keep what a person has changed, in a sentence that names key and value; none when it would.
-std::optional<std::string> FaultOfChange(std::string_view name, const UserRecord& before, const UserRecord& after,
-                                         RecordKind kind);
+    // A record of the list that is to be changed.
+    RecordEntry(RecordKind kind, StoredRecord stored);
+
+    // A new one, which begins with the default record.
+    static RecordEntry OfNew(RecordKind kind, std::string name, StoredRecord defaultRecord);
+
+    // As EnterValue; a value that is in force already is taken as it is, whether it could be entered or not.
+    std::optional<std::string> Enter(std::string_view keyName, std::string_view value);
+
+    // Why the list would not keep a value that was entered, whatever the record had before; none when it would.
+    [[nodiscard]] std::optional<Fault> FaultOfWhole() const;
+
+    // Whether the list is to get the record: a new one, a changed one, and one where the line of a key that was entered
+    // says other than what it reads as ("Urgent: maybe").
+    [[nodiscard]] bool IsToBeWritten() const;
+
+    // What will be read otherwise than before, once the record is written.
+    [[nodiscard]] std::vector<Change> Changes() const;
+
+    [[nodiscard]] bool IsNew() const { return isNew_; }
+    [[nodiscard]] RecordKind Kind() const { return kind_; }
+    [[nodiscard]] const std::string& Name() const { return stored_.Name; }
+    [[nodiscard]] const UserRecord& Before() const { return stored_.Record; }
+    [[nodiscard]] const UserRecord& After() const { return after_; }
+
+  private:
+    [[nodiscard]] bool IsEntered(const RecordKey& key) const;
+    [[nodiscard]] bool SaysOtherwise(const RecordKey& key, const UserRecord& readBack) const;
+    [[nodiscard]] UserRecord ReadBack() const;
+    [[nodiscard]] std::string WhyNotKept(const RecordKey& key, const UserRecord& readBack) const;
+
+    RecordKind kind_;
+    StoredRecord stored_;
+    UserRecord after_;
+    bool isNew_ = false;
+    std::vector<const RecordKey*> entered_;
+};
 
 } // namespace bv

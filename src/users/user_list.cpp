@@ -163,6 +163,14 @@ bool UserList::ReadNamed(std::string& name, UserRecord& record, RecordKind kind)
     return ReadRecord(name, record, kind);
 }
 
+std::optional<StoredRecord> UserList::ReadStored(std::optional<std::string_view> name, RecordKind kind) {
+    StoredRecord stored{std::string(name.value_or("")), {}, {}};
+    if (!(name ? ReadNamed(stored.Name, stored.Record, kind) : ReadRecord(name, stored.Record, kind))) return {};
+    if (const std::optional<RecordPlace> place = FindRecord(stream_, kind, name))
+        stored.Body = stream_.Seen(place->BodyStart, static_cast<std::size_t>(place->End - place->BodyStart));
+    return stored;
+}
+
 bool UserList::IsRead() const { return WasRead(stream_); }
 
 void ShowNotFound(std::string_view name, RecordKind kind) {
@@ -180,12 +188,14 @@ bool VisitUserRecords(RecordKind kind, const RecordVisitor& visit) {
     if (!list) return false;
     RecordWalker records(list, RecordHeader(kind), kKeys);
     WholeValue name;
-    UserRecord record;
+    StoredRecord stored;
     while (records.Next()) {
         records.Get(0, name);
+        stored.Name = name.View();
+        stored.Body = list.Seen(records.BodyStart(), static_cast<std::size_t>(records.End() - records.BodyStart()));
         list.Seek(records.BodyStart());
-        ReadRecordBody(list, kind, IsDefaultName(name), record);
-        if (!visit(name, record)) break;
+        ReadRecordBody(list, kind, IsDefaultName(name), stored.Record);
+        if (!visit(stored)) break;
     }
     return WasRead(list);
 }

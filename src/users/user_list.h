@@ -12,6 +12,13 @@
 
 namespace bv {
 
+// A record as the list has it: what its lines are read as, and the lines themselves.
+struct StoredRecord {
+    std::string Name; // empty for what stands for a default record that is not there
+    UserRecord Record;
+    std::string Body; // without the header line
+};
+
 // The list opened for several looks in one pass over the file. To be closed before the list is changed.
 class UserList {
   public:
@@ -31,6 +38,9 @@ class UserList {
     // Reads the record of that name, which then is as the list has it. False also when there is none, after "Brivane
     // user %s not found" or "Brivane usergroup %s not found".
     bool ReadNamed(std::string& name, UserRecord& record, RecordKind kind);
+
+    // The same two with the record's lines. None where those return false; the default record without a name.
+    std::optional<StoredRecord> ReadStored(std::optional<std::string_view> name, RecordKind kind);
 
     // Whether what was looked for could be read; false after 9011.
     [[nodiscard]] bool IsRead() const;
@@ -61,7 +71,7 @@ bool FindUserListEntry(std::string_view key, FindBy by, std::optional<std::strin
 bool ReadUserRecord(std::optional<std::string_view> name, UserRecord& record, RecordKind kind);
 
 // Reads every record of the kind in one pass, in file order, default records included, until the visitor returns false.
-using RecordVisitor = std::function<bool(std::string_view name, const UserRecord& record)>;
+using RecordVisitor = std::function<bool(const StoredRecord& record)>;
 bool VisitUserRecords(RecordKind kind, const RecordVisitor& visit);
 
 // Which records a list takes and how it shows them.

@@ -5,7 +5,6 @@
 #include <set>
 #include <sstream>
 
-#include "console/csv.h"
 #include "console/text_console.h"
 #include "support/memory_server.h"
 #include "support/texts.h"
@@ -118,6 +117,28 @@ const Case kCases[] = {
      1,
      "",
      "Netware: \"\" is not kept with the other values; \"ann\" would come back\n"},
+    {{"user", "set", "CARL", "Netware=joe", "LanManager="},
+     1,
+     "",
+     "LanManager: \"\" is not kept with the other values; \"joe\" would come back\n"},
+    {{"user", "add", "BEN", "Netware=joe", "LanManager="},
+     1,
+     "",
+     "LanManager: \"\" is not kept with the other values; \"joe\" would come back\n"},
+    {{"user", "set", "ANN", "Fullname=Ann "},
+     1,
+     "",
+     "Fullname: \"Ann \" has a blank at its end, which the file would not keep\n"},
+    {{"user", "set", "ANN", "MailName= a"},
+     1,
+     "",
+     "MailName: \" a\" has a blank at its beginning, which the file would not keep\n"},
+    {{"user", "set", "CARL", "Netware=c"},
+     0,
+     "",
+     "This changes with it: Username: \"\" to \"c\"\nThis changes with it: LanManager: \"\" to \"c\"\n"
+     "Modified user CARL\n",
+     Replaced(kList, kCarl, Replaced(kCarl, "Netware: \r\n", "Netware: c\r\n"))},
     {{"user", "set", "ANN", "Admin"}, 2, "", "'Admin' is not of the form KEY=VALUE\n"},
     {{"user", "set", "ANN", "Admin=YES", "admin=NO"}, 2, "", "admin is given twice\n"},
 };
@@ -152,6 +173,49 @@ TEST(UserCommand, ShowsEveryKeyAsItIsInForce) {
     EXPECT_EQ(scene.Console.Run({"group", "show", "@s", "--json"}), 0);
     EXPECT_THAT(scene.Console.Results, HasSubstr("\"PrintRecdOptions\": \"DEFAULT\"\n"));
     EXPECT_EQ(scene.Console.Results.find("Dial"), std::string::npos);
+}
+
+TEST(UserCommand, SetsARecordToWhatItReadsAs) {
+    const std::string everyDay = "AFTER 18:00  MON TUE WED THU FRI SAT SUN";
+    const std::string names = "Username: \r\nNetware: \r\nLanManager: \r\n";
+    const struct {
+        std::string Lines;
+        std::string Value;
+        std::string After;
+        std::string Notice;
+    } rows[] = {
+        {"Urgent: maybe\r\nDial: Local\r\nOwn: 1\r\n", "Urgent=YES", names + "Own: 1\r\n", "Modified user ODD\n"},
+        {"PrintSentSquash: maybe\r\n", "PrintSentSquash=NO", names, "Modified user ODD\n"},
+        {"Urgent: maybe\r\n", "Admin=NO", "Urgent: maybe\r\n", ""},
+        {"Admin: yes\r\n", "Admin=YES", "Admin: yes\r\n", ""},
+        {"SendTime: " + everyDay + "\r\n", "SendTime=" + everyDay, "SendTime: " + everyDay + "\r\n", ""},
+        {"GroupAdmin: maybe\r\n", "Dial=Local", "GroupAdmin: maybe\r\n",
+         "Dial: \"Local\" does not count beside the line \"GroupAdmin: maybe\", which lifts every limit\n"},
+    };
+    for (const auto& [lines, value, after, notice] : rows) {
+        SCOPED_TRACE(lines + value);
+        const std::string head = "[USER]\r\nName: ODD\r\nFullname: \r\n";
+        Scene scene;
+        scene.Server.Put(kPath, head + lines);
+        EXPECT_EQ(scene.Console.Run({"user", "set", "ODD", value}), lines.starts_with("GroupAdmin") ? 1 : 0);
+        EXPECT_EQ(scene.Console.Notices, notice);
+        EXPECT_EQ(scene.List(), head + after);
+    }
+}
+
+// A line of the default user that no row of the table has goes on with new users, and counts.
+TEST(UserCommand, ALimitThatTheDefaultUserLiftsIsSaid) {
+    Scene scene;
+    const std::string list = Replaced(kList, "CostCentre: 7", "GroupAdmin: perhaps");
+    scene.Server.Put(kPath, list);
+    EXPECT_EQ(scene.Console.Run({"user", "add", "BEN", "Dial=Local"}), 1);
+    EXPECT_THAT(scene.Console.Notices,
+                testing::EndsWith("Dial: \"Local\" does not count beside the line \"GroupAdmin: perhaps\", which lifts "
+                                  "every limit\n"));
+    scene.Server.Put("F:\\U.CSV", "Name,Admin,Dial\nBEN,NO,Local\n");
+    EXPECT_EQ(scene.Console.Run({"user", "import", "F:\\U.CSV"}), 1);
+    EXPECT_THAT(scene.Console.Notices, HasSubstr("F:\\U.CSV, line 2, column 3: Dial: \"Local\" does not count"));
+    EXPECT_EQ(scene.List(), list);
 }
 
 TEST(UserCommand, AddingMakesTheDirectories) {
@@ -199,6 +263,21 @@ TEST(UserImport, AddsAndChangesInOneRewrite) {
     EXPECT_FALSE(scene.HasDirectory("CARL"));
 }
 
+TEST(UserImport, TakesWhatSpreadsheetsMake) {
+    const std::string added = "Name: BEN\r\nFullname: Zo\xEB, \x80\r\n";
+    for (const char* file : {"Name,Fullname\nBEN,\"Zo\xEB, \x80\"\n", "\r\nname;FULLNAME\r\nBEN;Zo\xEB, \x80\r\n",
+                             "\xEF\xBB\xBFName;Fullname\r\nBEN;Zo\xC3\xAB, \xE2\x82\xAC\r\n",
+                             "SEP=;\r\n\"Fullname\";\"Name\"\r\n\"Zo\xEB, \x80\";\"BEN\"\r\n",
+                             "Fullname\tName\nZo\xEB, \x80\tBEN", "sep=\t\nFullname\tName\nZo\xEB, \x80\tBEN"}) {
+        SCOPED_TRACE(file);
+        Scene scene;
+        scene.Server.Put("F:\\U.CSV", file);
+        EXPECT_EQ(scene.Console.Run({"user", "import", "F:\\U.CSV"}), 0);
+        EXPECT_EQ(scene.Console.Notices, "Added 1 users, changed 0\n");
+        EXPECT_THAT(scene.List(), HasSubstr(added));
+    }
+}
+
 TEST(UserImport, NamesEveryBadRowAndWritesNothing) {
     const struct {
         std::string File;
@@ -218,6 +297,13 @@ TEST(UserImport, NamesEveryBadRowAndWritesNothing) {
         {"Name,Group\r\nBEN,@X\r\nDORA,@S\r\ndora,\r\n",
          {"line 4, column 1: Name: \"dora\" is there twice",
           "line 2, column 2: Group: \"@X\" - there is no user group of that name."}},
+        {"Name,Netware,LanManager\nBEN,joe,\nCARL,joe,\n",
+         {"line 2, column 3: LanManager: \"\" is not kept with the other values; \"joe\" would come back",
+          "line 3, column 3: LanManager: \"\" is not kept with the other values; \"joe\" would come back"}},
+        {"sep=|\nName|Admin\n", {"line 1, column 1: the fields can be parted by commas, semicolons or tabs only"}},
+        {"\xEF\xBB\xBFName;Fullname\nBEN;\xC5\x81ukasz\nCARL;\xEB\n",
+         {"line 2, column 2: the letter U+0141 is not in the code page of the files",
+          "line 3, column 2: the text is not UTF-8"}},
         {"Name,Fullname\r\nBEN,\"x", {"line 2, column 2: the quotes are not closed"}},
         {"Name,Fullname\r\nBEN,\"x\"y\r\n", {"line 2, column 2: text follows the closing quote"}},
         {"Name,Fullname\r\nBEN,x\"y\r\n", {"line 2, column 2: a quote stands in a field without quotes"}},

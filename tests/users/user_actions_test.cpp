@@ -167,13 +167,46 @@ TEST_F(UserActions, DeleteGoesTheOtherWayRound) {
     EXPECT_TRUE(Startup().SettingsChanged);
 }
 
+TEST_F(UserActions, DeletingAgainFinishesWhatWasLeft) {
+    const std::string root = "F:\\BRIVANE\\USERS\\ANN";
+    server_.Put(root + "\\B-IN\\A", "x");
+    server_.Put(root + "\\B-OUT\\B", "x");
+    server_.Front.Answer = true;
+    {
+        const ControlStream held = OpenShared(root + "\\B-OUT\\B", "rb");
+        EXPECT_FALSE(DeleteUser("ann", kUser));
+        EXPECT_EQ(LastSaid(), "error: Of the directories of ANN this remains:\n" + root +
+                                  "\\B-OUT\\B\nDelete ANN again to remove the rest.");
+        EXPECT_EQ(server_.Get(kPath), "[GROUP]\r\nName: @A\r\n");
+        EXPECT_FALSE(DeleteUser("ANN", kUser));
+    }
+    server_.Front.Answer = false;
+    EXPECT_FALSE(DeleteUser("ANN", kUser));
+    EXPECT_EQ(LastSaid(), "ask question: There is no user ANN, but directories of that name are left.\n\n"
+                          "Delete them with their files?");
+    server_.Front.Answer = true;
+    EXPECT_TRUE(DeleteUser("ann", kUser));
+    EXPECT_FALSE(HasDirectory("ANN"));
+    EXPECT_FALSE(DeleteUser("ANN", kUser));
+    EXPECT_EQ(LastSaid(), "error: Brivane user ANN not found");
+
+    server_.Put("F:\\BRIVANE\\USERS\\@A\\B-IN\\A", "x");
+    EXPECT_FALSE(DeleteUser("@A", kUser)) << "the directories of a group that is there";
+    EXPECT_EQ(LastSaid(), "error: Brivane user @A not found");
+    for (int i = 10; i < 22; ++i) server_.Put("F:\\BRIVANE\\USERS\\@A\\OWN" + std::to_string(i), "x");
+    EXPECT_FALSE(DeleteUser("@A", kGroup));
+    const std::string said = LastSaid();
+    EXPECT_THAT(said, testing::HasSubstr("\\OWN19\nand 2 more\n"));
+    EXPECT_EQ(said.find("OWN20"), std::string::npos);
+}
+
 TEST_F(UserActions, ManyAtOnceAreWholeUsersWhereverItStops) {
     const NamedRecord added[] = {{"C", Mailed("c")}, {"B", {}}, {"D", {}}};
     const RecordUpdate updated[] = {{"ANN", Read("ANN", kUser), Mailed("new")}};
     const auto names = [] {
         std::string text;
-        VisitUserRecords(kUser, [&](std::string_view name, const UserRecord& record) {
-            text += std::string(name) + ":" + record.Fullname.String() + " ";
+        VisitUserRecords(kUser, [&](const StoredRecord& user) {
+            text += user.Name + ":" + user.Record.Fullname.String() + " ";
             return true;
         });
         return text;

@@ -185,8 +185,8 @@ TEST(ReadUserRecord, KnowsTheDefaults) {
 TEST(VisitUserRecords, ReadsEachOnceUntilToldToStop) {
     const Server server;
     std::vector<std::string> seen;
-    EXPECT_TRUE(VisitUserRecords(RecordKind::User, [&](std::string_view name, const UserRecord& record) {
-        seen.push_back(std::string(name) + "=" + record.Fullname.String());
+    EXPECT_TRUE(VisitUserRecords(RecordKind::User, [&](const StoredRecord& user) {
+        seen.push_back(user.Name + "=" + user.Record.Fullname.String());
         return seen.size() < 4;
     }));
     EXPECT_THAT(seen, ElementsAre("(default)=", "ANN=Ann", "bob=(x)", "ANN="));

@@ -234,10 +234,10 @@ TEST(UserRewrite, OfManyRecordsIsAsOneByOne) {
         for (auto count = random() % 5; count != 0; --count) added.push_back({AnyName(random), Plain("new")});
         // A default record that is added counts for those after it only when they come one by one.
         std::erase_if(added, [](const NamedRecord& one) { return IsDefaultName(one.Name); });
-        const auto mayUpdate = [&](std::string_view name, const UserRecord&) {
-            const auto isIt = [name](const NamedRecord& one) { return EqualFolded(one.Name, name); };
+        const auto mayUpdate = [&](const StoredRecord& user) {
+            const auto isIt = [&](const NamedRecord& one) { return EqualFolded(one.Name, user.Name); };
             const bool isNew = std::ranges::none_of(updated, isIt);
-            if (isNew && random() % 2 != 0) updated.push_back({std::string(name), Plain("changed")});
+            if (isNew && random() % 2 != 0) updated.push_back({user.Name, Plain("changed")});
             return true;
         };
         Put(before, [&] { return VisitUserRecords(kUser, mayUpdate); });

@@ -1,0 +1,118 @@
+#include "console/csv_import.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <optional>
+
+#include "console/dry_run.h"
+#include "console/interrupt.h"
+#include "ctlfile/reading.h"
+#include "platform/clock.h"
+#include "platform/drives.h"
+#include "shell/messages.h"
+
+namespace bv::console {
+namespace {
+
+constexpr std::int64_t kProgressInterval = 100; // milliseconds
+
+using Verdicts = std::vector<RowVerdict>;
+
+ImportCounts Planned(const Verdicts& verdicts) {
+    const auto count = [&](RowState state) {
+        return static_cast<std::size_t>(std::ranges::count(verdicts, state, &RowVerdict::State));
+    };
+    return {count(RowState::New), count(RowState::Replaces)};
+}
+
+// What is wrong, in the order of the file: with its form, then with its rows.
+std::vector<CsvFault> FaultsOf(const CsvTable& table, const Verdicts& verdicts) {
+    std::vector<CsvFault> faults = table.Faults;
+    for (std::size_t i = 0; i < verdicts.size(); ++i) {
+        if (verdicts[i].State != RowState::Wrong) continue;
+        for (const RowNote& note : verdicts[i].Notes) {
+            const CsvField& field = table.Rows[i][note.Column - 1];
+            faults.push_back({field.Line, field.Column, note.Text});
+        }
+    }
+    return faults;
+}
+
+// What a rehearsal shows before the differences of the files.
+void ShowPlan(const Session& session, const Verdicts& verdicts, std::string_view what) {
+    for (const auto& [state, name, notes] : verdicts) {
+        if (state == RowState::New) session.Streams.PrintNotice(FormatText("Would add %s %s\n", what, name));
+        if (state != RowState::Replaces) continue;
+        session.Streams.PrintNotice(FormatText("Would change %s %s\n", what, name));
+        for (const RowNote& note : notes) session.Streams.PrintNotice("    " + note.Text + '\n');
+    }
+}
+
+// Shows a person how far it is, now and then.
+class Progress {
+  public:
+    Progress(const Session& session, std::string_view what, std::size_t all)
+        : session_(session), what_(what), all_(all), isShown_(session.Streams.IsTerminal() && !session.DryRun) {}
+    ~Progress() {
+        if (lastShown_) session_.Streams.PrintNotice("\n");
+    }
+    Progress(const Progress&) = delete;
+    Progress& operator=(const Progress&) = delete;
+
+    void Show(std::size_t done) {
+        const std::int64_t now = platform::TheClock().Ticks();
+        if (!isShown_ || now - lastShown_.value_or(start_) < kProgressInterval) return;
+        session_.Streams.PrintNotice(FormatText("\rAdding %s %d of %d", what_, done + 1, all_));
+        lastShown_ = now;
+    }
+
+  private:
+    const Session& session_;
+    std::string_view what_;
+    std::size_t all_;
+    bool isShown_;
+    std::int64_t start_ = platform::TheClock().Ticks();
+    std::optional<std::int64_t> lastShown_;
+};
+
+bool Save(const Session& session, CsvImport& import, const ImportCounts& planned) {
+    ImportCounts saved;
+    {
+        const InterruptWatch watch;
+        Progress progress(session, import.EntryTitle(), planned.Added);
+        session.Speaker.SetStatusShown(false); // a dozen for each entry
+        saved = import.Apply([&](std::size_t done) {
+            progress.Show(done);
+            return !InterruptWatch::WasInterrupted();
+        });
+    }
+    session.Speaker.SetStatusShown(!session.DryRun);
+    if (saved == planned) {
+        ShowStatus("Added %d %s, changed %d", saved.Added, import.Title(), saved.Changed);
+    } else {
+        ShowStatus("Stopped: added %d of %d %s, changed %d of %d", saved.Added, planned.Added, import.Title(),
+                   saved.Changed, planned.Changed);
+    }
+    return saved == planned;
+}
+
+} // namespace
+
+int ImportFile(Session& session, const std::string& file, CsvImport& import) {
+    ControlStream stream = OpenForReading(platform::ToWindowsPath(file));
+    if (!stream) return kExitRefused;
+    const std::string_view text = stream.Rest();
+    if (!WasRead(stream)) return kExitRefused;
+
+    const CsvTable table = ReadCsvTable(text, import.Columns(), import.Title());
+    const auto verdicts = import.Check(table);
+    if (!verdicts) return kExitRefused;
+    const std::vector<CsvFault> faults = FaultsOf(table, *verdicts);
+    for (const auto& [line, column, why] : faults)
+        session.Streams.PrintNotice(FormatText("%s, line %d, column %d: %s\n", file, line, column, why));
+    if (!faults.empty()) return kExitRefused;
+    if (session.DryRun) ShowPlan(session, *verdicts, import.EntryTitle());
+    return Perform(session, [&] { return Save(session, import, Planned(*verdicts)); });
+}
+
+} // namespace bv::console

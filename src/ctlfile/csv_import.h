@@ -1,0 +1,59 @@
+// Taking a list's entries from a file of comma-separated values: what every face may ask before, and do.
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "ctlfile/csv.h"
+
+namespace bv {
+
+// What a row would do to the list.
+enum class RowState { New, Replaces, Same, Wrong };
+
+// Something to be said of one field of a row, which is named in the text.
+struct RowNote {
+    std::size_t Column = 0; // counted from 1
+    std::string Text;
+};
+
+struct RowVerdict {
+    RowState State = RowState::Same;
+    std::string Name;           // of the entry, as the list has it or will have it
+    std::vector<RowNote> Notes; // of a wrong row what is wrong, of one that replaces an entry what changes
+};
+
+struct ImportCounts {
+    std::size_t Added = 0;
+    std::size_t Changed = 0;
+    friend bool operator==(const ImportCounts&, const ImportCounts&) = default;
+};
+
+// Asked, with the number of entries that are done, whether to go on.
+using ImportProgress = std::function<bool(std::size_t done)>;
+
+class CsvImport {
+  public:
+    virtual ~CsvImport() = default;
+
+    // The entries in words, as in "users" and "user".
+    [[nodiscard]] virtual std::string_view Title() const = 0;
+    [[nodiscard]] virtual std::string_view EntryTitle() const = 0;
+
+    // The columns that a file may have; it must have the first one.
+    [[nodiscard]] virtual std::span<const std::string_view> Columns() const = 0;
+
+    // A verdict for each row, by the list as it is now; none, after a message, when that cannot be read.
+    virtual std::optional<std::vector<RowVerdict>> Check(const CsvTable& table) = 0;
+
+    // Puts the rows that were last checked, none of which may be wrong, into the list, and returns how many are in it.
+    // Fewer than there are: a message has said why, or the progress wanted to stop.
+    virtual ImportCounts Apply(const ImportProgress& goOn) = 0;
+};
+
+} // namespace bv
