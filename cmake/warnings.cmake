@@ -15,5 +15,5 @@ endif()
 if(BV_SANITIZE)
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
   add_link_options(-fsanitize=address,undefined)
-  add_compile_definitions(_GLIBCXX_DEBUG) # iterators and indexes are checked, and are no plain pointers
+  add_compile_definitions(_GLIBCXX_ASSERTIONS) # checked indexes; clang 14 does not take the checked iterators
 endif()
