@@ -26,8 +26,8 @@ bool IsDirectory(const std::string& path) {
     return info && info->IsDirectory;
 }
 
+// Makes one that was not there.
 bool CreateLevel(const std::string& path) {
-    if (IsDirectory(path)) return true;
     const FileError error = platform::Files().MakeDirectory(path);
     if (error == FileError::None) {
         ShowStatus("Created directory %s", path);
@@ -50,13 +50,17 @@ std::uint16_t CreateDirectoryPath(std::string_view path) {
         ShowError("Unable to create directory %s - drive not specified", path);
         return kDirectoryFailed;
     }
+    std::vector<std::string> levels;
     for (std::size_t at = root; at < path.size();) {
         const std::size_t name = path.find_first_not_of('\\', at);
         if (name == std::string_view::npos) break;
         at = std::min(path.find('\\', name), path.size());
-        if (!CreateLevel(std::string(path.substr(0, at)))) return kDirectoryFailed;
+        levels.emplace_back(path.substr(0, at));
     }
-    return 0;
+    // Those above one that is there are there, too.
+    const auto present = std::find_if(levels.rbegin(), levels.rend(), IsDirectory);
+    const bool isMade = std::all_of(present.base(), levels.end(), CreateLevel);
+    return isMade ? 0 : kDirectoryFailed;
 }
 
 std::vector<std::string> ListDirectoryFiles(const std::string& directory, std::string_view pattern) {
