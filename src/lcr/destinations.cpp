@@ -4,6 +4,7 @@
 #include <unordered_set>
 #include <utility>
 
+#include "ctlfile/whole_file.h"
 #include "lcr/destination_files.h"
 #include "lcr/text_file.h"
 #include "platform/ascii.h"

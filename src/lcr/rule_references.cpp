@@ -9,6 +9,7 @@
 #include "ctlfile/reader.h"
 #include "ctlfile/reading.h"
 #include "ctlfile/records.h"
+#include "ctlfile/whole_file.h"
 #include "lcr/links.h"
 #include "platform/ascii.h"
 #include "shell/messages.h"

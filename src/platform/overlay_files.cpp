@@ -51,9 +51,14 @@ std::string TrimmedDirectory(const std::string& path) { return path.substr(0, pa
 
 // Those of the things, which are sorted by their keys, that lie below a directory at any depth: "]" follows "\\".
 template <class Things>
-auto Below(const Things& things, const std::string& directoryKey) {
-    return std::ranges::subrange(things.lower_bound(directoryKey + '\\'), things.lower_bound(directoryKey + ']'));
-}
+struct Below {
+    typename Things::const_iterator First;
+    typename Things::const_iterator Last;
+    Below(const Things& things, const std::string& directoryKey)
+        : First(things.lower_bound(directoryKey + '\\')), Last(things.lower_bound(directoryKey + ']')) {}
+    auto begin() const { return First; }
+    auto end() const { return Last; }
+};
 
 // Every opening reads.
 bool DeniesTo(const OpenRequest& holder, const OpenRequest& other) {

@@ -144,8 +144,9 @@ Descriptor OpenRequested(const std::string& path, const OpenRequest& request) {
 
 // What stands for a file that is not there may be used as any new file.
 FileError TakeRightsOf(int descriptor, std::string_view path) {
-    const std::optional<std::string> host = ToHostPath(std::string(path));
-    const Descriptor other = OpenDescriptor(host.value_or(""), OpenFlags({}));
+    const HostPath host = ToHostPath(std::string(path));
+    if (!host) return host.Error;
+    const Descriptor other = OpenDescriptor(*host, OpenFlags({}));
     if (other.IsOpen()) {
         TakeRights(descriptor, other.Number());
         return FileError::None;
@@ -260,9 +261,9 @@ class PosixFileSystem final : public FileSystem {
     }
 
     FileError Replace(const std::string& from, const std::string& to) override {
-        const std::optional<std::string> host = ToHostPath(from);
-        const std::optional<std::string> oldHost = ToHostPath(to);
-        if (!host || !oldHost) return FileError::NotFound;
+        const HostPath host = ToHostPath(from);
+        const HostPath oldHost = ToHostPath(to);
+        if (!host || !oldHost) return host ? oldHost.Error : host.Error;
         const Descriptor descriptor = OpenDescriptor(*host, OpenFlags({}) | O_NOFOLLOW);
         if (!descriptor.IsOpen()) return LastError();
         const Descriptor old = OpenDescriptor(*oldHost, OpenFlags({}));
