@@ -19,7 +19,7 @@ TEST(FileGate, KeepsOutWhoReplacesTheFileAndWhoRewritesItInPlace) {
         const auto other = server.Files.Open(kGate, {platform::Access::ReadWrite, platform::Deny::ReadingAndWriting});
         EXPECT_FALSE(FileGate(kPath));
         EXPECT_EQ(server.Clock.Milliseconds, kGatePatience * 1000);
-        EXPECT_FALSE(UpdateControlFile(kPath, "[A]", "k:", "2"));
+        EXPECT_FALSE(UpdateControlFile(kPath, {"[A]", "k:", "2"}));
         EXPECT_EQ(server.Get(kPath), "[A]\r\nk: 1\r\n");
     }
     {
@@ -27,7 +27,7 @@ TEST(FileGate, KeepsOutWhoReplacesTheFileAndWhoRewritesItInPlace) {
         const FileGate again(kPath);
         EXPECT_TRUE(gate && again);
         EXPECT_EQ(server.Files.Open(kGate, {}).Error, platform::FileError::AccessDenied);
-        EXPECT_TRUE(UpdateControlFile(kPath, "[A]", "k:", "2")) << "the holder itself may";
+        EXPECT_TRUE(UpdateControlFile(kPath, {"[A]", "k:", "2"})) << "the holder itself may";
     }
     EXPECT_EQ(server.Get(kGate), "(none)");
 }
