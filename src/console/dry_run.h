@@ -13,7 +13,8 @@ namespace bv::console {
 // With --dry-run the action sees files that take its writing but keep it in memory, and starts no program. Then
 // prints a unified diff of each file that would have changed and the command line of each program that would have
 // been started; with --json {"changes": [{"path": PATH, "diff": TEXT}...], "starts": [TEXT...]}. In a diff, the CR of
-// a CR LF line end is not shown; a line that ends in LF alone is marked with "^J".
+// a CR LF line end is not shown; a line that ends in LF alone is marked with "^J". Passwords are shown as eight
+// asterisks unless they are to be revealed, with "(new)" behind one that was not there before.
 int Perform(const Session& session, const std::function<bool()>& action);
 
 } // namespace bv::console
