@@ -37,6 +37,7 @@ void AddGlobalOptions(CLI::App& program) {
     addFlag("--json", "Print results as one JSON document");
     addFlag("--yes", "Answer questions with Yes; else they are asked on a terminal, and answered No elsewhere");
     addFlag("--dry-run", "Write and start nothing; show what would change as a unified diff");
+    addFlag("--reveal", "Show passwords as they are stored; else eight asterisks stand for them");
 }
 
 void AddParameter(CLI::App& command, const Parameter& parameter) {
@@ -141,6 +142,7 @@ GlobalOptions GivenGlobals(const CLI::App& program) {
     global.Json = program.count("--json") > 0;
     global.Yes = program.count("--yes") > 0;
     global.DryRun = program.count("--dry-run") > 0;
+    global.Reveal = program.count("--reveal") > 0;
     return global;
 }
 

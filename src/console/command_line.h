@@ -23,6 +23,7 @@ struct GlobalOptions {
     bool Json = false;
     bool Yes = false;
     bool DryRun = false;
+    bool Reveal = false;
 };
 
 struct ParsedCommand {

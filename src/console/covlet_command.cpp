@@ -26,24 +26,15 @@ class TextList : public ListTarget {
     std::vector<std::string> Entries;
 };
 
-// A name or description that is too long for the catalogue; 0 or the exit status.
-int CheckLengths(const Session& session, const Arguments& arguments) {
-    if (arguments["NAME"].size() > ItemName::kLimit)
-        return session.Refuse("A name has at most " + std::to_string(ItemName::kLimit) + " characters");
-    if (arguments["DESCRIPTION"].size() > ItemDescription::kLimit)
-        return session.Refuse("A description has at most " + std::to_string(ItemDescription::kLimit) + " characters");
-    return 0;
-}
-
 // The entry of a name, as the catalogue writes it; none, after a message, when it is not there.
-std::optional<CatalogueEntry> FindEntry(const Session& session, ItemKind kind, const std::string& name) {
+std::optional<CatalogueEntry> FindEntry(ItemKind kind, const std::string& name) {
     TextList list;
     if (!ListCatalogue(kind, list)) return {};
     for (const std::string& text : list.Entries) {
         const CatalogueEntry entry = ParseEntryText(text);
         if (EqualFolded(entry.Name, name)) return entry;
     }
-    session.Streams.PrintNotice("There is no " + KindWord(kind) + ' ' + name + " in the catalogue\n");
+    ShowNotCatalogued(kind, name);
     return {};
 }
 
@@ -67,21 +58,21 @@ int Installable(Session& session, const Arguments&, ItemKind kind) {
 }
 
 int Add(Session& session, const Arguments& arguments, ItemKind kind) {
-    if (const int fault = CheckLengths(session, arguments)) return fault;
+    if (const auto fault = FaultOfItemName(arguments["NAME"])) return session.Refuse(*fault);
+    if (!CheckDescription(arguments["DESCRIPTION"])) return kExitRefused;
     CatalogueEntry entry = {arguments["NAME"], arguments["DESCRIPTION"]};
     if (!CheckNewItem(kind, entry.Name)) return kExitRefused;
     return Perform(session, [&] { return AddItem(kind, entry); });
 }
 
 int Rename(Session& session, const Arguments& arguments, ItemKind kind) {
-    if (const int fault = CheckLengths(session, arguments)) return fault;
-    const std::optional<CatalogueEntry> entry = FindEntry(session, kind, arguments["NAME"]);
+    const std::optional<CatalogueEntry> entry = FindEntry(kind, arguments["NAME"]);
     if (!entry) return kExitRefused;
     return Perform(session, [&] { return ChangeItem(kind, *entry, arguments["DESCRIPTION"]); });
 }
 
 int Delete(Session& session, const Arguments& arguments, ItemKind kind) {
-    const std::optional<CatalogueEntry> entry = FindEntry(session, kind, arguments["NAME"]);
+    const std::optional<CatalogueEntry> entry = FindEntry(kind, arguments["NAME"]);
     if (!entry) return kExitRefused;
     return Perform(session, [&] { return DeleteItem(kind, *entry); });
 }

@@ -1,4 +1,5 @@
 // The server's devices.
+#include <algorithm>
 #include <optional>
 
 #include "console/assignments.h"
@@ -10,7 +11,6 @@
 #include "devices/device_list.h"
 #include "devices/device_settings.h"
 #include "platform/ascii.h"
-#include "shell/format.h"
 #include "users/user_list.h"
 
 namespace bv::console {
@@ -60,20 +60,21 @@ int Enter(const Session& session, const Arguments& arguments, Device& device) {
     auto assignments = ReadAssignments(session, arguments, kAssignments);
     if (!assignments) return kExitWrongUsage;
     DropShown(*assignments, "Name", arguments["NAME"]);
-    for (const auto& [name, value] : *assignments) {
-        const DeviceKey* key = FindDeviceKey(device.Type, name);
-        if (key == nullptr)
-            return session.Refuse(
-                FormatText("%s: \"%s\" - %s devices have no such key", name, value, TypeWord(device.Type)));
-        if (const auto fault = key->Field.FaultOf(value)) return session.Refuse(*fault);
-        key->Field.Store(device.Settings, value);
-    }
-    return 0;
+    const auto isEntered = [&](const Assignment& given) { return EnterDeviceValue(device, given.Key, given.Value); };
+    return std::ranges::all_of(*assignments, isEntered) ? 0 : kExitRefused;
+}
+
+// The type that is asked for; none after a message.
+std::optional<DeviceType> GivenType(const Session& session, const Arguments& arguments) {
+    const std::optional<DeviceType> type = ParseDeviceType(arguments["TYPE"]);
+    if (!type)
+        session.Streams.PrintNotice("Type: \"" + arguments["TYPE"] + "\" is not FCLASS, GAMMA, BTROUT or PRINT\n");
+    return type;
 }
 
 int Add(Session& session, const Arguments& arguments) {
-    const std::optional<DeviceType> type = ParseDeviceType(arguments["TYPE"]);
-    if (!type) return session.Refuse("Type: \"" + arguments["TYPE"] + "\" is not FCLASS, GAMMA, BTROUT or PRINT");
+    const std::optional<DeviceType> type = GivenType(session, arguments);
+    if (!type) return kExitRefused;
     Device device = NewDevice(*type);
     if (const int fault = Enter(session, arguments, device)) return fault;
     const std::optional<DeviceName> name = NextDeviceName(arguments["STEM"]);
@@ -91,11 +92,18 @@ int Set(Session& session, const Arguments& arguments) {
     return Perform(session, [&] { return ChangeDevice(name, device); });
 }
 
+int Repair(Session& session, const Arguments& arguments) {
+    const std::optional<DeviceType> type = GivenType(session, arguments);
+    if (!type) return kExitRefused;
+    return Perform(session, [&] { return RepairDevice(UpperText(arguments["NAME"]), *type); });
+}
+
 int Delete(Session& session, const Arguments& arguments) {
     return Perform(session, [&] { return DeleteDevice(arguments["NAME"]); });
 }
 
 constexpr Parameter kName = {"NAME", "Name as listed, in any case"};
+constexpr Parameter kType = {"TYPE", "FCLASS (modem), GAMMA, BTROUT (boards) or PRINT (printer)"};
 
 constexpr Verb kVerbs[] = {
     {.Name = "list",
@@ -111,7 +119,7 @@ constexpr Verb kVerbs[] = {
     {.Name = "add",
      .Help = "Add a device under the first free number, and print its name",
      .Parameters = {{{"STEM", "The name without its number: MODEM makes MODEM-1 to MODEM-99"},
-                     {"TYPE", "FCLASS (modem), GAMMA, BTROUT (boards) or PRINT (printer)"},
+                     kType,
                      {kAssignments, "Keys and values as 'show' prints them; the others are a new device's",
                       ParameterKind::ZeroOrMore}}},
      .Example = "MODEM FCLASS 'Description=Second line' Port=COM2",
@@ -121,6 +129,11 @@ constexpr Verb kVerbs[] = {
      .Parameters = {{kName, {kAssignments, "Keys and values as 'show' prints them", ParameterKind::OneOrMore}}},
      .Example = "MODEM-1 RecdUser=RECEPT Speaker=ON",
      .Run = Located<Set>},
+    {.Name = "repair",
+     .Help = "Give a listed device that has no paragraph, or no type in it, a type and what else is missing",
+     .Parameters = {{kName, kType}},
+     .Example = "MODEM-1 FCLASS",
+     .Run = Located<Repair>},
     {.Name = "delete",
      .Help = "Take a device out of the lists; its settings stay in the file",
      .Parameters = {{kName}},

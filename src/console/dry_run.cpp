@@ -1,5 +1,6 @@
 #include "console/dry_run.h"
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -7,6 +8,8 @@
 #include <nlohmann/json.hpp>
 
 #include "console/output.h"
+#include "ctlfile/lines.h"
+#include "lcr/stored_passwords.h"
 #include "platform/overlay_files.h"
 #include "platform/processes.h"
 #include "shell/format.h"
@@ -45,12 +48,35 @@ Lines SplitLines(std::string_view text) {
     return lines;
 }
 
-// A line as the diff shows it.
-std::string ShownLine(char mark, std::string_view line) {
-    std::string shown(1, mark);
-    if (line.ends_with("\r\n")) return shown.append(line.substr(0, line.size() - 2)) + '\n';
-    if (line.ends_with('\n')) return shown.append(line.substr(0, line.size() - 1)) + "^J\n";
-    return shown.append(line) + "\n\\ No newline at end of file\n";
+// A line as the diff shows it, with its mark and without its line end.
+std::string ShownText(const Session& session, const Lines& removed, char mark, const std::string& line) {
+    const std::string text = line.substr(0, line.find_last_not_of("\r\n") + 1);
+    if (session.Reveal || !FindPassword(text)) return mark + text;
+    const auto isSame = [&](const std::string& other) { return CleanLine(other) == CleanLine(line); };
+    const bool isNew = mark == '+' && std::ranges::none_of(removed, isSame);
+    return mark + WithMaskedPassword(text) + (isNew ? " (new)" : "");
+}
+
+// The same with its line end.
+std::string ShownLine(const Session& session, const Lines& removed, char mark, const std::string& line) {
+    const std::string text = ShownText(session, removed, mark, line);
+    if (line.ends_with("\r\n")) return text + '\n';
+    if (line.ends_with('\n')) return text + "^J\n";
+    return text + "\n\\ No newline at end of file\n";
+}
+
+std::string ShownHunk(const Session& session, const dtl::uniHunk<std::pair<std::string, dtl::elemInfo>>& hunk) {
+    Lines removed;
+    for (const auto& [line, where] : hunk.change)
+        if (where.type == dtl::SES_DELETE) removed.push_back(line);
+    std::string text = FormatText("@@ -%d,%d +%d,%d @@\n", hunk.a, hunk.b, hunk.c, hunk.d);
+    for (const auto* part : {&hunk.common[0], &hunk.change, &hunk.common[1]}) {
+        for (const auto& [line, where] : *part) {
+            const char mark = where.type == dtl::SES_ADD ? '+' : where.type == dtl::SES_DELETE ? '-' : ' ';
+            text += ShownLine(session, removed, mark, line);
+        }
+    }
+    return text;
 }
 
 void PrintRehearsal(const Session& session, const std::vector<platform::OverlayFiles::Change>& changes,
@@ -58,7 +84,7 @@ void PrintRehearsal(const Session& session, const std::vector<platform::OverlayF
     nlohmann::ordered_json document = {{"changes", nlohmann::ordered_json::array()},
                                        {"starts", nlohmann::ordered_json::array()}};
     for (const auto& change : changes) {
-        const std::string diff = UnifiedDiff(change.Path, change.Before.value_or(""), change.After.value_or(""));
+        const std::string diff = UnifiedDiff(session, change.Path, change.Before.value_or(""), change.After.value_or(""));
         if (!session.Json) session.Streams.PrintResult(diff);
         document["changes"].push_back({{"path", Utf8Text(change.Path)}, {"diff", Utf8Text(diff)}});
     }
@@ -84,18 +110,13 @@ int Rehearse(const Session& session, const std::function<bool()>& action) {
 
 } // namespace
 
-std::string UnifiedDiff(const std::string& path, std::string_view before, std::string_view after) {
+std::string UnifiedDiff(const Session& session, const std::string& path, std::string_view before,
+                        std::string_view after) {
     dtl::Diff<std::string, Lines> diff(SplitLines(before), SplitLines(after));
     diff.compose();
     diff.composeUnifiedHunks();
-
     std::string text = "--- " + path + "\n+++ " + path + '\n';
-    for (const auto& hunk : diff.getUniHunks()) {
-        text += FormatText("@@ -%d,%d +%d,%d @@\n", hunk.a, hunk.b, hunk.c, hunk.d);
-        for (const auto* part : {&hunk.common[0], &hunk.change, &hunk.common[1]})
-            for (const auto& [line, where] : *part)
-                text += ShownLine(where.type == dtl::SES_ADD ? '+' : where.type == dtl::SES_DELETE ? '-' : ' ', line);
-    }
+    for (const auto& hunk : diff.getUniHunks()) text += ShownHunk(session, hunk);
     return text;
 }
 

@@ -3,12 +3,16 @@
 #include "console/commands.h"
 #include "console/dry_run.h"
 #include "console/output.h"
+#include "console/password_input.h"
+#include "ctlfile/key_fields.h"
 #include "ctlfile/lines.h"
 #include "ctlfile/reader.h"
 #include "ctlfile/reading.h"
 #include "ctlfile/rewriter.h"
+#include "lcr/stored_passwords.h"
 #include "platform/ascii.h"
 #include "platform/drives.h"
+#include "shell/format.h"
 #include "shell/messages.h"
 
 namespace bv::console {
@@ -44,7 +48,10 @@ std::optional<std::string> FaultOfKey(const std::string& key) {
 
 // Why readers would not give the value back as it is; none when they would.
 std::optional<std::string> FaultOfValue(std::string_view key, std::string_view value) {
-    if (TrimBlanks(value) != value) return "Readers would lose the blank that VALUE begins or ends with";
+    if (TrimBlanks(value) != value)
+        return FormatText("Readers would lose the blank that VALUE \"%s\" begins or ends with", value);
+    if (value == kPasswordMark && IsPasswordKey(key.substr(0, key.size() - 1)))
+        return FillMessage(9110, key.substr(0, key.size() - 1));
     if (KeyedLine(key, value).size() > kMaxLine)
         return "A line holds at most " + std::to_string(kMaxLine) + " characters: readers would lose the end of VALUE";
     return {};
@@ -78,6 +85,11 @@ struct PartedLine {
     Value Content;
 };
 
+// The line as it is shown.
+std::string ShownLine(const Session& session, std::string_view line) {
+    return session.Reveal ? std::string(line) : WithMaskedPassword(line);
+}
+
 PartedLine PartLine(std::string_view line) {
     const std::size_t separator = line.find_first_of(":=");
     if (separator == std::string_view::npos) return {std::string(line), {}};
@@ -104,8 +116,8 @@ int ListLines(Session& session, const Arguments& arguments) {
     std::vector<std::string> lines;
     std::vector<Record> records;
     while (found && FindKeyLine(stream, {}, line)) {
-        lines.push_back(line.String());
-        const PartedLine parted = PartLine(line);
+        lines.push_back(ShownLine(session, line));
+        const PartedLine parted = PartLine(lines.back());
         records.push_back({{"key", parted.Key}, {"value", parted.Content}});
     }
     if (!WasRead(stream)) return kExitRefused;
@@ -150,10 +162,11 @@ int Get(Session& session, const Arguments& arguments) {
     if (const int fault = ReadTarget(session, arguments, target)) return fault;
     ControlLine line;
     if (const int fault = RequireFound(session, target, Find(target, line))) return fault;
+    const std::string shown = ShownLine(session, line);
     if (session.Json)
-        PrintRecord(session, {{PartLine(line).Key, ValueText(line)}});
+        PrintRecord(session, {{PartLine(shown).Key, ValueText(shown)}});
     else
-        PrintLines(session, {ValueText(line)});
+        PrintLines(session, {ValueText(shown)});
     return kExitDone;
 }
 
@@ -173,6 +186,7 @@ int Set(Session& session, const Arguments& arguments) {
     if (const int fault = ReadTarget(session, arguments, target)) return fault;
     const std::string& value = arguments["VALUE"];
     if (const std::optional<std::string> fault = FaultOfValue(target.Key, value)) return session.Refuse(*fault);
+    WarnOfTypedPassword(session, target.Key.substr(0, target.Key.size() - 1), value);
     if (!OpenForReading(target.Path)) return kExitRefused;
     const Placing placing = arguments.Has("--append") ? Placing::Append : Placing::InPlace;
     return Perform(session, [&] { return Rewrite(target.Path, {target.Header, target.Key, value, placing}); });

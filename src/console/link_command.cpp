@@ -7,6 +7,7 @@
 #include "console/dry_run.h"
 #include "console/entering.h"
 #include "console/located.h"
+#include "console/password_input.h"
 #include "lcr/edit_lock.h"
 #include "lcr/link_actions.h"
 #include "shell/messages.h"
@@ -15,7 +16,7 @@ namespace bv::console {
 namespace {
 
 constexpr std::string_view kAssignments = "KEY=VALUE";
-constexpr std::string_view kReveal = "--reveal";
+constexpr std::string_view kAssignmentsHelp = "Keys and values as 'show' prints them";
 
 LinkTable::iterator FindLink(LinkTable& links, std::string_view identifier) {
     return std::ranges::find_if(links,
@@ -42,7 +43,7 @@ int Show(Session& session, const Arguments& arguments) {
     if (!ReadLinks(links)) return kExitRefused;
     const auto link = FindLink(links, arguments["ID"]);
     if (link == links.end()) return session.Refuse(NoSuchLink(arguments));
-    PrintRecord(session, ShownValues(LinkSettings(), *link, arguments.Has(kReveal)));
+    PrintRecord(session, ShownValues(LinkSettings(), *link, session.Reveal));
     return kExitDone;
 }
 
@@ -75,7 +76,7 @@ bool IsGood(const Session& session, const std::vector<Assignment>& values, const
 }
 
 int Add(Session& session, const Arguments& arguments) {
-    auto values = ReadAssignments(session, arguments, kAssignments);
+    auto values = ReadSettings(session, arguments, kAssignments, PasswordKey(LinkSettings()));
     if (!values) return kExitWrongUsage;
     values->insert(values->begin(), {"RemoteServerID", arguments["ID"]});
     return Edit(session, [&](LinkTable& links, const RouterSettings& router) {
@@ -89,7 +90,7 @@ int Add(Session& session, const Arguments& arguments) {
 }
 
 int Set(Session& session, const Arguments& arguments) {
-    const auto values = ReadAssignments(session, arguments, kAssignments);
+    const auto values = ReadChanges(session, arguments, kAssignments, PasswordKey(LinkSettings()));
     if (!values) return kExitWrongUsage;
     return Edit(session, [&](LinkTable& links, const RouterSettings& router) {
         const auto link = FindLink(links, arguments["ID"]);
@@ -121,18 +122,18 @@ constexpr Verb kVerbs[] = {
     {.Name = "list", .Help = "List the links with their types and addresses", .Run = Located<List>},
     {.Name = "show",
      .Help = "Show every setting of a link",
-     .Parameters = {{kId, {kReveal, "Also the password", ParameterKind::Flag}}},
+     .Parameters = {{kId}},
      .Example = "LONDON",
      .Run = Located<Show>},
     {.Name = "add",
      .Help = "Add a link",
-     .Parameters = {{kId, {kAssignments, "Keys and values as 'show' prints them", ParameterKind::ZeroOrMore}}},
+     .Parameters = {{kId, kPasswordFlag, {kAssignments, kAssignmentsHelp, ParameterKind::ZeroOrMore}}},
      .Example = "LONDON LinkType=WAN 'RemoteServerAddress=\\\\city\\LCRIN' BrivaneAccountName=ROUTER "
                 "RejectHigherPriorityMsg=NO",
      .Run = Located<Add>},
     {.Name = "set",
      .Help = "Change settings of a link; one with another identifier is a new link",
-     .Parameters = {{kId, {kAssignments, "Keys and values as 'show' prints them", ParameterKind::OneOrMore}}},
+     .Parameters = {{kId, kPasswordFlag, {kAssignments, kAssignmentsHelp, ParameterKind::ZeroOrMore}}},
      .Example = "LONDON LinkDelay=01:30",
      .Run = Located<Set>},
     {.Name = "delete", .Help = "Delete a link", .Parameters = {{kId}}, .Example = "LONDON", .Run = Located<Delete>},

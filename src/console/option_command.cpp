@@ -7,12 +7,12 @@
 #include "console/dry_run.h"
 #include "console/located.h"
 #include "console/output.h"
+#include "console/password_input.h"
 #include "ctlfile/lines.h"
 #include "options/server_options.h"
 #include "options/telephone_types.h"
 #include "platform/ascii.h"
 #include "shell/format.h"
-#include "shell/messages.h"
 
 namespace bv::console {
 namespace {
@@ -20,7 +20,6 @@ namespace {
 constexpr std::string_view kPath = "PARAGRAPH/KEY";
 constexpr std::string_view kAssignments = "PARAGRAPH/KEY=VALUE";
 constexpr std::string_view kTypeAssignments = "TYPE=DESCRIPTION";
-constexpr std::string_view kReveal = "--reveal";
 
 struct Loaded {
     ServerOptions Options;
@@ -50,10 +49,16 @@ const OptionKey* FindOption(const Session& session, std::string_view path) {
     return key;
 }
 
-std::string ShownValue(const OptionKey& key, const ServerOptions& options, const Arguments& arguments) {
+std::string ShownValue(const Session& session, const OptionKey& key, const ServerOptions& options) {
     const std::string value = key.Field.Text(options);
-    const bool isHidden = key.Trait == OptionKey::Traits::Secret && !arguments.Has(kReveal);
-    return isHidden && !value.empty() ? "********" : value;
+    return session.Reveal ? value : ShownText(key.Field.Rule, value);
+}
+
+// The password among the options, as 'list' prints it.
+std::string PasswordPath() {
+    const auto key =
+        std::ranges::find_if(OptionKeys(), [](const OptionKey& one) { return one.Field.Rule.IsPassword(); });
+    return FormatText("%s/%s", BareName(key->Paragraph), key->Field.Name());
 }
 
 int List(Session& session, const Arguments& arguments) {
@@ -68,7 +73,7 @@ int List(Session& session, const Arguments& arguments) {
     std::vector<Record> records;
     for (const OptionKey& key : OptionKeys()) {
         if (!isWanted(key)) continue;
-        const std::string value = ShownValue(key, loaded.Options, arguments);
+        const std::string value = ShownValue(session, key, loaded.Options);
         const bool isSet = StoredValueOf(loaded.Saved, key).has_value();
         const std::string paragraph(BareName(key.Paragraph));
         const std::string name(key.Field.Name());
@@ -85,7 +90,7 @@ int Get(Session& session, const Arguments& arguments) {
     const OptionKey* key = FindOption(session, arguments[kPath]);
     Loaded loaded;
     if (key == nullptr || !Load(session, loaded)) return kExitRefused;
-    const std::string value = ShownValue(*key, loaded.Options, arguments);
+    const std::string value = ShownValue(session, *key, loaded.Options);
     if (session.Json)
         PrintRecord(session, {{std::string(key->Field.Name()), value}});
     else
@@ -94,17 +99,13 @@ int Get(Session& session, const Arguments& arguments) {
 }
 
 int Set(Session& session, const Arguments& arguments) {
-    const auto assignments = ReadAssignments(session, arguments, kAssignments);
+    const auto assignments = ReadChanges(session, arguments, kAssignments, PasswordPath());
     if (!assignments) return kExitWrongUsage;
     Loaded loaded;
     if (!Load(session, loaded)) return kExitRefused;
     for (const auto& [path, value] : *assignments) {
         const OptionKey* key = FindOption(session, path);
-        if (key == nullptr) return kExitRefused;
-        if (key->Trait == OptionKey::Traits::OnlyRead)
-            return session.Refuse(path + " is the server's own and is only read");
-        if (const auto fault = key->Field.FaultOf(value)) return session.Refuse(*fault);
-        key->Field.Store(loaded.Options, value);
+        if (key == nullptr || !EnterOption(*key, value, loaded.Options)) return kExitRefused;
     }
     return Perform(session, [&] { return SaveServerOptions(loaded.Options, loaded.Saved); });
 }
@@ -119,73 +120,33 @@ int ListTypes(Session& session, const Arguments&) {
     return isWhole ? kExitDone : kExitRefused;
 }
 
-// The code of a word that comes back as the same type; none, after a message, for any other word.
-std::optional<TelephoneTypeCode> KeptType(const Session& session, std::string_view word) {
-    const auto code = ParseTelephoneType(word);
-    if (!code) {
-        session.Streams.PrintNotice(FormatText("%s is not Local, National1 to National9 or International2 to "
-                                               "International9\n",
-                                               word));
-        return {};
-    }
-    const std::string written = TelephoneTypeWord(*code);
-    const auto readBack = ParseTelephoneType(written);
-    const bool isKept = readBack == code && (EqualFolded(written, word) || EqualFolded(word, "National"));
-    if (isKept) return code;
-    session.Streams.PrintNotice(
-        FormatText("%s cannot be kept: %s would come back\n", word, TelephoneTypeWord(readBack.value_or(*code))));
-    return {};
-}
-
-// The writer's words are not all read as they were meant; a rewrite of the list changes such entries.
-void WarnOfShifts(const TelephoneTypes& types) {
-    for (const TelephoneType& type : types) {
-        const std::string written = TelephoneTypeWord(type.Code);
-        const auto readBack = ParseTelephoneType(written);
-        if (readBack == type.Code) continue;
-        ShowWarning("%s \"%s\" will be read as %s from now on", written, type.Description.View(),
-                    TelephoneTypeWord(readBack.value_or(type.Code)));
-    }
-}
-
 int SetTypes(Session& session, const Arguments& arguments) {
     const auto assignments = ReadAssignments(session, arguments, kTypeAssignments);
     if (!assignments) return kExitWrongUsage;
     TelephoneTypes before;
     if (!LoadTelephoneTypes(before)) return kExitRefused;
     TelephoneTypes types = before;
-    for (const auto& [word, description] : *assignments) {
-        const auto code = KeptType(session, word);
-        if (!code) return kExitRefused;
-        if (const auto fault = FaultOfTypeDescription(description)) return session.Refuse(*fault);
-        const auto known = std::ranges::find(types, *code, &TelephoneType::Code);
-        if (known != types.end())
-            known->Description = description;
-        else
-            types.push_back({*code, description});
-    }
-    if (types.size() > kMaxTelephoneTypes)
-        return session.Refuse(FormatText("There can be at most %d telephone-number types", kMaxTelephoneTypes));
-    if (types != before) WarnOfShifts(types);
+    std::vector<TypeDescription> descriptions;
+    for (const auto& [word, description] : *assignments) descriptions.push_back({word, description});
+    if (!DescribeTelephoneTypes(descriptions, types)) return kExitRefused;
     return Perform(session, [&] { return SaveTelephoneTypes(types, before); });
 }
-
-constexpr Parameter kRevealFlag = {kReveal, "Show passwords as they are stored", ParameterKind::Flag};
 
 constexpr Verb kVerbs[] = {
     {.Name = "list",
      .Help = "List the options with their values, and whether each is set or has its default as it is not there",
-     .Parameters = {{{"PARAGRAPH", "Only the options of a paragraph", ParameterKind::Optional}, kRevealFlag}},
+     .Parameters = {{{"PARAGRAPH", "Only the options of a paragraph", ParameterKind::Optional}}},
      .Example = "QUEUEMAN",
      .Run = Located<List>},
     {.Name = "get",
      .Help = "Show the value that is in force",
-     .Parameters = {{{kPath, "Paragraph and key as 'list' prints them"}, kRevealFlag}},
+     .Parameters = {{{kPath, "Paragraph and key as 'list' prints them"}}},
      .Example = "QUEUEMAN/SendTries",
      .Run = Located<Get>},
     {.Name = "set",
      .Help = "Set options; those that are not in the file yet are written, too",
-     .Parameters = {{{kAssignments, "Options and values as 'list' prints them", ParameterKind::OneOrMore}}},
+     .Parameters = {{kPasswordFlag,
+                     {kAssignments, "Options and values as 'list' prints them", ParameterKind::ZeroOrMore}}},
      .Example = "QUEUEMAN/SendTries=3 WORKSTATION/ChargeCode=OPTIONAL",
      .Run = Located<Set>},
     {.Name = "telnum list",

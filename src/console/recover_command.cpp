@@ -11,7 +11,7 @@ namespace {
 int Recover(Session& session, const Arguments& arguments) {
     const std::string path = platform::ToWindowsPath(arguments["FILE"]);
     const auto agrees = [&](const Leftover& leftover, std::string_view text) {
-        const std::string diff = UnifiedDiff(path, text, leftover.Text);
+        const std::string diff = UnifiedDiff(session, path, text, leftover.Text);
         if (!session.DryRun && !session.Json) session.Streams.PrintResult(diff);
         if (!session.DryRun && session.Json) session.Streams.PrintNotice(diff);
         const bool isAsked = session.Streams.IsTerminal() || leftover.IsCutOff();

@@ -5,6 +5,7 @@
 #include "console/dry_run.h"
 #include "console/entering.h"
 #include "console/located.h"
+#include "console/password_input.h"
 #include "lcr/edit_lock.h"
 #include "platform/drives.h"
 
@@ -12,16 +13,15 @@ namespace bv::console {
 namespace {
 
 constexpr std::string_view kAssignments = "KEY=VALUE";
-constexpr std::string_view kReveal = "--reveal";
 
-int Show(Session& session, const Arguments& arguments) {
+int Show(Session& session, const Arguments&) {
     RouterSettings settings;
     switch (ReadRouterSettings(settings)) {
     case RouterReading::Failed: return kExitRefused;
     case RouterReading::NotConfigured: return session.Refuse("The general settings of routing are not configured");
     case RouterReading::Done: break;
     }
-    PrintRecord(session, ShownValues(RouterKeys(), settings, arguments.Has(kReveal)));
+    PrintRecord(session, ShownValues(RouterKeys(), settings, session.Reveal));
     return kExitDone;
 }
 
@@ -43,7 +43,7 @@ bool Change(const Session& session, const std::vector<Assignment>& values, Route
 }
 
 int Set(Session& session, const Arguments& arguments) {
-    const auto values = ReadAssignments(session, arguments, kAssignments);
+    const auto values = ReadChanges(session, arguments, kAssignments, PasswordKey(RouterKeys()));
     if (!values) return kExitWrongUsage;
     return Perform(session, [&] {
         return RunLcrEditor([&] {
@@ -60,11 +60,11 @@ int TestInbox(Session& session, const Arguments& arguments) {
 constexpr Verb kVerbs[] = {
     {.Name = "show",
      .Help = "Show this server's name and how faxes come to it from other servers",
-     .Parameters = {{{kReveal, "Also the login parameters, which may hold a password", ParameterKind::Flag}}},
      .Run = Located<Show>},
     {.Name = "set",
      .Help = "Change these settings; an account or a directory given enables its kind of link",
-     .Parameters = {{{kAssignments, "Keys and values as 'show' prints them", ParameterKind::OneOrMore}}},
+     .Parameters = {{kPasswordFlag,
+                     {kAssignments, "Keys and values as 'show' prints them", ParameterKind::ZeroOrMore}}},
      .Example = "LocalServerID=LONDON 'WanInboxDirectory=\\\\here\\LCRIN' WanInboxPollFreq=00:05",
      .Run = Located<Set>},
     {.Name = "test-inbox",

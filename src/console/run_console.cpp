@@ -4,6 +4,7 @@
 #include "console/console.h"
 #include "console/session.h"
 #include "ctlfile/leftover.h"
+#include "ctlfile/open_retry.h"
 #include "ctlfile/paths.h"
 #include "platform/ascii.h"
 #include "platform/drives.h"
@@ -12,6 +13,9 @@
 
 namespace bv::console {
 namespace {
+
+// Seconds that a command waits for a file which another program holds, however often it opens it.
+constexpr int kPatience = 10;
 
 bool HasControlCharacter(std::string_view text) {
     return std::ranges::any_of(text, [](char c) { return (c >= 0 && c < ' ') || c == '\x7F'; });
@@ -74,7 +78,8 @@ Answering AnsweringOf(const GlobalOptions& global) {
 int Run(const ParsedCommand& command, Console& console) {
     ConsoleFront front(console, AnsweringOf(command.Global));
     const UseFront installed(front);
-    Session session{console, front, command.Global.Json, command.Global.DryRun};
+    const SharedPatience patience(kPatience);
+    Session session{console, front, command.Global.Json, command.Global.DryRun, command.Global.Reveal};
     if (const int fault = CheckTexts(session, command)) return fault;
     if (const int fault = MapDrives(session, command.Global)) return fault;
     if (const int fault = UseIniDirectory(session, command.Global)) return fault;

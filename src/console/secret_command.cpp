@@ -3,6 +3,7 @@
 
 #include "console/commands.h"
 #include "console/output.h"
+#include "console/password_input.h"
 #include "ctlfile/scramble.h"
 #include "shell/messages.h"
 
@@ -20,23 +21,14 @@ std::optional<std::size_t> Letters(const std::string& text) {
     return letters;
 }
 
-// The line on standard input, asked for when a person is there to type it.
-std::optional<std::string> AskText(Console& console) {
-    if (!console.IsTerminal()) return console.ReadLine();
-    console.PrintNotice("Text to scramble: ");
-    std::optional<std::string> text = console.ReadHiddenLine();
-    console.PrintNotice("\n");
-    return text;
-}
-
 int Scramble(Session& session, const Arguments& arguments) {
     std::optional<std::size_t> letters;
     if (arguments.Has("--size")) {
         letters = Letters(arguments["--size"]);
         if (!letters) return session.WrongUsage("--size is an even number from 2 to " + std::to_string(kMaxLetters));
     }
-    const std::optional<std::string> text = AskText(session.Streams);
-    if (!text) return session.WrongUsage("The text to scramble is a line of standard input");
+    const std::optional<std::string> text = ReadOnlyLine(session, "Text to scramble", "The text to scramble");
+    if (!text) return kExitWrongUsage;
 
     const auto scrambled = letters ? ScrambleText(*text, *letters + 2) : ScrambleForPage(*text);
     if (!scrambled) {

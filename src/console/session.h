@@ -14,6 +14,7 @@ struct Session {
     ConsoleFront& Speaker; // the installed front
     bool Json = false;     // results as one JSON document
     bool DryRun = false;   // write and start nothing, show what would be
+    bool Reveal = false;   // show passwords
 
     // Says why the command is refused, in one line; returns the exit status.
     [[nodiscard]] int Refuse(std::string_view reason) const { return Say(reason, kExitRefused); }

@@ -141,20 +141,25 @@ bool IsEntryOf(std::string_view rawLine, std::string_view name) {
     return BeginsWith(rawLine, kFileKey) && EqualFolded(NameOn(CleanLine(rawLine)), name);
 }
 
-// The catalogue with the lines of an entry replaced, or removed without a new line, and every line cleaned.
-std::string WithChangedEntry(std::string_view text, std::string_view name, std::optional<std::string_view> newLine) {
+// The catalogue with the lines of an entry replaced, or removed without a new line, and every line cleaned; none when
+// it has no such entry.
+std::optional<std::string> WithChangedEntry(std::string_view text, std::string_view name,
+                                            std::optional<std::string_view> newLine) {
     std::string changed;
     bool inParagraph = false;
+    bool isThere = false;
     while (!text.empty()) {
         const std::string_view line = TakeLine(text);
         if (IsParagraphLine(line)) inParagraph = EqualFolded(CleanLine(line), kParagraph);
-        if (!inParagraph || !IsEntryOf(line, name)) {
+        const bool isIts = inParagraph && IsEntryOf(line, name);
+        isThere = isThere || isIts;
+        if (!isIts) {
             AppendLine(changed, line);
         } else if (newLine) {
             AppendLine(changed, *newLine);
         }
     }
-    return changed;
+    return isThere ? std::optional(std::move(changed)) : std::nullopt;
 }
 
 bool Replace(Rewrite& rewrite, std::string_view newText) {
@@ -168,8 +173,14 @@ bool RewriteEntry(ItemKind kind, std::string_view name, std::optional<std::strin
         ShowError(413, rewrite.Fault() == Rewrite::Problem::Temporary ? rewrite.TemporaryName() : path);
         return false;
     }
+    const std::optional<std::string> changed = WithChangedEntry(rewrite.Control.Rest(), name, newLine);
+    if (!changed && !rewrite.Control.Failed()) {
+        rewrite.Finish();
+        ShowNotCatalogued(kind, name);
+        return false;
+    }
     ShowStatus(470, path);
-    if (!Replace(rewrite, WithChangedEntry(rewrite.Control.Rest(), name, newLine))) {
+    if (!changed || !Replace(rewrite, *changed)) {
         ShowError(5000, path);
         return false;
     }
@@ -217,6 +228,7 @@ bool ListInstallable(ItemKind kind, ListTarget& list) {
         const std::string extension = UpperText(std::string_view(file).substr(dot));
         if (std::ranges::find(facts.InstallableExtensions, extension) == facts.InstallableExtensions.end()) continue;
         const std::string name = file.substr(0, dot);
+        if (FaultOfItemName(name)) continue;
         if (!catalogued.contains(UpperText(name)) && !list.Contains(name)) list.Add(name);
     }
     return true;
@@ -262,16 +274,39 @@ bool CheckItemName(ItemKind kind, std::string_view name) {
     return false;
 }
 
+std::optional<std::string> FaultOfItemName(std::string_view name) {
+    const std::string_view fileFault = platform::FaultOfFileName(name);
+    const std::pair<bool, std::string_view> faults[] = {
+        {name.find_first_of("\\/:") != std::string_view::npos,
+         "a name is that of a file in the directory, without its path"},
+        {std::ranges::any_of(name, IsControl) || name.find_first_of(" ,\"") != std::string_view::npos,
+         "the catalogue keeps no name with a blank, a comma or a quote"},
+        {name.size() > kAddedNameLength, "the catalogue keeps names of at most 8 characters"},
+        {!fileFault.empty(), fileFault},
+    };
+    for (const auto& [isFault, reason] : faults)
+        if (isFault) return FormatText("Name: \"%s\" - %s.", CleanLine(name), reason);
+    return {};
+}
+
 bool CheckNewItem(ItemKind kind, ItemName& name) {
     name = UpperText(name);
     if (name.IsEmpty()) {
         ShowError(FactsOf(kind).NoName);
         return false;
     }
-    return CheckItemName(kind, name) && CheckItemFiles(kind, name) && CheckNotInstalled(kind, name);
+    if (const auto fault = FaultOfItemName(name)) {
+        ShowError("%s", *fault);
+        return false;
+    }
+    return CheckItemFiles(kind, name) && CheckNotInstalled(kind, name);
 }
 
 bool CheckDescription(std::string_view description) {
+    if (description.size() > ItemDescription::kLimit) {
+        ShowError("A description has at most %d characters", ItemDescription::kLimit);
+        return false;
+    }
     if (description.find('"') == std::string_view::npos) return true;
     ShowError("A description cannot contain a double quote");
     return false;
@@ -291,6 +326,10 @@ bool AddCatalogueEntry(ItemKind kind, std::string_view name, std::string_view de
     if (Replace(rewrite, WithNewEntry(rewrite.Control.Rest(), name, description))) return true;
     ShowError(5016);
     return false;
+}
+
+void ShowNotCatalogued(ItemKind kind, std::string_view name) {
+    ShowError("There is no %s %s in the catalogue", KindWord(kind), name);
 }
 
 bool ChangeCatalogueEntry(ItemKind kind, std::string_view name, std::string_view description) {

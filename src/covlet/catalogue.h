@@ -36,8 +36,9 @@ CatalogueEntry ParseEntryText(std::string_view text);
 // or read.
 bool ListCatalogue(ItemKind kind, ListTarget& list);
 
-// Adds to the list the names of the kind's files that can be installed (*.EPN, or *.G3F and *.G3N) and are neither in
-// the catalogue nor in the list. False, with nothing added, after 413 or 9011: the catalogue cannot be read.
+// Adds to the list the names of the kind's files that can be installed (*.EPN, or *.G3F and *.G3N), that the catalogue
+// can keep and that are neither in it nor in the list. False, with nothing added, after 413 or 9011: the catalogue cannot
+// be read.
 bool ListInstallable(ItemKind kind, ListTarget& list);
 
 // Whether there is an entry of that name; no, after 9011, when the catalogue cannot be read to its end.
@@ -55,11 +56,16 @@ bool CheckNotInstalled(ItemKind kind, std::string_view name);
 // False, after showing 9104, when no file can have the item's name.
 bool CheckItemName(ItemKind kind, std::string_view name);
 
+// Why an item cannot be added under the name, in a sentence: it is no file's name, or readers of the catalogue would
+// make another of it. None when it can, and for no name.
+std::optional<std::string> FaultOfItemName(std::string_view name);
+
 // What an add box does on OK with the typed name, upper-cased by the call: it must not be empty (5148 or 5147), be one
-// that files can have, have files and not be installed. False after the message.
+// that can be kept (FaultOfItemName), have files and not be installed. False after the message.
 bool CheckNewItem(ItemKind kind, ItemName& name);
 
-// False, after a message, for a description with a double quote: readers would lose what follows it.
+// False, after a message, for a description of over 50 characters or with a double quote: readers would lose what
+// follows it.
 bool CheckDescription(std::string_view description);
 
 // Inserts an entry before the first line below "[DIRECTORY]" whose name is greater, or at the end of the file, which
@@ -67,8 +73,11 @@ bool CheckDescription(std::string_view description);
 // The name is cut or padded to 8 characters. False after 413 (catalogue), 5015 (temporary) or 5016 (rewrite).
 bool AddCatalogueEntry(ItemKind kind, std::string_view name, std::string_view description);
 
+// Says that there is no such entry.
+void ShowNotCatalogued(ItemKind kind, std::string_view name);
+
 // Replaces the description of every entry with that name, or deletes them; the file's lines are cleaned on the way.
-// True also when there is no such entry. False after 413 or 5000.
+// False after 413 or 5000, or, with nothing written, when there is no such entry.
 bool ChangeCatalogueEntry(ItemKind kind, std::string_view name, std::string_view description);
 bool DeleteCatalogueEntry(ItemKind kind, std::string_view name);
 

@@ -3,8 +3,10 @@
 #include <algorithm>
 
 #include "ctlfile/lines.h"
+#include "ctlfile/scramble.h"
 #include "platform/ascii.h"
 #include "shell/format.h"
+#include "shell/messages.h"
 
 namespace bv {
 namespace {
@@ -29,11 +31,13 @@ bool IsNumberUpTo(std::string_view text, std::size_t limit) {
 
 bool IsAllowed(const ValueRule& rule, std::string_view text) {
     switch (rule.Kind) {
-    case ValueRule::Form::Text: return text.size() <= rule.Limit;
+    case ValueRule::Form::Text:
+    case ValueRule::Form::Password: return text.size() <= rule.Limit;
     case ValueRule::Form::Number: return IsNumberUpTo(text, rule.Limit);
     case ValueRule::Form::Boolean: return !text.empty() && ParseBool(text); // an empty one in a file is true
     case ValueRule::Form::Word: return FindWord(rule.Words, text).has_value();
     case ValueRule::Form::Other: return rule.IsGood(text);
+    case ValueRule::Form::ScrambledPassword: return text.size() <= kMaxPassword;
     }
     return false;
 }
@@ -41,13 +45,43 @@ bool IsAllowed(const ValueRule& rule, std::string_view text) {
 // What no value of any kind may be; empty when the text is fine.
 std::string_view LineFault(std::string_view key, std::string_view text) {
     if (FindControl(text, 0) != text.size()) return "holds a control character";
-    if (TrimBlanks(text).size() != text.size()) return "begins or ends with a blank";
+    if (text.starts_with(' ')) return "begins with a blank";
+    if (text.ends_with(' ')) return "ends with a blank";
     if (key.size() + std::string_view(": ").size() + text.size() > kMaxLine)
         return "is too long for a line of the file";
     return {};
 }
 
+// A text that is no good, on one line and not without the blanks at its ends.
+std::string QuotedText(const ValueRule& rule, std::string_view text) {
+    std::string quoted = ShownText(rule, std::string(text.substr(0, kMaxLine)));
+    std::ranges::transform(quoted, quoted.begin(), Cleaned);
+    return '"' + quoted + '"';
+}
+
+// The password that is stored already; none, after the message, when there is none.
+std::optional<std::string> StoredPassword(std::string_view stored, const std::string& otherwise) {
+    if (!stored.empty()) return std::string(stored);
+    ShowError("%s", otherwise);
+    return {};
+}
+
+std::optional<std::string> ScrambledPassword(std::string_view text, std::string_view stored) {
+    if (text.starts_with('*')) {
+        auto kept = StoredPassword(stored, FillMessage(9211));
+        return !kept || text == kPasswordMark || AskWarning(9212) ? kept : std::nullopt;
+    }
+    if (IsScrambledText(text)) return std::string(text);
+    std::optional<std::string> scrambled = ScrambleForPage(text);
+    if (!scrambled) ShowError(5033);
+    return scrambled;
+}
+
 } // namespace
+
+std::string ShownText(const ValueRule& rule, const std::string& value) {
+    return rule.IsPassword() && !value.empty() ? std::string(kPasswordMark) : value;
+}
 
 std::string DescribeValues(const ValueRule& rule) {
     switch (rule.Kind) {
@@ -55,6 +89,8 @@ std::string DescribeValues(const ValueRule& rule) {
     case ValueRule::Form::Number: return FormatText("a number from 0 to %d", rule.Limit);
     case ValueRule::Form::Boolean: return "YES or NO";
     case ValueRule::Form::Word: return JoinWords(rule.Words);
+    case ValueRule::Form::Password: return FormatText("a password of at most %d characters", rule.Limit);
+    case ValueRule::Form::ScrambledPassword: return FormatText("a password of at most %d characters", kMaxPassword);
     case ValueRule::Form::Other: break;
     }
     return std::string(rule.Description);
@@ -62,8 +98,20 @@ std::string DescribeValues(const ValueRule& rule) {
 
 std::optional<std::string> FaultOfValue(std::string_view key, const ValueRule& rule, std::string_view text) {
     const std::string_view fault = LineFault(key, text);
-    if (!fault.empty()) return FormatText("%s: \"%s\" %s", key, CleanLine(text), fault);
-    if (!IsAllowed(rule, text)) return FormatText("%s: \"%s\" is not %s", key, text, DescribeValues(rule));
+    if (!fault.empty()) return FormatText("%s: %s %s", key, QuotedText(rule, text), fault);
+    if (!IsAllowed(rule, text))
+        return FormatText("%s: \"%s\" is not %s", key, ShownText(rule, std::string(text)), DescribeValues(rule));
+    return {};
+}
+
+std::optional<std::string> TextToStore(std::string_view key, const ValueRule& rule, std::string_view text,
+                                       std::string_view stored) {
+    if (rule.Kind == ValueRule::Form::ScrambledPassword) return ScrambledPassword(text, stored);
+    if (rule.Kind == ValueRule::Form::Password && text == kPasswordMark)
+        return StoredPassword(stored, FillMessage(9110, key));
+    const std::optional<std::string> fault = FaultOfValue(key, rule, text);
+    if (!fault) return std::string(text);
+    ShowError("%s", *fault);
     return {};
 }
 

@@ -21,21 +21,42 @@ namespace bv {
 
 // What a person may give as a key's value. Readers go by the codecs below, which take more.
 struct ValueRule {
-    enum class Form { Text, Number, Boolean, Word, Other };
+    enum class Form { Text, Number, Boolean, Word, Other, Password, ScrambledPassword };
 
     Form Kind = Form::Text;
-    std::size_t Limit = 0;                        // characters of a Text; the largest Number
+    std::size_t Limit = 0;                        // characters of a Text or Password; the largest Number
     std::span<const std::string_view> Words = {}; // of a Word, by its code
     std::string_view Description = {};            // what Other is: "a time such as ..."
     bool (*IsGood)(std::string_view) = nullptr;   // decides on Other
+
+    [[nodiscard]] constexpr bool IsPassword() const {
+        return Kind == Form::Password || Kind == Form::ScrambledPassword;
+    }
 };
+
+// The largest number stands for none in programs that share the file.
+inline constexpr ValueRule kSettingNumber = {ValueRule::Form::Number, 65534};
+
+// What stands for a stored password wherever one is shown, and where one is given.
+inline constexpr std::string_view kPasswordMark = "********";
+
+// The value as it may be shown: of a password that is there, only that it is.
+std::string ShownText(const ValueRule& rule, const std::string& value);
 
 // "a number from 0 to 65535", "YES or NO" and so on.
 std::string DescribeValues(const ValueRule& rule);
 
 // Why the text cannot be the key's value, in a sentence that names both; none when it can. Refused is also what a file
-// would give back differently: control characters, blanks at either end, a line of over 280 characters.
+// would give back differently: control characters, blanks at either end, a line of over 280 characters. A password is
+// not named.
 std::optional<std::string> FaultOfValue(std::string_view key, const ValueRule& rule, std::string_view text);
+
+// What is stored of a text that a person gives for a key: the text, if the rule takes it. Of a password, eight
+// asterisks stand for the stored one. One that is kept scrambled goes through ScrambleForPage, unless the text is
+// scrambled already; another text that begins with an asterisk stands for the stored one when 9212 is answered Yes.
+// None when nothing is to be stored: after the fault that FaultOfValue finds, 9110, 9211, 5033 or the answer No.
+std::optional<std::string> TextToStore(std::string_view key, const ValueRule& rule, std::string_view text,
+                                       std::string_view stored);
 
 // How a type of value stands in a file: its rule, its text, and the value of a text (false, with nothing stored, for a
 // text that is none).
@@ -124,6 +145,16 @@ constexpr ValueRule RuleOfMember(Value Record::*) {
 template <auto Member>
 constexpr auto FieldOf(std::string_view key, const ValueRule& rule = RuleOfMember(Member)) {
     return FieldOfMember<Member>(Member, key, rule);
+}
+
+// Takes a value that a person gives into the record; the value that it has already is taken as it is. False, with
+// nothing stored, as TextToStore has it.
+template <class Record>
+bool EnterValue(const KeyField<Record>& field, std::string_view text, Record& record) {
+    if (text == field.Text(record)) return true;
+    const std::optional<std::string> taken = TextToStore(field.Name(), field.Rule, text, field.Text(record));
+    if (taken) field.Store(record, *taken);
+    return taken.has_value();
 }
 
 // What a file held for a key when it was last read or written; none when the key was absent or unreadable.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 
+#include "platform/ascii.h"
 #include "platform/clock.h"
 #include "shell/messages.h"
 
@@ -11,14 +12,33 @@ namespace {
 
 constexpr std::int64_t kLongestPause = 32; // milliseconds between two tries
 
+SharedPatience* sharedPatience = nullptr;
+
 } // namespace
+
+SharedPatience::SharedPatience(int seconds) : isOutermost_(sharedPatience == nullptr), seconds_(seconds) {
+    if (isOutermost_) sharedPatience = this;
+}
+SharedPatience::~SharedPatience() {
+    if (isOutermost_) sharedPatience = nullptr;
+}
+
+int SharedPatience::Left(const std::string& path, int seconds) const {
+    const auto isIt = [&](const std::string& worn) { return EqualFolded(worn, path); };
+    return std::ranges::any_of(worn_, isIt) ? 0 : std::min(seconds, seconds_);
+}
 
 platform::OpenResult OpenRetrying(const std::string& path, const platform::OpenRequest& request, int seconds) {
     platform::Clock& clock = platform::TheClock();
+    if (sharedPatience != nullptr) seconds = sharedPatience->Left(path, seconds);
     const std::int64_t end = clock.Ticks() + std::int64_t{seconds} * 1000;
     for (std::int64_t pause = 1;; pause = std::min(pause * 2, kLongestPause)) {
         platform::OpenResult result = platform::Files().Open(path, request);
-        if (result.Error != platform::FileError::AccessDenied || clock.Ticks() >= end) return result;
+        if (result.Error != platform::FileError::AccessDenied) return result;
+        if (clock.Ticks() >= end) {
+            if (sharedPatience != nullptr) sharedPatience->WearOut(path);
+            return result;
+        }
         YieldToSystem();
         clock.Sleep(pause);
     }

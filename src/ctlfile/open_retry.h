@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "platform/files.h"
 
@@ -10,5 +11,25 @@ namespace bv {
 // Opens the file; while that is refused as access-denied, yields to the system and tries again until so many
 // seconds have passed since the first try. Any other outcome returns at once.
 platform::OpenResult OpenRetrying(const std::string& path, const platform::OpenRequest& request, int seconds);
+
+// While one lives, no opening waits longer than so many seconds, and a path whose opening has timed out is not waited
+// for again: the steps of one command, which open the same file one after the other, share their patience. One that is
+// made while another lives changes nothing.
+class SharedPatience {
+  public:
+    explicit SharedPatience(int seconds);
+    ~SharedPatience();
+    SharedPatience(const SharedPatience&) = delete;
+    SharedPatience& operator=(const SharedPatience&) = delete;
+
+    // How long an opening of the path still waits that would wait so many seconds.
+    [[nodiscard]] int Left(const std::string& path, int seconds) const;
+    void WearOut(const std::string& path) { worn_.push_back(path); }
+
+  private:
+    bool isOutermost_;
+    int seconds_;
+    std::vector<std::string> worn_; // paths
+};
 
 } // namespace bv

@@ -99,6 +99,12 @@ std::optional<std::string> UnscrambleText(std::string_view scrambled, std::size_
     return password;
 }
 
+bool IsScrambledText(std::string_view text) {
+    constexpr std::string_view kLetters = "abcdefghijrstuvw"; // sixteen digits, raised
+    if (text.size() % 2 != 0 || text.find_first_not_of(kLetters) != std::string_view::npos) return false;
+    return Decode(text).starts_with('A') && UnscrambleText(text);
+}
+
 std::size_t StoredLetters(std::size_t passwordLength) {
     return std::min<std::size_t>((2 * passwordLength + 41) / 30 * 30, 100);
 }

@@ -18,6 +18,9 @@ std::optional<std::string> ScrambleText(std::string_view password, std::size_t s
 // The password, or none when the text is no scrambled one or the password is over the limit.
 std::optional<std::string> UnscrambleText(std::string_view scrambled, std::size_t limit = kMaxPassword);
 
+// Whether a text is scrambled, so that a person who gives it means it as it stands: no password looks like one.
+bool IsScrambledText(std::string_view text);
+
 // The number of letters in which a settings page stores a password: 30, 60, 90 or 100 by its length.
 std::size_t StoredLetters(std::size_t passwordLength);
 

@@ -1,8 +1,10 @@
 #include "devices/device_actions.h"
 
-#include "ctlfile/whole_file.h"
+#include <algorithm>
+
 #include "platform/ascii.h"
 #include "shell/messages.h"
+#include "users/receiver.h"
 #include "users/user_list.h"
 
 namespace bv {
@@ -13,29 +15,18 @@ bool Refuse(const Message& message, std::string_view name) {
     return false;
 }
 
-bool CheckIsInUserList(std::string_view name) {
-    FoundEntry entry;
-    for (const RecordKind kind : {RecordKind::User, RecordKind::Group}) {
-        if (!FindUserListEntry(name, FindBy::Name, {}, kind, entry)) return false;
-        if (entry.Found) return true;
-    }
-    return Refuse("Brivane user %s not found", name);
-}
-
 // Whether the person has given the key another value; a new device's are all given.
 bool IsEdited(const Device& device, std::string_view keyName) {
     const DeviceKey* key = FindDeviceKey(device.Type, keyName);
     return key != nullptr && StoredValueOf(device, *key).value_or("") != key->Field.Text(device.Settings);
 }
 
-// What holds for new and changed devices alike. A receiver that was there already may be anybody, and as long as there
-// are no users yet, so may any.
+// What holds for new and changed devices alike. A receiver that was there already may be anybody.
 bool CheckDevice(std::string_view name, Device& device) {
     DeviceSettings& settings = device.Settings;
     if (settings.Type.IsEmpty()) settings.Type = TypeWord(device.Type);
     if (ParseDeviceType(settings.Type) != device.Type) return Refuse("The type of device %s cannot be changed", name);
-    if (settings.RecdUser.IsEmpty() || !IsEdited(device, "RecdUser") || IsMissing(UserListPath())) return true;
-    return CheckIsInUserList(settings.RecdUser);
+    return !IsEdited(device, "RecdUser") || CheckReceiver(settings.RecdUser);
 }
 
 // The device as SETUP.INI has it; false after a message when it is not listed, or stands for the network.
@@ -56,7 +47,7 @@ bool AddDevice(std::string_view name, Device& device) {
     if (!IsValidDeviceName(name) || IsNetworkDevice(name)) return Refuse("Device name '%s' invalid", name);
     FoundDevice found;
     if (!FindDevice(name, found)) return false;
-    if (found.IsListed) return Refuse("Device %s is already installed", name);
+    if (found.IsListed || found.IsPrinter || found.IsScanner) return Refuse("Device %s is already installed", name);
     if (!CheckDevice(name, device) || !WriteDeviceSettings(name, device)) return false;
     if (!UpdateDeviceList(name, device.Settings.Description, {.Printers = device.Type == DeviceType::Printer}))
         return false;
@@ -67,12 +58,35 @@ bool AddDevice(std::string_view name, Device& device) {
 bool ChangeDevice(std::string_view name, Device& device) {
     FoundDevice found;
     if (!FindForChange(name, found) || !CheckDevice(name, device)) return false;
-    if (!IsChanged(device)) return true;
-    // A description that nobody edited stays as it is listed, whatever the paragraph says.
-    const bool relist = IsEdited(device, "Description") && device.Settings.Description != found.Description;
+    // A description that nobody gave or edited stays as it is listed, whatever the paragraph says.
+    const bool isDescribed = device.IsDescribed || IsEdited(device, "Description");
+    const auto isOther = [&](const DeviceDescription& listed) { return listed != device.Settings.Description; };
+    const bool relist = isDescribed && std::ranges::any_of(found.ListedAs, isOther);
+    if (!IsChanged(device) && !relist) return true;
     const bool changed = WriteDeviceSettings(name, device) && (!relist || UpdateLists(name, device, found));
     ShowStatus(changed ? 461 : 460, name);
     return changed;
+}
+
+bool RepairDevice(std::string_view name, DeviceType type) {
+    FoundDevice found;
+    if (!FindForChange(name, found)) return false;
+    if (found.IsScanner) return Refuse("Device %s is a scanner", name);
+    if (found.Type || !found.TypeText.empty()) {
+        ShowError(found.Type ? "Device %s has the type %s already"
+                             : "Device %s has the type %s, which this program does not know",
+                  name, found.TypeText);
+        return false;
+    }
+    Device device;
+    if (!ReadDeviceSettings(name, type, device)) return false;
+    device.Settings.Type = TypeWord(type);
+    if (device.Settings.Description.IsEmpty()) device.Settings.Description = found.Description;
+    const bool relist = type == DeviceType::Printer && !found.IsPrinter;
+    const bool repaired = WriteDeviceSettings(name, device) &&
+                          (!relist || UpdateDeviceList(name, found.ListedAs.front(), {.Printers = true}));
+    ShowStatus(repaired ? 461 : 460, name);
+    return repaired;
 }
 
 bool DeleteDevice(std::string_view name) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 
 #include "ctlfile/control_stream.h"
 #include "ctlfile/copy_back.h"
@@ -60,7 +61,8 @@ void ReadParagraph(ControlStream& setup, std::string_view name, FoundDevice& fou
     found.HasParagraph = FindParagraph(setup, FormatText("[%s]", name), line, &body);
     if (!found.HasParagraph) return;
     if (found.Description.IsEmpty()) GetKeyString(setup, "Description:", found.Description, body);
-    if (GetKeyString(setup, "Type:", line, body)) found.Type = ParseDeviceType(line);
+    if (GetKeyString(setup, "Type:", line, body)) found.TypeText = line.String();
+    found.Type = ParseDeviceType(found.TypeText);
 }
 
 // One of the three lists while the file is copied.
@@ -149,13 +151,14 @@ bool FindDevice(std::string_view name, FoundDevice& found) {
     found = {};
     ControlStream setup = OpenSetup();
     if (!setup) return false;
-    const std::vector<ListedDevice> devices = ReadList(setup, kDevices);
-    if (const ListedDevice* device = FindIn(devices, name)) {
-        found.IsListed = true;
-        found.Description = device->Description;
+    for (const auto& [header, isThere] :
+         {std::pair(kDevices, &found.IsListed), {kPrinters, &found.IsPrinter}, {kScanners, &found.IsScanner}}) {
+        const std::vector<ListedDevice> devices = ReadList(setup, header);
+        const ListedDevice* device = FindIn(devices, name);
+        *isThere = device != nullptr;
+        if (device != nullptr) found.ListedAs.push_back(device->Description);
     }
-    found.IsPrinter = FindIn(ReadList(setup, kPrinters), name) != nullptr;
-    found.IsScanner = FindIn(ReadList(setup, kScanners), name) != nullptr;
+    if (found.IsListed) found.Description = found.ListedAs.front();
     ReadParagraph(setup, name, found);
     return WasRead(setup);
 }
@@ -214,15 +217,19 @@ bool IsValidDeviceName(std::string_view name) {
 }
 
 std::optional<DeviceName> NextDeviceName(std::string_view stem) {
-    std::vector<ListedDevice> devices;
-    if (!ReadDeviceList(devices)) return {};
+    ControlStream setup = OpenSetup();
+    if (!setup) return {};
+    const std::vector<ListedDevice> lists[] = {ReadList(setup, kDevices), ReadList(setup, kPrinters),
+                                               ReadList(setup, kScanners)};
+    if (!WasRead(setup)) return {};
     for (int number = 1; number <= kLastNumber; ++number) {
         const std::string name = NumberedName(stem, number);
         if (stem.empty() || !IsValidDeviceName(name)) {
             ShowError("Device name '%s' invalid", name);
             return {};
         }
-        if (FindIn(devices, name) == nullptr) return DeviceName(name);
+        const auto hasIt = [&](const auto& devices) { return FindIn(devices, name) != nullptr; };
+        if (std::ranges::none_of(lists, hasIt)) return DeviceName(name);
     }
     ShowError("All device numbers of '%s' are in use", stem);
     return {};

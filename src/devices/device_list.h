@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -29,8 +30,10 @@ struct FoundDevice {
     bool IsPrinter = false; // listed in "[PRINTERS]"
     bool IsScanner = false; // listed in "[SCANNERS]"
     bool HasParagraph = false;
-    DeviceDescription Description; // as listed; when that is empty, its paragraph's
+    DeviceDescription Description;           // as listed; when that is empty, its paragraph's
+    std::vector<DeviceDescription> ListedAs; // by each list that has it
     std::optional<DeviceType> Type;
+    std::string TypeText; // as its paragraph has it
 };
 
 // Looks for a device by its name in any case. False after 413 or 9011.
@@ -67,8 +70,8 @@ std::string_view OfferedStem(DeviceType type);
 // A name that a list can hold: of 1 to 11 characters, without blanks, commas, quotes and control characters.
 bool IsValidDeviceName(std::string_view name);
 
-// The first name STEM-1 to STEM-99 that is not listed, in upper case, or in lower case when it begins with "(". None
-// after 413, or after a message: the name is not valid, or all are taken.
+// The first name STEM-1 to STEM-99 that none of the lists has, in upper case, or in lower case when it begins with "(".
+// None after 413, or after a message: the name is not valid, or all are taken.
 std::optional<DeviceName> NextDeviceName(std::string_view stem);
 
 } // namespace bv

@@ -41,6 +41,8 @@ constexpr unsigned kBrooktrout = Bit(DeviceType::Brooktrout);
 constexpr unsigned kFax = kModem | Bit(DeviceType::GammaLink) | kBrooktrout;
 constexpr unsigned kAll = kFax | Bit(DeviceType::Printer);
 
+constexpr std::string_view kDescriptionKey = "Description:";
+
 // The description also stands in quotes, in the list of devices.
 constexpr ValueRule kQuotable = {ValueRule::Form::Other,
                                  DeviceDescription::kLimit,
@@ -68,13 +70,13 @@ constexpr KeyField<Settings> kClassPriority = [] {
 }();
 
 constexpr DeviceKey kKeys[] = {
-    {FieldOf<&Settings::Description>("Description:", kQuotable), kAll},
+    {FieldOf<&Settings::Description>(kDescriptionKey, kQuotable), kAll},
     {FieldOf<&Settings::Type>("Type:", kType), kAll},
     {kClassPriority, kModem},
-    {FieldOf<&Settings::BaudRate>("BaudRate:"), kModem},
+    {FieldOf<&Settings::BaudRate>("BaudRate:", kSettingNumber), kModem},
     {FieldOf<&Settings::CheckInit1>("CheckInit1:"), kModem},
     {FieldOf<&Settings::CheckInit2>("CheckInit2:"), kModem},
-    {FieldOf<&Settings::ConnectTries>("ConnectTries:"), kFax},
+    {FieldOf<&Settings::ConnectTries>("ConnectTries:", kSettingNumber), kFax},
     {FieldOf<&Settings::DetectBusy>("DetectBusy:"), kFax},
     {FieldOf<&Settings::DetectDial>("DetectDial:"), kFax},
     {FieldOf<&Settings::DialPrefix>("DialPrefix:"), kFax},
@@ -83,21 +85,21 @@ constexpr DeviceKey kKeys[] = {
     {FieldOf<&Settings::IgnoreCTS>("IgnoreCTS:"), kModem},
     {FieldOf<&Settings::IgnoreDSR>("IgnoreDSR:"), kModem},
     {FieldOf<&Settings::IgnorePageErrors>("IgnorePageErrors:"), kModem},
-    {FieldOf<&Settings::MinSendRetryPages>("MinSendRetryPages:"), kFax},
+    {FieldOf<&Settings::MinSendRetryPages>("MinSendRetryPages:", kSettingNumber), kFax},
     {FieldOf<&Settings::PhoneNum>("PhoneNum:"), kFax},
     {FieldOf<&Settings::Organisation>("Organisation:"), kFax},
     {FieldOf<&Settings::Port>("Port:"), kFax},
     {FieldOf<&Settings::RecdUser>("RecdUser:"), kFax},
     {FieldOf<&Settings::ReceiveInit>("ReceiveInit:"), kModem},
     {FieldOf<&Settings::ReceiveOnly>("ReceiveOnly:"), kFax},
-    {FieldOf<&Settings::ReceiveSpeed>("ReceiveSpeed:"), kFax},
-    {FieldOf<&Settings::RestartInitialPages>("RestartInitialPages:"), kFax},
-    {FieldOf<&Settings::RestartSplitPages>("RestartSplitPages:"), kFax},
+    {FieldOf<&Settings::ReceiveSpeed>("ReceiveSpeed:", kSettingNumber), kFax},
+    {FieldOf<&Settings::RestartInitialPages>("RestartInitialPages:", kSettingNumber), kFax},
+    {FieldOf<&Settings::RestartSplitPages>("RestartSplitPages:", kSettingNumber), kFax},
     {FieldOf<&Settings::SendInit>("SendInit:"), kModem},
-    {FieldOf<&Settings::SendMsgTries>("SendMsgTries:"), kFax},
+    {FieldOf<&Settings::SendMsgTries>("SendMsgTries:", kSettingNumber), kFax},
     {FieldOf<&Settings::Speaker>("Speaker:"), kModem},
     {FieldOf<&Settings::SpeakerVolume>("SpeakerVolume:"), kModem},
-    {FieldOf<&Settings::TransmitSpeed>("TransmitSpeed:"), kFax},
+    {FieldOf<&Settings::TransmitSpeed>("TransmitSpeed:", kSettingNumber), kFax},
     {FieldOf<&Settings::BTConfigFile>("BTConfigFile:"), kBrooktrout},
 };
 
@@ -139,6 +141,17 @@ const DeviceKey* FindDeviceKey(DeviceType type, std::string_view name) {
     const auto isWanted = [=](const DeviceKey& key) { return key.IsOf(type) && EqualFolded(key.Field.Name(), name); };
     const auto* found = std::ranges::find_if(kKeys, isWanted);
     return found == std::end(kKeys) ? nullptr : found;
+}
+
+bool EnterDeviceValue(Device& device, std::string_view keyName, std::string_view text) {
+    const DeviceKey* key = FindDeviceKey(device.Type, keyName);
+    if (key == nullptr) {
+        ShowError("%s: \"%s\" - %s devices have no such key", keyName, text, TypeWord(device.Type));
+        return false;
+    }
+    if (!EnterValue(key->Field, text, device.Settings)) return false;
+    device.IsDescribed = device.IsDescribed || key->Field.Key == kDescriptionKey;
+    return true;
 }
 
 const StoredValue& StoredValueOf(const Device& device, const DeviceKey& key) {

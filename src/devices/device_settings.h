@@ -85,7 +85,11 @@ struct Device {
     DeviceType Type = DeviceType::Modem;
     DeviceSettings Settings;
     std::vector<StoredValue> AsRead;
+    bool IsDescribed = false; // a person has given the description, which then is the lists', too
 };
+
+// Takes a value that a person gives for a key of the device's type. False after a message.
+bool EnterDeviceValue(Device& device, std::string_view keyName, std::string_view text);
 
 // What the file holds for one of DeviceKeys.
 const StoredValue& StoredValueOf(const Device& device, const DeviceKey& key);

@@ -24,9 +24,10 @@ constexpr std::string_view kStatusKeys[] = {
     "RemoteLinkRunNumber:", "LocalLinkRunNumber:", "RemoteLinkStatus:", "LocalLinkStatus:", kConnectionKey};
 
 template <std::string LinkRecord::*Member>
-constexpr KeyField<LinkRecord> TextRow(std::string_view key, std::size_t limit) {
+constexpr KeyField<LinkRecord> TextRow(std::string_view key, std::size_t limit,
+                                       ValueRule::Form form = ValueRule::Form::Text) {
     return {key,
-            {ValueRule::Form::Text, limit},
+            {form, limit},
             [](const LinkRecord& link) { return link.*Member; },
             [](LinkRecord& link, std::string_view text) {
                 link.*Member = text;
@@ -99,7 +100,7 @@ const std::array kLinkKeys = {
     LinkKey{FieldOf<&LinkRecord::Type>("LinkType:"), true},
     LinkKey{TextRow<&LinkRecord::Address>("RemoteServerAddress:", 255), true},
     LinkKey{TextRow<&LinkRecord::AccountName>("BrivaneAccountName:", 29)},
-    LinkKey{TextRow<&LinkRecord::Password>("LinkPassword:", 99), true, true},
+    LinkKey{TextRow<&LinkRecord::Password>("LinkPassword:", 99, ValueRule::Form::Password), true},
     LinkKey{SwitchRow<&LinkRecord::ReceiveEnabled, true>("ReceiveEnabled:")},
     LinkKey{SwitchRow<&LinkRecord::SendEnabled, true>("SendEnabled:")},
     LinkKey{{"LinkDelay:", HourMinuteRule(), DelayText, StoreTime<&LinkRecord::Delay>}},
@@ -244,8 +245,7 @@ std::vector<LinkSetting> MakeSettings() {
     std::vector<LinkSetting> settings = {
         {{"RemoteServerID:", identifier, [](const LinkRecord& link) { return link.Identifier; }, StoreNewIdentifier}},
         {{"Description:", description, [](const LinkRecord& link) { return link.Description; }, StoreDescription}}};
-    for (const LinkKey& key : std::span(kLinkKeys).subspan(1))
-        settings.push_back({EnteredField(key.Field), key.IsSecret});
+    for (const LinkKey& key : std::span(kLinkKeys).subspan(1)) settings.push_back({EnteredField(key.Field)});
     return settings;
 }
 
@@ -312,7 +312,7 @@ bool LoadLinks(LinkTable& links, TextStamp& stamp) {
 std::string LinkParagraph(const LinkRecord& link, std::string_view oldParagraph) {
     std::string text(kLinkHeader);
     text += kLineEnd;
-    for (const auto& [field, isAlwaysWritten, isSecret] : kLinkKeys) {
+    for (const auto& [field, isAlwaysWritten] : kLinkKeys) {
         const std::string value = field.Text(link);
         if (!value.empty() || isAlwaysWritten) text.append(field.Key).append(" ").append(value).append(kLineEnd);
     }

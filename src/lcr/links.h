@@ -61,14 +61,12 @@ ReplacedFile LinkFile();
 struct LinkKey {
     KeyField<LinkRecord> Field;
     bool IsAlwaysWritten = false; // also without a value
-    bool IsSecret = false;
 };
 std::span<const LinkKey> LinkKeys();
 
 // What is shown and entered: the identifier and the description apart, and the other keys.
 struct LinkSetting {
     KeyField<LinkRecord> Field;
-    bool IsSecret = false;
 };
 std::span<const LinkSetting> LinkSettings();
 

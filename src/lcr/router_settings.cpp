@@ -167,7 +167,7 @@ const std::array kKeys = {
     RouterKey{FieldOf<&Settings::Email>("EmailType:")},
     RouterKey{TextRow<&Settings::EmailLoginName>("EmailLoginName:", kQuotedRule)},
     RouterKey{TextRow<&Settings::NotesIdFile>("NotesIdFile:", kQuotedRule)},
-    RouterKey{TextRow<&Settings::EmailLoginParams>("EmailLoginParams:", {ValueRule::Form::Text, kLoginLimit}), true},
+    RouterKey{TextRow<&Settings::EmailLoginParams>("EmailLoginParams:", {ValueRule::Form::ScrambledPassword})},
     RouterKey{TimeRow<&Settings::EmailPollInterval>("EmailInboxPollFreq:")},
     RouterKey{FieldOf<&Settings::WanEnabled>("WanEnabled:")},
     RouterKey{TextRow<&Settings::WanInboxDirectory>("WanInboxDirectory:", {ValueRule::Form::Text, 256})},

@@ -49,7 +49,7 @@ struct RouterSettings {
     EmailType Email = EmailType::Exchange;
     std::string EmailLoginName;   // at most 99 characters
     std::string NotesIdFile;      // path; of LotusNotes only
-    std::string EmailLoginParams; // at most 99 characters
+    std::string EmailLoginParams; // a scrambled password
     HourMinute EmailPollInterval = {0, 0};
     bool DeleteInvalidMessages = false; // only read; lost at the next save
     std::string WanInboxDirectory;      // at most 256 characters
@@ -68,7 +68,6 @@ struct SettingFault {
 // One setting, as it is shown and entered.
 struct RouterKey {
     KeyField<RouterSettings> Field;
-    bool IsSecret = false;
 };
 std::span<const RouterKey> RouterKeys();
 

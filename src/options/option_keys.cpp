@@ -13,12 +13,9 @@ using Options = ServerOptions;
 using Field = KeyField<Options>;
 using enum OptionKey::Traits;
 
-// The largest number stands for none in programs that share the file.
-constexpr ValueRule kNumber = {ValueRule::Form::Number, 65534};
-
 template <auto Member>
 constexpr Field NumberOf(std::string_view key) {
-    return FieldOf<Member>(key, kNumber);
+    return FieldOf<Member>(key, kSettingNumber);
 }
 
 constexpr Field kSubmitFile = [] {
@@ -59,7 +56,7 @@ constexpr OptionKey kKeys[] = {
     {kQueueMan, FieldOf<&Options::RouteDTMF>("RouteDTMF:")},
     {kQueueMan, FieldOf<&Options::MailType>("MailType:")},
     {kQueueMan, FieldOf<&Options::MailLoginName>("MailLoginName:")},
-    {kQueueMan, FieldOf<&Options::MailLoginParams>("MailLoginParams:"), Secret},
+    {kQueueMan, FieldOf<&Options::MailLoginParams>("MailLoginParams:", {ValueRule::Form::ScrambledPassword})},
     {kQueueMan, FieldOf<&Options::MailPermanentLogin>("MailPermanentLogin:")},
     {kPrinting, FieldOf<&Options::PrintSentDevice>("PrintSentDevice:")},
     {kPrinting, FieldOf<&Options::PrintRecdDevice>("PrintRecdDevice:")},
@@ -97,13 +94,13 @@ constexpr OptionKey kKeys[] = {
     {kBSubmit, FieldOf<&Options::BSubmitOtherUsers>("OtherUsers:")},
     {kBSubmit, NumberOf<&Options::BSubmitSpoolCheckTimer>("SpoolCheckTimer:")},
     {kBSubmit, NumberOf<&Options::BSubmitSubmitWait>("SubmitWait:")},
-    {kBSubmit, FieldOf<&Options::BSubmitUser>("User:")},
+    {kBSubmit, FieldOf<&Options::BSubmitUser>("User:"), Receiver},
     {kOptions, FieldOf<&Options::HPScan>("HPScan:")},
     {kHPScan, FieldOf<&Options::HPScanDirectory>("Directory:")},
     {kHPScan, FieldOf<&Options::HPScanMessageTidy>("MessageTidy:")},
     {kHPScan, NumberOf<&Options::HPScanSpoolCheckTimer>("SpoolCheckTimer:")},
     {kHPScan, NumberOf<&Options::HPScanSubmitWait>("SubmitWait:")},
-    {kHPScan, FieldOf<&Options::HPScanUser>("User:")},
+    {kHPScan, FieldOf<&Options::HPScanUser>("User:"), Receiver},
     {kWorkstation, FieldOf<&Options::ChargeCode>("ChargeCode:")},
     {kWorkstation, NumberOf<&Options::CoverLineLen>("CoverLineLen:")},
     {kWorkstation, NumberOf<&Options::CoverMaxLine>("CoverMaxLine:")},

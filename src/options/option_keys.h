@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <string>
 #include <string_view>
 
 #include "ctlfile/fixed_text.h"
@@ -20,15 +21,18 @@ enum class SheetPages { One, Two, Four };
 enum class ChargeCodeUse { No, Yes, Optional };
 
 // What is printed of a sent or a received fax, and whether it is then deleted.
+// Words of other versions are kept until somebody changes the key.
 struct SentPrint {
     bool Status = false;
     bool Message = false;
+    std::string Others = {};
     friend bool operator==(const SentPrint&, const SentPrint&) = default;
 };
 struct RecdPrint {
     bool Status = false;
     bool Message = false;
     bool Delete = false;
+    std::string Others = {};
     friend bool operator==(const RecdPrint&, const RecdPrint&) = default;
 };
 
@@ -129,7 +133,7 @@ struct OptionKey {
     std::string_view Paragraph; // its header
     KeyField<ServerOptions> Field;
 
-    enum class Traits { None, OnlyRead, Secret };
+    enum class Traits { None, OnlyRead, Receiver }; // Receiver: the name of a user or group
     Traits Trait = Traits::None;
     std::string_view DefaultBelowServer = {}; // the default is this directory of the server area
     bool EmptyIsDefault = false;              // the file has nothing in place of the default

@@ -73,66 +73,72 @@ struct ValueCodec<std::optional<SendTimeRange>> {
                                         IsGood};
 };
 
-// Words that are there or not, in any order and case.
+// Words that are there or not, in any order and case, and behind them the words that mean nothing here.
 template <std::size_t N>
 using WordFlags = std::array<std::pair<std::string_view, bool>, N>;
 
 template <std::size_t N>
-std::string FlagsText(const WordFlags<N>& flags) {
+std::string FlagsText(const WordFlags<N>& flags, std::string_view others) {
     std::string text;
     for (const auto& [word, isSet] : flags) {
         if (!isSet) continue;
         if (!text.empty()) text += ' ';
         text += word;
     }
-    return text;
+    if (!text.empty() && !others.empty()) text += ' ';
+    return text.append(others);
 }
 
+// Sets the flags whose words are there, and returns the other words.
 template <std::size_t N>
-bool SetFlags(WordFlags<N>& flags, std::string_view text) {
+std::string SetFlags(WordFlags<N>& flags, std::string_view text) {
+    std::string others;
     for (std::optional<std::string_view> rest = text; rest && !rest->empty();) {
         const QuotedToken token = ParseQuotedToken(rest);
         const auto isWord = [&token](const auto& flag) { return EqualFolded(flag.first, *token.Token); };
         const auto found = std::ranges::find_if(flags, isWord);
-        if (found == flags.end()) return false;
-        found->second = true;
+        if (found != flags.end())
+            found->second = true;
+        else
+            others.append(others.empty() ? "" : " ").append(*token.Token);
         rest = token.Rest;
     }
-    return true;
+    return others;
 }
 
 template <>
 struct ValueCodec<SentPrint> {
-    static std::string Text(SentPrint print) {
-        return FlagsText<2>({{{"STATUS", print.Status}, {"MESSAGE", print.Message}}});
+    static std::string Text(const SentPrint& print) {
+        return FlagsText<2>({{{"STATUS", print.Status}, {"MESSAGE", print.Message}}}, print.Others);
     }
     static bool Store(SentPrint& place, std::string_view text) {
         WordFlags<2> flags = {{{"STATUS", false}, {"MESSAGE", false}}};
-        if (!SetFlags(flags, text)) return false;
-        place = {flags[0].second, flags[1].second};
+        std::string others = SetFlags(flags, text);
+        place = {flags[0].second, flags[1].second, std::move(others)};
         return true;
     }
     static bool IsGood(std::string_view text) {
         SentPrint print;
-        return Store(print, text);
+        return Store(print, text) && print.Others.empty();
     }
     static constexpr ValueRule kRule = {ValueRule::Form::Other, 0, {}, "any of STATUS and MESSAGE", IsGood};
 };
 
 template <>
 struct ValueCodec<RecdPrint> {
-    static std::string Text(RecdPrint print) {
-        return FlagsText<3>({{{"STATUS", print.Status}, {"MESSAGE", print.Message}, {"DELETE", print.Delete}}});
+    static std::string Text(const RecdPrint& print) {
+        return FlagsText<3>({{{"STATUS", print.Status}, {"MESSAGE", print.Message}, {"DELETE", print.Delete}}},
+                            print.Others);
     }
     static bool Store(RecdPrint& place, std::string_view text) {
         WordFlags<3> flags = {{{"STATUS", false}, {"MESSAGE", false}, {"DELETE", false}}};
-        if (!SetFlags(flags, text)) return false;
-        place = {flags[0].second, flags[1].second, flags[2].second};
+        std::string others = SetFlags(flags, text);
+        place = {flags[0].second, flags[1].second, flags[2].second, std::move(others)};
         return true;
     }
     static bool IsGood(std::string_view text) {
         RecdPrint print;
-        return Store(print, text);
+        return Store(print, text) && print.Others.empty();
     }
     static constexpr ValueRule kRule = {ValueRule::Form::Other, 0, {}, "any of STATUS, MESSAGE and DELETE", IsGood};
 };

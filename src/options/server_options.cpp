@@ -15,6 +15,7 @@
 #include "shell/server_paths.h"
 #include "shell/startup.h"
 #include "shell/versions.h"
+#include "users/receiver.h"
 
 namespace bv {
 namespace {
@@ -102,6 +103,15 @@ bool IsChanged(const Options& options, const SavedOptions& saved) {
     return std::ranges::any_of(OptionKeys(), [&](const OptionKey& key) { return IsKeyChanged(options, saved, key); });
 }
 
+// Whoever stood there already may be anybody.
+bool CheckReceivers(const Options& options, const SavedOptions& saved) {
+    return std::ranges::all_of(OptionKeys(), [&](const OptionKey& key) {
+        if (key.Trait != Receiver) return true;
+        const std::string name = key.Field.Text(options);
+        return StoredValueOf(saved, key) == name || CheckReceiver(name);
+    });
+}
+
 // The value as it is written: the file keeps no copy of a default directory that it need not.
 std::string FileText(const OptionKey& key, const std::string& text) {
     return key.EmptyIsDefault && EqualFolded(text, DefaultDirectory(key)) ? std::string() : text;
@@ -160,8 +170,18 @@ bool LoadServerOptions(ServerOptions& options, SavedOptions& saved, OptionsFound
     return WasRead(setup) && !read.IsGatewayUnknown;
 }
 
+bool EnterOption(const OptionKey& key, std::string_view text, ServerOptions& options) {
+    if (key.Trait == OnlyRead) {
+        const std::string_view paragraph = key.Paragraph.substr(1, key.Paragraph.size() - 2);
+        ShowError("%s/%s is the server's own and is only read", paragraph, key.Field.Name());
+        return false;
+    }
+    return text == key.Field.Text(options) || EnterValue(key.Field, text, options);
+}
+
 bool SaveServerOptions(const ServerOptions& options, SavedOptions& saved) {
     if (!IsChanged(options, saved)) return true;
+    if (!CheckReceivers(options, saved)) return false;
     const std::string path = DatabaseFile("SETUP.INI");
     Rewrite rewrite(path, kTimeout);
     if (!rewrite) {

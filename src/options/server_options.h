@@ -29,9 +29,13 @@ OptionsFound ReadServerOptions(ControlStream& setup, ServerOptions& options, Sav
 // the mail gateway's VERSION.DAT.
 bool LoadServerOptions(ServerOptions& options, SavedOptions& saved, OptionsFound* found = nullptr);
 
+// Takes a value that a person gives; that which is in force may always be given. False after a message.
+bool EnterOption(const OptionKey& key, std::string_view text, ServerOptions& options);
+
 // Writes the keys whose values are not those in the file, by one rewrite of SETUP.INI each; without any, does and says
-// nothing. Status 470 and 471; sets SettingsChanged. False after 413 (then nothing is changed), or after 5000 at the
-// first key that cannot be written: those before it are in the file, and `saved` takes all of them for written.
+// nothing. Status 470 and 471; sets SettingsChanged. False after 413 or when a user who is newly named is not there
+// (CheckReceiver; then nothing is changed), or after 5000 at the first key that cannot be written: those before it are
+// in the file, and `saved` takes all of them for written.
 bool SaveServerOptions(const ServerOptions& options, SavedOptions& saved);
 
 } // namespace bv

@@ -54,6 +54,37 @@ std::string ListText(const TelephoneTypes& types) {
     return text;
 }
 
+bool Refuse(const std::string& reason) {
+    ShowError("%s", reason);
+    return false;
+}
+
+// The code of a word that comes back as the same type; none, after a message, for any other word.
+std::optional<TelephoneTypeCode> KeptType(std::string_view word) {
+    const auto code = ParseTelephoneType(word);
+    if (!code) {
+        ShowError("%s is not Local, National1 to National9 or International2 to International9", word);
+        return {};
+    }
+    const std::string written = TelephoneTypeWord(*code);
+    const auto readBack = ParseTelephoneType(written);
+    const bool isKept = readBack == code && (EqualFolded(written, word) || EqualFolded(word, "National"));
+    if (isKept) return code;
+    ShowError("%s cannot be kept: %s would come back", word, TelephoneTypeWord(readBack.value_or(*code)));
+    return {};
+}
+
+// The writer's words are not all read as they were meant; a rewrite of the list changes such entries.
+void WarnOfShifts(const TelephoneTypes& types) {
+    for (const TelephoneType& type : types) {
+        const std::string written = TelephoneTypeWord(type.Code);
+        const auto readBack = ParseTelephoneType(written);
+        if (readBack == type.Code) continue;
+        ShowWarning("%s \"%s\" will be read as %s from now on", written, type.Description.View(),
+                    TelephoneTypeWord(readBack.value_or(type.Code)));
+    }
+}
+
 } // namespace
 
 std::string TelephoneTypeWord(TelephoneTypeCode code) {
@@ -83,6 +114,28 @@ std::optional<std::string> FaultOfTypeDescription(std::string_view text) {
                                             description.find('"') == std::string_view::npos;
                                  }};
     return FaultOfValue("TelnumType", kRule, text);
+}
+
+bool DescribeTelephoneTypes(std::span<const TypeDescription> descriptions, TelephoneTypes& types) {
+    TelephoneTypes described = types;
+    std::vector<TelephoneTypeCode> given;
+    for (const auto& [word, description] : descriptions) {
+        const auto code = KeptType(word);
+        if (!code) return false;
+        if (std::ranges::find(given, *code) != given.end()) return Refuse(FormatText("%s is given twice", word));
+        given.push_back(*code);
+        if (const auto fault = FaultOfTypeDescription(description)) return Refuse(*fault);
+        const auto known = std::ranges::find(described, *code, &TelephoneType::Code);
+        if (known != described.end())
+            known->Description = description;
+        else
+            described.push_back({*code, description});
+    }
+    if (described.size() > kMaxTelephoneTypes)
+        return Refuse(FormatText("There can be at most %d telephone-number types", kMaxTelephoneTypes));
+    if (described != types) WarnOfShifts(described);
+    types = std::move(described);
+    return true;
 }
 
 bool ReadTelephoneTypes(ControlStream& setup, TelephoneTypes& types) {

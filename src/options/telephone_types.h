@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -35,6 +36,17 @@ std::optional<TelephoneTypeCode> ParseTelephoneType(std::string_view word);
 
 // Why a person may not give the text as a description, in a sentence; none when it is fine.
 std::optional<std::string> FaultOfTypeDescription(std::string_view text);
+
+// A description that a person gives to the type of a word.
+struct TypeDescription {
+    std::string Word;
+    std::string Description;
+};
+
+// Enters the descriptions into a list, which keeps its other types. False, with the list as it was, after a message: a
+// word is none, is read as another type once it is written, or means a type that was given before; a description does
+// not fit; there are too many types. Warns of types that stay and will be read as others from then on.
+bool DescribeTelephoneTypes(std::span<const TypeDescription> descriptions, TelephoneTypes& types);
 
 // Reads the list from SETUP.INI's first "[QUEUEMAN]". False, with the entries before it, at a line of another form or
 // beyond the twentieth.

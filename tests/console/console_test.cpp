@@ -173,6 +173,10 @@ TEST(SecretCommand, ScramblesAndUnscrambles) {
     EXPECT_EQ(console.Run({"secret", "scramble"}), 0);
     EXPECT_EQ(console.Results.substr(0, 8), "(hidden)");
     EXPECT_EQ(console.Notices, "Text to scramble: \n");
+    console.Terminal = false;
+    console.Input = {"one", "two"};
+    EXPECT_EQ(console.Run({"secret", "scramble"}), 2);
+    EXPECT_EQ(console.Notices, "Standard input holds more than one line\n");
     console.Input = {"xyz"};
     EXPECT_EQ(console.Run({"secret", "unscramble"}), 1);
     EXPECT_EQ(console.Notices, "This is no scrambled text\n");

@@ -14,6 +14,10 @@ const std::string kBefore = "[DIRECTORY]\r\nFile: Memo     \"B\xFCro\"\r\n";
 const std::string kUpdating = "Updating file F:\\BRIVANE\\B-COVER\\MSGDIR.CTL\n";
 const std::string kUpdated = "Updated file F:\\BRIVANE\\B-COVER\\MSGDIR.CTL\n";
 
+std::string NoFileName(const std::string& name) {
+    return "Name: \"" + name + "\" - a name is that of a file in the directory, without its path.\n";
+}
+
 struct Step {
     const char* Name;
     std::vector<std::string> Arguments;
@@ -58,11 +62,25 @@ const Step kSteps[] = {
      "NONE coversheet files (*.EPN, *.G3N, *.G3F) not found in F:\\BRIVANE\\B-COVER\\ directory\n",
      kBefore},
     {"add a name that would be cut",
-     {"coversheet", "add", "ALPHA67890123", "x"},
+     {"coversheet", "add", "NINECHARS", "x"},
      1,
      "",
-     "A name has at most 12 characters\n",
+     "Name: \"NINECHARS\" - the catalogue keeps names of at most 8 characters.\n",
      kBefore},
+    {"add a name that would be read as its first word",
+     {"coversheet", "add", "MY COV", "x"},
+     1,
+     "",
+     "Name: \"MY COV\" - the catalogue keeps no name with a blank, a comma or a quote.\n",
+     kBefore},
+    {"add a name that would be read as the one before its comma",
+     {"coversheet", "add", "A,B", "x"},
+     1,
+     "",
+     "Name: \"A,B\" - the catalogue keeps no name with a blank, a comma or a quote.\n",
+     kBefore},
+    {"add another name of a file", {"coversheet", "add", ".\\ALPHA", "x"}, 1, "", NoFileName(".\\ALPHA"), kBefore},
+    {"add a file of elsewhere", {"coversheet", "add", "../OUT", "x"}, 1, "", NoFileName("../OUT"), kBefore},
     {"rename, named as the catalogue has it",
      {"coversheet", "rename", "MEMO", "Note"},
      0,
@@ -127,7 +145,8 @@ class CovletCommand : public testing::Test {
     CovletCommand() {
         Server.Load();
         Server.Put(kCatalogue, kBefore);
-        for (const char* file : {"MEMO.G3F", "ALPHA.EPN", "LIST.EPN"})
+        Server.Put("F:\\BRIVANE\\OUT.EPN", "");
+        for (const char* file : {"MEMO.G3F", "ALPHA.EPN", "LIST.EPN", "NINECHARS.EPN", "MY COV.EPN", "A,B.EPN"})
             Server.Put("F:\\BRIVANE\\B-COVER\\" + std::string(file), "");
     }
     MemoryServer Server;

@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 
 #include "console/text_console.h"
+#include "ctlfile/scramble.h"
 #include "support/memory_server.h"
 #include "support/texts.h"
 
@@ -170,7 +171,7 @@ const Case kCases[] = {
     {{"router", "set", "EmailLoginParams=x"},
      1,
      "",
-     "EmailLoginParams: \"x\" is not kept beside the other values\n",
+     "EmailLoginParams: \"********\" is not kept beside the other values\n",
      "Setup.ini"},
     {{"router", "set", "LocalServerID=THERE"},
      0,
@@ -239,6 +240,30 @@ TEST(DestinationCommands, AskBeforeWhatOthersUse) {
         EXPECT_EQ(scene.Console.Notices, question + "[y/N] No (nobody to ask; --yes answers Yes)\n");
         for (const auto& [name, text] : kBefore) EXPECT_EQ(scene.GetFile(name), text);
         EXPECT_THAT(scene.Files.List(kBase, "*.ne?"), testing::IsEmpty());
+    }
+}
+
+TEST(DestinationCommands, TakePasswordsAsTheyAreStored) {
+    const Scene clock; // that stands still, so that the scrambled text is always the same
+    const std::string scrambled = *ScrambleForPage("hush");
+    const auto set = [](const std::string& parameter) {
+        return std::vector<std::string>{"router", "set", "EmailLoginName=fax", "EmailInboxPollFreq=00:05", parameter};
+    };
+    const std::tuple<std::vector<std::string>, const char*, int, std::string> cases[] = {
+        {set("EmailLoginParams=********"), "Setup.ini", 0, "EmailLoginParams: sekrit\n"},
+        {set("--password-stdin"), "Setup.ini", 0, "EmailLoginParams: " + scrambled + "\n"},
+        {{"link", "set", "A", "LinkPassword=********"}, "Link.ini", 0, "LinkPassword: pw\n"},
+        {{"link", "set", "A", "--password-stdin"}, "Link.ini", 0, "LinkPassword: hush\n"},
+        {{"link", "add", "B", "LinkPassword=********"}, "Link.ini", 1, kBefore.at("Link.ini")},
+        {{"link", "set", "A", "LinkPassword=x "}, "Link.ini", 1, "LinkPassword: pw\n"},
+    };
+    for (const auto& [arguments, file, status, line] : cases) {
+        SCOPED_TRACE(testing::PrintToString(arguments));
+        Scene scene;
+        scene.Console.Input = {"hush"};
+        EXPECT_EQ(scene.Console.Run(arguments), status);
+        EXPECT_THAT(scene.Console.Notices, testing::Not(testing::HasSubstr("x ")));
+        EXPECT_THAT(scene.GetFile(file), testing::HasSubstr(line));
     }
 }
 

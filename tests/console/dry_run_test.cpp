@@ -46,6 +46,31 @@ TEST(DryRun, ShowsWhatWouldChangeAndWritesNothing) {
     }
 }
 
+TEST(DryRun, ShowsNoPasswordUnlessItIsToBeRevealed) {
+    const TemporaryDirectory directory;
+    const std::string path = directory.Path("LINK.INI");
+    directory.Write("LINK.INI", "[LINK]\r\nLinkPassword: one\n; linkpassword=two\r\nK: 1\r\n");
+    TextConsole console;
+    EXPECT_EQ(console.Run({"--dry-run", "file", "set", path, "LINK", "K", "2"}), 0);
+    EXPECT_EQ(console.Results, Title(path) + "@@ -1,4 +1,4 @@\n [LINK]\n-LinkPassword: ********^J\n"
+                                             "+LinkPassword: ********\n ; linkpassword=********\n-K: 1\n+K: 2\n");
+    EXPECT_EQ(console.Run({"--dry-run", "file", "set", path, "LINK", "LinkPassword", "new", "--json"}), 0);
+    EXPECT_EQ(console.Results.find("one"), std::string::npos);
+    EXPECT_EQ(console.Results.find("two"), std::string::npos);
+    EXPECT_NE(console.Results.find("+LinkPassword: ******** (new)\\n"), std::string::npos);
+    EXPECT_EQ(console.Run({"--reveal", "--dry-run", "file", "set", path, "LINK", "K", "2"}), 0);
+    EXPECT_EQ(console.Results, Title(path) + "@@ -1,4 +1,4 @@\n [LINK]\n-LinkPassword: one^J\n"
+                                             "+LinkPassword: one\n ; linkpassword=two\n-K: 1\n+K: 2\n");
+    EXPECT_EQ(console.Run({"file", "list", path, "LINK"}), 0);
+    EXPECT_EQ(console.Results, "LinkPassword: ********\nK: 1\n");
+    EXPECT_EQ(console.Run({"file", "get", path, "LINK", "LinkPassword"}), 0);
+    EXPECT_EQ(console.Results, "********\n");
+    EXPECT_EQ(console.Run({"file", "get", path, "LINK", "LinkPassword", "--reveal"}), 0);
+    EXPECT_EQ(console.Results, "one\n");
+    EXPECT_EQ(console.Run({"file", "set", path, "LINK", "LinkPassword", "********"}), 1);
+    EXPECT_EQ(console.Notices, "LinkPassword: eight asterisks stand for the stored password.\n");
+}
+
 TEST(DryRun, IsOneJsonDocument) {
     const TemporaryDirectory directory;
     directory.Write("SETUP.INI", "[A]\r\nK: \xFC\r\n");

@@ -3,6 +3,7 @@
 
 #include "console/command_case.h"
 #include "console/text_console.h"
+#include "ctlfile/scramble.h"
 #include "devices/setup_text.h"
 
 namespace bv::console {
@@ -52,7 +53,14 @@ const Case kCases[] = {
      "Deleted device modem-1\n",
      Replaced(kSetup, "Device: MODEM-1 \"Main\"\n", "")},
     {{"device", "set", "PRINT-1", "Port=COM1"}, 1, "", "Port: \"COM1\" - PRINT devices have no such key\n"},
-    {{"device", "set", "MODEM-1", "BaudRate=65536"}, 1, "", "BaudRate: \"65536\" is not a number from 0 to 65535\n"},
+    {{"device", "set", "MODEM-1", "BaudRate=65535"}, 1, "", "BaudRate: \"65535\" is not a number from 0 to 65534\n"},
+    {{"device", "set", "MODEM-1", "RecdUser=ANN "}, 1, "", "RecdUser: \"ANN \" ends with a blank\n"},
+    {{"device", "repair", "PRINT-1", "PRINT"}, 1, "", "Device PRINT-1 has the type PRINT already\n"},
+    {{"device", "repair", "MODEM-2", "FCLASS"}, 1, "", "Device MODEM-2 not found\n"},
+    {{"device", "repair", "NETWORK", "GAMMA"},
+     1,
+     "",
+     "Device NETWORK is the network connection and cannot be changed\n"},
     {{"device", "set", "MODEM-1", "Speaker=LOUD"}, 1, "", "Speaker: \"LOUD\" is not ON, OFF or CONNECT\n"},
     {{"device", "set", "MODEM-1", "Description=a\"b"},
      1,
@@ -72,6 +80,8 @@ const Case kCases[] = {
     {{"option", "get", "QUEUEMAN/MailLoginParams"}, 0, "********\n", ""},
     {{"option", "get", "QUEUEMAN/MailLoginParams", "--reveal"}, 0, "sekrit\n", ""},
     {{"option", "get", "QUEUEMAN"}, 1, "", "There is no option QUEUEMAN\n"},
+    {{"option", "set", "BSUBMIT/User=NOBODY"}, 1, "", "Brivane user NOBODY not found\n"},
+    {{"option", "set"}, 2, "", "What is to be set is missing\n"},
     {{"option", "set", "OPTIONS/LCR=maybe"}, 1, "", "LCR: \"maybe\" is not YES or NO\n"},
     {{"option", "set", "OPTIONS/MailGatewayV6=YES"},
      1,
@@ -92,6 +102,7 @@ const Case kCases[] = {
      1,
      "",
      "International cannot be kept: International2 would come back\n"},
+    {{"option", "telnum", "set", "National=x", "National1=y"}, 1, "", "National1 is given twice\n"},
     {{"option", "telnum", "set", "Local=a\"b"},
      1,
      "",
@@ -105,6 +116,7 @@ struct Scene {
     Scene() {
         Server.Put("C:\\WINDOWS\\BRIVANE.INI", "[SERVER]\r\nAllUserArea: F:\\BRIVANE\\USERS\r\nRequestArea: F:\\R\r\n"
                                                "ServerArea: F:\\BRIVANE\\SERVER\r\nSystemArea: F:\\BRIVANE\r\n");
+        Server.Put("F:\\BRIVANE\\B-DB\\USERLIST.INI", "[USER]\r\nName: ANNA\r\n[GROUP]\r\nName: @SALES\r\n");
     }
 };
 
@@ -123,6 +135,140 @@ TEST(SetupCommands, SettingAnOptionWritesWhatIsNotThereYetButNothingElse) {
     EXPECT_THAT(complete, testing::HasSubstr("\nUser: ANNA\n"));
     EXPECT_EQ(scene.Console.Run({"option", "set", "QUEUEMAN/SendRetryWait=60"}), 0);
     EXPECT_EQ(scene.Server.GetSetup(), complete);
+}
+
+struct OddCase {
+    const char* Name;
+    std::vector<std::string> Arguments;
+    std::string Before;
+    int Status;
+    std::string Said; // the last line, or the new device's name
+    std::string After;
+};
+
+const std::string kNoLists = "\n[PRINTERS]\n\n[SCANNERS]\n\n";
+const std::string kBareModem = "[DEVICES]\nDevice: M-1 \"Listed\"\n" + kNoLists;
+const std::string kWholePrinter = "[PRINT-2]\nDescription: P\nType: PRINT\n";
+const std::string kForeign = kBareModem + "[M-1]\nType: ISDN\n";
+const std::string kScanner = "[DEVICES]\nDevice: S-1 \"S\"\n\n[PRINTERS]\n\n[SCANNERS]\nDevice: S-1 \"S\"\n\n";
+
+const OddCase kOddCases[] = {
+    {"a scanner's name is taken",
+     {"device", "add", "S", "PRINT"},
+     Replaced(kScanner, "[DEVICES]\nDevice: S-1 \"S\"\n", "[DEVICES]\n") + "[S-1]\nType: HP\n",
+     0,
+     "S-2\n",
+     "[DEVICES]\nDevice: S-2 \"\"\n\n[PRINTERS]\nDevice: S-2 \"\"\n\n[SCANNERS]\nDevice: S-1 \"S\"\n\n"
+     "[S-1]\nType: HP\n\n[S-2]\nDescription:\nType: PRINT\n"},
+    {"a printer without a paragraph gets one, and its place in the lists",
+     {"device", "repair", "print-2", "print"},
+     "[DEVICES]\nDevice: PRINT-2 \"P\"\n" + kNoLists,
+     0,
+     "Modified device PRINT-2\n",
+     "[DEVICES]\nDevice: PRINT-2 \"P\"\n\n[PRINTERS]\nDevice: PRINT-2 \"P\"\n\n[SCANNERS]\n\n" + kWholePrinter},
+    {"a paragraph without a type keeps what it has",
+     {"device", "repair", "PRINT-2", "PRINT"},
+     "[DEVICES]\nDevice: PRINT-2 \"Listed\"\n\n[PRINTERS]\nDevice: PRINT-2 \"Listed\"\n\n[SCANNERS]\n\n"
+     "[PRINT-2]\nDescription: P\nTray: 2\n",
+     0,
+     "Modified device PRINT-2\n",
+     "[DEVICES]\nDevice: PRINT-2 \"Listed\"\n\n[PRINTERS]\nDevice: PRINT-2 \"Listed\"\n\n[SCANNERS]\n\n"
+     "[PRINT-2]\nDescription: P\nTray: 2\nType: PRINT\n"},
+    {"what another program made is not repaired",
+     {"device", "repair", "M-1", "FCLASS"},
+     kForeign,
+     1,
+     "Device M-1 has the type ISDN, which this program does not know\n",
+     kForeign},
+    {"nor is a scanner", {"device", "repair", "S-1", "GAMMA"}, kScanner, 1, "Device S-1 is a scanner\n", kScanner},
+    {"a description that only the list has otherwise",
+     {"device", "set", "PRINT-2", "Description=P"},
+     "[DEVICES]\nDevice: PRINT-2 \"\"\n\n[PRINTERS]\nDevice: PRINT-2 \"\"\n\n[SCANNERS]\n\n" + kWholePrinter,
+     0,
+     "Modified device PRINT-2\n",
+     "[DEVICES]\nDevice: PRINT-2 \"P\"\n\n[PRINTERS]\nDevice: PRINT-2 \"P\"\n\n[SCANNERS]\n\n" + kWholePrinter},
+};
+
+TEST(SetupCommands, MendOddFiles) {
+    for (const auto& [name, arguments, before, status, said, after] : kOddCases) {
+        SCOPED_TRACE(name);
+        Scene scene;
+        scene.Server.PutSetup(before);
+        EXPECT_EQ(scene.Console.Run(arguments), status);
+        EXPECT_THAT(scene.Console.Notices + scene.Console.Results, testing::EndsWith(said));
+        EXPECT_EQ(scene.Server.GetSetup(), after);
+    }
+}
+
+TEST(SetupCommands, PrintWordsOfAnotherVersionStayUntilTheKeyIsChanged) {
+    Scene scene;
+    scene.Console.Run({"option", "set", "OPTIONS/LCR=NO"});
+    const std::string whole = scene.Server.GetSetup();
+    const std::string odd = Replaced(whole, "PrintRecdOptions:\n", "PrintRecdOptions: STATUS  FOLD\n");
+    scene.Server.PutSetup(odd);
+    EXPECT_EQ(scene.Console.Run({"option", "get", "PRINTING/PrintRecdOptions"}), 0);
+    EXPECT_EQ(scene.Console.Results, "STATUS FOLD\n");
+    EXPECT_EQ(scene.Console.Run({"option", "set", "OPTIONS/LCR=YES", "PRINTING/PrintRecdOptions=STATUS FOLD"}), 0);
+    EXPECT_EQ(scene.Server.GetSetup(), Replaced(odd, "LCR: NO", "LCR: YES"));
+    EXPECT_EQ(scene.Console.Run({"option", "set", "PRINTING/PrintRecdOptions=STATUS FOLD MESSAGE"}), 1);
+    EXPECT_EQ(scene.Console.Run({"option", "set", "PRINTING/PrintRecdOptions=STATUS", "OPTIONS/LCR=NO"}), 0);
+    EXPECT_EQ(scene.Server.GetSetup(), Replaced(odd, "STATUS  FOLD", "STATUS"));
+}
+
+TEST(SetupCommands, WaitOnceForAFileThatIsHeld) {
+    Scene scene;
+    const auto held =
+        scene.Server.Files.Open(test::kSetupFile, {platform::Access::ReadWrite, platform::Deny::ReadingAndWriting});
+    for (int command = 1; command <= 2; ++command) {
+        EXPECT_EQ(scene.Console.Run({"option", "set", "OPTIONS/LCR=NO"}), 1);
+        EXPECT_EQ(scene.Server.Clock.Ticks() / 1000, 10 * command);
+    }
+}
+
+TEST(SetupCommands, ScrambleAPasswordThatIsGiven) {
+    const std::string stored = "MailLoginParams: sekrit\n";
+    const std::string key = "QUEUEMAN/MailLoginParams";
+    const std::string warning = key + ": a password among the arguments can be seen by others; use standard input\n";
+    const Scene clock; // that stands still, so that the scrambled text is always the same
+    const std::string scrambled = *ScrambleForPage("hush");
+    const std::tuple<const char*, std::vector<std::string>, std::deque<std::string>, int, std::string, std::string>
+        cases[] = {
+            {"among the arguments", {key + "=hush"}, {}, 0, warning, "MailLoginParams: " + scrambled + "\n"},
+            {"on standard input", {"--password-stdin"}, {"hush"}, 0, "", "MailLoginParams: " + scrambled + "\n"},
+            {"as it is stored", {key + "=" + scrambled}, {}, 0, warning, "MailLoginParams: " + scrambled + "\n"},
+            {"eight asterisks", {key + "=********"}, {}, 0, "", stored},
+            {"other asterisks, which nobody confirms",
+             {key + "=*x"},
+             {},
+             1,
+             "A password that begins with * stands for the stored one.\n\nKeep the stored password? [y/N] No (nobody "
+             "to "
+             "ask; --yes answers Yes)\n",
+             stored},
+            {"too long", {"--password-stdin"}, {std::string(45, 'x')}, 1, "Unable to encrypt the password\n", stored},
+            {"two lines", {"--password-stdin"}, {"a", "b"}, 2, "Standard input holds more than one line\n", stored},
+            {"no line", {"--password-stdin"}, {}, 2, "The password is a line of standard input\n", stored},
+            {"twice", {"--password-stdin", key + "=x"}, {"a"}, 2, key + " is given twice\n", stored},
+        };
+    for (const auto& [name, arguments, input, status, said, line] : cases) {
+        SCOPED_TRACE(name);
+        Scene scene;
+        scene.Console.Input = input;
+        std::vector<std::string> command = {"option", "set"};
+        command.insert(command.end(), arguments.begin(), arguments.end());
+        EXPECT_EQ(scene.Console.Run(command), status);
+        EXPECT_THAT(scene.Console.Notices, testing::HasSubstr(said));
+        EXPECT_THAT(scene.Server.GetSetup(), testing::HasSubstr(line));
+    }
+    Scene scene;
+    scene.Console.Terminal = true;
+    scene.Console.Input = {"hush"};
+    EXPECT_EQ(scene.Console.Run({"option", "set", "--password-stdin", "--dry-run"}), 0);
+    EXPECT_THAT(scene.Console.Results, testing::StartsWith("(hidden)"));
+    EXPECT_THAT(scene.Console.Results,
+                testing::HasSubstr("-SendTries:\n+SendTries: 5\n SendRetryWait: 60\n-MailLoginParams: ********\n"
+                                   "+MailLoginParams: ******** (new)\n"));
+    EXPECT_EQ(scene.Console.Notices, "Password: \n");
 }
 
 TEST(SetupCommands, ATelephoneListThatCannotBeReadIsNotRewritten) {

@@ -90,10 +90,6 @@ const Change kChanges[] = {
     {kHead + kAlpha + kMemo, "ALPHA", {}, kHead + kMemo},
     {kHead + kAlpha, "ALPHA", {}, kHead},
     {kHead + kAlpha + "; c\r\nfile:ALPHA\r\n", "ALPHA", {}, kHead + "; c\r\n"}, // every entry of that name
-    {kHead + ";" + kAlpha + " " + kAlpha + "File= ALPHA\r\n" + kMemo,
-     "ALPHA",
-     {},
-     kHead + ";" + kAlpha + " " + kAlpha + "File= ALPHA\r\n" + kMemo},
     {kAlpha + "[DIRECTORY] 2\r\n" + kAlpha + "[Directory] \r\n" + kAlpha + "[X]\r\n" + kAlpha,
      "ALPHA",
      {},
@@ -102,7 +98,6 @@ const Change kChanges[] = {
      "ALPHA",
      {},
      "\r\n[DIRECTORY]\r\n\r\n" + std::string(280, 'x') + "\r\nFile: MEMO \"y\"\r\n"},
-    {"", "ALPHA", "", ""},
 };
 
 TEST(ChangeCatalogueEntry, ReplacesOrDropsTheLinesOfOneEntry) {
@@ -115,6 +110,18 @@ TEST(ChangeCatalogueEntry, ReplacesOrDropsTheLinesOfOneEntry) {
         EXPECT_EQ(server.Get(kTemporary), "(none)");
         EXPECT_THAT(server.Front.Said,
                     ElementsAre("status 1: Updating file " + kCatalogue, "status 1: Updated file " + kCatalogue));
+    }
+}
+
+TEST(ChangeCatalogueEntry, SaysThatAnEntryIsGone) {
+    for (const std::string& before : {std::string(), kHead + ";" + kAlpha + " " + kAlpha + "File= ALPHA\r\n" + kMemo}) {
+        MemoryServer server;
+        server.Load();
+        server.Put(kCatalogue, before);
+        EXPECT_FALSE(ChangeCatalogueEntry(kKind, "ALPHA", "new") || DeleteCatalogueEntry(kKind, "ALPHA"));
+        EXPECT_EQ(server.Get(kCatalogue), before);
+        const std::string said = "error: There is no coversheet ALPHA in the catalogue";
+        EXPECT_THAT(server.Front.Said, ElementsAre(said, said));
     }
 }
 

@@ -146,7 +146,7 @@ TEST(ServerOptions, UnreadableValuesAreDefaultsThatTheNextSaveWrites) {
         {"PRINTING/PrintSentSquash", "2", "NO", false},
         {"PRINTING/PrintRecdPagesUp", "3", "1", false},
         {"PRINTING/PrintSentPagesUp", "", "1", false},
-        {"PRINTING/PrintSentOptions", "STATUS DELETE", "", false},
+        {"PRINTING/PrintSentOptions", "STATUS DELETE", "STATUS DELETE", true},
         {"PRINTING/PrintRecdOptions", "delete\tstatus", "STATUS DELETE", true},
         {"PRINTING/PrintRecdOptions", "", "", true},
         {"PRINTING/PrintSentBin", "0123456789012345678901234567890123456789", "0123456789012345678901234567890123",

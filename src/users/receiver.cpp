@@ -1,0 +1,19 @@
+#include "users/receiver.h"
+
+#include "ctlfile/whole_file.h"
+#include "shell/messages.h"
+#include "shell/server_paths.h"
+#include "users/user_list.h"
+
+namespace bv {
+
+bool CheckReceiver(std::string_view name) {
+    if (name.empty() || IsMissing(UserListPath())) return true;
+    UserList list;
+    if (!list) return false;
+    if (list.Has(name, RecordKind::User) || list.Has(name, RecordKind::Group)) return true;
+    if (list.IsRead()) ShowNotFound(name, RecordKind::User);
+    return false;
+}
+
+} // namespace bv
