@@ -228,13 +228,14 @@ ControlStream OpenShared(const std::string& path, std::string_view mode, OpenTim
     std::optional<platform::OpenRequest> request = RequestOf(mode);
     if (!request || path.size() > kMaxPath) return {};
     request->StandsFor = standsFor;
+    std::string ownPath = path; // before a file is truncated
     platform::OpenResult result = OpenRetrying(path, *request, SecondsOf(timeout));
     if (!result.Opened) return {};
     // A new file has a known length; an asking that failed would leave the file behind.
     const bool isNew = mode.front() == 'w' || mode.front() == 'c';
     const std::optional<std::uint64_t> length = isNew ? 0 : result.Opened->Length();
     if (length.value_or(kLargestFile + 1) > kLargestFile) return {};
-    ControlStream stream(std::move(result.Opened), path);
+    ControlStream stream(std::move(result.Opened), std::move(ownPath));
     if (mode.front() == 'a') stream.Seek(*length);
     return stream;
 }

@@ -4,24 +4,12 @@
 
 #include "ctlfile/copy_back.h"
 #include "ctlfile/paths.h"
-#include "ctlfile/reading.h"
+#include "ctlfile/replaced_file.h"
 #include "platform/files.h"
 #include "shell/messages.h"
 
 namespace bv {
 namespace {
-
-// None after a message.
-std::optional<std::string> ReadText(const std::string& path) {
-    ControlStream file = OpenShared(path, "rb");
-    if (!file) {
-        ShowError(413, path);
-        return {};
-    }
-    std::string text(file.Rest());
-    if (!WasRead(file)) return {};
-    return text;
-}
 
 // False after a message; then nothing is left of the copy.
 bool KeepText(const std::string& path, std::string_view text) {
@@ -47,7 +35,7 @@ void DropSaved(const std::vector<Leftover>& saved, std::string_view text) {
         if (one.Text == text) platform::Files().Delete(one.Path);
 }
 
-bool PutInPlace(const std::string& path, std::string_view text, std::string_view newText) {
+bool PutOver(const std::string& path, std::string_view text, std::string_view newText) {
     Rewrite rewrite(path);
     if (!rewrite) {
         ShowError(413, rewrite.Fault() == Rewrite::Problem::Temporary ? rewrite.TemporaryName() : path);
@@ -70,15 +58,29 @@ bool PutInPlace(const std::string& path, std::string_view text, std::string_view
     return true;
 }
 
+// A file that was being replaced and is gone: its new text is all there is.
+bool RecoverMissingFile(const std::string& path, const AgreeToRecover& agrees) {
+    const ReplacedFile file{path, WithExtension(path, "new"), ""};
+    if (!IsCutOff(file)) {
+        ShowError(9016, path);
+        return false;
+    }
+    const std::optional<TextOfFile> left = ReadText(file.NewPath, file.NotOpened);
+    if (!left || !agrees({file.NewPath, left->Text}, "") || !RecoverReplacedFile(file)) return false;
+    ShowStatus(471, path);
+    return true;
+}
+
 } // namespace
 
 bool RecoverFile(const std::string& path, const AgreeToRecover& agrees) {
-    const std::optional<std::string> text = ReadText(path);
-    if (!text) return false;
-    const std::vector<Leftover> found = FindLeftovers(path, *text);
+    const std::optional<TextOfFile> file = ReadText(path, 413);
+    if (!file) return false;
+    if (!file->IsThere) return RecoverMissingFile(path, agrees);
+    const std::vector<Leftover> found = FindLeftovers(path, file->Text);
     if (found.empty()) ShowError(9016, path);
-    const auto agreed = std::ranges::find_if(found, [&](const Leftover& one) { return agrees(one, *text); });
-    return agreed != found.end() && PutInPlace(path, *text, agreed->Text);
+    const auto agreed = std::ranges::find_if(found, [&](const Leftover& one) { return agrees(one, file->Text); });
+    return agreed != found.end() && PutOver(path, file->Text, agreed->Text);
 }
 
 bool AskToRecover(const std::string& path, const Leftover& leftover) {

@@ -13,7 +13,8 @@ namespace bv {
 using AgreeToRecover = std::function<bool(const Leftover& leftover, std::string_view text)>;
 
 // Offers each text that is left over beside the file, the latest first, and puts the first that is agreed to in its
-// place: under the file's lock, copied over it as every change is. What it replaces is kept beside it, with the
+// place: under the file's lock, copied over it as every change is. Beside a file that is gone it is the new text of a
+// replacement that was cut off (replaced_file.h), which gets its name. What it replaces is kept beside it, with the
 // extension old or, when that is taken, ol2 to ol9. Needs no start-up. Status texts are 9017 and 471.
 //
 // False, with the file as it was: none was agreed to; or after a message, there is none (9016), a file cannot be

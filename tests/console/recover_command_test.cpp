@@ -109,5 +109,17 @@ TEST(RecoverCommand, IsPointedToByWhateverOpensTheFile) {
     }
 }
 
+// A replacement that was cut off has left only the new text, which is put in place by this verb alone.
+TEST(RecoverCommand, GivesTheNewTextItsNameWhereTheFileIsGone) {
+    for (const std::string& left : {kWhole, std::string("\r\n"), std::string("[A]\r\nk: 1")}) {
+        MemoryServer server;
+        server.Put(kStem + "new", left);
+        TextConsole console;
+        EXPECT_EQ(console.Run({"recover", kStem + "INI"}), left == kWhole ? 0 : 1);
+        EXPECT_EQ(server.Get(kStem + "INI"), left == kWhole ? kWhole : "(none)");
+        EXPECT_EQ(server.Get(kStem + "new"), left == kWhole ? "(none)" : left);
+    }
+}
+
 } // namespace
 } // namespace bv::console

@@ -290,8 +290,8 @@ TEST(UserImport, NamesEveryBadRowAndWritesNothing) {
         {"Name,Admin\r\nBEN\r\n\"a\nb\",YES\r\nben,NO\r\nANN,huh\r\n@s,YES\r\nFINE,NO,\r\n",
          {"line 2, column 1: 1 fields where the first line has 2",
           "line 8, column 3: 3 fields where the first line has 2",
-          "line 3, column 1: Name: \"a b\" - the name of a user or group is that of its directory, which cannot have "
-          "this one.",
+          "line 3, column 1: Name: \"a b\" - the name of a user or group is that of its directory, and no file name "
+          "has a control character or one of \\ / : * ? \" < > |.",
           "line 7, column 1: Name: \"@s\" - there is a user or user group of that name already.",
           "line 6, column 2: Admin: \"huh\" is not YES or NO"}},
         {"Name,Group\r\nBEN,@X\r\nDORA,@S\r\ndora,\r\n",

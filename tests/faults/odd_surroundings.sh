@@ -62,7 +62,8 @@ for closed in '2>&-' '>&- 2>&-' '<&- >&- 2>&-'; do
     check "not the new text" same "$database/SETUP.INI" "$work/after"
 done
 where="results to a closed output"
-check "are taken for written" not eval '"${on_server[@]}" user list >&- 2>"$work/errors"'
+list_users() { "${on_server[@]}" user list >&- 2>"$work/errors"; }
+check "are taken for written" not list_users
 check "no message" says '^Unable to write the results$'
 report "closed streams"
 

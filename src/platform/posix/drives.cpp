@@ -90,7 +90,7 @@ HostPath FindNames(const std::string& directory, const std::vector<std::string>&
     std::string path = directory;
     bool missing = false;
     for (const std::string& name : names) {
-        const HostPath found = missing ? HostPath{name} : FindInAnyCase(path, name);
+        HostPath found = missing ? HostPath{name} : FindInAnyCase(path, name);
         if (found.Error == FileError::Failed) return found;
         missing = missing || !found;
         path += "/" + (missing ? name : *found);

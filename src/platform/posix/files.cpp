@@ -29,7 +29,10 @@ class Descriptor {
     ~Descriptor() { Close(); }
     Descriptor(const Descriptor&) = delete;
     Descriptor& operator=(const Descriptor&) = delete;
-    Descriptor& operator=(Descriptor&&) = delete;
+    Descriptor& operator=(Descriptor&& other) noexcept {
+        std::swap(number_, other.number_);
+        return *this;
+    }
 
     [[nodiscard]] int Number() const { return number_; }
     [[nodiscard]] bool IsOpen() const { return number_ >= 0; }
@@ -46,7 +49,7 @@ class Descriptor {
 
 class PosixFile final : public File {
   public:
-    explicit PosixFile(Descriptor descriptor) : descriptor_(std::move(descriptor)) {}
+    void Hold(Descriptor descriptor) { descriptor_ = std::move(descriptor); }
 
     Transfer Read(std::uint64_t offset, char* bytes, std::size_t size) override {
         Transfer done;
@@ -103,7 +106,7 @@ class PosixFile final : public File {
     FileError Close() override { return descriptor_.Close(); }
 
   private:
-    Descriptor descriptor_;
+    Descriptor descriptor_{-1};
 };
 
 int OpenFlags(const OpenRequest& request) {
@@ -188,6 +191,7 @@ bool IsDeleted(const Descriptor& descriptor) {
 
 OpenResult OpenHostFile(const std::string& path, const OpenRequest& request) {
     constexpr int kTries = 10;
+    auto file = std::make_unique<PosixFile>(); // without memory, no file is made
     for (int i = 0; i < kTries; ++i) {
         Descriptor descriptor = OpenRequested(path, request);
         if (!descriptor.IsOpen()) return {nullptr, LastError()};
@@ -196,7 +200,7 @@ OpenResult OpenHostFile(const std::string& path, const OpenRequest& request) {
         if (IsDeleted(descriptor)) continue; // before it was locked; the name may mean another file by now
         if (!request.StandsFor.empty()) error = TakeRightsOf(descriptor.Number(), request.StandsFor);
 
-        auto file = std::make_unique<PosixFile>(std::move(descriptor));
+        file->Hold(std::move(descriptor));
         // An empty file is left alone: some file systems take any truncation for a reason to write at closing.
         if (error == FileError::None && request.How == Creation::CreateOrTruncate && file->Length() != 0)
             error = file->SetLength(0);

@@ -48,7 +48,10 @@ class Handle {
     ~Handle() { Close(); }
     Handle(const Handle&) = delete;
     Handle& operator=(const Handle&) = delete;
-    Handle& operator=(Handle&&) = delete;
+    Handle& operator=(Handle&& other) noexcept {
+        std::swap(handle_, other.handle_);
+        return *this;
+    }
 
     [[nodiscard]] HANDLE Get() const { return handle_; }
     [[nodiscard]] bool IsOpen() const { return handle_ != INVALID_HANDLE_VALUE; }
@@ -74,7 +77,7 @@ OVERLAPPED AtOffset(std::uint64_t offset) {
 
 class WindowsFile final : public File {
   public:
-    explicit WindowsFile(Handle handle) : handle_(std::move(handle)) {}
+    void Hold(Handle handle) { handle_ = std::move(handle); }
 
     Transfer Read(std::uint64_t offset, char* bytes, std::size_t size) override {
         Transfer done;
@@ -136,7 +139,7 @@ class WindowsFile final : public File {
     FileError Close() override { return handle_.Close(); }
 
   private:
-    Handle handle_;
+    Handle handle_{INVALID_HANDLE_VALUE};
 };
 
 DWORD AccessOf(const OpenRequest& request) { return MayWrite(request) ? GENERIC_READ | GENERIC_WRITE : GENERIC_READ; }
@@ -199,12 +202,14 @@ class WindowsFileSystem final : public FileSystem {
   public:
     OpenResult Open(const std::string& path, const OpenRequest& request) override {
         if (IsAbsent(path)) return {nullptr, FileError::NotFound};
+        auto file = std::make_unique<WindowsFile>(); // without memory, no file is made
         AccessList list{std::string(request.StandsFor)};
         Handle handle(CreateFileA(path.c_str(), AccessOf(request), ShareOf(request.Denied), list.Get(),
                                   DispositionOf(request.How), FILE_ATTRIBUTE_NORMAL, nullptr));
         if (!handle.IsOpen()) return {nullptr, ErrorAt(path)};
         if (GetFileType(handle.Get()) != FILE_TYPE_DISK) return {nullptr, FileError::NotAFile}; // CON, NUL, COM1
-        return {std::make_unique<WindowsFile>(std::move(handle)), FileError::None};
+        file->Hold(std::move(handle));
+        return {std::move(file), FileError::None};
     }
 
     FileError Delete(const std::string& path) override {

@@ -64,14 +64,14 @@ bool ReplaceBy(const std::string& path, const std::string& text) {
 }
 
 const Action kActions[] = {
-    {"key", "B-DB\\SETUP.INI", Lines(5000, 'a') + "k: 1\r\n",
+    {"key", "B-DB\\SETUP.INI", Lines(1500, 'a') + "k: 1\r\n",
      [](const std::string& path) {
          return UpdateControlFile(path, {"[A]", "k:", "longer"});
      }},
-    {"large file grows", "B-DB\\SETUP.INI", Lines(5000, 'a'),
-     [](const std::string& path) { return ReplaceBy(path, Lines(9000, 'b')); }},
-    {"large file shrinks", "B-DB\\SETUP.INI", Lines(9000, 'a'),
-     [](const std::string& path) { return ReplaceBy(path, Lines(5000, 'b')); }},
+    {"large file grows", "B-DB\\SETUP.INI", Lines(1500, 'a'),
+     [](const std::string& path) { return ReplaceBy(path, Lines(3000, 'b')); }},
+    {"large file shrinks", "B-DB\\SETUP.INI", Lines(3000, 'a'),
+     [](const std::string& path) { return ReplaceBy(path, Lines(1500, 'b')); }},
     {"catalogue", "B-COVER\\MSGDIR.CTL", "[DIRECTORY]\r\nFile: A \"One\"\r\n",
      [](const std::string&) { return ChangeCatalogueEntry(ItemKind::Coversheet, "A", "Two"); }},
     {"user", "B-DB\\USERLIST.INI", "[USER]\r\nName: (d)\r\n\r\n[USER]\r\nName: BEN\r\n",
@@ -80,7 +80,7 @@ const Action kActions[] = {
      [](const std::string& path) { return WriteWholeFile(path, Lines(100, 'b')); }},
 };
 
-// Runs the action with one allocation failing; false when it was done, or none was asked for any more.
+// How an action ended one of whose allocations failed.
 enum class End { Done, Refused, Thrown };
 
 End RunFailing(const Action& action, const std::string& path, int allocation) {
