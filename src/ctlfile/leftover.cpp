@@ -92,10 +92,11 @@ bool PutLeftoverAside(ControlStream& control, OpenTimeout timeout) {
     if (!temporary) return Files().Open(path, {}).Error == FileError::NotFound;
     const std::optional<bool> isLeftover = IsLeftover(std::move(temporary), control);
     if (!isLeftover.value_or(false)) return isLeftover.has_value();
-    const std::optional<std::string> saved = FreeNameBeside(control.Path(), kSaved);
-    if (!saved || Files().Rename(path, *saved) != FileError::None) return false;
-    SetStatusLine(FillMessage(9014, control.Path(), FilePart(*saved)), 2);
-    return true;
+    const std::optional<std::string> isFree = FreeNameBeside(control.Path(), kSaved);
+    const std::string saved = isFree.value_or(NamesBeside(control.Path(), kSaved).back());
+    const FileError error = isFree ? Files().Rename(path, saved) : Files().Replace(path, saved);
+    if (error == FileError::None) SetStatusLine(FillMessage(9014, control.Path(), FilePart(saved)), 2);
+    return error == FileError::None;
 }
 
 std::vector<Leftover> FindLeftovers(const std::string& path, std::string_view text) {

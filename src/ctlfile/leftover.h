@@ -31,8 +31,8 @@ void SayLeftover(ControlStream& control);
 void ForgetSaidLeftovers();
 
 // For a writer that holds the control file and has not read it yet: gives a temporary that is left over a name of its
-// own, with the extension SAV or, when that is taken, SA2 to SA9, and says 9014. False, with everything as it was, when
-// the temporary cannot be looked at or renamed. The stream stays at its start.
+// own, with the extension SAV or, when that is taken, SA2 to SA9, of which the last gives way to it, and says 9014.
+// False, with everything as it was, when the temporary cannot be looked at or renamed. The stream stays at its start.
 bool PutLeftoverAside(ControlStream& control, OpenTimeout timeout = kDefaultTimeout);
 
 // What is left over beside a file of that text: the temporary, then what was put aside, the latest first.

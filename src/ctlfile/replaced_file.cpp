@@ -115,7 +115,7 @@ bool PutNewTextInPlace(const ReplacedFile& file) {
 }
 
 bool ChangeReplacedFile(const ReplacedFile& file, const TextChange& change, const std::optional<TextStamp>& expected) {
-    if (!OfferRecovery(file)) return false;
+    if (!file.MayBePending && !OfferRecovery(file)) return false;
     const FileGate gate(file.Path);
     if (!gate) {
         ShowError(file.NotOpened, file.Path);

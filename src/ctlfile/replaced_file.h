@@ -25,6 +25,7 @@ struct ReplacedFile {
     Message NotOpened = 413;
     int NotWritten = 5000;
     int NotReplaced = 5000;
+    bool MayBePending = false; // the new text can be changes that wait for their save
 };
 
 struct TextOfFile {
@@ -74,9 +75,9 @@ bool PutNewTextInPlace(const ReplacedFile& file);
 // What a change makes of the live file's text; none, after a message, when it is not to be.
 using TextChange = std::function<std::optional<std::string>(const TextOfFile& live)>;
 
-// The whole of a change: gets in, reads, and writes and swaps what the change makes of it. With the stamp of a text
-// that was read earlier, that one must still be there, else error 9025. A text that is the live file's is not written.
-// False after a message; then the live file is as it was.
+// The whole of a change: offers a recovery, unless the new text may be pending, gets in, reads, and writes and swaps
+// what the change makes of it. With the stamp of a text that was read earlier, that one must still be there, else error
+// 9025. A text that is the live file's is not written. False after a message; then the live file is as it was.
 bool ChangeReplacedFile(const ReplacedFile& file, const TextChange& change,
                         const std::optional<TextStamp>& expected = {});
 

@@ -154,6 +154,7 @@ bool HasOtherText(ControlStream& file) {
 ReplacedFile RuleFile() {
     ReplacedFile file = LcrFile("LCRRules.ini", "LCRRules.new", kType);
     file.NotReplaced = file.NotWritten;
+    file.MayBePending = true;
     return file;
 }
 

@@ -158,13 +158,13 @@ TEST(Catalogue, ANewItemNeedsANameAndFilesAndMustNotBeThereYet) {
         {Coversheet,
          "nul",
          "NUL",
-         {"error: Name: \"NUL\" - the name of a coversheet is that of its files, and Windows keeps CON, PRN, AUX, NUL, "
+         {"error: Name: \"NUL\" - Windows keeps CON, PRN, AUX, NUL, "
           "COM1 "
           "to COM9 and LPT1 to LPT9 for devices."}},
         {Letterhead,
          "a.",
          "A.",
-         {"error: Name: \"A.\" - the name of a letterhead is that of its files, and no file name has a dot at its "
+         {"error: Name: \"A.\" - no file name has a dot at its "
           "end."}},
         {Coversheet, "there", "THERE", {"error: Coversheet THERE is already installed"}},
         {Letterhead, "there", "THERE", {"error: Coversheet THERE is already installed"}},

@@ -98,6 +98,7 @@ check_kill() {
     check "the next rewrite fails" make_change_again
     check "the next rewrite leaves its temporary" not test -e "$temporary"
     [ "$was_whole" = no ] || check "the next rewrite is wrong" same "$file" "$work/after"
+    rm -f "$work"/SETUP.SA?
 }
 
 whole_somewhere() { whole || same "$temporary" "$work/after"; }

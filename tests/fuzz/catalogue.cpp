@@ -126,7 +126,10 @@ void TryInput(std::string_view bytes) {
     Require(after == EntriesOf(added), "the list with the new entry");
     if (IsSurelyListed(added, name)) Require(after.size() == before.size() + 1, "the new entry is listed");
 
-    Require(ChangeCatalogueEntry(kKind, name, description), "ChangeCatalogueEntry");
+    if (!ChangeCatalogueEntry(kKind, name, description)) {
+        Require(!IsSurelyListed(added, name), "ChangeCatalogueEntry");
+        return RequireEqual(server.Get(kCatalogue), added, "the catalogue without the entry");
+    }
     const std::string changed = server.Get(kCatalogue);
     RequireEqual(changed, WithChanged(added, name, NewLine(name, description)), "the changed catalogue");
     Require(DeleteCatalogueEntry(kKind, name), "DeleteCatalogueEntry");

@@ -262,7 +262,7 @@ TEST(RuleFile, MarksTheSettingsAsChangedOnceTheyAre) {
     Startup().SettingsChanged = false;
     EXPECT_TRUE(KeepRulesPending({}));
     EXPECT_FALSE(Startup().SettingsChanged);
-    EXPECT_TRUE(SaveRules({}, StampOf({})));
+    EXPECT_TRUE(SaveRules({Named("1")}, {}));
     EXPECT_TRUE(Startup().SettingsChanged);
     Startup().SettingsChanged = false;
 }
@@ -316,7 +316,7 @@ TEST(RuleReferences, AreRemovedWhenTheyAreNotDefined) {
     EXPECT_TRUE(CheckReferences(rules, again).empty());
     EXPECT_THAT(server.Front.TakeSaid(),
                 ElementsAre("warning: File " + kArea +
-                            "LINK.INI is not there: a save of it was cut off.  Its new text is complete in file " +
+                            "Link.ini is not there: a save of it was cut off.  Its new text is complete in file " +
                             kArea + "Link.new and is used"));
 }
 
