@@ -11,8 +11,8 @@
 #include "lcr/rule_references.h"
 #include "mailgw/mail_list.h"
 #include "sample_files.h"
-#include "shell/format.h"
 #include "sizes.h"
+#include "voice/format.h"
 
 namespace bv::bench {
 namespace {

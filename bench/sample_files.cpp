@@ -8,8 +8,8 @@
 
 #include "platform/drives.h"
 #include "platform/environment.h"
-#include "shell/format.h"
 #include "shell/server_paths.h"
+#include "voice/format.h"
 
 namespace bv::bench {
 namespace {

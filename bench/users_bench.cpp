@@ -7,10 +7,10 @@
 
 #include "baselines.h"
 #include "sample_files.h"
-#include "shell/list_target.h"
 #include "sizes.h"
 #include "users/user_list.h"
 #include "users/user_rewrite.h"
+#include "voice/list_target.h"
 
 namespace bv::bench {
 namespace {

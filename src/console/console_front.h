@@ -4,7 +4,7 @@
 #include <string>
 
 #include "console/console.h"
-#include "shell/front.h"
+#include "voice/front.h"
 
 namespace bv::console {
 

@@ -9,7 +9,7 @@
 #include "covlet/item_actions.h"
 #include "covlet/launch.h"
 #include "platform/ascii.h"
-#include "shell/list_target.h"
+#include "voice/list_target.h"
 
 namespace bv::console {
 namespace {

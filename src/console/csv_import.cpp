@@ -9,7 +9,7 @@
 #include "ctlfile/reading.h"
 #include "platform/clock.h"
 #include "platform/drives.h"
-#include "shell/messages.h"
+#include "voice/messages.h"
 
 namespace bv::console {
 namespace {

@@ -10,7 +10,7 @@
 #include "lcr/edit_lock.h"
 #include "lcr/router_settings.h"
 #include "lcr/synonyms.h"
-#include "shell/messages.h"
+#include "voice/messages.h"
 
 namespace bv::console {
 namespace {

@@ -1,8 +1,8 @@
 #include "console/dial_source.h"
 
 #include "console/console.h"
-#include "shell/messages.h"
 #include "shell/server_paths.h"
+#include "voice/messages.h"
 
 namespace bv::console {
 

@@ -11,8 +11,8 @@
 #include "dialling/dialling_actions.h"
 #include "dialling/dialling_file.h"
 #include "platform/ascii.h"
-#include "shell/format.h"
-#include "shell/messages.h"
+#include "voice/format.h"
+#include "voice/messages.h"
 
 namespace bv::console {
 namespace {

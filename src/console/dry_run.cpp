@@ -12,7 +12,7 @@
 #include "lcr/stored_passwords.h"
 #include "platform/overlay_files.h"
 #include "platform/processes.h"
-#include "shell/format.h"
+#include "voice/format.h"
 
 namespace bv::console {
 namespace {
@@ -84,7 +84,8 @@ void PrintRehearsal(const Session& session, const std::vector<platform::OverlayF
     nlohmann::ordered_json document = {{"changes", nlohmann::ordered_json::array()},
                                        {"starts", nlohmann::ordered_json::array()}};
     for (const auto& change : changes) {
-        const std::string diff = UnifiedDiff(session, change.Path, change.Before.value_or(""), change.After.value_or(""));
+        const std::string diff =
+            UnifiedDiff(session, change.Path, change.Before.value_or(""), change.After.value_or(""));
         if (!session.Json) session.Streams.PrintResult(diff);
         document["changes"].push_back({{"path", Utf8Text(change.Path)}, {"diff", Utf8Text(diff)}});
     }

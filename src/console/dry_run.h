@@ -18,8 +18,8 @@ namespace bv::console {
 int Perform(const Session& session, const std::function<bool()>& action);
 
 // What is to change in a file. The CR of a CR LF line end is not shown; a line that ends in LF alone is marked with
-// "^J". Passwords are shown as eight asterisks unless they are to be revealed, with "(new)" behind one that was not there
-// before.
+// "^J". Passwords are shown as eight asterisks unless they are to be revealed, with "(new)" behind one that was not
+// there before.
 std::string UnifiedDiff(const Session& session, const std::string& path, std::string_view before,
                         std::string_view after);
 

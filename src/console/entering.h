@@ -11,7 +11,7 @@
 #include "console/output.h"
 #include "ctlfile/key_fields.h"
 #include "platform/ascii.h"
-#include "shell/format.h"
+#include "voice/format.h"
 
 namespace bv::console {
 

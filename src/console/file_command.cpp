@@ -12,8 +12,8 @@
 #include "lcr/stored_passwords.h"
 #include "platform/ascii.h"
 #include "platform/drives.h"
-#include "shell/format.h"
-#include "shell/messages.h"
+#include "voice/format.h"
+#include "voice/messages.h"
 
 namespace bv::console {
 namespace {

@@ -21,8 +21,8 @@
 #include "options/server_options.h"
 #include "platform/ascii.h"
 #include "platform/clock.h"
-#include "shell/format.h"
-#include "shell/messages.h"
+#include "voice/format.h"
+#include "voice/messages.h"
 
 namespace bv::console {
 namespace {

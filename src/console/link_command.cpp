@@ -10,7 +10,7 @@
 #include "console/password_input.h"
 #include "lcr/edit_lock.h"
 #include "lcr/link_actions.h"
-#include "shell/messages.h"
+#include "voice/messages.h"
 
 namespace bv::console {
 namespace {

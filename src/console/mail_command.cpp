@@ -8,8 +8,8 @@
 #include "mailgw/mail_directory.h"
 #include "mailgw/mail_list.h"
 #include "platform/ascii.h"
-#include "shell/format.h"
 #include "shell/server_paths.h"
+#include "voice/format.h"
 
 namespace bv::console {
 namespace {

@@ -6,8 +6,8 @@
 #include "console/located.h"
 #include "console/output.h"
 #include "dialling/numbers.h"
-#include "shell/format.h"
-#include "shell/messages.h"
+#include "voice/format.h"
+#include "voice/messages.h"
 
 namespace bv::console {
 namespace {

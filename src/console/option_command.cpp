@@ -12,7 +12,7 @@
 #include "options/server_options.h"
 #include "options/telephone_types.h"
 #include "platform/ascii.h"
-#include "shell/format.h"
+#include "voice/format.h"
 
 namespace bv::console {
 namespace {

@@ -5,7 +5,7 @@
 #include "ctlfile/lines.h"
 #include "ctlfile/utf8.h"
 #include "platform/code_page.h"
-#include "shell/format.h"
+#include "voice/format.h"
 
 namespace bv::console {
 namespace {

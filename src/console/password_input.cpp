@@ -5,7 +5,7 @@
 #include "ctlfile/key_fields.h"
 #include "lcr/stored_passwords.h"
 #include "platform/ascii.h"
-#include "shell/format.h"
+#include "voice/format.h"
 
 namespace bv::console {
 

@@ -8,7 +8,7 @@
 #include "console/output.h"
 #include "platform/overlay_files.h"
 #include "routing/routing_actions.h"
-#include "shell/format.h"
+#include "voice/format.h"
 
 namespace bv::console {
 namespace {

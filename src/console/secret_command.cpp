@@ -5,7 +5,7 @@
 #include "console/output.h"
 #include "console/password_input.h"
 #include "ctlfile/scramble.h"
-#include "shell/messages.h"
+#include "voice/messages.h"
 
 namespace bv::console {
 namespace {

@@ -12,12 +12,12 @@
 #include "ctlfile/csv.h"
 #include "ctlfile/lines.h"
 #include "platform/ascii.h"
-#include "shell/list_target.h"
-#include "shell/messages.h"
 #include "users/user_actions.h"
 #include "users/user_entry.h"
 #include "users/user_import.h"
 #include "users/user_list.h"
+#include "voice/list_target.h"
+#include "voice/messages.h"
 #include "whereused/where_used.h"
 
 namespace bv::console {

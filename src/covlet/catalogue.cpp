@@ -14,8 +14,8 @@
 #include "platform/ascii.h"
 #include "platform/file_names.h"
 #include "platform/files.h"
-#include "shell/messages.h"
 #include "shell/server_paths.h"
+#include "voice/messages.h"
 
 namespace bv {
 namespace {

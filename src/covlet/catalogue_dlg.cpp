@@ -3,11 +3,11 @@
 #include "covlet/item_actions.h"
 #include "covlet/item_dlg.h"
 #include "covlet/launch.h"
+#include "dialogs/dialog_dlg.h"
+#include "dialogs/list_dlg.h"
 #include "platform/ascii.h"
 #include "resources/ids.h"
-#include "shell/dialog_dlg.h"
-#include "shell/list_dlg.h"
-#include "shell/messages.h"
+#include "voice/messages.h"
 
 namespace bv {
 namespace {

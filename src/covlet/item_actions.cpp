@@ -1,6 +1,6 @@
 #include "covlet/item_actions.h"
 
-#include "shell/messages.h"
+#include "voice/messages.h"
 
 namespace bv {
 

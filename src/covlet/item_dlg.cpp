@@ -1,9 +1,9 @@
 #include "covlet/item_dlg.h"
 
 #include "covlet/launch.h"
+#include "dialogs/dialog_dlg.h"
+#include "dialogs/list_dlg.h"
 #include "resources/ids.h"
-#include "shell/dialog_dlg.h"
-#include "shell/list_dlg.h"
 
 namespace bv {
 namespace {

@@ -4,8 +4,8 @@
 
 #include "platform/ascii.h"
 #include "platform/processes.h"
-#include "shell/messages.h"
 #include "shell/server_paths.h"
+#include "voice/messages.h"
 
 namespace bv {
 

@@ -7,7 +7,7 @@
 #include "ctlfile/file_gate.h"
 #include "ctlfile/leftover.h"
 #include "ctlfile/paths.h"
-#include "shell/messages.h"
+#include "voice/messages.h"
 
 namespace bv {
 namespace {

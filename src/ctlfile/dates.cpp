@@ -7,7 +7,7 @@
 
 #include "ctlfile/open_retry.h"
 #include "platform/files.h"
-#include "shell/format.h"
+#include "voice/format.h"
 
 namespace bv {
 namespace {

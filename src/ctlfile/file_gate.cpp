@@ -11,7 +11,7 @@
 #include "platform/ascii.h"
 #include "platform/clock.h"
 #include "platform/files.h"
-#include "shell/messages.h"
+#include "voice/messages.h"
 
 namespace bv {
 namespace {

@@ -5,8 +5,8 @@
 #include "ctlfile/lines.h"
 #include "ctlfile/scramble.h"
 #include "platform/ascii.h"
-#include "shell/format.h"
-#include "shell/messages.h"
+#include "voice/format.h"
+#include "voice/messages.h"
 
 namespace bv {
 namespace {

@@ -9,7 +9,7 @@
 #include "ctlfile/reader.h"
 #include "platform/ascii.h"
 #include "platform/files.h"
-#include "shell/messages.h"
+#include "voice/messages.h"
 
 namespace bv {
 namespace {

@@ -5,7 +5,7 @@
 
 #include "platform/ascii.h"
 #include "platform/clock.h"
-#include "shell/messages.h"
+#include "voice/messages.h"
 
 namespace bv {
 namespace {

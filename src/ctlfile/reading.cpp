@@ -2,7 +2,7 @@
 
 #include "ctlfile/leftover.h"
 #include "ctlfile/whole_file.h"
-#include "shell/messages.h"
+#include "voice/messages.h"
 
 namespace bv {
 

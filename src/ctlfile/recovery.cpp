@@ -6,7 +6,7 @@
 #include "ctlfile/paths.h"
 #include "ctlfile/replaced_file.h"
 #include "platform/files.h"
-#include "shell/messages.h"
+#include "voice/messages.h"
 
 namespace bv {
 namespace {

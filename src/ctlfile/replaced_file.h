@@ -13,7 +13,7 @@
 #include <string>
 #include <string_view>
 
-#include "shell/messages.h"
+#include "voice/messages.h"
 
 namespace bv {
 

@@ -6,7 +6,7 @@
 #include <cstdint>
 
 #include "platform/clock.h"
-#include "shell/format.h"
+#include "voice/format.h"
 
 namespace bv {
 namespace {

@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "platform/code_page.h"
-#include "shell/format.h"
+#include "voice/format.h"
 
 namespace bv {
 namespace {

@@ -6,7 +6,7 @@
 #include "ctlfile/copy_back.h"
 #include "platform/clock.h"
 #include "platform/files.h"
-#include "shell/messages.h"
+#include "voice/messages.h"
 
 namespace bv {
 namespace {

@@ -3,9 +3,9 @@
 #include <algorithm>
 
 #include "platform/ascii.h"
-#include "shell/messages.h"
 #include "users/receiver.h"
 #include "users/user_list.h"
+#include "voice/messages.h"
 
 namespace bv {
 namespace {

@@ -10,10 +10,10 @@
 #include "ctlfile/reader.h"
 #include "ctlfile/reading.h"
 #include "platform/ascii.h"
-#include "shell/messages.h"
 #include "shell/server_paths.h"
 #include "shell/startup.h"
 #include "users/user_list.h"
+#include "voice/messages.h"
 
 namespace bv {
 namespace {

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "devices/device_settings.h"
-#include "shell/list_target.h"
+#include "voice/list_target.h"
 
 namespace bv {
 

@@ -7,9 +7,9 @@
 #include "ctlfile/reading.h"
 #include "ctlfile/replaced_file.h"
 #include "platform/ascii.h"
-#include "shell/messages.h"
 #include "shell/server_paths.h"
 #include "shell/startup.h"
+#include "voice/messages.h"
 
 namespace bv {
 namespace {

@@ -4,7 +4,7 @@
 #include <cstddef>
 
 #include "dialling/tele_interface.h"
-#include "shell/messages.h"
+#include "voice/messages.h"
 
 namespace bv {
 namespace {

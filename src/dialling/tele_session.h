@@ -10,7 +10,7 @@
 #include "dialling/tele_interface.h"
 #include "dialling/telephony.h"
 #include "platform/libraries.h"
-#include "shell/messages.h"
+#include "voice/messages.h"
 
 namespace bv {
 

@@ -11,8 +11,8 @@
 #include "lcr/text_file.h"
 #include "platform/ascii.h"
 #include "platform/files.h"
-#include "shell/messages.h"
 #include "shell/startup.h"
+#include "voice/messages.h"
 
 namespace bv {
 namespace {

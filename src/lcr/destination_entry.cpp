@@ -7,8 +7,8 @@
 #include "lcr/lcr_uses.h"
 #include "lcr/router_settings.h"
 #include "platform/ascii.h"
-#include "shell/format.h"
-#include "shell/messages.h"
+#include "voice/format.h"
+#include "voice/messages.h"
 
 namespace bv {
 namespace {

@@ -8,8 +8,8 @@
 
 #include "platform/clock.h"
 #include "platform/files.h"
-#include "shell/messages.h"
 #include "shell/server_paths.h"
+#include "voice/messages.h"
 
 namespace bv {
 namespace {

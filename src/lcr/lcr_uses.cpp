@@ -9,7 +9,7 @@
 #include "lcr/rule_references.h"
 #include "lcr/synonyms.h"
 #include "platform/ascii.h"
-#include "shell/format.h"
+#include "voice/format.h"
 
 namespace bv {
 namespace {

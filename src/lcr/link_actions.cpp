@@ -1,7 +1,7 @@
 #include "lcr/link_actions.h"
 
 #include "lcr/lcr_uses.h"
-#include "shell/messages.h"
+#include "voice/messages.h"
 
 namespace bv {
 namespace {

@@ -7,9 +7,9 @@
 #include "ctlfile/whole_file.h"
 #include "lcr/text_file.h"
 #include "platform/ascii.h"
-#include "shell/format.h"
-#include "shell/messages.h"
 #include "shell/server_paths.h"
+#include "voice/format.h"
+#include "voice/messages.h"
 
 namespace bv {
 namespace {

@@ -11,9 +11,9 @@
 #include "platform/ascii.h"
 #include "platform/drives.h"
 #include "platform/files.h"
-#include "shell/format.h"
-#include "shell/messages.h"
 #include "shell/server_paths.h"
+#include "voice/format.h"
+#include "voice/messages.h"
 
 namespace bv {
 namespace {

@@ -10,8 +10,8 @@
 #include "lcr/rule_file.h"
 #include "lcr/time_range.h"
 #include "platform/ascii.h"
-#include "shell/format.h"
-#include "shell/messages.h"
+#include "voice/format.h"
+#include "voice/messages.h"
 
 namespace bv {
 namespace {

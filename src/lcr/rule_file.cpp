@@ -11,9 +11,9 @@
 #include "ctlfile/whole_file.h"
 #include "lcr/text_file.h"
 #include "platform/files.h"
-#include "shell/messages.h"
 #include "shell/server_paths.h"
 #include "shell/startup.h"
+#include "voice/messages.h"
 
 namespace bv {
 namespace {

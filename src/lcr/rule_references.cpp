@@ -12,9 +12,9 @@
 #include "ctlfile/whole_file.h"
 #include "lcr/links.h"
 #include "platform/ascii.h"
-#include "shell/messages.h"
 #include "shell/server_paths.h"
 #include "users/user_file.h"
+#include "voice/messages.h"
 
 namespace bv {
 namespace {

@@ -9,7 +9,7 @@
 #include "ctlfile/reader.h"
 #include "lcr/rule_edit.h"
 #include "platform/ascii.h"
-#include "shell/messages.h"
+#include "voice/messages.h"
 
 namespace bv {
 namespace {

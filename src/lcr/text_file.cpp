@@ -1,8 +1,8 @@
 #include "lcr/text_file.h"
 
-#include "shell/messages.h"
 #include "shell/server_paths.h"
 #include "shell/startup.h"
+#include "voice/messages.h"
 
 namespace bv {
 namespace {

@@ -4,8 +4,8 @@
 
 #include "ctlfile/control_stream.h"
 #include "ctlfile/reader.h"
-#include "shell/messages.h"
 #include "shell/server_paths.h"
+#include "voice/messages.h"
 
 namespace bv {
 namespace {

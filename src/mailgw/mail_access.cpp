@@ -7,7 +7,7 @@
 #include "mailgw/mapi_messages.h"
 #include "platform/ascii.h"
 #include "platform/environment.h"
-#include "shell/messages.h"
+#include "voice/messages.h"
 
 namespace bv {
 namespace {

@@ -8,10 +8,10 @@
 #include "ctlfile/whole_file.h"
 #include "mailgw/mail_list.h"
 #include "platform/ascii.h"
-#include "shell/messages.h"
 #include "shell/server_paths.h"
 #include "shell/startup.h"
 #include "users/user_list.h"
+#include "voice/messages.h"
 
 namespace bv {
 namespace {

@@ -6,8 +6,8 @@
 #include "platform/ascii.h"
 #include "platform/environment.h"
 #include "platform/files.h"
-#include "shell/messages.h"
 #include "shell/server_paths.h"
+#include "voice/messages.h"
 
 namespace bv {
 namespace {

@@ -9,8 +9,8 @@
 #include "mailgw/notes_settings.h"
 #include "mailgw/profile_file.h"
 #include "platform/environment.h"
-#include "shell/messages.h"
 #include "shell/server_paths.h"
+#include "voice/messages.h"
 
 namespace bv {
 namespace {

@@ -10,12 +10,12 @@
 #include "ctlfile/reading.h"
 #include "options/option_values.h"
 #include "platform/ascii.h"
-#include "shell/front.h"
-#include "shell/messages.h"
 #include "shell/server_paths.h"
 #include "shell/startup.h"
 #include "shell/versions.h"
 #include "users/receiver.h"
+#include "voice/front.h"
+#include "voice/messages.h"
 
 namespace bv {
 namespace {

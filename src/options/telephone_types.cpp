@@ -8,9 +8,9 @@
 #include "ctlfile/reader.h"
 #include "ctlfile/reading.h"
 #include "platform/ascii.h"
-#include "shell/messages.h"
 #include "shell/server_paths.h"
 #include "shell/startup.h"
+#include "voice/messages.h"
 
 namespace bv {
 namespace {

@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "platform/ascii.h"
-#include "shell/messages.h"
 #include "users/user_list.h"
+#include "voice/messages.h"
 
 namespace bv {
 namespace {

@@ -6,9 +6,9 @@
 #include "ctlfile/rewriter.h"
 #include "ctlfile/whole_file.h"
 #include "platform/ascii.h"
-#include "shell/messages.h"
 #include "shell/server_paths.h"
 #include "shell/startup.h"
+#include "voice/messages.h"
 
 namespace bv {
 namespace {

@@ -5,8 +5,8 @@
 #include "ctlfile/whole_file.h"
 #include "platform/ascii.h"
 #include "routing/routing_file.h"
-#include "shell/format.h"
 #include "shell/server_paths.h"
+#include "voice/format.h"
 
 namespace bv {
 namespace {

@@ -1,6 +1,6 @@
 #include "shell/front_dlg.h"
 
-#include "shell/dialog_dlg.h"
+#include "dialogs/dialog_dlg.h"
 
 namespace bv {
 namespace {

@@ -6,8 +6,8 @@
 
 #include <string>
 
-#include "shell/front.h"
 #include "shell/main_window_dlg.h"
+#include "voice/front.h"
 
 namespace bv {
 

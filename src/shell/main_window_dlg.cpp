@@ -8,8 +8,8 @@
 #include "platform/program.h"
 #include "resources/ids.h"
 #include "resources/version.h"
-#include "shell/messages.h"
 #include "shell/startup.h"
+#include "voice/messages.h"
 
 namespace bv {
 namespace {

@@ -8,7 +8,7 @@
 #include <functional>
 #include <string>
 
-#include "shell/colours_dlg.h"
+#include "dialogs/colours_dlg.h"
 
 namespace bv {
 

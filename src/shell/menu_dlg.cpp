@@ -3,12 +3,12 @@
 #include <string>
 
 #include "covlet/catalogue_dlg.h"
+#include "dialogs/dialog_dlg.h"
 #include "resources/ids.h"
-#include "shell/dialog_dlg.h"
 #include "shell/menu_walk.h"
-#include "shell/messages.h"
 #include "shell/startup.h"
-#include "shell/strings.h"
+#include "voice/messages.h"
+#include "voice/strings.h"
 
 namespace bv {
 namespace {

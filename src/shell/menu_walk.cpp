@@ -1,8 +1,8 @@
 #include "shell/menu_walk.h"
 
 #include "platform/files.h"
-#include "shell/messages.h"
 #include "shell/server_paths.h"
+#include "voice/messages.h"
 
 namespace bv {
 namespace {

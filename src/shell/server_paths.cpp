@@ -12,7 +12,7 @@
 #include "platform/ascii.h"
 #include "platform/environment.h"
 #include "platform/files.h"
-#include "shell/messages.h"
+#include "voice/messages.h"
 
 namespace bv {
 namespace {

@@ -1,6 +1,6 @@
 #include "shell/uses.h"
 
-#include "shell/messages.h"
+#include "voice/messages.h"
 
 namespace bv {
 

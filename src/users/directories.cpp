@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "platform/files.h"
-#include "shell/messages.h"
+#include "voice/messages.h"
 
 namespace bv {
 namespace {

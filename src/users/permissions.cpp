@@ -6,8 +6,8 @@
 #include "ctlfile/lines.h"
 #include "ctlfile/reader.h"
 #include "platform/ascii.h"
-#include "shell/format.h"
 #include "users/user_file.h"
+#include "voice/format.h"
 
 namespace bv {
 namespace {

@@ -1,9 +1,9 @@
 #include "users/receiver.h"
 
 #include "ctlfile/whole_file.h"
-#include "shell/messages.h"
 #include "shell/server_paths.h"
 #include "users/user_list.h"
+#include "voice/messages.h"
 
 namespace bv {
 

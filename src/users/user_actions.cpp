@@ -7,9 +7,9 @@
 
 #include "ctlfile/lines.h"
 #include "platform/file_names.h"
-#include "shell/messages.h"
 #include "shell/startup.h"
 #include "users/user_directories.h"
+#include "voice/messages.h"
 
 namespace bv {
 namespace {

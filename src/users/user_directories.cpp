@@ -10,9 +10,9 @@
 #include "ctlfile/reader.h"
 #include "ctlfile/whole_file.h"
 #include "platform/files.h"
-#include "shell/messages.h"
 #include "shell/server_paths.h"
 #include "users/directories.h"
+#include "voice/messages.h"
 
 namespace bv {
 namespace {

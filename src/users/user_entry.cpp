@@ -7,7 +7,7 @@
 #include "ctlfile/reader.h"
 #include "platform/ascii.h"
 #include "platform/overlay_files.h"
-#include "shell/format.h"
+#include "voice/format.h"
 
 namespace bv {
 namespace {

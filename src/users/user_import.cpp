@@ -6,7 +6,7 @@
 
 #include "ctlfile/lines.h"
 #include "platform/ascii.h"
-#include "shell/messages.h"
+#include "voice/messages.h"
 
 namespace bv {
 namespace {

@@ -8,7 +8,7 @@
 #include "ctlfile/reading.h"
 #include "ctlfile/records.h"
 #include "platform/ascii.h"
-#include "shell/messages.h"
+#include "voice/messages.h"
 
 namespace bv {
 namespace {

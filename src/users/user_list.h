@@ -6,9 +6,9 @@
 #include <string>
 #include <string_view>
 
-#include "shell/list_target.h"
 #include "users/user_file.h"
 #include "users/user_record.h"
+#include "voice/list_target.h"
 
 namespace bv {
 

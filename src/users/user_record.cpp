@@ -8,7 +8,7 @@
 #include "ctlfile/lines.h"
 #include "ctlfile/reader.h"
 #include "platform/ascii.h"
-#include "shell/format.h"
+#include "voice/format.h"
 
 namespace bv {
 namespace {

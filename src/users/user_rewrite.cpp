@@ -12,9 +12,9 @@
 #include "ctlfile/lines.h"
 #include "ctlfile/records.h"
 #include "platform/ascii.h"
-#include "shell/messages.h"
 #include "users/user_file.h"
 #include "users/user_list.h"
+#include "voice/messages.h"
 
 namespace bv {
 namespace {

@@ -9,8 +9,8 @@
 #include "mailgw/mail_list.h"
 #include "platform/ascii.h"
 #include "routing/routing_uses.h"
-#include "shell/format.h"
 #include "shell/server_paths.h"
+#include "voice/format.h"
 
 namespace bv {
 namespace {

@@ -7,6 +7,7 @@
 #include "console/output.h"
 #include "console/text_console.h"
 #include "support/memory_server.h"
+#include "support/samples.h"
 #include "support/texts.h"
 
 namespace bv::console {
@@ -62,7 +63,7 @@ TEST(CommandLine, SaysWhatIsWrong) {
 
 TEST(CommandLine, MapsADriveOfTheHost) {
     if (!platform::Service<platform::Environment>::System().WindowsDirectory().empty()) GTEST_SKIP();
-    const std::string samples = BV_SAMPLES "/server";
+    const std::string samples = test::SamplesDirectory() + "/server";
     TextConsole console;
     EXPECT_EQ(console.Run({"--drive", "Q:=" + samples, "file", "get", "q:\\brivane.ini", "SERVER", "ServerName"}), 0);
     EXPECT_EQ(console.Results, "QUILL\n");

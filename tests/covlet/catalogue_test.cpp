@@ -10,6 +10,7 @@
 #include "shell/server_paths.h"
 #include "support/faulty_files.h"
 #include "support/memory_server.h"
+#include "support/samples.h"
 #include "support/temporary_directory.h"
 
 namespace bv {
@@ -190,7 +191,7 @@ TEST(Catalogue, ANewItemNeedsANameAndFilesAndMustNotBeThereYet) {
 }
 
 std::string ReadSample(const std::string& path) {
-    std::ifstream file(std::string(BV_SAMPLES) + "/server/BRIVANE/" + path, std::ios::binary);
+    std::ifstream file(SamplesDirectory() + "/server/BRIVANE/" + path, std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
 }
 

@@ -14,13 +14,13 @@
 #include "options/server_options.h"
 #include "options/telephone_types.h"
 #include "platform/ascii.h"
-#include "shell/format.h"
 #include "shell/server_paths.h"
 #include "shell/startup.h"
 #include "support/faulty_files.h"
 #include "support/memory_server.h"
 #include "support/temporary_directory.h"
 #include "users/user_rewrite.h"
+#include "voice/format.h"
 
 namespace bv::test {
 namespace {

@@ -6,7 +6,7 @@
 #include <cstdlib>
 
 #include "fuzz/fuzz.h"
-#include "shell/format.h"
+#include "voice/format.h"
 
 namespace bv::fuzz {
 namespace {

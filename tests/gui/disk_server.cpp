@@ -4,7 +4,8 @@
 
 #include "gui/gui.h"
 #include "platform/environment.h"
-#include "shell/format.h"
+#include "support/samples.h"
+#include "voice/format.h"
 
 namespace bv::gui {
 namespace {
@@ -26,7 +27,7 @@ std::string BesideTest(std::string_view name) {
 }
 
 DiskServer::DiskServer() {
-    const fs::path sample = fs::path(BV_SAMPLES) / "server" / "BRIVANE";
+    const fs::path sample = fs::path(SamplesDirectory()) / "server" / "BRIVANE";
     for (const char* directory : {"B-COVER", "B-LETTER"})
         fs::copy(sample / directory, files_.HostPath(directory), fs::copy_options::recursive);
     for (const char* directory : {"B-DB", "SERVER", "i386"}) fs::create_directories(files_.HostPath(directory));

@@ -5,18 +5,18 @@
 
 #include <commctrl.h>
 
+#include "dialogs/colours_dlg.h"
+#include "dialogs/dialog_dlg.h"
+#include "dialogs/help_dlg.h"
+#include "dialogs/progress_dlg.h"
 #include "gui/disk_server.h"
 #include "gui/gui.h"
 #include "resources/ids.h"
-#include "shell/colours_dlg.h"
-#include "shell/dialog_dlg.h"
-#include "shell/help_dlg.h"
-#include "shell/messages.h"
-#include "shell/progress_dlg.h"
 #include "shell/server_paths.h"
 #include "shell/startup.h"
-#include "shell/strings.h"
 #include "support/fakes.h"
+#include "voice/messages.h"
+#include "voice/strings.h"
 
 namespace bv::gui {
 namespace {

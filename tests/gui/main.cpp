@@ -4,9 +4,9 @@
 
 #include <string_view>
 
+#include "dialogs/colours_dlg.h"
 #include "gui/gui.h"
 #include "gui/pictures.h"
-#include "shell/colours_dlg.h"
 #include "shell/main_window_dlg.h"
 
 int main(int count, char** arguments) {

@@ -5,17 +5,17 @@
 
 #include "covlet/catalogue_dlg.h"
 #include "covlet/item_dlg.h"
+#include "dialogs/dialog_dlg.h"
+#include "shell/front_dlg.h"
+#include "dialogs/progress_dlg.h"
 #include "gui/disk_server.h"
 #include "gui/gui.h"
 #include "resources/ids.h"
-#include "shell/dialog_dlg.h"
-#include "shell/front_dlg.h"
 #include "shell/main_window_dlg.h"
 #include "shell/menu_dlg.h"
-#include "shell/messages.h"
-#include "shell/progress_dlg.h"
 #include "shell/server_paths.h"
 #include "shell/startup.h"
+#include "voice/messages.h"
 
 namespace bv::gui {
 namespace {

@@ -4,7 +4,7 @@
 #include "gui/disk_server.h"
 #include "gui/gui.h"
 #include "resources/ids.h"
-#include "shell/format.h"
+#include "voice/format.h"
 
 namespace bv::gui {
 namespace {

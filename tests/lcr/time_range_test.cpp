@@ -3,8 +3,8 @@
 
 #include <gmock/gmock.h>
 
-#include "shell/format.h"
 #include "support/memory_server.h"
+#include "voice/format.h"
 
 namespace bv::test {
 namespace {

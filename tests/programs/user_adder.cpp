@@ -5,9 +5,9 @@
 
 #include "platform/clock.h"
 #include "platform/environment.h"
-#include "shell/format.h"
 #include "shell/server_paths.h"
 #include "users/user_rewrite.h"
+#include "voice/format.h"
 
 int main(int argc, char** argv) {
     if (argc != 4) return 2;

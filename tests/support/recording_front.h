@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "shell/front.h"
-#include "shell/list_target.h"
+#include "voice/front.h"
+#include "voice/list_target.h"
 
 namespace bv::test {
 

@@ -6,8 +6,8 @@
 #include <random>
 
 #include "ctlfile/reader.h"
-#include "shell/format.h"
 #include "support/memory_server.h"
+#include "voice/format.h"
 
 namespace bv {
 namespace {

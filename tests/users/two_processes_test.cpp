@@ -6,10 +6,10 @@
 #include "platform/environment.h"
 #include "platform/processes.h"
 #include "platform/requests.h"
-#include "shell/format.h"
 #include "shell/server_paths.h"
 #include "support/temporary_directory.h"
 #include "users/user_rewrite.h"
+#include "voice/format.h"
 
 namespace bv::test {
 namespace {

@@ -1,4 +1,4 @@
-#include "shell/strings.h"
+#include "voice/strings.h"
 
 #include <algorithm>
 #include <iterator>

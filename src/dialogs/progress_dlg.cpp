@@ -1,9 +1,9 @@
-#include "shell/progress_dlg.h"
+#include "dialogs/progress_dlg.h"
 
 #include <commctrl.h>
 
+#include "dialogs/dialog_dlg.h"
 #include "resources/ids.h"
-#include "shell/dialog_dlg.h"
 
 namespace bv {
 namespace {

@@ -1,9 +1,9 @@
-#include "shell/dialog_dlg.h"
+#include "dialogs/dialog_dlg.h"
 
+#include "dialogs/colours_dlg.h"
+#include "dialogs/help_dlg.h"
 #include "resources/ids.h"
-#include "shell/colours_dlg.h"
-#include "shell/help_dlg.h"
-#include "shell/messages.h"
+#include "voice/messages.h"
 
 namespace bv {
 namespace {

@@ -1,4 +1,4 @@
-#include "shell/list_dlg.h"
+#include "dialogs/list_dlg.h"
 
 #include <commctrl.h>
 

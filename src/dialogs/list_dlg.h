@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "shell/list_target.h"
+#include "voice/list_target.h"
 
 namespace bv {
 

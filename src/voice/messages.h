@@ -6,8 +6,8 @@
 #include <string>
 #include <string_view>
 
-#include "shell/format.h"
-#include "shell/front.h"
+#include "voice/format.h"
+#include "voice/front.h"
 
 namespace bv {
 

@@ -1,4 +1,4 @@
-#include "shell/colours_dlg.h"
+#include "dialogs/colours_dlg.h"
 
 #include <commctrl.h>
 

@@ -1,13 +1,13 @@
-#include "shell/help_dlg.h"
+#include "dialogs/help_dlg.h"
 
 #include <shellapi.h>
 
 #include "ctlfile/paths.h"
 #include "platform/environment.h"
-#include "shell/format.h"
-#include "shell/messages.h"
 #include "shell/server_paths.h"
 #include "shell/startup.h"
+#include "voice/format.h"
+#include "voice/messages.h"
 
 namespace bv {
 namespace {

@@ -5,8 +5,8 @@
 
 #include <memory>
 
+#include "dialogs/dialog_dlg.h"
 #include "platform/libraries.h"
-#include "shell/dialog_dlg.h"
 
 namespace bv {
 

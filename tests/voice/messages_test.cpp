@@ -1,4 +1,4 @@
-#include "shell/messages.h"
+#include "voice/messages.h"
 
 #include <gmock/gmock.h>
 

@@ -1,9 +1,9 @@
-#include "shell/messages.h"
+#include "voice/messages.h"
 
 #include <memory>
 
 #include "platform/clock.h"
-#include "shell/strings.h"
+#include "voice/strings.h"
 
 namespace bv {
 namespace {
