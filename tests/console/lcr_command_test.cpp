@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 
 #include "console/text_console.h"
+#include "platform/ascii.h"
 #include "support/faulty_files.h"
 #include "support/memory_server.h"
 #include "support/texts.h"

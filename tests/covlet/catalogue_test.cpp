@@ -191,7 +191,7 @@ TEST(Catalogue, ANewItemNeedsANameAndFilesAndMustNotBeThereYet) {
 }
 
 std::string ReadSample(const std::string& path) {
-    std::ifstream file(SamplesDirectory() + "/server/BRIVANE/" + path, std::ios::binary);
+    std::ifstream file(test::SamplesDirectory() + "/server/BRIVANE/" + path, std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
 }
 

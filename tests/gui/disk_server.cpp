@@ -27,7 +27,7 @@ std::string BesideTest(std::string_view name) {
 }
 
 DiskServer::DiskServer() {
-    const fs::path sample = fs::path(SamplesDirectory()) / "server" / "BRIVANE";
+    const fs::path sample = fs::path(test::SamplesDirectory()) / "server" / "BRIVANE";
     for (const char* directory : {"B-COVER", "B-LETTER"})
         fs::copy(sample / directory, files_.HostPath(directory), fs::copy_options::recursive);
     for (const char* directory : {"B-DB", "SERVER", "i386"}) fs::create_directories(files_.HostPath(directory));
