@@ -1,7 +1,6 @@
 #include "console/dial_source.h"
 
 #include "console/console.h"
-#include "shell/server_paths.h"
 #include "voice/messages.h"
 
 namespace bv::console {
@@ -18,8 +17,6 @@ int LoadDialProperties() {
     const StatusCode status = ReadDiallingProperties(path);
     return IsUsable(status) ? kExitDone : RefuseStatus(status, path);
 }
-
-std::string CountryFile() { return DatabaseFile("COUNTRY.INI"); }
 
 // There may be no line device, so the version is agreed on without one.
 TelephonyUse::TelephonyUse() : opened_(TAPIInit("BVCTL", nullptr, TapiNegotiation::Test)) {}

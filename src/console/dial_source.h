@@ -17,9 +17,6 @@ int RefuseStatus(StatusCode status, const std::string& path);
 // Loads the process's properties from the file; 0, or the exit status after saying why not.
 int LoadDialProperties();
 
-// COUNTRY.INI, by which the telephony's properties tell a local number from others.
-std::string CountryFile();
-
 // The system's telephony, asked while this lives.
 class TelephonyUse {
   public:
@@ -28,7 +25,8 @@ class TelephonyUse {
     TelephonyUse(const TelephonyUse&) = delete;
     TelephonyUse& operator=(const TelephonyUse&) = delete;
 
-    // The properties of the telephony's current location; a status of telephony.h.
+    // The properties of the telephony's current location; a status of telephony.h. By the country file they tell a
+    // local number from others.
     StatusCode Read(DialProperties* properties, const std::string& countryFile) const;
 
   private:

@@ -11,6 +11,7 @@
 #include "dialling/dialling_actions.h"
 #include "dialling/dialling_file.h"
 #include "platform/ascii.h"
+#include "shell/server_files.h"
 #include "voice/format.h"
 #include "voice/messages.h"
 
@@ -37,7 +38,7 @@ int Show(Session& session, const Arguments&) {
 int ShowTelephonyLocation(Session& session, const Arguments&) {
     const TelephonyUse telephony;
     DialProperties properties;
-    const StatusCode status = telephony.Read(&properties, CountryFile());
+    const StatusCode status = telephony.Read(&properties, PathOf(ServerFile::Countries));
     if (status != kDone) return session.Refuse(TapiFailureText(status));
     Record record = {{"Description", properties.Description.String()}};
     AddProperties(properties, record);

@@ -8,6 +8,7 @@
 #include "mailgw/mail_directory.h"
 #include "mailgw/mail_list.h"
 #include "platform/ascii.h"
+#include "shell/server_files.h"
 #include "shell/server_paths.h"
 #include "voice/format.h"
 
@@ -75,7 +76,7 @@ int Upgrade(Session& session, const Arguments&) { return Perform(session, Upgrad
 int Refresh(Session& session, const Arguments& arguments) {
     return Perform(session, [&] {
         if (!EnsureMailUserList(0, arguments.Has(kForce))) return false;
-        const bool isThere = session.DryRun || FileExists(MailUserListPath());
+        const bool isThere = session.DryRun || FileExists(PathOf(ServerFile::MailUsers));
         return isThere || session.Refuse("MAILCONF.EXE has made no list of addresses") == kExitDone;
     });
 }

@@ -6,6 +6,7 @@
 #include "console/located.h"
 #include "console/output.h"
 #include "dialling/numbers.h"
+#include "shell/server_files.h"
 #include "voice/format.h"
 #include "voice/messages.h"
 
@@ -41,7 +42,8 @@ class Converter {
     }
 
     StatusCode Convert(const Form& form, const std::string& number, TelephoneNumber& result, NumberTrace* trace) const {
-        return telephony_ ? form.ByTelephony(number, result, CountryFile(), trace) : form.ByFile(number, result, trace);
+        return telephony_ ? form.ByTelephony(number, result, PathOf(ServerFile::Countries), trace)
+                          : form.ByFile(number, result, trace);
     }
 
   private:

@@ -6,21 +6,20 @@
 #include <utility>
 #include <vector>
 
-#include "ctlfile/copy_back.h"
 #include "ctlfile/lines.h"
 #include "ctlfile/paths.h"
 #include "ctlfile/reader.h"
 #include "ctlfile/reading.h"
+#include "ctlfile/saving.h"
 #include "platform/ascii.h"
 #include "platform/file_names.h"
 #include "platform/files.h"
-#include "shell/server_paths.h"
+#include "shell/server_files.h"
 #include "voice/messages.h"
 
 namespace bv {
 namespace {
 
-constexpr std::string_view kCatalogueFile = "MSGDIR.CTL";
 constexpr std::string_view kParagraph = "[DIRECTORY]";
 constexpr std::string_view kFileKey = "File:";
 constexpr std::size_t kAddedNameLength = 8;
@@ -46,7 +45,7 @@ constexpr KindFacts kLetterheads = {"B-LETTER\\", 5190, 5147, 5017, kLetterheadF
 
 const KindFacts& FactsOf(ItemKind kind) { return kind == ItemKind::Coversheet ? kCoversheets : kLetterheads; }
 
-std::string CataloguePath(ItemKind kind) { return ItemDirectory(kind).append(kCatalogueFile); }
+std::string CataloguePath(ItemKind kind) { return ItemDirectory(kind).append(kDirectoryFile); }
 
 // The item's name on a line: the first word of its value; empty when there is none.
 std::string_view NameOn(std::string_view line) { return ParseQuotedToken(KeyValue(line)).Token.value_or(""); }
@@ -162,30 +161,16 @@ std::optional<std::string> WithChangedEntry(std::string_view text, std::string_v
     return isThere ? std::optional(std::move(changed)) : std::nullopt;
 }
 
-bool Replace(Rewrite& rewrite, std::string_view newText) {
-    return rewrite.Temporary.Write(newText) && rewrite.CopyBack() && rewrite.Finish();
-}
-
 bool RewriteEntry(ItemKind kind, std::string_view name, std::optional<std::string_view> newLine) {
-    const std::string path = CataloguePath(kind);
-    Rewrite rewrite(path, kTimeout);
-    if (!rewrite) {
-        ShowError(413, rewrite.Fault() == Rewrite::Problem::Temporary ? rewrite.TemporaryName() : path);
-        return false;
-    }
+    Rewrite rewrite(CataloguePath(kind), kTimeout);
+    if (!CheckOpened(rewrite)) return false;
     const std::optional<std::string> changed = WithChangedEntry(rewrite.Control.Rest(), name, newLine);
     if (!changed && !rewrite.Control.Failed()) {
         rewrite.Finish();
         ShowNotCatalogued(kind, name);
         return false;
     }
-    ShowStatus(470, path);
-    if (!changed || !Replace(rewrite, *changed)) {
-        ShowError(5000, path);
-        return false;
-    }
-    ShowStatus(471, path);
-    return true;
+    return SaveRewrite(rewrite, [&] { return changed && ReplaceText(rewrite, *changed); });
 }
 
 } // namespace
@@ -313,17 +298,13 @@ bool CheckDescription(std::string_view description) {
 }
 
 bool AddCatalogueEntry(ItemKind kind, std::string_view name, std::string_view description) {
-    const std::string path = CataloguePath(kind);
-    Rewrite rewrite(path);
-    if (!rewrite) {
-        if (rewrite.Fault() == Rewrite::Problem::Temporary) {
-            ShowError(5015);
-        } else {
-            ShowError(413, path);
-        }
+    Rewrite rewrite(CataloguePath(kind));
+    if (rewrite.Fault() == Rewrite::Problem::Temporary) {
+        ShowError(5015);
         return false;
     }
-    if (Replace(rewrite, WithNewEntry(rewrite.Control.Rest(), name, description))) return true;
+    if (!CheckOpened(rewrite)) return false;
+    if (ReplaceText(rewrite, WithNewEntry(rewrite.Control.Rest(), name, description)) && rewrite.Finish()) return true;
     ShowError(5016);
     return false;
 }

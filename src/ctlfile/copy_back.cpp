@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <memory>
 #include <new>
+#include <utility>
 
 #include "ctlfile/file_gate.h"
 #include "ctlfile/leftover.h"
@@ -87,17 +88,17 @@ StatusCode CopyFileBack(ControlStream& temporary, ControlStream& control) {
     return CopyBackKeeping(temporary, control) == Outcome::Copied ? kDone : kFileFailed;
 }
 
-Rewrite::Rewrite(const std::string& path, OpenTimeout timeout) : temporaryPath_(TemporaryPath(path)) {
-    if (path.size() > kMaxPath || temporaryPath_.size() > kMaxPath) {
+Rewrite::Rewrite(std::string path, OpenTimeout timeout) : path_(std::move(path)), temporaryPath_(TemporaryPath(path_)) {
+    if (path_.size() > kMaxPath || temporaryPath_.size() > kMaxPath) {
         fault_ = Problem::BadPath;
         return;
     }
-    Control = OpenToRewrite(path, timeout);
+    Control = OpenToRewrite(path_, timeout);
     if (!Control) {
         fault_ = Problem::Control;
         return;
     }
-    if (PutLeftoverAside(Control, timeout)) Temporary = OpenShared(temporaryPath_, "w+b", timeout, path);
+    if (PutLeftoverAside(Control, timeout)) Temporary = OpenShared(temporaryPath_, "w+b", timeout, path_);
     if (!Temporary) {
         fault_ = Problem::Temporary;
         Control.Close();

@@ -31,7 +31,7 @@ StatusCode CopyFileBack(ControlStream& temporary, ControlStream& control);
 // One rewrite, or several in a row, of one control file.
 //
 //   Rewrite rewrite(path);
-//   if (!rewrite) ...                       // rewrite.Fault() says which file
+//   if (!rewrite) ...                       // rewrite.UnopenedPath() is the one
 //   for each change:
 //       rewrite.Begin()                     // both at the start, the temporary empty
 //       ... read rewrite.Control, write rewrite.Temporary ...
@@ -43,14 +43,18 @@ class Rewrite {
 
     // Opens the control file ("r+b") and creates the temporary ("w+b"). BadPath: the path is over 268 characters
     // or the temporary's would be. Nothing is left open, and no temporary, after a problem.
-    explicit Rewrite(const std::string& path, OpenTimeout timeout = kDefaultTimeout);
+    explicit Rewrite(std::string path, OpenTimeout timeout = kDefaultTimeout);
     ~Rewrite() { Finish(); }
     Rewrite(const Rewrite&) = delete;
     Rewrite& operator=(const Rewrite&) = delete;
 
     [[nodiscard]] Problem Fault() const { return fault_; }
     explicit operator bool() const { return fault_ == Problem::None; }
+    [[nodiscard]] const std::string& Path() const { return path_; }
     [[nodiscard]] const std::string& TemporaryName() const { return temporaryPath_; }
+    [[nodiscard]] const std::string& UnopenedPath() const {
+        return fault_ == Problem::Temporary ? temporaryPath_ : path_;
+    }
 
     bool Begin();
     bool CopyBack();
@@ -62,6 +66,7 @@ class Rewrite {
     ControlStream Temporary;
 
   private:
+    std::string path_;
     std::string temporaryPath_;
     Problem fault_ = Problem::None;
     bool temporaryIsNeeded_ = false;

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "ctlfile/copy_back.h"
 #include "ctlfile/paths.h"
 #include "ctlfile/replaced_file.h"
+#include "ctlfile/saving.h"
 #include "platform/files.h"
 #include "voice/messages.h"
 
@@ -37,10 +37,7 @@ void DropSaved(const std::vector<Leftover>& saved, std::string_view text) {
 
 bool PutOver(const std::string& path, std::string_view text, std::string_view newText) {
     Rewrite rewrite(path);
-    if (!rewrite) {
-        ShowError(413, rewrite.Fault() == Rewrite::Problem::Temporary ? rewrite.TemporaryName() : path);
-        return false;
-    }
+    if (!CheckOpened(rewrite)) return false;
     if (rewrite.Control.Rest() != text || rewrite.Control.Failed()) {
         ShowError(9025, path);
         return false;
@@ -48,7 +45,7 @@ bool PutOver(const std::string& path, std::string_view text, std::string_view ne
     // The constructor has put the temporary that was left over aside, so this is all there is.
     const std::vector<Leftover> saved = FindLeftovers(path, text);
     if (!KeepText(path, text)) return false;
-    const bool copied = rewrite.Temporary.Write(newText) && rewrite.CopyBack();
+    const bool copied = ReplaceText(rewrite, newText);
     if (!rewrite.Finish() || !copied) {
         ShowError(5000, path);
         return false;

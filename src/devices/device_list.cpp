@@ -5,12 +5,12 @@
 #include <utility>
 
 #include "ctlfile/control_stream.h"
-#include "ctlfile/copy_back.h"
 #include "ctlfile/lines.h"
 #include "ctlfile/reader.h"
 #include "ctlfile/reading.h"
+#include "ctlfile/saving.h"
 #include "platform/ascii.h"
-#include "shell/server_paths.h"
+#include "shell/server_files.h"
 #include "shell/startup.h"
 #include "users/user_list.h"
 #include "voice/messages.h"
@@ -34,7 +34,7 @@ std::optional<ListedDevice> ParseDeviceLine(std::string_view line) {
     return ListedDevice{*name.Token, StripQuotes(*description)};
 }
 
-ControlStream OpenSetup() { return OpenForReading(DatabaseFile("SETUP.INI")); }
+ControlStream OpenSetup() { return OpenForReading(PathOf(ServerFile::Setup)); }
 
 // The devices of the first list with the header.
 std::vector<ListedDevice> ReadList(ControlStream& setup, std::string_view header) {
@@ -186,13 +186,8 @@ bool FillDeviceList(ListTarget& list, const DeviceListView& view) {
 }
 
 bool UpdateDeviceList(std::string_view name, std::optional<std::string_view> description, DevicePlaces places) {
-    const std::string path = DatabaseFile("SETUP.INI");
-    Rewrite rewrite(path);
-    if (!rewrite) {
-        ShowError(413, rewrite.Fault() == Rewrite::Problem::Temporary ? rewrite.TemporaryName() : path);
-        return false;
-    }
-    ShowStatus(470, path);
+    Rewrite rewrite(PathOf(ServerFile::Setup));
+    if (!CheckOpened(rewrite)) return false;
     List lists[] = {{kDevices}, {kPrinters}, {kScanners}};
     if (description) {
         const std::string line = FormatText("Device: %s \"%s\"", name, *description);
@@ -200,13 +195,9 @@ bool UpdateDeviceList(std::string_view name, std::optional<std::string_view> des
         if (places.Printers) lists[1].NewLine = line;
         if (places.Scanners) lists[2].NewLine = line;
     }
-    const bool copied =
-        rewrite.Temporary.Write(WithChangedLists(rewrite.Control.Rest(), name, lists)) && rewrite.CopyBack();
-    const bool updated = rewrite.Finish() && copied;
-    if (!updated) ShowError(5000, path);
-    ShowStatus(471, path);
     Startup().SettingsChanged = true;
-    return updated;
+    const auto write = [&] { return ReplaceText(rewrite, WithChangedLists(rewrite.Control.Rest(), name, lists)); };
+    return SaveRewrite(rewrite, write, AfterFailure::SayUpdated);
 }
 
 std::string_view OfferedStem(DeviceType type) { return type == DeviceType::Modem ? "MODEM" : TypeWord(type); }

@@ -3,10 +3,10 @@
 #include <algorithm>
 
 #include "ctlfile/control_stream.h"
-#include "ctlfile/copy_back.h"
 #include "ctlfile/reading.h"
+#include "ctlfile/saving.h"
 #include "platform/ascii.h"
-#include "shell/server_paths.h"
+#include "shell/server_files.h"
 #include "shell/startup.h"
 #include "voice/messages.h"
 
@@ -171,7 +171,7 @@ Device NewDevice(DeviceType type, std::string_view organisation) {
 }
 
 bool ReadDeviceSettings(std::string_view name, DeviceType type, Device& device) {
-    const std::string path = DatabaseFile("SETUP.INI");
+    const std::string path = PathOf(ServerFile::Setup);
     ShowStatus(468);
     ShowStatus(469, path);
     ControlStream setup = OpenForReading(path);
@@ -193,21 +193,10 @@ bool IsChanged(const Device& device) {
 
 bool WriteDeviceSettings(std::string_view name, Device& device) {
     if (!IsChanged(device)) return true;
-    const std::string path = DatabaseFile("SETUP.INI");
-    Rewrite rewrite(path);
-    if (!rewrite) {
-        ShowError(413, rewrite.Fault() == Rewrite::Problem::Temporary ? rewrite.TemporaryName() : path);
-        return false;
-    }
-    ShowStatus(470, path);
+    Rewrite rewrite(PathOf(ServerFile::Setup));
+    if (!CheckOpened(rewrite)) return false;
     Startup().SettingsChanged = true;
-    const bool written = WriteChangedKeys(rewrite, Header(name), device);
-    if (!rewrite.Finish() || !written) {
-        ShowError(5000, path);
-        return false;
-    }
-    ShowStatus(471, path);
-    return true;
+    return SaveRewrite(rewrite, [&] { return WriteChangedKeys(rewrite, Header(name), device); });
 }
 
 std::vector<std::string> OfferedPorts(DeviceType type) {

@@ -7,7 +7,7 @@
 #include "ctlfile/reading.h"
 #include "ctlfile/replaced_file.h"
 #include "platform/ascii.h"
-#include "shell/server_paths.h"
+#include "shell/server_files.h"
 #include "shell/startup.h"
 #include "voice/messages.h"
 
@@ -32,7 +32,7 @@ LoadedProperties& Loaded() {
     return loaded;
 }
 
-ReplacedFile File() { return {DatabaseFile("DIALLING.INI"), DatabaseFile("DIALLING.NEW"), "DiallingProperties"}; }
+ReplacedFile File() { return ReplacedFileOf(ServerFile::Dialling); }
 
 // Steps to the body of the next location of that name; false when there is none.
 bool FindLocation(ControlStream& file, std::string_view name, Position& body) {
@@ -209,8 +209,6 @@ std::string_view SelectedLocation(const DialProperties& properties) {
     return properties.Description;
 }
 
-std::string DiallingFile() { return File().Path; }
-
 StatusCode ReadDialLocation(const std::string& path, std::optional<std::string_view> location,
                             DialProperties& properties) {
     properties = {};
@@ -238,13 +236,13 @@ bool DialPropertiesAreLoaded() { return Loaded().IsLoaded; }
 std::string DiallingFileToRead() { return PathToRead(File()); }
 
 bool WithDiallingFileHeld(const std::function<bool()>& change) {
-    const FileGate gate(DiallingFile());
-    if (!gate) ShowError(413, DiallingFile());
+    const FileGate gate(PathOf(ServerFile::Dialling));
+    if (!gate) ShowError(413, PathOf(ServerFile::Dialling));
     return gate && change();
 }
 
 bool WriteDiallingProperties(const DialProperties& properties) {
-    const std::string path = DiallingFile();
+    const std::string path = PathOf(ServerFile::Dialling);
     const auto newText = [&](const TextOfFile& live) {
         ShowStatus(470, path);
         return NewText(live.IsThere ? live.Text : kNewFile, properties);

@@ -29,9 +29,6 @@ inline constexpr std::string_view kNoEditingLocation = "NoTelNumEdit";
 void SelectLocation(DialProperties& properties, std::string_view name);
 std::string_view SelectedLocation(const DialProperties& properties);
 
-// DIALLING.INI in the server's database directory.
-std::string DiallingFile();
-
 // Fills the record, cleared first, with the location that the file names, or with the one that is given instead. 0;
 // kNumbersNotEdited, with Mode set; kKeyMissing (-4059): no location is named, or the file does not hold it;
 // kDialFileUnreadable: the file cannot be opened, or, after 9011, not be read to its end. A location's paragraph

@@ -121,7 +121,7 @@ std::string DestinationPath(const DestinationFile& file, std::string_view dialli
 }
 
 ReplacedFile ReplacedDestinationFile(const DestinationFile& file, std::string_view diallingCode) {
-    return LcrFile(DestinationName(file, diallingCode, "ini"), DestinationName(file, diallingCode, "new"), file.Type);
+    return LcrFile({DestinationPath(file, diallingCode), DestinationPath(file, diallingCode, "new"), file.Type});
 }
 
 std::string EmptyDestinationText(const DestinationFile& file) {

@@ -8,6 +8,7 @@
 
 #include "platform/clock.h"
 #include "platform/files.h"
+#include "shell/server_files.h"
 #include "shell/server_paths.h"
 #include "voice/messages.h"
 
@@ -91,15 +92,15 @@ LcrButtons UpdateLcrButtons(bool isEnabled, bool hasGeneralSettings) {
     LcrButtons buttons;
     buttons.General = buttons.Destinations = isEnabled;
     buttons.Links = isEnabled && hasGeneralSettings;
-    buttons.Rules = buttons.Links && FileExists(DatabaseFile("COUNTRY.INI")) && FileExists(DatabaseFile("LINK.INI"));
+    buttons.Rules = buttons.Links && FileExists(PathOf(ServerFile::Countries)) && FileExists(PathOf(ServerFile::Links));
     return buttons;
 }
 
 LcrLack FindLcrLack(bool hasGeneralSettings) {
     if (!hasGeneralSettings) return LcrLack::GeneralSettings;
-    if (!FileExists(DatabaseFile("LINK.INI"))) return LcrLack::Links;
-    if (!FileExists(DatabaseFile("COUNTRY.INI"))) return LcrLack::Destinations;
-    return FileExists(DatabaseFile("LCRRULES.INI")) ? LcrLack::Nothing : LcrLack::Rules;
+    if (!FileExists(PathOf(ServerFile::Links))) return LcrLack::Links;
+    if (!FileExists(PathOf(ServerFile::Countries))) return LcrLack::Destinations;
+    return FileExists(PathOf(ServerFile::Rules)) ? LcrLack::Nothing : LcrLack::Rules;
 }
 
 LcrReadiness CheckLcrReady(bool hasGeneralSettings, bool mayAskForRules) {

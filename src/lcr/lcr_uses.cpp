@@ -9,16 +9,16 @@
 #include "lcr/rule_references.h"
 #include "lcr/synonyms.h"
 #include "platform/ascii.h"
+#include "shell/server_files.h"
 #include "voice/format.h"
 
 namespace bv {
 namespace {
 
-constexpr std::string_view kRuleFile = "LCRRULES.INI";
-
 Use UseOfRule(const RuleList& rules, const RoutingRule& rule, bool isOnly) {
     const auto number = static_cast<int>(&rule - rules.data()) + 1;
-    return {std::string(kRuleFile), FormatText("rule %d \"%s\"", number, rule.Description.View()), true, isOnly, true};
+    return {NameOf(ServerFile::Rules), FormatText("rule %d \"%s\"", number, rule.Description.View()), true, isOnly,
+            true};
 }
 
 bool Names(const std::vector<std::string>& names, std::string_view name) {
@@ -30,7 +30,7 @@ bool AddLinkUses(std::string_view user, std::vector<Use>& uses) {
     if (!ReadLinks(links)) return false;
     for (const LinkRecord& link : links) {
         if (EqualFolded(link.AccountName, user))
-            uses.push_back({"LINK.INI", FormatText("link %s", link.Identifier), false, false, true});
+            uses.push_back({NameOf(ServerFile::Links), FormatText("link %s", link.Identifier), false, false, true});
     }
     return true;
 }
@@ -65,7 +65,8 @@ bool AddSynonymLosses(const Loss& loss, std::vector<Use>& uses) {
     const auto synonyms = LoadSynonyms();
     for (const Synonym& synonym : synonyms.value_or(std::vector<Synonym>())) {
         if (loss.Hits(synonym.Reference))
-            uses.push_back({"COUNTRY.INI", FormatText("synonym %s", synonym.Name), false, false, false});
+            uses.push_back(
+                {NameOf(ServerFile::Countries), FormatText("synonym %s", synonym.Name), false, false, false});
     }
     return synonyms.has_value();
 }
@@ -92,7 +93,8 @@ std::optional<std::vector<Use>> FindLostDestinations(const Destinations& before,
     if (!AddRuleLosses(loss, uses)) return {};
     for (const RegionEntry& region : after.Regions()) {
         if (std::ranges::any_of(region.Matches, [&](const std::string& match) { return loss.Hits(match); }))
-            uses.push_back({"REGION.INI", FormatText("region %s", region.Identifier), false, false, true});
+            uses.push_back(
+                {NameOf(ServerFile::Regions), FormatText("region %s", region.Identifier), false, false, true});
     }
     if (!AddSynonymLosses(loss, uses)) return {};
     return uses;

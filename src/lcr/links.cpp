@@ -7,7 +7,7 @@
 #include "ctlfile/whole_file.h"
 #include "lcr/text_file.h"
 #include "platform/ascii.h"
-#include "shell/server_paths.h"
+#include "shell/server_files.h"
 #include "voice/format.h"
 #include "voice/messages.h"
 
@@ -251,7 +251,7 @@ std::vector<LinkSetting> MakeSettings() {
 
 } // namespace
 
-ReplacedFile LinkFile() { return LcrFile("Link.ini", "Link.new", "LinkDatabase"); }
+ReplacedFile LinkFile() { return LcrFile(ServerFile::Links); }
 
 std::span<const LinkKey> LinkKeys() { return kLinkKeys; }
 

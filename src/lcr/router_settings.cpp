@@ -11,7 +11,7 @@
 #include "platform/ascii.h"
 #include "platform/drives.h"
 #include "platform/files.h"
-#include "shell/server_paths.h"
+#include "shell/server_files.h"
 #include "voice/format.h"
 #include "voice/messages.h"
 
@@ -26,7 +26,7 @@ constexpr std::string_view kOwnKeys[] = {
     "EmailInboxPollFreq:", "EmailDeleteInvalidMsg:", "WanInboxDirectory:", "WanInboxPollFreq:",
 };
 
-ReplacedFile SetupFile() { return LcrFile("Setup.ini", "Setup.new", ""); }
+ReplacedFile SetupFile() { return LcrFile(ServerFile::Setup); }
 
 // The text's parts around the lines of the paragraph.
 struct PartedText {

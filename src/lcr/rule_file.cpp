@@ -11,14 +11,13 @@
 #include "ctlfile/whole_file.h"
 #include "lcr/text_file.h"
 #include "platform/files.h"
-#include "shell/server_paths.h"
+#include "shell/server_files.h"
 #include "shell/startup.h"
 #include "voice/messages.h"
 
 namespace bv {
 namespace {
 
-constexpr std::string_view kType = "LCRRules";
 constexpr std::string_view kFileHeader = "[BRIVANE]\r\nType: LCRRules\r\nRevision: A\r\n\r\n";
 constexpr std::string_view kHeaderParagraph = "[BRIVANE]";
 constexpr std::string_view kRuleHeader = "[RULE]";
@@ -152,7 +151,7 @@ bool HasOtherText(ControlStream& file) {
 
 // What is said of them: 413 of what the engine reads, "File error: couldn't open" of what it writes, 5000 of both.
 ReplacedFile RuleFile() {
-    ReplacedFile file = LcrFile("LCRRules.ini", "LCRRules.new", kType);
+    ReplacedFile file = LcrFile(ServerFile::Rules);
     file.NotReplaced = file.NotWritten;
     file.MayBePending = true;
     return file;
@@ -228,7 +227,7 @@ bool SaveRules(const RuleList& rules, const TextStamp& stamp) {
 PendingRules LookForPendingRules() {
     if (IsMissing(PendingRulesPath())) return PendingRules::None;
     ControlStream file = OpenShared(PendingRulesPath(), "rb");
-    const bool isWhole = IsWholeText(file.Rest(), kType);
+    const bool isWhole = IsWholeText(file.Rest(), RuleFile().Type);
     if (file.Failed()) return PendingRules::Unreadable;
     return isWhole ? PendingRules::Whole : PendingRules::CutOff;
 }

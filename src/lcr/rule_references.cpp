@@ -12,7 +12,7 @@
 #include "ctlfile/whole_file.h"
 #include "lcr/links.h"
 #include "platform/ascii.h"
-#include "shell/server_paths.h"
+#include "shell/server_files.h"
 #include "users/user_file.h"
 #include "voice/messages.h"
 
@@ -91,9 +91,9 @@ std::string NameSet::Folded(std::string_view name) { return UpperText(name); }
 
 bool LoadRuleNames(RuleNames& names) {
     const std::string links = PathToRead(LinkFile());
-    return LoadNames({UserListPath(), "[USER]", kNameKey, false, false}, names.Users) &&
+    return LoadNames({PathOf(ServerFile::UserList), "[USER]", kNameKey, false, false}, names.Users) &&
            (IsMissing(links) || LoadNames({links, "[LINK]", "RemoteServerID:", true, false}, names.Servers)) &&
-           LoadNames({DatabaseFile("SETUP.INI"), "[ROUTER]", "LocalServerID:", true, true}, names.Servers) &&
+           LoadNames({PathOf(ServerFile::Setup), "[ROUTER]", "LocalServerID:", true, true}, names.Servers) &&
            LoadDestinations(names.Places);
 }
 

@@ -1,6 +1,5 @@
 #include "lcr/text_file.h"
 
-#include "shell/server_paths.h"
 #include "shell/startup.h"
 #include "voice/messages.h"
 
@@ -15,9 +14,14 @@ constexpr int kNotReplaced = 5004;
 
 void ShowOpenFault(std::string_view path) { ShowError(kOpenFault, path); }
 
-ReplacedFile LcrFile(std::string_view name, std::string_view newName, std::string_view type) {
-    return {DatabaseFile(name), DatabaseFile(newName), type, kOpenFault, kNotWritten, kNotReplaced};
+ReplacedFile LcrFile(ReplacedFile file) {
+    file.NotOpened = kOpenFault;
+    file.NotWritten = kNotWritten;
+    file.NotReplaced = kNotReplaced;
+    return file;
 }
+
+ReplacedFile LcrFile(ServerFile file) { return LcrFile(ReplacedFileOf(file)); }
 
 std::optional<TextOfFile> ReadTextFile(const std::string& path) { return ReadText(path, kOpenFault); }
 

@@ -6,15 +6,16 @@
 #include <string_view>
 
 #include "ctlfile/replaced_file.h"
+#include "shell/server_files.h"
 
 namespace bv {
 
 // "File error: couldn't open" and the path.
 void ShowOpenFault(std::string_view path);
 
-// A file of the database directory and the name of its new text. What is said of it: "File error: couldn't open", 5000,
-// 5004.
-ReplacedFile LcrFile(std::string_view name, std::string_view newName, std::string_view type);
+// The file with what is said of it: "File error: couldn't open", 5000, 5004.
+ReplacedFile LcrFile(ReplacedFile file);
+ReplacedFile LcrFile(ServerFile file);
 
 // None, after "File error: couldn't open" or message 9011, for a file that is there and cannot be read to its end.
 std::optional<TextOfFile> ReadTextFile(const std::string& path);

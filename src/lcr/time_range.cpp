@@ -4,7 +4,7 @@
 
 #include "ctlfile/control_stream.h"
 #include "ctlfile/reader.h"
-#include "shell/server_paths.h"
+#include "shell/server_files.h"
 #include "voice/messages.h"
 
 namespace bv {
@@ -41,7 +41,7 @@ std::optional<TimeRange> ParseTimeRange(std::string_view text) {
 }
 
 std::optional<TimeRange> ReadOffpeak() {
-    ControlStream setup = OpenShared(DatabaseFile("SETUP.INI"), "rb");
+    ControlStream setup = OpenShared(PathOf(ServerFile::Setup), "rb");
     ControlLine line;
     ControlLine value;
     const bool isFound =

@@ -8,7 +8,7 @@
 #include "ctlfile/reader.h"
 #include "ctlfile/reading.h"
 #include "platform/ascii.h"
-#include "shell/server_paths.h"
+#include "shell/server_files.h"
 
 namespace bv {
 namespace {
@@ -66,7 +66,7 @@ bool IsAccountExpression(std::string_view text) {
 }
 
 std::optional<AccountExpression> ReadAccountExpression() {
-    ControlStream setup = OpenForReading(DatabaseFile("SETUP.INI"));
+    ControlStream setup = OpenForReading(PathOf(ServerFile::Setup));
     if (!setup) return {};
     AccountExpression expression;
     ControlLine line;

@@ -8,7 +8,7 @@
 #include "ctlfile/whole_file.h"
 #include "mailgw/mail_list.h"
 #include "platform/ascii.h"
-#include "shell/server_paths.h"
+#include "shell/server_files.h"
 #include "shell/startup.h"
 #include "users/user_list.h"
 #include "voice/messages.h"
@@ -30,7 +30,7 @@ bool HasChanged(bool isDone) {
 }
 
 bool IsDone(MailListOutcome outcome) {
-    if (outcome == MailListOutcome::NoList) ShowError(413, MailListPath());
+    if (outcome == MailListOutcome::NoList) ShowError(413, PathOf(ServerFile::MailList));
     return HasChanged(outcome == MailListOutcome::Done);
 }
 
@@ -152,7 +152,7 @@ bool FollowUsers(std::span<const UserChange> users) {
     const std::vector<Move> moves = MovesOf(users);
     Owners owners;
     if (moves.empty() || !owners.Read(moves)) return moves.empty();
-    const bool hasList = !IsMissing(MailListPath());
+    const bool hasList = !IsMissing(PathOf(ServerFile::MailList));
     std::vector<MailUserChange> changes;
     for (const Move& move : moves) {
         const std::optional<MailUserChange> change = ChangeFor(move, owners);

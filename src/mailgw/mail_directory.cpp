@@ -6,6 +6,7 @@
 #include "platform/ascii.h"
 #include "platform/environment.h"
 #include "platform/files.h"
+#include "shell/server_files.h"
 #include "shell/server_paths.h"
 #include "voice/messages.h"
 
@@ -26,27 +27,25 @@ std::string_view WithoutLineEnd(std::string_view line) {
 
 } // namespace
 
-std::string MailUserListPath() { return DatabaseFile("MAILUSER.DAT"); }
-
 bool EnsureMailUserList(std::uintptr_t ownerWindow, bool force) {
-    if (!force && OpenShared(MailUserListPath(), "rb")) return true;
+    if (!force && OpenShared(PathOf(ServerFile::MailUsers), "rb")) return true;
     const std::string directory = WithBackslash(platform::TheEnvironment().ProgramDirectory());
     if (!RunProgram(FormatText("%s%s -SE -H%X", directory, "MAILCONF.EXE", ownerWindow), WaitForProgram::Yes))
         return false;
     const std::string made = DatabaseFile("MAILUSER.TMP");
-    if (!FileExists(made) || PutInPlace(made, MailUserListPath())) return true;
-    ShowError(5004, MailUserListPath());
+    if (!FileExists(made) || PutInPlace(made, PathOf(ServerFile::MailUsers))) return true;
+    ShowError(5004, PathOf(ServerFile::MailUsers));
     return false;
 }
 
 bool DeleteMailUserList() {
-    const platform::FileError error = platform::Files().Delete(MailUserListPath());
+    const platform::FileError error = platform::Files().Delete(PathOf(ServerFile::MailUsers));
     return error == platform::FileError::None || error == platform::FileError::NotFound;
 }
 
 std::optional<std::string> LookupMailUser(std::string_view displayName, std::size_t size) {
-    if (displayName.empty() || IsMissing(MailUserListPath())) return {};
-    ControlStream file = OpenForReading(MailUserListPath());
+    if (displayName.empty() || IsMissing(PathOf(ServerFile::MailUsers))) return {};
+    ControlStream file = OpenForReading(PathOf(ServerFile::MailUsers));
     if (!file) return {};
     const std::string reversed = Reversed(displayName);
     for (std::string_view line = file.NextRawLine(); !line.empty(); line = file.NextRawLine()) {

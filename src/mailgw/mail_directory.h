@@ -10,8 +10,6 @@
 
 namespace bv {
 
-std::string MailUserListPath();
-
 // Runs MAILCONF.EXE, unless the file is there and this is not forced, and puts the file that it has made in place; when
 // it made none, the old one stays. The window is that which the program shows itself over, 0 for none. False after 5031
 // (not started) or 5004 (not put in place: then the new file lies beside, as MAILUSER.TMP).

@@ -12,6 +12,7 @@
 #include "ctlfile/records.h"
 #include "ctlfile/whole_file.h"
 #include "platform/ascii.h"
+#include "shell/server_files.h"
 #include "shell/server_paths.h"
 #include "users/user_rewrite.h"
 #include "voice/messages.h"
@@ -62,8 +63,8 @@ class ProfileUsers {
     // Without a user list there are none. False after 413 or 9011.
     bool Read() {
         static constexpr std::array<std::string_view, 2> kUserKeys = {kNameKey, "MailName:"};
-        if (IsMissing(UserListPath())) return true;
-        ControlStream list = OpenForReading(UserListPath());
+        if (IsMissing(PathOf(ServerFile::UserList))) return true;
+        ControlStream list = OpenForReading(PathOf(ServerFile::UserList));
         if (!list) return false;
         RecordWalker records(list, RecordHeader(RecordKind::User), kUserKeys);
         WholeValue name;
@@ -90,7 +91,7 @@ class ProfileUsers {
 // The list while it is rewritten: held, and whole in memory.
 class HeldMailList {
   public:
-    HeldMailList() : rewrite_(MailListPath()) {}
+    HeldMailList() : rewrite_(PathOf(ServerFile::MailList)) {}
 
     // Whether there is a list that can be changed.
     [[nodiscard]] bool IsOpen() const { return rewrite_ || rewrite_.Fault() == Rewrite::Problem::Temporary; }
@@ -98,7 +99,7 @@ class HeldMailList {
     // Reads it. False after 5002, when it or its temporary is not open, or 5004.
     bool Load() {
         if (!rewrite_) {
-            ShowError(5002, IsOpen() ? rewrite_.TemporaryName() : MailListPath());
+            ShowError(5002, rewrite_.UnopenedPath());
             return false;
         }
         size_ = rewrite_.Control.Rest().size();
@@ -127,8 +128,8 @@ class HeldMailList {
     }
 
   private:
-    static bool Refuse() {
-        ShowError(5004, MailListPath());
+    bool Refuse() {
+        ShowError(5004, rewrite_.Path());
         return false;
     }
 
@@ -217,8 +218,8 @@ std::string ChangedText(HeldMailList& list, const LeavingRecords& leaving, const
 
 // Makes an empty list when there is none. False after 5002.
 bool CreateIfMissing() {
-    if (FileExists(MailListPath()) || OpenShared(MailListPath(), "c+b")) return true;
-    ShowError(5002, MailListPath());
+    if (FileExists(PathOf(ServerFile::MailList)) || OpenShared(PathOf(ServerFile::MailList), "c+b")) return true;
+    ShowError(5002, PathOf(ServerFile::MailList));
     return false;
 }
 
@@ -283,16 +284,14 @@ std::string UpgradedText(HeldMailList& list, const ProfileUsers& profiles) {
 
 } // namespace
 
-std::string MailListPath() { return DatabaseFile("MAILLIST.INI"); }
-
 std::string_view EffectiveUser(const MailUser& user) {
     const std::string_view mapped = user.EmailBrivname;
     return user.Profile && !mapped.empty() && !IsDefaultName(mapped) ? mapped : user.Brivname.View();
 }
 
 bool VisitMailUsers(const MailUserVisitor& visit) {
-    if (IsMissing(MailListPath())) return true;
-    ControlStream list = OpenForReading(MailListPath());
+    if (IsMissing(PathOf(ServerFile::MailList))) return true;
+    ControlStream list = OpenForReading(PathOf(ServerFile::MailList));
     if (!list) return false;
     RecordWalker records(list, kHeader, kKeys);
     MailUser user;

@@ -32,8 +32,6 @@ struct MailUser {
 // The longest Emailname: that a line of the file holds with its key.
 inline constexpr std::size_t kMaxEmailName = 269;
 
-std::string MailListPath();
-
 // The server user under whose name the mail user's faxes go.
 std::string_view EffectiveUser(const MailUser& user);
 

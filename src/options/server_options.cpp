@@ -6,10 +6,11 @@
 #include <span>
 #include <string>
 
-#include "ctlfile/copy_back.h"
 #include "ctlfile/reading.h"
+#include "ctlfile/saving.h"
 #include "options/option_values.h"
 #include "platform/ascii.h"
+#include "shell/server_files.h"
 #include "shell/server_paths.h"
 #include "shell/startup.h"
 #include "shell/versions.h"
@@ -160,7 +161,7 @@ OptionsFound ReadServerOptions(ControlStream& setup, ServerOptions& options, Sav
 }
 
 bool LoadServerOptions(ServerOptions& options, SavedOptions& saved, OptionsFound* found) {
-    const std::string path = DatabaseFile("SETUP.INI");
+    const std::string path = PathOf(ServerFile::Setup);
     ShowStatus(467);
     ShowStatus(469, path);
     ControlStream setup = OpenForReading(path, kTimeout);
@@ -182,18 +183,11 @@ bool EnterOption(const OptionKey& key, std::string_view text, ServerOptions& opt
 bool SaveServerOptions(const ServerOptions& options, SavedOptions& saved) {
     if (!IsChanged(options, saved)) return true;
     if (!CheckReceivers(options, saved)) return false;
-    const std::string path = DatabaseFile("SETUP.INI");
-    Rewrite rewrite(path, kTimeout);
-    if (!rewrite) {
-        ShowError(413, rewrite.Fault() == Rewrite::Problem::Temporary ? rewrite.TemporaryName() : path);
-        return false;
-    }
+    Rewrite rewrite(PathOf(ServerFile::Setup), kTimeout);
+    if (!CheckOpened(rewrite)) return false;
     CurrentFront().ShowWaitCursor(true);
-    ShowStatus(470, path);
-    const bool written = WriteChangedKeys(rewrite, options, saved);
-    const bool well = rewrite.Finish() && written;
-    if (!well) ShowError(5000, path);
-    ShowStatus(471, path);
+    const auto write = [&] { return WriteChangedKeys(rewrite, options, saved); };
+    const bool well = SaveRewrite(rewrite, write, AfterFailure::SayUpdated);
     TakeAsSaved(options, saved);
     Startup().SettingsChanged = true;
     CurrentFront().ShowWaitCursor(false);

@@ -2,13 +2,13 @@
 
 #include <algorithm>
 
-#include "ctlfile/copy_back.h"
 #include "ctlfile/key_fields.h"
 #include "ctlfile/lines.h"
 #include "ctlfile/reader.h"
 #include "ctlfile/reading.h"
+#include "ctlfile/saving.h"
 #include "platform/ascii.h"
-#include "shell/server_paths.h"
+#include "shell/server_files.h"
 #include "shell/startup.h"
 #include "voice/messages.h"
 
@@ -153,7 +153,7 @@ bool ReadTelephoneTypes(ControlStream& setup, TelephoneTypes& types) {
 
 bool LoadTelephoneTypes(TelephoneTypes& types) {
     types.clear();
-    ControlStream setup = OpenForReading(DatabaseFile("SETUP.INI"), kTimeout);
+    ControlStream setup = OpenForReading(PathOf(ServerFile::Setup), kTimeout);
     if (!setup) return false;
     const bool isWellFormed = ReadTelephoneTypes(setup, types);
     if (!WasRead(setup)) return false;
@@ -163,23 +163,13 @@ bool LoadTelephoneTypes(TelephoneTypes& types) {
 
 bool SaveTelephoneTypes(const TelephoneTypes& types, TelephoneTypes& saved) {
     if (types == saved) return true;
-    const std::string path = DatabaseFile("SETUP.INI");
-    Rewrite rewrite(path, kTimeout);
-    if (!rewrite) {
-        ShowError(413, rewrite.Fault() == Rewrite::Problem::Temporary ? rewrite.TemporaryName() : path);
-        return false;
-    }
-    ShowStatus(470, path);
+    Rewrite rewrite(PathOf(ServerFile::Setup), kTimeout);
+    if (!CheckOpened(rewrite)) return false;
     Startup().SettingsChanged = true;
     // As the value of one key, the list goes in the place of the first old line, and the others go.
     const std::string text = ListText(types);
     const KeyChange change = {kParagraph, kKey, text.empty() ? std::nullopt : std::optional<std::string_view>(text)};
-    const bool written = RewriteKey(rewrite, change);
-    if (!rewrite.Finish() || !written) {
-        ShowError(5000, path);
-        return false;
-    }
-    ShowStatus(471, path);
+    if (!SaveRewrite(rewrite, [&] { return RewriteKey(rewrite, change); })) return false;
     saved = types;
     return true;
 }

@@ -4,9 +4,10 @@
 #include "ctlfile/reader.h"
 #include "ctlfile/reading.h"
 #include "ctlfile/rewriter.h"
+#include "ctlfile/saving.h"
 #include "ctlfile/whole_file.h"
 #include "platform/ascii.h"
-#include "shell/server_paths.h"
+#include "shell/server_files.h"
 #include "shell/startup.h"
 #include "voice/messages.h"
 
@@ -14,7 +15,6 @@ namespace bv {
 namespace {
 
 constexpr std::string_view kDatabase = "B-DB\\";
-constexpr std::string_view kFileName = "ROUTING.INI";
 constexpr std::string_view kNewFile = "[BRIVANE]\r\nType: RoutingInit\r\nRevision: A\r\n\r\n"
                                       "[SENDERID]\r\n\r\n[SUBADDR]\r\n\r\n[FORWARD]\r\n";
 constexpr std::string_view kSenderId = "[SENDERID]";
@@ -72,7 +72,7 @@ bool EnterParagraph(ControlStream& file, std::string_view header, std::string_vi
     if (FindParagraph(file, header, line)) return true;
     if (WasRead(file)) {
         ShowError("No %s rules in routing file.  Add %s paragraph to %s%s%s", kind, header, Paths().SystemArea.View(),
-                  kDatabase, kFileName);
+                  kDatabase, NameOf(ServerFile::Routing));
     }
     return false;
 }
@@ -186,13 +186,8 @@ std::string LineOf(std::string_view key, std::string_view value) { return CleanL
 template <class Update>
 bool ChangeFile(Update update) {
     if (!OpenRoutingFile()) return false;
-    const std::string path = DatabaseFile(kFileName);
-    ShowStatus(470, path);
-    if (!update(path)) {
-        ShowError(5000, path);
-        return false;
-    }
-    ShowStatus(471, path);
+    const std::string path = PathOf(ServerFile::Routing);
+    if (!SayingSave(path, [&] { return update(path); })) return false;
     Startup().SettingsChanged = true;
     return true;
 }
@@ -258,7 +253,7 @@ bool ChangeAddressee(const SenderIdRule& rule, Placing recordLine, std::optional
 // Whether the file has a line of the name, however it is escaped; says so when not.
 bool HasLineOf(std::string_view paragraph, std::string_view name) {
     if (!OpenRoutingFile()) return false;
-    const std::string path = DatabaseFile(kFileName);
+    const std::string path = PathOf(ServerFile::Routing);
     const std::optional<bool> hasKey = HasKeyLine(path, paragraph, KeyOf(name));
     const std::optional<std::string> other = OtherKeyOf(paragraph, name);
     const std::optional<bool> hasOther = other ? HasKeyLine(path, paragraph, *other) : false;
@@ -272,7 +267,7 @@ bool HasLineOf(std::string_view paragraph, std::string_view name) {
 } // namespace
 
 ControlStream OpenRoutingFile() {
-    const std::string path = DatabaseFile(kFileName);
+    const std::string path = PathOf(ServerFile::Routing);
     if (IsMissing(path) && !CreateRoutingFile(path)) return {};
     ControlStream file = OpenShared(path, "rb");
     if (!file) {

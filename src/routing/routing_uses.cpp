@@ -5,13 +5,11 @@
 #include "ctlfile/whole_file.h"
 #include "platform/ascii.h"
 #include "routing/routing_file.h"
-#include "shell/server_paths.h"
+#include "shell/server_files.h"
 #include "voice/format.h"
 
 namespace bv {
 namespace {
-
-constexpr std::string_view kFile = "ROUTING.INI";
 
 // Takes the rules of one kind, when the file has its paragraph.
 template <class Rule, class Read, class Visit>
@@ -23,10 +21,10 @@ bool Walk(ControlStream& file, RoutingKind kind, Read read, Visit visit) {
 
 std::optional<std::vector<Use>> FindRoutingUses(std::string_view name) {
     std::vector<Use> uses;
-    if (IsMissing(DatabaseFile(kFile))) return uses;
+    if (IsMissing(PathOf(ServerFile::Routing))) return uses;
     ControlStream file = OpenRoutingFile();
     if (!file) return {};
-    const auto add = [&uses](std::string where) { uses.push_back({std::string(kFile), std::move(where)}); };
+    const auto add = [&uses](std::string where) { uses.push_back({NameOf(ServerFile::Routing), std::move(where)}); };
     const auto isIt = [name](std::string_view other) { return EqualFolded(other, name); };
     const bool isRead = Walk<SenderIdRule>(file, RoutingKind::Sender, ReadSenderIdRules,
                                            [&](const SenderIdRule& rule) {

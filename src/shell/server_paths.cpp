@@ -12,6 +12,7 @@
 #include "platform/ascii.h"
 #include "platform/environment.h"
 #include "platform/files.h"
+#include "shell/server_files.h"
 #include "voice/messages.h"
 
 namespace bv {
@@ -104,10 +105,6 @@ bool CheckAreas(const ServerPaths& paths) {
     return complete;
 }
 
-std::string DatabaseFileOf(const ServerPaths& paths, std::string_view name) {
-    return paths.SystemArea.String().append(kDatabaseDirectory).append(name);
-}
-
 // Where the log of that name lies. Empty, after a message, when the path is too long.
 std::string LogPath(const ServerPaths& paths, std::string_view name) {
     if (name.empty()) name = "SERVER.LOG";
@@ -135,13 +132,19 @@ void ReadLogSettings(ControlStream& setupFile, ServerPaths& paths) {
 ControlStream OpenSetupFile(const ServerPaths& paths, const std::string& path) {
     ControlStream file = OpenShared(path, "rb", kSetupTimeout);
     if (file || !IsMissing(path)) return file;
-    if (!OfferRecovery({path, DatabaseFileOf(paths, "Setup.new"), ""})) return file;
+    ReplacedFile setup = ReplacedFileOf(ServerFile::Setup, paths);
+    setup.Path = path;
+    if (!OfferRecovery(setup)) return file;
     return OpenShared(path, "rb", kSetupTimeout);
 }
 
 } // namespace
 
 const ServerPaths& Paths() { return loadedPaths; }
+
+std::string DatabaseFile(std::string_view name, const ServerPaths& paths) {
+    return paths.SystemArea.String().append(kDatabaseDirectory).append(name);
+}
 
 bool FileExists(const std::string& path) {
     const auto found = platform::Files().Find(path);
@@ -172,7 +175,7 @@ StatusCode LoadServerPaths(ControlStream* setupFile) {
     }
     if (!complete) return kKeyMissing;
 
-    const std::string setupPath = DatabaseFileOf(paths, "SETUP.INI");
+    const std::string setupPath = DatabaseFile(NameOf(ServerFile::Setup), paths);
     ControlStream opened = OpenSetupFile(paths, setupPath);
     if (!opened) {
         ShowError("ERROR - Unable to open file %s", setupPath);
@@ -188,7 +191,5 @@ StatusCode LoadServerPaths(ControlStream* setupFile) {
     }
     return kDone;
 }
-
-std::string DatabaseFile(std::string_view name) { return DatabaseFileOf(loadedPaths, name); }
 
 } // namespace bv

@@ -41,7 +41,7 @@ StatusCode FindIniDirectory(std::string& directory);
 StatusCode LoadServerPaths(ControlStream* setupFile = nullptr);
 
 // The path of a file in the server's database directory: SystemArea, "B-DB\" and the name.
-std::string DatabaseFile(std::string_view name);
+std::string DatabaseFile(std::string_view name, const ServerPaths& paths = Paths());
 
 // Whether a file, and not a directory, stands at the path.
 bool FileExists(const std::string& path);

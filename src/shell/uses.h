@@ -9,7 +9,7 @@ namespace bv {
 
 // A place in a control file that names a user, a link or a destination.
 struct Use {
-    std::string File;      // "LCRRULES.INI"
+    std::string_view File; // "LCRRULES.INI"
     std::string Where;     // "rule 2 \"Europe\""
     bool TakenOut = false; // the place loses the name with its next change, and lives on without it
     bool Widens = false;   // it is the only name of its kind there: the place then takes more faxes

@@ -6,6 +6,7 @@
 #include "ctlfile/lines.h"
 #include "ctlfile/reader.h"
 #include "platform/ascii.h"
+#include "shell/server_files.h"
 #include "users/user_file.h"
 #include "voice/format.h"
 
@@ -166,7 +167,7 @@ PermissionFault ReadBody(ControlStream& stream, UserPermissions& permissions) {
 PermissionFault ReadUserPermissions(ControlStream* stream, std::optional<std::string_view> userName,
                                     UserPermissions& permissions) {
     if (stream == nullptr) {
-        ControlStream list = OpenShared(UserListPath(), "rb");
+        ControlStream list = OpenShared(PathOf(ServerFile::UserList), "rb");
         if (!list) return PermissionFault::FileUnreadable;
         return ReadUserPermissions(&list, userName, permissions);
     }

@@ -1,14 +1,14 @@
 #include "users/receiver.h"
 
 #include "ctlfile/whole_file.h"
-#include "shell/server_paths.h"
+#include "shell/server_files.h"
 #include "users/user_list.h"
 #include "voice/messages.h"
 
 namespace bv {
 
 bool CheckReceiver(std::string_view name) {
-    if (name.empty() || IsMissing(UserListPath())) return true;
+    if (name.empty() || IsMissing(PathOf(ServerFile::UserList))) return true;
     UserList list;
     if (!list) return false;
     if (list.Has(name, RecordKind::User) || list.Has(name, RecordKind::Group)) return true;

@@ -10,7 +10,7 @@
 #include "ctlfile/reader.h"
 #include "ctlfile/whole_file.h"
 #include "platform/files.h"
-#include "shell/server_paths.h"
+#include "shell/server_files.h"
 #include "users/directories.h"
 #include "voice/messages.h"
 
@@ -86,8 +86,8 @@ bool ReportNotCreated(std::string_view directory, std::string_view file) {
 }
 
 bool CreateDirFiles(std::string_view name, RecordKind kind) {
-    if (!CreateReceiveDirFile(name)) return ReportNotCreated("B-IN\\", "MSGDIR.CTL");
-    if (kind == RecordKind::User && !CreateSendDirFile(name)) return ReportNotCreated("B-OUT\\", "MSGDIR.CTL");
+    if (!CreateReceiveDirFile(name)) return ReportNotCreated("B-IN\\", kDirectoryFile);
+    if (kind == RecordKind::User && !CreateSendDirFile(name)) return ReportNotCreated("B-OUT\\", kDirectoryFile);
     return true;
 }
 
@@ -175,7 +175,7 @@ bool CreateUserDirectories(std::string_view name, std::string_view senderName, R
         return false;
     }
     if (!CreateTree(name, kind) || !CreateDirFiles(name, kind)) return false;
-    return WriteUserOptionsFile(name, senderName) || ReportNotCreated("B-DB\\", "USER.INI");
+    return WriteUserOptionsFile(name, senderName) || ReportNotCreated("B-DB\\", NameOf(ServerFile::UserTemplate));
 }
 
 bool DeleteUserDirectories(std::string_view name) {
@@ -198,16 +198,16 @@ std::vector<std::string> LeftOfUserDirectories(std::string_view name) {
 }
 
 bool CreateReceiveDirFile(std::string_view name) {
-    return CreateDirFile(UserPath(name, "\\B-IN\\MSGDIR.CTL"), "ReceiveDir");
+    return CreateDirFile(UserPath(name, "\\B-IN\\").append(kDirectoryFile), "ReceiveDir");
 }
 
 bool CreateSendDirFile(std::string_view name) {
-    return CreateDirFile(UserPath(name, "\\B-OUT\\MSGDIR.CTL"), "SendDir");
+    return CreateDirFile(UserPath(name, "\\B-OUT\\").append(kDirectoryFile), "SendDir");
 }
 
 bool WriteUserOptionsFile(std::string_view name, std::string_view senderName) {
-    const std::string templatePath = DatabaseFile("USER.INI");
-    const std::string path = UserPath(name, "\\B-DB\\USER.INI");
+    const std::string templatePath = PathOf(ServerFile::UserTemplate);
+    const std::string path = UserPath(name, "\\B-DB\\").append(NameOf(ServerFile::UserTemplate));
     ControlStream source = OpenShared(templatePath, "rb");
     if (!source) {
         ShowError(413, templatePath);

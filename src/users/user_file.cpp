@@ -4,11 +4,8 @@
 
 #include "ctlfile/records.h"
 #include "platform/ascii.h"
-#include "shell/server_paths.h"
 
 namespace bv {
-
-std::string UserListPath() { return DatabaseFile("USERLIST.INI"); }
 
 std::string_view RecordHeader(RecordKind kind) { return kind == RecordKind::User ? "[USER]" : "[GROUP]"; }
 

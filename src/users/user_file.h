@@ -19,8 +19,6 @@ inline constexpr std::string_view kNameKey = "Name:";
 // A value as it stands in the file: not cut to the limits that apply when it is used.
 using WholeValue = FixedText<kMaxLine>;
 
-std::string UserListPath();
-
 // The header of the kind's records, "[USER]" or "[GROUP]".
 std::string_view RecordHeader(RecordKind kind);
 

@@ -8,6 +8,7 @@
 #include "ctlfile/reading.h"
 #include "ctlfile/records.h"
 #include "platform/ascii.h"
+#include "shell/server_files.h"
 #include "voice/messages.h"
 
 namespace bv {
@@ -112,7 +113,7 @@ bool FindUserListEntry(std::string_view key, FindBy by, std::optional<std::strin
                        FoundEntry& entry) {
     static constexpr std::array<std::string_view, 2> kKeys = {kNameKey, "Username:"};
     entry = {};
-    ControlStream list = OpenForReading(UserListPath());
+    ControlStream list = OpenForReading(PathOf(ServerFile::UserList));
     if (!list) return false;
     if (by == FindBy::Username && key.empty()) return true;
 
@@ -131,7 +132,7 @@ bool FindUserListEntry(std::string_view key, FindBy by, std::optional<std::strin
     return WasRead(list);
 }
 
-UserList::UserList() : stream_(OpenForReading(UserListPath())) {}
+UserList::UserList() : stream_(OpenForReading(PathOf(ServerFile::UserList))) {}
 
 std::optional<std::string> UserList::NameOf(std::string_view name, RecordKind kind) {
     static constexpr std::array kKeys = {kNameKey};
@@ -184,7 +185,7 @@ bool ReadUserRecord(std::optional<std::string_view> name, UserRecord& record, Re
 
 bool VisitUserRecords(RecordKind kind, const RecordVisitor& visit) {
     static constexpr std::array kKeys = {kNameKey};
-    ControlStream list = OpenForReading(UserListPath());
+    ControlStream list = OpenForReading(PathOf(ServerFile::UserList));
     if (!list) return false;
     RecordWalker records(list, RecordHeader(kind), kKeys);
     WholeValue name;
@@ -203,7 +204,7 @@ bool VisitUserRecords(RecordKind kind, const RecordVisitor& visit) {
 bool FillUserList(ListTarget& list, ListTarget* secondList, const UserListView& view) {
     list.Clear();
     if (secondList != nullptr) secondList->Clear();
-    ControlStream stream = OpenForReading(UserListPath());
+    ControlStream stream = OpenForReading(PathOf(ServerFile::UserList));
     if (!stream) return false;
     FillOneList(stream, list, view);
     if (secondList != nullptr) FillOneList(stream, *secondList, view);
@@ -211,7 +212,7 @@ bool FillUserList(ListTarget& list, ListTarget* secondList, const UserListView& 
 }
 
 bool FillGroupMemberList(std::string_view group, ListTarget& list, bool withFullname, bool withGroup) {
-    ControlStream stream = OpenForReading(UserListPath());
+    ControlStream stream = OpenForReading(PathOf(ServerFile::UserList));
     if (!stream) return false;
     UserListView view;
     view.Format = withFullname ? UserListFormat::NameAndFullname : UserListFormat::NameOnly;

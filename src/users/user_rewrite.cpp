@@ -8,10 +8,11 @@
 #include <utility>
 #include <vector>
 
-#include "ctlfile/copy_back.h"
 #include "ctlfile/lines.h"
 #include "ctlfile/records.h"
+#include "ctlfile/saving.h"
 #include "platform/ascii.h"
+#include "shell/server_files.h"
 #include "users/user_file.h"
 #include "users/user_list.h"
 #include "voice/messages.h"
@@ -50,16 +51,12 @@ bool WriteSpliced(const HeldList& list, const Splices& splices, ControlStream& t
 // Rewrites the list with the splices that the plan makes of it; without any, the plan has shown a message.
 template <class Plan>
 bool RewriteUserList(Plan plan) {
-    const std::string path = UserListPath();
-    Rewrite rewrite(path);
+    Rewrite rewrite(PathOf(ServerFile::UserList));
     if (rewrite.Fault() == Rewrite::Problem::Temporary) {
         ShowError(5002, rewrite.TemporaryName());
         return false;
     }
-    if (!rewrite) {
-        ShowError(413, path);
-        return false;
-    }
+    if (!CheckOpened(rewrite)) return false;
     const HeldList list{rewrite.Control, rewrite.Control.Rest().size()};
     const bool isRead = !rewrite.Control.Failed();
     const std::optional<Splices> splices = isRead ? plan(list) : std::nullopt;
@@ -69,7 +66,7 @@ bool RewriteUserList(Plan plan) {
         return false;
     }
     if (isRead && rewrite.CopyBack() && rewrite.Finish()) return true;
-    ShowError(5004, path);
+    ShowError(5004, rewrite.Path());
     return false;
 }
 

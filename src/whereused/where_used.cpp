@@ -9,7 +9,7 @@
 #include "mailgw/mail_list.h"
 #include "platform/ascii.h"
 #include "routing/routing_uses.h"
-#include "shell/server_paths.h"
+#include "shell/server_files.h"
 #include "voice/format.h"
 
 namespace bv {
@@ -26,7 +26,7 @@ bool Append(Uses& uses, std::optional<Uses> found) {
 bool AddMailUses(std::string_view name, Uses& uses) {
     return VisitMailUsers([&](const MailUser& user) {
         if (EqualFolded(EffectiveUser(user), name))
-            uses.push_back({"MAILLIST.INI", FormatText("mail user %s", user.Emailname.View())});
+            uses.push_back({NameOf(ServerFile::MailList), FormatText("mail user %s", user.Emailname.View())});
         return true;
     });
 }
@@ -34,7 +34,7 @@ bool AddMailUses(std::string_view name, Uses& uses) {
 // Devices and options that name a user: any paragraph of the settings may.
 bool AddSettingUses(std::string_view name, Uses& uses) {
     static constexpr std::array<std::string_view, 2> kUserKeys = {"RecdUser:", "User:"};
-    ControlStream file = OpenForReading(DatabaseFile("SETUP.INI"));
+    ControlStream file = OpenForReading(PathOf(ServerFile::Setup));
     if (!file) return false;
     ControlLine header;
     ControlLine line;
@@ -43,7 +43,7 @@ bool AddSettingUses(std::string_view name, Uses& uses) {
             const bool names =
                 std::ranges::any_of(kUserKeys, [&](std::string_view key) { return BeginsWith(line, key); });
             if (names && EqualFolded(KeyValue(line).value_or(""), name))
-                uses.push_back({"SETUP.INI", FormatText("%s %s", header.View(), line.View())});
+                uses.push_back({NameOf(ServerFile::Setup), FormatText("%s %s", header.View(), line.View())});
         }
     }
     return WasRead(file);

@@ -5,6 +5,7 @@
 #include <functional>
 
 #include "dialling/dialling_file.h"
+#include "shell/server_files.h"
 #include "support/memory_server.h"
 
 namespace bv {
@@ -173,12 +174,12 @@ TEST(Numbers, TheLoadedPropertiesAreThoseOfTheFile) {
         return international + " " + Converted(MakeDialableNumber("0 1", number), number);
     };
     const auto read = [&server](const std::string& location) {
-        server.Put(DiallingFile(), "[DIALPROPERTIES]\r\nLocation: " + location +
-                                       "\r\n[LOCATION]\r\nDescription: L\r\n" +
-                                       "Country: 44\r\nIntlAccess: 00\r\nNatlAccess: 0\r\nArea: 2\r\n");
-        return ReadDiallingProperties(DiallingFile());
+        server.Put(PathOf(ServerFile::Dialling), "[DIALPROPERTIES]\r\nLocation: " + location +
+                                                     "\r\n[LOCATION]\r\nDescription: L\r\n" +
+                                                     "Country: 44\r\nIntlAccess: 00\r\nNatlAccess: 0\r\nArea: 2\r\n");
+        return ReadDiallingProperties(PathOf(ServerFile::Dialling));
     };
-    EXPECT_EQ(ReadDiallingProperties(DiallingFile()), -4090);
+    EXPECT_EQ(ReadDiallingProperties(PathOf(ServerFile::Dialling)), -4090);
     EXPECT_EQ(both(), "-3983 -3983");
     EXPECT_EQ(read("L"), 0);
     EXPECT_EQ(both(), "+441 01");
