@@ -8,52 +8,24 @@
 #include "covlet/catalogue.h"
 #include "covlet/item_actions.h"
 #include "covlet/launch.h"
-#include "platform/ascii.h"
-#include "voice/list_target.h"
 
 namespace bv::console {
 namespace {
 
-class TextList : public ListTarget {
-  public:
-    void Clear() override { Entries.clear(); }
-    void Add(const std::string& entry) override { Entries.push_back(entry); }
-    [[nodiscard]] bool Contains(const std::string& entry) const override {
-        return std::ranges::any_of(Entries, [&](const std::string& other) { return EqualFolded(entry, other); });
-    }
-    [[nodiscard]] bool IsComboBox() const override { return false; }
-
-    std::vector<std::string> Entries;
-};
-
-// The entry of a name, as the catalogue writes it; none, after a message, when it is not there.
-std::optional<CatalogueEntry> FindEntry(ItemKind kind, const std::string& name) {
-    TextList list;
-    if (!ListCatalogue(kind, list)) return {};
-    for (const std::string& text : list.Entries) {
-        const CatalogueEntry entry = ParseEntryText(text);
-        if (EqualFolded(entry.Name, name)) return entry;
-    }
-    ShowNotCatalogued(kind, name);
-    return {};
-}
-
 int List(Session& session, const Arguments&, ItemKind kind) {
-    TextList list;
-    if (!ListCatalogue(kind, list)) return kExitRefused;
+    const std::optional<CatalogueEntries> entries = ReadCatalogue(kind);
+    if (!entries) return kExitRefused;
     std::vector<Record> records;
-    for (const std::string& text : list.Entries) {
-        const CatalogueEntry entry = ParseEntryText(text);
-        records.push_back({{"Name", entry.Name.String()}, {"Description", entry.Description.String()}});
-    }
+    for (const auto& [name, description] : *entries)
+        records.push_back({{"Name", name.String()}, {"Description", description.String()}});
     PrintRecords(session, records);
     return kExitDone;
 }
 
 int Installable(Session& session, const Arguments&, ItemKind kind) {
-    TextList list;
-    if (!ListInstallable(kind, list)) return kExitRefused;
-    PrintLines(session, list.Entries);
+    const auto names = FindInstallable(kind);
+    if (!names) return kExitRefused;
+    PrintLines(session, *names);
     return kExitDone;
 }
 
@@ -66,13 +38,13 @@ int Add(Session& session, const Arguments& arguments, ItemKind kind) {
 }
 
 int Rename(Session& session, const Arguments& arguments, ItemKind kind) {
-    const std::optional<CatalogueEntry> entry = FindEntry(kind, arguments["NAME"]);
+    const std::optional<CatalogueEntry> entry = FindCatalogued(kind, arguments["NAME"]);
     if (!entry) return kExitRefused;
     return Perform(session, [&] { return ChangeItem(kind, *entry, arguments["DESCRIPTION"]); });
 }
 
 int Delete(Session& session, const Arguments& arguments, ItemKind kind) {
-    const std::optional<CatalogueEntry> entry = FindEntry(kind, arguments["NAME"]);
+    const std::optional<CatalogueEntry> entry = FindCatalogued(kind, arguments["NAME"]);
     if (!entry) return kExitRefused;
     return Perform(session, [&] { return DeleteItem(kind, *entry); });
 }

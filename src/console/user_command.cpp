@@ -1,5 +1,6 @@
 // Users and user groups: the same verbs for both kinds, and the exchange of users with other programs.
 #include <algorithm>
+#include <initializer_list>
 #include <optional>
 #include <utility>
 
@@ -16,7 +17,6 @@
 #include "users/user_entry.h"
 #include "users/user_import.h"
 #include "users/user_list.h"
-#include "voice/list_target.h"
 #include "voice/messages.h"
 #include "whereused/where_used.h"
 
@@ -31,51 +31,38 @@ bool Holds(std::string_view text, std::string_view wanted) {
     return std::search(text.begin(), text.end(), wanted.begin(), wanted.end(), equal) != text.end();
 }
 
-// The lines of a list, whose columns are parted by tabs, that hold a text in the first two.
-class FoundLines : public ListTarget {
+// The rows whose name or full name holds a text, as they are printed.
+class FoundRows {
   public:
-    explicit FoundLines(std::string_view wanted) : wanted_(wanted) {}
+    FoundRows(const Session& session, std::string_view wanted) : session_(session), wanted_(wanted) {}
 
-    void Clear() override { Pieces.clear(); }
-    void Add(const std::string& entry) override {
-        if (!wanted_.empty() && !Holds(FirstTwo(entry), wanted_)) return;
-        if (Pieces.empty() || Pieces.back().size() + entry.size() >= kPiece) Pieces.emplace_back().reserve(kPiece);
-        Pieces.back().append(entry).append("\n");
+    void Add(const UserRow& row, std::initializer_list<std::pair<std::string_view, std::string_view>> columns) {
+        if (!wanted_.empty() && !Holds(row.Name, wanted_) && !Holds(row.Fullname, wanted_)) return;
+        if (session_.Json) {
+            Record& record = records_.emplace_back();
+            for (const auto& [name, value] : columns) record.emplace_back(name, std::string(value));
+            return;
+        }
+        if (pieces_.empty() || pieces_.back().size() >= kPiece) pieces_.emplace_back().reserve(kPiece + kMaxLine);
+        std::string& piece = pieces_.back();
+        for (const auto& [name, value] : columns) piece.append(value).push_back('\t');
+        piece.back() = '\n';
     }
-    [[nodiscard]] bool Contains(const std::string&) const override { return false; }
-    [[nodiscard]] bool IsComboBox() const override { return false; }
 
-    // Of whole lines. Many pieces, since one text of all of them would be copied again and again as it grows.
-    std::vector<std::string> Pieces;
+    void Print() const {
+        for (const std::string& piece : pieces_) session_.Streams.PrintResult(piece);
+        if (session_.Json) PrintRecords(session_, records_);
+    }
 
   private:
     static constexpr std::size_t kPiece = 256 * 1024;
-    static std::string_view FirstTwo(std::string_view entry) {
-        return entry.substr(0, entry.find('\t', entry.find('\t') + 1));
-    }
 
+    const Session& session_;
     std::string_view wanted_;
+    std::vector<Record> records_;
+    // Of whole lines. Many pieces, since one text of all of them would be copied again and again as it grows.
+    std::vector<std::string> pieces_;
 };
-
-Record RecordOf(std::string_view line, std::span<const std::string_view> names) {
-    Record record;
-    line.remove_suffix(1);
-    for (const std::string_view name : names) {
-        const std::size_t end = std::min(line.find('\t'), line.size());
-        record.emplace_back(name, std::string(line.substr(0, end)));
-        line.remove_prefix(std::min(end + 1, line.size()));
-    }
-    return record;
-}
-
-void PrintColumns(const Session& session, const FoundLines& lines, std::span<const std::string_view> names) {
-    std::vector<Record> records;
-    for (std::string_view piece : lines.Pieces) {
-        if (!session.Json) session.Streams.PrintResult(piece);
-        while (session.Json && !piece.empty()) records.push_back(RecordOf(TakeLine(piece), names));
-    }
-    if (session.Json) PrintRecords(session, records);
-}
 
 // False, after a message, when there is no such group.
 bool HasGroup(std::string_view name) {
@@ -86,29 +73,29 @@ bool HasGroup(std::string_view name) {
 }
 
 int ListUsers(Session& session, const Arguments& arguments) {
-    static constexpr std::string_view kColumns[] = {"Name", "Fullname", "Group"};
-    FoundLines lines(arguments["--find"]);
-    if (const std::string& group = arguments["--group"]; !group.empty()) {
-        if (!HasGroup(group) || !FillGroupMemberList(group, lines, true, true)) return kExitRefused;
-    } else {
-        UserListView view;
-        view.Format = UserListFormat::NameAndFullname;
-        view.WithGroup = true;
-        if (!FillUserList(lines, nullptr, view)) return kExitRefused;
-    }
-    PrintColumns(session, lines, kColumns);
+    FoundRows rows(session, arguments["--find"]);
+    const auto add = [&rows](const UserRow& row) {
+        rows.Add(row, {{"Name", row.Name}, {"Fullname", row.Fullname}, {"Group", row.Group}});
+    };
+    UserListView view;
+    view.Format = UserListFormat::NameAndFullname;
+    view.WithGroup = true;
+    const std::string& group = arguments["--group"];
+    if (!group.empty() && !HasGroup(group)) return kExitRefused;
+    if (!(group.empty() ? VisitUserRows(view, add) : VisitGroupMembers(group, view, add))) return kExitRefused;
+    rows.Print();
     return kExitDone;
 }
 
 int ListGroups(Session& session, const Arguments& arguments) {
-    static constexpr std::string_view kColumns[] = {"Name", "Fullname"};
-    FoundLines lines(arguments["--find"]);
+    FoundRows rows(session, arguments["--find"]);
+    const auto add = [&rows](const UserRow& row) { rows.Add(row, {{"Name", row.Name}, {"Fullname", row.Fullname}}); };
     UserListView view;
     view.Which = UserSelection::None;
     view.IncludeGroups = true;
     view.Format = UserListFormat::NameAndFullname;
-    if (!FillUserList(lines, nullptr, view)) return kExitRefused;
-    PrintColumns(session, lines, kColumns);
+    if (!VisitUserRows(view, add)) return kExitRefused;
+    rows.Print();
     return kExitDone;
 }
 

@@ -179,44 +179,61 @@ std::string ItemDirectory(ItemKind kind) { return Paths().SystemArea.String().ap
 
 std::string KindWord(ItemKind kind) { return FillMessage(FactsOf(kind).Word); }
 
-std::string EntryText(const CatalogueEntry& entry) {
-    return entry.Name.String().append("\t").append(entry.Description);
-}
-
-CatalogueEntry ParseEntryText(std::string_view text) {
-    const std::size_t tab = std::min(text.find('\t'), text.size());
-    return {text.substr(0, tab), text.substr(std::min(tab + 1, text.size()))};
-}
-
-bool ListCatalogue(ItemKind kind, ListTarget& list) {
-    list.Clear();
+std::optional<CatalogueEntries> ReadCatalogue(ItemKind kind) {
     ControlStream catalogue = OpenForReading(CataloguePath(kind), kTimeout);
-    if (!catalogue) return false;
-    const auto entries = ReadEntries(std::move(catalogue));
-    if (!entries) return false;
-    for (const StoredEntry& entry : *entries) {
+    if (!catalogue) return {};
+    const auto stored = ReadEntries(std::move(catalogue));
+    if (!stored) return {};
+    CatalogueEntries entries;
+    for (const StoredEntry& entry : *stored) {
         if (entry.Name.size() > ItemName::kLimit || !entry.Description) continue;
-        list.Add(EntryText({entry.Name, *entry.Description}));
+        entries.push_back({entry.Name, *entry.Description});
     }
-    return true;
+    return entries;
 }
 
-bool ListInstallable(ItemKind kind, ListTarget& list) {
+std::optional<CatalogueEntries> ListCatalogue(ItemKind kind, ListTarget& list) {
+    list.Clear();
+    std::optional<CatalogueEntries> entries = ReadCatalogue(kind);
+    for (const auto& [name, description] : entries.value_or(CatalogueEntries()))
+        list.Add(name.String().append("\t").append(description));
+    return entries;
+}
+
+std::optional<std::vector<std::string>> FindInstallable(ItemKind kind) {
     const KindFacts& facts = FactsOf(kind);
     const auto entries = ReadEntries(kind);
-    if (!entries) return false;
-    std::unordered_set<std::string> catalogued;
-    for (const StoredEntry& entry : *entries) catalogued.insert(UpperText(entry.Name));
+    if (!entries) return {};
+    std::unordered_set<std::string> known;
+    for (const StoredEntry& entry : *entries) known.insert(UpperText(entry.Name));
+    std::vector<std::string> names;
     for (const std::string& file : platform::Files().List(ItemDirectory(kind), facts.InstallablePattern)) {
         const std::size_t dot = file.rfind('.');
         if (dot == std::string::npos) continue;
         const std::string extension = UpperText(std::string_view(file).substr(dot));
         if (std::ranges::find(facts.InstallableExtensions, extension) == facts.InstallableExtensions.end()) continue;
         const std::string name = file.substr(0, dot);
-        if (FaultOfItemName(name)) continue;
-        if (!catalogued.contains(UpperText(name)) && !list.Contains(name)) list.Add(name);
+        if (!FaultOfItemName(name) && known.insert(UpperText(name)).second) names.push_back(name);
     }
+    return names;
+}
+
+bool ListInstallable(ItemKind kind, ListTarget& list) {
+    const auto names = FindInstallable(kind);
+    if (!names) return false;
+    for (const std::string& name : *names)
+        if (!list.Contains(name)) list.Add(name);
     return true;
+}
+
+std::optional<CatalogueEntry> FindCatalogued(ItemKind kind, std::string_view name) {
+    const std::optional<CatalogueEntries> entries = ReadCatalogue(kind);
+    if (!entries) return {};
+    const auto isNamed = [name](const CatalogueEntry& entry) { return EqualFolded(entry.Name, name); };
+    const auto found = std::ranges::find_if(*entries, isNamed);
+    if (found != entries->end()) return *found;
+    ShowNotCatalogued(kind, name);
+    return {};
 }
 
 bool IsCatalogued(ItemKind kind, std::string_view name) {

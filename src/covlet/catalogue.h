@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "ctlfile/fixed_text.h"
 #include "voice/list_target.h"
@@ -27,19 +28,24 @@ std::string ItemDirectory(ItemKind kind);
 // "coversheet" or "letterhead".
 std::string KindWord(ItemKind kind);
 
-// An entry as a list shows it: name, tab, description. And back.
-std::string EntryText(const CatalogueEntry& entry);
-CatalogueEntry ParseEntryText(std::string_view text);
+using CatalogueEntries = std::vector<CatalogueEntry>;
 
-// Fills the emptied list with the entries in file order. Lines with a name of 13 characters or more, or without a
-// description token, are passed over. False after 413 or 9011, with an empty list, when the catalogue cannot be opened
-// or read.
-bool ListCatalogue(ItemKind kind, ListTarget& list);
+// The entries in file order. Lines with a name of 13 characters or more, or without a description token, are passed
+// over. None after 413 or 9011, when the catalogue cannot be opened or read.
+std::optional<CatalogueEntries> ReadCatalogue(ItemKind kind);
 
-// Adds to the list the names of the kind's files that can be installed (*.EPN, or *.G3F and *.G3N), that the catalogue
-// can keep and that are neither in it nor in the list. False, with nothing added, after 413 or 9011: the catalogue
-// cannot be read.
+// The same entries, which fill the emptied list, too: name, tab, description.
+std::optional<CatalogueEntries> ListCatalogue(ItemKind kind, ListTarget& list);
+
+// The names of the kind's files that can be installed (*.EPN, or *.G3F and *.G3N), that the catalogue can keep and that
+// are not in it, each once. None after 413 or 9011: the catalogue cannot be read.
+std::optional<std::vector<std::string>> FindInstallable(ItemKind kind);
+
+// Adds those names to the list that it does not have.
 bool ListInstallable(ItemKind kind, ListTarget& list);
+
+// The first entry of that name in any case; none after a message, when it is not there, too.
+std::optional<CatalogueEntry> FindCatalogued(ItemKind kind, std::string_view name);
 
 // Whether there is an entry of that name; no, after 9011, when the catalogue cannot be read to its end.
 bool IsCatalogued(ItemKind kind, std::string_view name);

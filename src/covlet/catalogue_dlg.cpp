@@ -1,5 +1,7 @@
 #include "covlet/catalogue_dlg.h"
 
+#include <algorithm>
+
 #include "covlet/item_actions.h"
 #include "covlet/item_dlg.h"
 #include "covlet/launch.h"
@@ -14,10 +16,13 @@ namespace {
 
 struct CatalogueDialog {
     ItemKind Kind = ItemKind::Coversheet;
+    CatalogueEntries Items; // as the list shows them
 };
 
-CatalogueEntry SelectedItem(HWND dialog) {
-    return ParseEntryText(EntryAt(dialog, ID_COVLET_LIST, SelectedEntry(dialog, ID_COVLET_LIST)));
+// Empty when none is selected.
+CatalogueEntry SelectedItem(HWND dialog, const CatalogueDialog& context) {
+    const int place = SelectedEntry(dialog, ID_COVLET_LIST);
+    return place == kNoEntry ? CatalogueEntry() : context.Items.at(static_cast<std::size_t>(place));
 }
 
 void EnableButtons(HWND dialog, CatalogueDialog&) {
@@ -29,7 +34,7 @@ void EnableButtons(HWND dialog, CatalogueDialog&) {
 void ListItems(HWND dialog, CatalogueDialog& context) {
     const WaitCursor wait;
     ListBoxTarget list(dialog, ID_COVLET_LIST);
-    ListCatalogue(context.Kind, list);
+    context.Items = ListCatalogue(context.Kind, list).value_or(CatalogueEntries());
     FitListWidth(dialog, ID_COVLET_LIST, kDescriptionColumn);
 }
 
@@ -38,12 +43,10 @@ void SelectPlace(HWND dialog, CatalogueDialog& context, int place) {
     EnableButtons(dialog, context);
 }
 
-int PlaceOf(HWND dialog, const ItemName& name) {
-    for (int i = 0;; ++i) {
-        const std::string entry = EntryAt(dialog, ID_COVLET_LIST, i);
-        if (entry.empty()) return kNoEntry;
-        if (EqualFolded(ParseEntryText(entry).Name, name)) return i;
-    }
+int PlaceOf(const CatalogueDialog& context, const ItemName& name) {
+    const auto isNamed = [&name](const CatalogueEntry& entry) { return EqualFolded(entry.Name, name); };
+    const auto found = std::ranges::find_if(context.Items, isNamed);
+    return found == context.Items.end() ? kNoEntry : static_cast<int>(found - context.Items.begin());
 }
 
 void ChooseKind(HWND dialog, CatalogueDialog& context) {
@@ -64,14 +67,14 @@ void PressAdd(HWND dialog, CatalogueDialog& context) {
     int place = SelectedEntry(dialog, ID_COVLET_LIST);
     const bool added = AskNewItem(dialog, item) && AddItem(item.Kind, item.Entry);
     ListItems(dialog, context);
-    if (added) place = PlaceOf(dialog, item.Entry.Name);
+    if (added) place = PlaceOf(context, item.Entry.Name);
     SelectPlace(dialog, context, place);
 }
 
 void PressRename(HWND dialog, CatalogueDialog& context) {
     const int place = SelectedEntry(dialog, ID_COVLET_LIST);
     if (place == kNoEntry) return;
-    const CatalogueEntry entry = SelectedItem(dialog);
+    const CatalogueEntry entry = SelectedItem(dialog, context);
     ItemDialog item{context.Kind, entry};
     if (!AskDescription(dialog, item)) return;
     ChangeItem(context.Kind, entry, item.Entry.Description);
@@ -82,14 +85,14 @@ void PressRename(HWND dialog, CatalogueDialog& context) {
 void PressDelete(HWND dialog, CatalogueDialog& context) {
     const int place = SelectedEntry(dialog, ID_COVLET_LIST);
     if (place == kNoEntry) return;
-    DeleteItem(context.Kind, SelectedItem(dialog));
+    DeleteItem(context.Kind, SelectedItem(dialog, context));
     ListItems(dialog, context);
     SelectPlace(dialog, context, place);
 }
 
 void PressEdit(HWND dialog, CatalogueDialog& context) {
     const int place = SelectedEntry(dialog, ID_COVLET_LIST);
-    RunItemEditor(SelectedItem(dialog).Name);
+    RunItemEditor(SelectedItem(dialog, context).Name);
     ListItems(dialog, context);
     SelectPlace(dialog, context, place);
 }

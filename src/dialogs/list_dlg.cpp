@@ -115,8 +115,6 @@ bool ComboBoxTarget::Contains(const std::string& entry) const { return HasEntry(
 
 int SelectedEntry(HWND dialog, int list) { return static_cast<int>(Send(GetDlgItem(dialog, list), LB_GETCURSEL)); }
 
-std::string EntryAt(HWND dialog, int list, int index) { return EntryText(GetDlgItem(dialog, list), kListBox, index); }
-
 void SelectEntry(HWND dialog, int list, int index) {
     const HWND window = GetDlgItem(dialog, list);
     const int last = static_cast<int>(Send(window, LB_GETCOUNT)) - 1;

@@ -37,8 +37,7 @@ class ComboBoxTarget : public ListTarget {
 
 constexpr int kNoEntry = -1;
 
-int SelectedEntry(HWND dialog, int list);              // its index or kNoEntry
-std::string EntryAt(HWND dialog, int list, int index); // empty beyond the end
+int SelectedEntry(HWND dialog, int list); // its index or kNoEntry
 
 // Selects the entry, or the last one when the index is beyond the end; kNoEntry selects none.
 void SelectEntry(HWND dialog, int list, int index);

@@ -51,29 +51,13 @@ struct Columns {
     }
 };
 
-std::string LineOf(const ListedRecord& record, const UserListView& view, std::string_view separator) {
-    std::string line(record.Name);
-    switch (view.Format) {
-    case UserListFormat::NameOnly: break;
-    case UserListFormat::NameAndFullname: line.append(separator).append(record.Fullname); break;
-    case UserListFormat::UsernameNameFullname: {
-        // Mail profiles have no user behind their user name.
-        const std::string_view first =
-            record.Fullname.View().starts_with('(') ? record.Name.View() : record.Username.View();
-        line = FormatText("%s\t%s\t%s", first, record.Name.View(), record.Fullname.View());
-        break;
-    }
-    }
-    if (view.WithGroup) line.append(separator).append(record.Group);
-    return line;
+UserRow RowOf(const ListedRecord& record) {
+    return {record.Name.View(), record.Fullname.View(), record.Username.View(), record.Group.View()};
 }
 
-std::string_view SeparatorOf(const ListTarget& list) { return list.IsComboBox() ? "  -  " : "\t"; }
-
-// Adds a line for each record of the kind that is to be listed.
-void AddLines(ControlStream& stream, RecordKind kind, ListTarget& list, const UserListView& view,
-              const Filter& filter = {}) {
-    const std::string_view separator = SeparatorOf(list);
+// Visits each record of the kind that is to be listed.
+void VisitRows(ControlStream& stream, RecordKind kind, const UserListView& view, const RowVisitor& visit,
+               const Filter& filter = {}) {
     ListedRecord record;
     const Columns columns(view, filter, record);
     stream.Rewind();
@@ -81,16 +65,36 @@ void AddLines(ControlStream& stream, RecordKind kind, ListTarget& list, const Us
     while (records.Next()) {
         for (std::size_t i = 0; i < columns.Keys.size(); ++i) records.Get(i, columns.Places[i]);
         if (IsDefaultName(record.Name) && !view.IncludeDefault) continue;
-        if (!filter.Accepts || filter.Accepts(record.Filtered)) list.Add(LineOf(record, view, separator));
+        if (!filter.Accepts || filter.Accepts(record.Filtered)) visit(RowOf(record));
     }
 }
 
-void FillOneList(ControlStream& stream, ListTarget& list, const UserListView& view) {
-    if (view.Which == UserSelection::AllUsers) AddLines(stream, RecordKind::User, list, view);
-    if (view.Which == UserSelection::MailProfiles) {
-        AddLines(stream, RecordKind::User, list, view, {"MailName:", IsProfile});
+void VisitView(ControlStream& stream, const UserListView& view, const RowVisitor& visit) {
+    if (view.Which == UserSelection::AllUsers) VisitRows(stream, RecordKind::User, view, visit);
+    if (view.Which == UserSelection::MailProfiles)
+        VisitRows(stream, RecordKind::User, view, visit, {"MailName:", IsProfile});
+    if (view.IncludeGroups) VisitRows(stream, RecordKind::Group, view, visit);
+}
+
+std::string LineOf(const UserRow& row, const UserListView& view, std::string_view separator) {
+    std::string line(row.Name);
+    switch (view.Format) {
+    case UserListFormat::NameOnly: break;
+    case UserListFormat::NameAndFullname: line.append(separator).append(row.Fullname); break;
+    case UserListFormat::UsernameNameFullname:
+        // Mail profiles have no user behind their user name.
+        line = row.Fullname.starts_with('(') ? row.Name : row.Username;
+        line.append("\t").append(row.Name).append("\t").append(row.Fullname);
+        break;
     }
-    if (view.IncludeGroups) AddLines(stream, RecordKind::Group, list, view);
+    if (view.WithGroup) line.append(separator).append(row.Group);
+    return line;
+}
+
+// Adds each row that is visited to the list.
+RowVisitor AddTo(ListTarget& list, const UserListView& view) {
+    const std::string_view separator = list.IsComboBox() ? "  -  " : "\t";
+    return [&list, &view, separator](const UserRow& row) { list.Add(LineOf(row, view, separator)); };
 }
 
 // What stands for a record that is not there; false when nothing does.
@@ -201,25 +205,36 @@ bool VisitUserRecords(RecordKind kind, const RecordVisitor& visit) {
     return WasRead(list);
 }
 
+bool VisitUserRows(const UserListView& view, const RowVisitor& visit) {
+    ControlStream stream = OpenForReading(PathOf(ServerFile::UserList));
+    if (!stream) return false;
+    VisitView(stream, view, visit);
+    return WasRead(stream);
+}
+
+bool VisitGroupMembers(std::string_view group, const UserListView& view, const RowVisitor& visit) {
+    ControlStream stream = OpenForReading(PathOf(ServerFile::UserList));
+    if (!stream) return false;
+    const auto isGroup = [group](std::string_view value) { return EqualFolded(value, group); };
+    VisitRows(stream, RecordKind::User, view, visit, {"Group:", isGroup});
+    return WasRead(stream);
+}
+
 bool FillUserList(ListTarget& list, ListTarget* secondList, const UserListView& view) {
     list.Clear();
     if (secondList != nullptr) secondList->Clear();
     ControlStream stream = OpenForReading(PathOf(ServerFile::UserList));
     if (!stream) return false;
-    FillOneList(stream, list, view);
-    if (secondList != nullptr) FillOneList(stream, *secondList, view);
+    VisitView(stream, view, AddTo(list, view));
+    if (secondList != nullptr) VisitView(stream, view, AddTo(*secondList, view));
     return WasRead(stream);
 }
 
 bool FillGroupMemberList(std::string_view group, ListTarget& list, bool withFullname, bool withGroup) {
-    ControlStream stream = OpenForReading(PathOf(ServerFile::UserList));
-    if (!stream) return false;
     UserListView view;
     view.Format = withFullname ? UserListFormat::NameAndFullname : UserListFormat::NameOnly;
     view.WithGroup = withGroup;
-    const auto isGroup = [group](std::string_view value) { return EqualFolded(value, group); };
-    AddLines(stream, RecordKind::User, list, view, {"Group:", isGroup});
-    return WasRead(stream);
+    return VisitGroupMembers(group, view, AddTo(list, view));
 }
 
 bool IsNetworkDevice(std::string_view deviceName) { return StartsWithFolded(deviceName, "NETWORK"); }

@@ -85,11 +85,24 @@ struct UserListView {
     bool WithGroup = false; // as a last column
 };
 
+// A record as a view takes it, with the values that its format shows; they last while it is visited.
+struct UserRow {
+    std::string_view Name;
+    std::string_view Fullname;
+    std::string_view Username;
+    std::string_view Group;
+};
+using RowVisitor = std::function<void(const UserRow& row)>;
+
+// Visits what the view takes, in file order; or the users, the default user excepted, whose Group: is the group.
+bool VisitUserRows(const UserListView& view, const RowVisitor& visit);
+bool VisitGroupMembers(std::string_view group, const UserListView& view, const RowVisitor& visit);
+
 // Empties the lists and adds a line to each for every record, in file order. Columns are parted as the list wants it,
 // but always by tabs when the user name comes first.
 bool FillUserList(ListTarget& list, ListTarget* secondList, const UserListView& view);
 
-// Adds the users, the default user excepted, whose Group: is the group.
+// Adds the members of the group.
 bool FillGroupMemberList(std::string_view group, ListTarget& list, bool withFullname, bool withGroup);
 
 // Whether a device name stands for the network connection ("NETWORK..."); whether it is a fax device (not

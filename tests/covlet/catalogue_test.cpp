@@ -52,7 +52,6 @@ TEST(Catalogue, ListsItsEntries) {
         list.Add("old");
         EXPECT_TRUE(ListCatalogue(Letterhead, list));
         EXPECT_THAT(list.Entries, ElementsAreArray(entries));
-        for (const std::string& entry : entries) EXPECT_EQ(EntryText(ParseEntryText(entry)), entry);
     }
 }
 
@@ -209,9 +208,7 @@ TEST(Catalogue, AddingAndDeletingOnARealDiskLeavesTheSamplesAsTheyWere) {
         disk.Write(folder + "\\MSGDIR.CTL", sample);
         EXPECT_TRUE(AddCatalogueEntry(kind, "PARIS", "B\xFCro Paris"));
         EXPECT_TRUE(ChangeCatalogueEntry(kind, "PARIS", "Paris"));
-        VectorList list;
-        EXPECT_TRUE(ListCatalogue(kind, list));
-        EXPECT_TRUE(list.Contains("PARIS\tParis"));
+        EXPECT_EQ(FindCatalogued(kind, "paris").value_or(CatalogueEntry()).Description, "Paris");
         EXPECT_TRUE(DeleteCatalogueEntry(kind, "paris"));
         EXPECT_EQ(disk.Read(folder + "\\MSGDIR.CTL"), sample);
         EXPECT_FALSE(disk.Has(folder + "\\MSGDIR.TMP"));
