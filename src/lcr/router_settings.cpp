@@ -21,111 +21,6 @@ namespace {
 using Settings = RouterSettings;
 
 constexpr std::string_view kHeader = "[ROUTER]";
-constexpr std::string_view kOwnKeys[] = {
-    "LocalServerID:",      "EmailLoginName:",        "EmailLoginParams:",  "EmailType:",
-    "EmailInboxPollFreq:", "EmailDeleteInvalidMsg:", "WanInboxDirectory:", "WanInboxPollFreq:",
-};
-
-ReplacedFile SetupFile() { return LcrFile(ServerFile::Setup); }
-
-// The text's parts around the lines of the paragraph.
-struct PartedText {
-    std::string_view Before;    // without the header's line
-    std::string_view Paragraph; // without it, too
-    std::string_view After;
-    bool HasParagraph = false;
-};
-
-PartedText PartText(std::string_view text) {
-    std::string_view rest = text;
-    while (!rest.empty()) {
-        const std::size_t start = text.size() - rest.size();
-        if (!EqualFolded(CleanLine(TakeLine(rest)), kHeader)) continue;
-        const std::size_t size = FindHeader(rest, "[");
-        return {text.substr(0, start), rest.substr(0, size), rest.substr(size), true};
-    }
-    return {text, {}, {}, false};
-}
-
-// The lines that a reader takes: without a paragraph of its own, those below a header with more text behind it, which a
-// writer leaves alone.
-std::optional<std::string_view> ParagraphToRead(std::string_view text) {
-    if (const PartedText parted = PartText(text); parted.HasParagraph) return parted.Paragraph;
-    text.remove_prefix(FindHeader(text, kHeader));
-    if (TakeLine(text).empty()) return {};
-    return text.substr(0, FindHeader(text, "["));
-}
-
-bool IsOwnLine(std::string_view line) {
-    return std::ranges::any_of(kOwnKeys, [&](std::string_view key) { return BeginsWith(line, key); });
-}
-
-// The value of the first line with the key; none without one.
-std::optional<std::string> FindValue(std::string_view paragraph, std::string_view key) {
-    while (!paragraph.empty()) {
-        const std::string line = CleanLine(TakeLine(paragraph));
-        if (IsSignificantLine(line) && BeginsWith(line, key)) return std::string(KeyValue(line).value_or(""));
-    }
-    return {};
-}
-
-// A first token as it stands, and a second one that is in quotes.
-std::pair<std::string, std::string> TwoTokens(const std::optional<std::string>& value) {
-    if (!value) return {};
-    const QuotedToken first = ParseQuotedToken(*value);
-    const std::string_view second = ParseQuotedToken(first.Rest).Token.value_or("");
-    return {std::string(first.Token.value_or("")),
-            second.starts_with('"') ? std::string(StripQuotes(second)) : std::string()};
-}
-
-Settings ParseParagraph(std::string_view paragraph) {
-    Settings settings;
-    std::tie(settings.LocalServerId, settings.LocalServerDescription) = TwoTokens(FindValue(paragraph, kOwnKeys[0]));
-    std::tie(settings.EmailLoginName, settings.NotesIdFile) = TwoTokens(FindValue(paragraph, kOwnKeys[1]));
-    settings.LocalServerId = TokenText(settings.LocalServerId);
-    settings.EmailLoginName = std::string(StripQuotes(settings.EmailLoginName));
-    settings.EmailLoginParams = FindValue(paragraph, kOwnKeys[2]).value_or("");
-    if (const auto type = FindValue(paragraph, kOwnKeys[3]);
-        type && !ValueCodec<EmailType>::Store(settings.Email, *type))
-        settings.Email = EmailType::OtherMapi;
-    settings.EmailPollInterval = ParseHourMinute(FindValue(paragraph, kOwnKeys[4]).value_or("0"));
-    if (const auto deletes = FindValue(paragraph, kOwnKeys[5]))
-        settings.DeleteInvalidMessages = ParseBool(*deletes).value_or(false);
-    settings.WanInboxDirectory = FindValue(paragraph, kOwnKeys[6]).value_or("");
-    settings.WanPollInterval = ParseHourMinute(FindValue(paragraph, kOwnKeys[7]).value_or("0"));
-    settings.EmailEnabled = !settings.EmailLoginName.empty();
-    settings.WanEnabled = !settings.WanInboxDirectory.empty();
-    return settings;
-}
-
-std::string ParagraphText(const Settings& settings) {
-    std::string text = FormatText("%s\r\nLocalServerID: %s, \"%s\"\r\n", kHeader, settings.LocalServerId,
-                                  settings.LocalServerDescription);
-    if (settings.EmailEnabled) {
-        text += FormatText("EmailType: %s\r\nEmailLoginName: \"%s\"", ValueCodec<EmailType>::Text(settings.Email),
-                           settings.EmailLoginName);
-        if (settings.Email == EmailType::LotusNotes) text += FormatText(", \"%s\"", settings.NotesIdFile);
-        text += FormatText("\r\nEmailLoginParams: %s\r\nEmailInboxPollFreq: %s\r\n", settings.EmailLoginParams,
-                           FormatHourMinute(settings.EmailPollInterval));
-    }
-    if (settings.WanEnabled)
-        text += FormatText("WanInboxDirectory: %s\r\nWanInboxPollFreq: %s\r\n", settings.WanInboxDirectory,
-                           FormatHourMinute(settings.WanPollInterval));
-    return text;
-}
-
-std::string Rewritten(std::string_view text, const Settings& settings) {
-    PartedText parted = PartText(text);
-    std::string result(parted.Before);
-    if (!result.empty() && !result.ends_with('\n')) result += kLineEnd;
-    if (!parted.HasParagraph) result += kLineEnd;
-    result += ParagraphText(settings);
-    while (!parted.Paragraph.empty()) {
-        const std::string_view line = TakeLine(parted.Paragraph);
-        if (!IsOwnLine(line)) result += line;
-    }
-    return result.append(parted.After);
-}
 
 template <std::string Settings::*Member>
 constexpr KeyField<Settings> TextRow(std::string_view key, const ValueRule& rule) {
@@ -160,19 +55,135 @@ constexpr ValueRule kIdRule = OtherRule("a name of 1 to 19 characters without bl
 constexpr ValueRule kQuotedRule = OtherRule("a text of at most 99 characters without quotes",
                                             [](std::string_view text) { return IsQuotable(text, kLoginLimit); });
 
+constexpr KeyField<Settings> kEmailType = [] {
+    KeyField<Settings> field = FieldOf<&Settings::Email>("EmailType:");
+    field.Store = [](Settings& settings, std::string_view text) {
+        if (!ValueCodec<EmailType>::Store(settings.Email, text)) settings.Email = EmailType::OtherMapi;
+        return true;
+    };
+    return field;
+}();
+
+bool Always(const Settings&) { return true; }
+bool Never(const Settings&) { return false; }
+bool WithEmail(const Settings& settings) { return settings.EmailEnabled; }
+bool WithNotes(const Settings& settings) { return settings.EmailEnabled && settings.Email == EmailType::LotusNotes; }
+bool WithWan(const Settings& settings) { return settings.WanEnabled; }
+
 const std::array kKeys = {
-    RouterKey{TextRow<&Settings::LocalServerId>("LocalServerID:", kIdRule)},
-    RouterKey{TextRow<&Settings::LocalServerDescription>("Description:", kQuotedRule)},
+    RouterKey{TextRow<&Settings::LocalServerId>("LocalServerID:", kIdRule), LinePart::Token, Always},
+    RouterKey{TextRow<&Settings::LocalServerDescription>("Description:", kQuotedRule), LinePart::SecondToken, Always},
     RouterKey{FieldOf<&Settings::EmailEnabled>("EmailEnabled:")},
-    RouterKey{FieldOf<&Settings::Email>("EmailType:")},
-    RouterKey{TextRow<&Settings::EmailLoginName>("EmailLoginName:", kQuotedRule)},
-    RouterKey{TextRow<&Settings::NotesIdFile>("NotesIdFile:", kQuotedRule)},
-    RouterKey{TextRow<&Settings::EmailLoginParams>("EmailLoginParams:", {ValueRule::Form::ScrambledPassword})},
-    RouterKey{TimeRow<&Settings::EmailPollInterval>("EmailInboxPollFreq:")},
+    RouterKey{kEmailType, LinePart::Value, WithEmail},
+    RouterKey{TextRow<&Settings::EmailLoginName>("EmailLoginName:", kQuotedRule), LinePart::QuotedToken, WithEmail},
+    RouterKey{TextRow<&Settings::NotesIdFile>("NotesIdFile:", kQuotedRule), LinePart::SecondToken, WithNotes},
+    RouterKey{TextRow<&Settings::EmailLoginParams>("EmailLoginParams:", {ValueRule::Form::ScrambledPassword}),
+              LinePart::Value, WithEmail},
+    RouterKey{TimeRow<&Settings::EmailPollInterval>("EmailInboxPollFreq:"), LinePart::Value, WithEmail},
     RouterKey{FieldOf<&Settings::WanEnabled>("WanEnabled:")},
-    RouterKey{TextRow<&Settings::WanInboxDirectory>("WanInboxDirectory:", {ValueRule::Form::Text, 256})},
-    RouterKey{TimeRow<&Settings::WanPollInterval>("WanInboxPollFreq:")},
+    RouterKey{TextRow<&Settings::WanInboxDirectory>("WanInboxDirectory:", {ValueRule::Form::Text, 256}),
+              LinePart::Value, WithWan},
+    RouterKey{TimeRow<&Settings::WanPollInterval>("WanInboxPollFreq:"), LinePart::Value, WithWan},
+    RouterKey{FieldOf<&Settings::DeleteInvalidMessages>("EmailDeleteInvalidMsg:"), LinePart::Value, Never},
 };
+constexpr std::size_t kShownKeys = 11; // the last one is not
+
+ReplacedFile SetupFile() { return LcrFile(ServerFile::Setup); }
+
+// The text's parts around the lines of the paragraph.
+struct PartedText {
+    std::string_view Before;    // without the header's line
+    std::string_view Paragraph; // without it, too
+    std::string_view After;
+    bool HasParagraph = false;
+};
+
+PartedText PartText(std::string_view text) {
+    std::string_view rest = text;
+    while (!rest.empty()) {
+        const std::size_t start = text.size() - rest.size();
+        if (!EqualFolded(CleanLine(TakeLine(rest)), kHeader)) continue;
+        const std::size_t size = FindHeader(rest, "[");
+        return {text.substr(0, start), rest.substr(0, size), rest.substr(size), true};
+    }
+    return {text, {}, {}, false};
+}
+
+// The lines that a reader takes: without a paragraph of its own, those below a header with more text behind it, which a
+// writer leaves alone.
+std::optional<std::string_view> ParagraphToRead(std::string_view text) {
+    if (const PartedText parted = PartText(text); parted.HasParagraph) return parted.Paragraph;
+    text.remove_prefix(FindHeader(text, kHeader));
+    if (TakeLine(text).empty()) return {};
+    return text.substr(0, FindHeader(text, "["));
+}
+
+bool BeginsLine(const RouterKey& key) { return key.Part != LinePart::None && key.Part != LinePart::SecondToken; }
+
+bool IsOwnLine(std::string_view line) {
+    return std::ranges::any_of(
+        kKeys, [&](const RouterKey& key) { return BeginsLine(key) && BeginsWith(line, key.Field.Key); });
+}
+
+// The value of the first line with the key; none without one.
+std::optional<std::string> FindValue(std::string_view paragraph, std::string_view key) {
+    while (!paragraph.empty()) {
+        const std::string line = CleanLine(TakeLine(paragraph));
+        if (IsSignificantLine(line) && BeginsWith(line, key)) return std::string(KeyValue(line).value_or(""));
+    }
+    return {};
+}
+
+// What the setting is of the value of its line.
+std::string PartOf(LinePart part, std::string_view value) {
+    if (part == LinePart::Value) return std::string(value);
+    const QuotedToken first = ParseQuotedToken(value);
+    const std::string_view token = first.Token.value_or("");
+    if (part == LinePart::Token) return TokenText(token);
+    if (part == LinePart::QuotedToken) return std::string(StripQuotes(token));
+    const std::string_view second = ParseQuotedToken(first.Rest).Token.value_or("");
+    return std::string(second.starts_with('"') ? StripQuotes(second) : "");
+}
+
+Settings ParseParagraph(std::string_view paragraph) {
+    Settings settings;
+    std::optional<std::string> value;
+    for (const RouterKey& key : kKeys) {
+        if (BeginsLine(key)) value = FindValue(paragraph, key.Field.Key);
+        if (key.Part != LinePart::None && value) key.Field.Store(settings, PartOf(key.Part, *value));
+    }
+    settings.EmailEnabled = !settings.EmailLoginName.empty();
+    settings.WanEnabled = !settings.WanInboxDirectory.empty();
+    return settings;
+}
+
+std::string ParagraphText(const Settings& settings) {
+    std::string text(kHeader);
+    for (const RouterKey& key : kKeys) {
+        if (key.Part == LinePart::None || !key.IsWritten(settings)) continue;
+        const bool isQuoted = key.Part == LinePart::QuotedToken || key.Part == LinePart::SecondToken;
+        const std::string value = key.Field.Text(settings);
+        if (BeginsLine(key))
+            text.append(kLineEnd).append(key.Field.Key).append(" ");
+        else
+            text.append(", ");
+        text.append(isQuoted ? '"' + value + '"' : value);
+    }
+    return text.append(kLineEnd);
+}
+
+std::string Rewritten(std::string_view text, const Settings& settings) {
+    PartedText parted = PartText(text);
+    std::string result(parted.Before);
+    if (!result.empty() && !result.ends_with('\n')) result += kLineEnd;
+    if (!parted.HasParagraph) result += kLineEnd;
+    result += ParagraphText(settings);
+    while (!parted.Paragraph.empty()) {
+        const std::string_view line = TakeLine(parted.Paragraph);
+        if (!IsOwnLine(line)) result += line;
+    }
+    return result.append(parted.After);
+}
 
 // Writes a file in the directory, reads it and deletes it.
 bool CanUse(const std::string& directory) {
@@ -222,7 +233,7 @@ ValueRule HourMinuteRule() {
     });
 }
 
-std::span<const RouterKey> RouterKeys() { return kKeys; }
+std::span<const RouterKey> RouterKeys() { return std::span(kKeys).first(kShownKeys); }
 
 bool IsToken(std::string_view text, std::size_t limit) {
     return !text.empty() && text.size() <= limit && text.find_first_of(" ,\"") == std::string_view::npos;

@@ -65,10 +65,18 @@ struct SettingFault {
     friend bool operator==(const SettingFault&, const SettingFault&) = default;
 };
 
-// One setting, as it is shown and entered.
+// What a setting is of its line in the file: all of its value, the first token of it, bare or in quotes, or the second
+// token, in quotes, on the line of the setting before it. None: it follows from others, and has no line.
+enum class LinePart { None, Value, Token, QuotedToken, SecondToken };
+
+// One setting, as it is read, written, shown and entered.
 struct RouterKey {
     KeyField<RouterSettings> Field;
+    LinePart Part = LinePart::None;
+    bool (*IsWritten)(const RouterSettings& settings) = nullptr; // of those with a line
 };
+
+// Those that people see, in the order of the file.
 std::span<const RouterKey> RouterKeys();
 
 // Whether a text can stand as a name, as one token: of 1 to so many characters, without blanks, commas and quotes.
