@@ -1,9 +1,9 @@
-#include <charconv>
 #include <optional>
 
 #include "console/commands.h"
 #include "console/output.h"
 #include "console/password_input.h"
+#include "ctlfile/digits.h"
 #include "ctlfile/scramble.h"
 #include "voice/messages.h"
 
@@ -14,10 +14,8 @@ constexpr std::size_t kMaxLetters = 196;
 
 // The number of letters that --size asks for; none when it asks for an impossible one.
 std::optional<std::size_t> Letters(const std::string& text) {
-    std::size_t letters = 0;
-    const auto [end, fault] = std::from_chars(text.data(), text.data() + text.size(), letters);
-    const bool whole = fault == std::errc{} && end == text.data() + text.size();
-    if (!whole || letters == 0 || letters > kMaxLetters || letters % 2 != 0) return {};
+    const auto letters = static_cast<std::size_t>(ParseDigits(text).value_or(0));
+    if (letters == 0 || letters > kMaxLetters || letters % 2 != 0) return {};
     return letters;
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "ctlfile/digits.h"
 #include "ctlfile/lines.h"
 #include "ctlfile/scramble.h"
 #include "platform/ascii.h"
@@ -23,10 +24,8 @@ std::string JoinWords(std::span<const std::string_view> words) {
 
 bool IsNumberUpTo(std::string_view text, std::size_t limit) {
     constexpr std::size_t kMostDigits = 5;
-    if (text.empty() || text.size() > kMostDigits || !std::ranges::all_of(text, IsDigit)) return false;
-    std::size_t number = 0;
-    for (const char digit : text) number = number * 10 + static_cast<std::size_t>(digit - '0');
-    return number <= limit;
+    const std::optional<int> number = ParseDigits(text);
+    return number && text.size() <= kMostDigits && static_cast<std::size_t>(*number) <= limit;
 }
 
 bool IsAllowed(const ValueRule& rule, std::string_view text) {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "ctlfile/copy_back.h"
+#include "ctlfile/key_fields.h"
 #include "ctlfile/lines.h"
 #include "ctlfile/reading.h"
 #include "ctlfile/records.h"
@@ -50,7 +51,7 @@ std::string KeyLines(const MailUser& user) {
     add(kBrivname, user.Brivname);
     add(kEmailname, user.Emailname);
     addUnlessEmpty(kEmailBrivname, user.EmailBrivname);
-    add(kProfile, user.Profile ? "YES" : "NO");
+    add(kProfile, ValueCodec<bool>::Text(user.Profile));
     addUnlessEmpty(kSubAddr, user.SubAddr);
     addUnlessEmpty(kPrintRecd, user.PrintRecd);
     addUnlessEmpty(kPrintSent, user.PrintSent);

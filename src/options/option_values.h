@@ -14,6 +14,7 @@
 #include "options/option_keys.h"
 #include "platform/ascii.h"
 #include "users/permissions.h"
+#include "users/print_words.h"
 
 namespace bv {
 
@@ -28,10 +29,6 @@ struct ChoiceWords<FaxQuality> {
 template <>
 struct ChoiceWords<MailSystem> {
     static constexpr std::string_view kWords[] = {"", "MSMAIL", "EXCHANGE", "CCMAIL", "MAPI", "GATEWAY"};
-};
-template <>
-struct ChoiceWords<SquashMode> {
-    static constexpr std::string_view kWords[] = {"NO", "VERTICAL", "YES"};
 };
 template <>
 struct ChoiceWords<SheetPages> {
@@ -109,10 +106,10 @@ std::string SetFlags(WordFlags<N>& flags, std::string_view text) {
 template <>
 struct ValueCodec<SentPrint> {
     static std::string Text(const SentPrint& print) {
-        return FlagsText<2>({{{"STATUS", print.Status}, {"MESSAGE", print.Message}}}, print.Others);
+        return FlagsText<2>({{{kPrintStatus, print.Status}, {kPrintMessage, print.Message}}}, print.Others);
     }
     static bool Store(SentPrint& place, std::string_view text) {
-        WordFlags<2> flags = {{{"STATUS", false}, {"MESSAGE", false}}};
+        WordFlags<2> flags = {{{kPrintStatus, false}, {kPrintMessage, false}}};
         std::string others = SetFlags(flags, text);
         place = {flags[0].second, flags[1].second, std::move(others)};
         return true;
@@ -127,11 +124,12 @@ struct ValueCodec<SentPrint> {
 template <>
 struct ValueCodec<RecdPrint> {
     static std::string Text(const RecdPrint& print) {
-        return FlagsText<3>({{{"STATUS", print.Status}, {"MESSAGE", print.Message}, {"DELETE", print.Delete}}},
-                            print.Others);
+        return FlagsText<3>(
+            {{{kPrintStatus, print.Status}, {kPrintMessage, print.Message}, {kPrintDelete, print.Delete}}},
+            print.Others);
     }
     static bool Store(RecdPrint& place, std::string_view text) {
-        WordFlags<3> flags = {{{"STATUS", false}, {"MESSAGE", false}, {"DELETE", false}}};
+        WordFlags<3> flags = {{{kPrintStatus, false}, {kPrintMessage, false}, {kPrintDelete, false}}};
         std::string others = SetFlags(flags, text);
         place = {flags[0].second, flags[1].second, flags[2].second, std::move(others)};
         return true;

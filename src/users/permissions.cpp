@@ -8,6 +8,7 @@
 #include "platform/ascii.h"
 #include "shell/server_files.h"
 #include "users/user_file.h"
+#include "users/week_days.h"
 #include "voice/format.h"
 
 namespace bv {
@@ -16,16 +17,6 @@ namespace {
 constexpr std::size_t kSendTimeSize = 54;
 constexpr std::size_t kDialSize = 64;
 constexpr std::int16_t kEndOfDay = 24;
-
-struct DayName {
-    std::string_view Name;
-    std::uint16_t Bit;
-};
-constexpr std::array kDays = {
-    // in the order in which they are written
-    DayName{"MON", 2},  DayName{"TUE", 4},  DayName{"WED", 8}, DayName{"THU", 16},
-    DayName{"FRI", 32}, DayName{"SAT", 64}, DayName{"SUN", 1},
-};
 
 // Takes the first token off the front of a value; none at its end.
 std::optional<std::string_view> TakeToken(std::optional<std::string_view>& rest) {
@@ -61,8 +52,9 @@ bool ParseTime(std::optional<std::string_view> token, std::int16_t& hour, std::i
 }
 
 bool ParseDay(std::string_view token, std::uint16_t& days) {
-    const auto* day = std::ranges::find_if(kDays, [&](const DayName& d) { return StartsWithFolded(token, d.Name); });
-    if (day == kDays.end()) return false;
+    const auto isIt = [token](const WeekDay& day) { return StartsWithFolded(token, day.Word); };
+    const auto* day = std::ranges::find_if(kWeekDays, isIt);
+    if (day == std::end(kWeekDays)) return false;
     days = static_cast<std::uint16_t>(days | day->Bit);
     return true;
 }
@@ -236,8 +228,8 @@ bool FormatSendTime(std::string& text, std::size_t size, const UserPermissions& 
     if (!toEndOfDay) text += FormatText(" BEFORE %.2d:%.2d", range.ToHour, range.ToMinute);
     // Two blanks before the first day, as the server has always written them.
     if ((range.Days & kEveryDay) != 0) text += ' ';
-    for (const DayName& day : kDays) {
-        if ((range.Days & day.Bit) != 0) text.append(" ").append(day.Name);
+    for (const WeekDay& day : kWeekDays) {
+        if ((range.Days & day.Bit) != 0) text.append(" ").append(day.Word);
     }
     return true;
 }

@@ -8,6 +8,7 @@
 #include "ctlfile/lines.h"
 #include "ctlfile/reader.h"
 #include "platform/ascii.h"
+#include "users/print_words.h"
 #include "voice/format.h"
 
 namespace bv {
@@ -15,7 +16,7 @@ namespace {
 
 // The field that a path of members leads to.
 template <auto... kPath>
-auto& FieldOf(auto& record) {
+auto& FieldAt(auto& record) {
     return (record.*....*kPath);
 }
 
@@ -28,21 +29,21 @@ bool IsEnterable(std::string_view value, std::size_t limit) {
 
 template <auto... kPath>
 struct Text {
-    static void Read(UserRecord& record, std::string_view value) { FieldOf<kPath...>(record) = value; }
+    static void Read(UserRecord& record, std::string_view value) { FieldAt<kPath...>(record) = value; }
     static std::optional<std::string> Write(const UserRecord& record) {
         const std::string value = Show(record);
         return value.empty() ? std::nullopt : std::optional(value);
     }
-    static std::string Show(const UserRecord& record) { return FieldOf<kPath...>(record).String(); }
+    static std::string Show(const UserRecord& record) { return FieldAt<kPath...>(record).String(); }
     static bool Enter(UserRecord& record, std::string_view value) {
-        auto& field = FieldOf<kPath...>(record);
+        auto& field = FieldAt<kPath...>(record);
         if (!IsEnterable(value, field.kLimit)) return false;
         field = value;
         return true;
     }
     static std::string Values() {
-        using Field = std::remove_cvref_t<decltype(FieldOf<kPath...>(std::declval<UserRecord&>()))>;
-        return FormatText("a text of at most %d characters", Field::kLimit);
+        using Field = std::remove_cvref_t<decltype(FieldAt<kPath...>(std::declval<UserRecord&>()))>;
+        return DescribeValues(ValueCodec<Field>::kRule);
     }
 };
 
@@ -60,32 +61,21 @@ struct GroupName : Text<&UserRecord::Group> {
     static std::string Values() { return FormatText("the name of a group, at most %d characters", RecordName::kLimit); }
 };
 
-constexpr std::array<std::string_view, 3> kSquashWords = {"NO", "VERTICAL", "YES"}; // by SquashMode
-
-std::optional<SquashMode> ParseSquash(std::string_view value) {
-    const auto isWord = [value](std::string_view word) { return EqualFolded(word, value); };
-    const auto* found = std::ranges::find_if(kSquashWords, isWord);
-    if (found == kSquashWords.end()) return {};
-    return static_cast<SquashMode>(found - kSquashWords.begin());
-}
-
 template <auto kPrinter>
 struct Squash {
     static void Read(UserRecord& record, std::string_view value) {
-        (record.*kPrinter).Squash = ParseSquash(value).value_or(SquashMode::None);
+        if (!Enter(record, value)) (record.*kPrinter).Squash = SquashMode::None;
     }
     static std::optional<std::string> Write(const UserRecord& record) {
         return (record.*kPrinter).Squash == SquashMode::None ? std::nullopt : std::optional(Show(record));
     }
     static std::string Show(const UserRecord& record) {
-        return std::string(kSquashWords.at(static_cast<std::size_t>((record.*kPrinter).Squash)));
+        return ValueCodec<SquashMode>::Text((record.*kPrinter).Squash);
     }
     static bool Enter(UserRecord& record, std::string_view value) {
-        const std::optional<SquashMode> mode = ParseSquash(value);
-        if (mode) (record.*kPrinter).Squash = *mode;
-        return mode.has_value();
+        return ValueCodec<SquashMode>::Store((record.*kPrinter).Squash, value);
     }
-    static std::string Values() { return "NO, VERTICAL or YES"; }
+    static std::string Values() { return DescribeValues(ValueCodec<SquashMode>::kRule); }
 };
 
 // Groups have never kept VERTICAL for their first printer; the server relies on that.
@@ -94,7 +84,9 @@ struct GroupSquash : Squash<&UserRecord::PrintRecd> {
         return record.PrintRecd.Squash == SquashMode::Yes ? Squash::Write(record) : std::nullopt;
     }
     static bool Enter(UserRecord& record, std::string_view value) {
-        return ParseSquash(value) != SquashMode::Vertical && Squash::Enter(record, value);
+        SquashMode mode = SquashMode::None;
+        const bool isMode = ValueCodec<SquashMode>::Store(mode, value);
+        return isMode && mode != SquashMode::Vertical && Squash::Enter(record, value);
     }
     static std::string Values() { return "NO or YES"; }
 };
@@ -106,16 +98,16 @@ struct OptionWord {
 struct SentOptions {
     static constexpr auto kIsDefault = &UserRecord::SentOptionsAreDefault;
     static constexpr std::array kWords = {
-        OptionWord{"STATUS", &UserRecord::SentStatus},
-        OptionWord{"MESSAGE", &UserRecord::SentMessage},
+        OptionWord{kPrintStatus, &UserRecord::SentStatus},
+        OptionWord{kPrintMessage, &UserRecord::SentMessage},
     };
 };
 struct RecdOptions {
     static constexpr auto kIsDefault = &UserRecord::RecdOptionsAreDefault;
     static constexpr std::array kWords = {
-        OptionWord{"STATUS", &UserRecord::RecdStatus},
-        OptionWord{"MESSAGE", &UserRecord::RecdMessage},
-        OptionWord{"DELETE", &UserRecord::RecdDelete},
+        OptionWord{kPrintStatus, &UserRecord::RecdStatus},
+        OptionWord{kPrintMessage, &UserRecord::RecdMessage},
+        OptionWord{kPrintDelete, &UserRecord::RecdDelete},
     };
 };
 
@@ -175,13 +167,11 @@ struct YesOrNo {
     static std::optional<std::string> Write(const UserRecord& record) {
         return record.*kField ? std::optional(Show(record)) : std::nullopt;
     }
-    static std::string Show(const UserRecord& record) { return record.*kField ? "YES" : "NO"; }
+    static std::string Show(const UserRecord& record) { return ValueCodec<bool>::Text(record.*kField); }
     static bool Enter(UserRecord& record, std::string_view value) {
-        const std::optional<bool> flag = ParseBool(value);
-        if (flag) record.*kField = *flag;
-        return flag.has_value();
+        return ValueCodec<bool>::Store(record.*kField, value);
     }
-    static std::string Values() { return "YES or NO"; }
+    static std::string Values() { return DescribeValues(ValueCodec<bool>::kRule); }
 };
 
 struct MailName : Text<&UserRecord::MailName> {
@@ -206,12 +196,14 @@ struct Permission {
         const bool isDefault = ((record.Permissions.Flags ^ kDefaultPermissionFlags) & kFlag) == 0;
         return isDefault ? std::nullopt : std::optional(Show(record));
     }
-    static std::string Show(const UserRecord& record) { return record.Permissions.Flags & kFlag ? "YES" : "NO"; }
+    static std::string Show(const UserRecord& record) {
+        return ValueCodec<bool>::Text((record.Permissions.Flags & kFlag) != 0);
+    }
     static bool Enter(UserRecord& record, std::string_view value) {
         const bool isWord = value.size() <= 1 || EqualFolded(value, "YES") || EqualFolded(value, "NO");
         return isWord && ParsePermission(value, kFlag, record.Permissions.Flags);
     }
-    static std::string Values() { return "YES or NO"; }
+    static std::string Values() { return DescribeValues(ValueCodec<bool>::kRule); }
 };
 
 struct Dial {
