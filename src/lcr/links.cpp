@@ -42,7 +42,7 @@ constexpr KeyField<LinkRecord> SwitchRow(std::string_view key) {
             [](const LinkRecord& link) -> std::string {
                 if (!(link.*Member)) return "";
                 if (isOnOff) return *(link.*Member) ? "ON" : "OFF";
-                return *(link.*Member) ? "YES" : "NO";
+                return ValueCodec<bool>::Text(*(link.*Member));
             },
             [](LinkRecord& link, std::string_view text) {
                 const Switch value = ParseBool(text);
@@ -51,21 +51,17 @@ constexpr KeyField<LinkRecord> SwitchRow(std::string_view key) {
             }};
 }
 
-constexpr std::string_view kPriorities[] = {"NORMAL", "URGENT", "BACKGROUND"};
-
 template <std::uint16_t LinkRecord::*Member>
 constexpr KeyField<LinkRecord> PriorityRow(std::string_view key) {
     return {key,
-            {ValueRule::Form::Word, 0, kPriorities},
+            {ValueRule::Form::Word, 0, kPriorityWords},
             [](const LinkRecord& link) -> std::string {
-                for (std::size_t bit = 0; bit < std::size(kPriorities); ++bit)
-                    if ((link.*Member >> bit & 1) != 0) return std::string(kPriorities[bit]);
-                return "";
+                const auto words = WordsOfPriorities(link.*Member);
+                return words.empty() ? std::string() : std::string(words.front());
             },
             [](LinkRecord& link, std::string_view text) {
-                const std::optional<std::size_t> bit = FindWord(kPriorities, text);
-                link.*Member = static_cast<std::uint16_t>(bit ? 1U << *bit : 0U);
-                return bit.has_value();
+                link.*Member = PriorityBitOf(text);
+                return link.*Member != 0;
             }};
 }
 

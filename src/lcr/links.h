@@ -11,6 +11,7 @@
 
 #include "ctlfile/key_fields.h"
 #include "ctlfile/replaced_file.h"
+#include "lcr/priority.h"
 #include "lcr/router_settings.h"
 
 namespace bv {
@@ -20,11 +21,6 @@ template <>
 struct ChoiceWords<LinkType> {
     static constexpr std::string_view kWords[] = {"WAN", "EMAIL", "EMAIL_FAST"};
 };
-
-// Bits of priorities, of which the lowest is written; 0: not set.
-inline constexpr std::uint16_t kNormalPriority = 1;
-inline constexpr std::uint16_t kUrgentPriority = 2;
-inline constexpr std::uint16_t kBackgroundPriority = 4;
 
 // On, off or not set, which is not written.
 using Switch = std::optional<bool>;
@@ -46,7 +42,7 @@ struct LinkRecord {
     Switch SendEnabled;
     HourMinute Delay;
     HourMinute WatchdogFrequency;
-    std::uint16_t MaxOutboundPriority = kUrgentPriority;
+    std::uint16_t MaxOutboundPriority = kUrgentPriority; // bits, of which the lowest is written; 0: not set
     std::uint16_t MaxInboundPriority = kUrgentPriority;
     Switch RejectsHigherPriority;
 

@@ -6,13 +6,6 @@
 
 namespace bv {
 
-std::uint8_t PriorityBitOf(std::string_view word) {
-    for (const PriorityWord& priority : kPriorityWords) {
-        if (EqualFolded(word, priority.Word)) return priority.Bit;
-    }
-    return 0;
-}
-
 bool HasCriteria(const RoutingRule& rule) {
     return !rule.Destinations.empty() || !rule.Users.empty() || !IsAnyPriority(rule.Priorities) ||
            !rule.Time.IsEmpty() || !rule.Size.IsEmpty();

@@ -9,28 +9,9 @@
 #include <vector>
 
 #include "ctlfile/fixed_text.h"
+#include "lcr/priority.h"
 
 namespace bv {
-
-// Bits of a set of priorities.
-enum PriorityBit : std::uint8_t { kNormal = 1, kUrgentFax = 2, kBackground = 4 };
-inline constexpr std::uint8_t kEveryPriority = 7;
-
-struct PriorityWord {
-    std::string_view Word; // as the file has it
-    std::string_view Name; // as a person reads it
-    PriorityBit Bit;
-};
-inline constexpr PriorityWord kPriorityWords[] = {
-    {"NORMAL", "Normal", kNormal}, {"URGENT", "Urgent", kUrgentFax}, {"BACKGROUND", "Background", kBackground}};
-
-// The bit of a priority's word, in any case; 0 for another word.
-std::uint8_t PriorityBitOf(std::string_view word);
-
-// The empty set and the full one both mean any priority.
-constexpr bool IsAnyPriority(std::uint8_t priorities) {
-    return (priorities & kEveryPriority) == 0 || (priorities & kEveryPriority) == kEveryPriority;
-}
 
 struct RuleDestination {
     // What the line refers to: a region, a country, or a country, "/" and an area. Empty until the references have
@@ -45,6 +26,8 @@ struct RuleDestination {
 inline constexpr std::string_view kRegionKey = "Region:";
 inline constexpr std::string_view kCountryKey = "Country:";
 inline constexpr std::string_view kAreaKey = "Area:";
+inline constexpr std::string_view kPriorityKey = "Priority:";
+inline constexpr std::string_view kServerKey = "Server:";
 inline constexpr std::string_view kDestinationKeys[] = {kRegionKey, kCountryKey, kAreaKey};
 inline constexpr std::string_view kNoDescription = "(no description)";
 

@@ -2,14 +2,15 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cstdint>
 #include <utility>
 
+#include "ctlfile/digits.h"
 #include "ctlfile/reader.h"
 #include "lcr/rule_file.h"
 #include "lcr/time_range.h"
 #include "platform/ascii.h"
+#include "users/week_days.h"
 #include "voice/format.h"
 #include "voice/messages.h"
 
@@ -22,26 +23,9 @@ constexpr std::string_view kPeak = "PEAK";
 constexpr int kMostPages = 100;
 constexpr int kEndOfDay = 24;
 
-struct DayWord {
-    std::string_view Word;
-    std::uint16_t Bit;
-};
-constexpr std::array kWeek = {
-    DayWord{"MON ", 2},  DayWord{"TUE ", 4},  DayWord{"WED ", 8}, DayWord{"THU ", 16},
-    DayWord{"FRI ", 32}, DayWord{"SAT ", 64}, DayWord{"SUN ", 1},
-};
-
-// A number of digits alone; none for any other text.
-std::optional<int> DigitsOf(std::string_view text) {
-    if (text.empty() || !std::ranges::all_of(text, IsDigit)) return {};
-    int number = 0;
-    const auto parsed = std::from_chars(text.data(), text.data() + text.size(), number);
-    return parsed.ec == std::errc() ? std::optional(number) : std::nullopt;
-}
-
 // Whether a field holds at most two digits and a number below the limit; a message says when not.
 bool CheckField(int messageId, std::string_view name, const std::string& text, int limit) {
-    const std::optional<int> number = DigitsOf(text);
+    const std::optional<int> number = ParseDigits(text);
     if (number && text.size() <= 2 && *number < limit) return true;
     ShowError(messageId, name, text);
     return false;
@@ -57,7 +41,7 @@ struct EnteredTime {
         return CheckField(9161, Word, Hour, kEndOfDay) && CheckField(9162, Word, Minute, 60);
     }
     [[nodiscard]] std::string Clock() const {
-        return FormatText("%.2d:%.2d", DigitsOf(Hour).value_or(0), DigitsOf(Minute).value_or(0));
+        return FormatText("%.2d:%.2d", ParseDigits(Hour).value_or(0), ParseDigits(Minute).value_or(0));
     }
 };
 
@@ -67,9 +51,8 @@ std::optional<std::string> MakeSpecificText(const RuleTime& time) {
     const EnteredTime after = {"AFTER", time.AfterHour, time.AfterMinute};
     const EnteredTime before = {"BEFORE", time.BeforeHour, time.BeforeMinute};
     std::string text;
-    for (const DayWord& day : kWeek) {
-        if ((time.Days & day.Bit) != 0) text += day.Word;
-    }
+    for (const WeekDay& day : kWeekDays)
+        if ((time.Days & day.Bit) != 0) text.append(day.Word).append(" ");
     for (const EnteredTime* entered : {&after, &before}) {
         if (entered->IsLeftOut()) continue;
         if (!entered->IsFine()) return {};
@@ -103,11 +86,8 @@ std::string DestinationWords(const RoutingRule& rule, const Destinations& places
 
 std::string PriorityWords(const RoutingRule& rule) {
     if (IsAnyPriority(rule.Priorities)) return std::string(kAny);
-    std::vector<std::string> words;
-    for (const PriorityWord& priority : kPriorityWords) {
-        if ((rule.Priorities & priority.Bit) != 0) words.emplace_back(priority.Name);
-    }
-    return Listed(words);
+    const auto words = WordsOfPriorities(rule.Priorities, kPriorityNames);
+    return Listed({words.begin(), words.end()});
 }
 
 std::string SizeWords(const RoutingRule& rule) {
@@ -185,7 +165,7 @@ std::optional<RuleTime> ShowTime(std::string_view text) {
 
 std::optional<std::string> MakeSizeText(const RuleSize& size) {
     if (size.Which == RuleSize::Choice::Any) return "";
-    const std::optional<int> pages = DigitsOf(size.Pages);
+    const std::optional<int> pages = ParseDigits(size.Pages);
     const bool isLarge = size.Which == RuleSize::Choice::Large;
     if (isLarge && pages && *pages < 2) {
         ShowWarning(5332);
@@ -203,7 +183,7 @@ std::optional<RuleSize> ShowSize(std::string_view text) {
     for (const auto& [prefix, which] :
          {std::pair("PAGES GE ", RuleSize::Choice::Large), std::pair("PAGES LE ", RuleSize::Choice::Small)}) {
         if (!StartsWithFolded(text, prefix)) continue;
-        const std::optional<int> pages = DigitsOf(text.substr(std::string_view(prefix).size()));
+        const std::optional<int> pages = ParseDigits(text.substr(std::string_view(prefix).size()));
         if (pages && *pages >= 1 && *pages <= kMostPages) return RuleSize{which, std::to_string(*pages)};
     }
     return {};

@@ -1,14 +1,15 @@
 #include "lcr/rule_file.h"
 
-#include <array>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "ctlfile/file_gate.h"
 #include "ctlfile/lines.h"
 #include "ctlfile/reader.h"
 #include "ctlfile/reading.h"
 #include "ctlfile/whole_file.h"
+#include "lcr/rule_values.h"
 #include "lcr/text_file.h"
 #include "platform/files.h"
 #include "shell/server_files.h"
@@ -21,59 +22,20 @@ namespace {
 constexpr std::string_view kFileHeader = "[BRIVANE]\r\nType: LCRRules\r\nRevision: A\r\n\r\n";
 constexpr std::string_view kHeaderParagraph = "[BRIVANE]";
 constexpr std::string_view kRuleHeader = "[RULE]";
-constexpr std::string_view kLocalServer = "*";
-
-// A key of a rule's paragraph.
-struct RuleKey {
-    std::string_view Key;
-    bool HasBlock; // lines of the same key that follow the first belong to it
-    void (*Take)(RoutingRule& rule, std::string_view key, std::string_view value);
-};
-
-void TakeDestination(RoutingRule& rule, std::string_view key, std::string_view value) {
-    rule.Destinations.push_back({{}, std::string(key).append(" ").append(value)});
-}
-
-void TakeServer(RoutingRule& rule, std::string_view, std::string_view value) {
-    if (value == kLocalServer)
-        rule.AllowsLocalServer = true;
-    else
-        rule.Servers.emplace_back(value);
-}
-
-void TakePriority(RoutingRule& rule, std::string_view, std::string_view value) {
-    rule.Priorities = static_cast<std::uint8_t>(rule.Priorities | PriorityBitOf(value));
-}
-
-constexpr std::array<RuleKey, 9> kRuleKeys = {{
-    {"Description:", false,
-     [](RoutingRule& rule, std::string_view, std::string_view value) {
-         rule.Description = value.empty() ? kNoDescription : value;
-     }},
-    {"User:", true,
-     [](RoutingRule& rule, std::string_view, std::string_view value) { rule.Users.emplace_back(value); }},
-    {"Server:", true, TakeServer},
-    {kRegionKey, true, TakeDestination},
-    {kCountryKey, true, TakeDestination},
-    {kAreaKey, true, TakeDestination},
-    {"Priority:", true, TakePriority},
-    {"Time:", false, [](RoutingRule& rule, std::string_view, std::string_view value) { rule.Time = value; }},
-    {"Size:", false, [](RoutingRule& rule, std::string_view, std::string_view value) { rule.Size = value; }},
-}};
 
 // Takes the lines of one paragraph into a rule.
 class RuleReader {
   public:
-    explicit RuleReader(RoutingRule& rule) : rule_(rule) {}
+    explicit RuleReader(RoutingRule& rule) : rule_(rule), isTaken_(RuleKeys().size()) {}
 
     void Read(std::string_view line) {
         if (!IsSignificantLine(line)) return Keep(line); // a comment does not end a block
         if (block_ != nullptr && BeginsWith(line, block_->Key)) return Take(*block_, line);
         block_ = nullptr;
-        for (std::size_t i = 0; i < kRuleKeys.size(); ++i) {
-            if (isTaken_[i] || !BeginsWith(line, kRuleKeys[i].Key)) continue;
+        for (std::size_t i = 0; i < RuleKeys().size(); ++i) {
+            if (isTaken_[i] || !BeginsWith(line, RuleKeys()[i].Key)) continue;
             isTaken_[i] = true;
-            return Begin(kRuleKeys[i], line);
+            return Begin(RuleKeys()[i], line);
         }
         Keep(line);
     }
@@ -81,16 +43,16 @@ class RuleReader {
   private:
     void Begin(const RuleKey& key, std::string_view line) {
         Take(key, line);
-        if (!key.HasBlock) return;
+        if (!key.IsList) return;
         block_ = &key;
         // The first line of a block of destinations stays as it was written.
-        if (key.Take == TakeDestination) rule_.Destinations.back().Line = line;
+        if (key.IsPlace) rule_.Destinations.back().Line = line;
     }
     void Take(const RuleKey& key, std::string_view line) { key.Take(rule_, key.Key, KeyValue(line).value_or("")); }
     void Keep(std::string_view line) { rule_.OtherLines.emplace_back(line); }
 
     RoutingRule& rule_;
-    std::array<bool, kRuleKeys.size()> isTaken_{};
+    std::vector<bool> isTaken_;      // by key
     const RuleKey* block_ = nullptr; // whose lines were read last
 };
 
@@ -109,28 +71,22 @@ RoutingRule ReadRule(ControlStream& file) {
     return rule;
 }
 
-void AppendLine(std::string& text, std::string_view key, std::string_view value) {
-    text.append(key).append(" ").append(value).append(kLineEnd);
-}
-
-void AppendPriorities(std::string& text, std::uint8_t priorities) {
-    if (IsAnyPriority(priorities)) return;
-    for (const PriorityWord& priority : kPriorityWords) {
-        if ((priorities & priority.Bit) != 0) AppendLine(text, "Priority:", priority.Word);
-    }
+// Whether the lines of the key say anything.
+bool IsWritten(const RuleKey& key, const RoutingRule& rule) {
+    return !key.IsPlace && (key.Key != kPriorityKey || !IsAnyPriority(rule.Priorities));
 }
 
 void AppendRule(std::string& text, const RoutingRule& rule) {
     text.append(kRuleHeader).append(kLineEnd);
-    AppendLine(text, "Description:", rule.Description);
-    for (const RuleDestination& destination : rule.Destinations) text.append(destination.Line).append(kLineEnd);
-    for (const std::string& user : rule.Users) AppendLine(text, "User:", user);
-    if (!rule.Size.IsEmpty()) AppendLine(text, "Size:", rule.Size);
-    if (!rule.Time.IsEmpty()) AppendLine(text, "Time:", rule.Time);
-    AppendPriorities(text, rule.Priorities);
-    for (const std::string& line : rule.OtherLines) text.append(line).append(kLineEnd);
-    for (const std::string& server : rule.Servers) AppendLine(text, "Server:", server);
-    if (rule.AllowsLocalServer) AppendLine(text, "Server:", kLocalServer);
+    for (const RuleKey& key : RuleKeys()) {
+        if (key.Key == kRegionKey)
+            for (const RuleDestination& destination : rule.Destinations) text.append(destination.Line).append(kLineEnd);
+        if (key.Key == kServerKey)
+            for (const std::string& line : rule.OtherLines) text.append(line).append(kLineEnd);
+        if (!IsWritten(key, rule)) continue;
+        for (const std::string& value : key.Values(rule, key.Key))
+            text.append(key.Key).append(" ").append(value).append(kLineEnd);
+    }
     text += kLineEnd;
 }
 

@@ -47,31 +47,64 @@ std::string ListText(const std::vector<std::string>& entries) {
     return text;
 }
 
-// The key of a kind's lines: "Region:".
-std::string LineKey(std::string_view kind) { return std::string(kind).append(":"); }
+// --- Lines of the file ---
 
-std::string DestinationsText(const RoutingRule& rule, std::string_view kind) {
-    const std::string key = LineKey(kind);
+void TakeDestination(RoutingRule& rule, std::string_view key, std::string_view value) {
+    rule.Destinations.push_back({{}, std::string(key).append(" ").append(value)});
+}
+
+std::vector<std::string> DestinationValues(const RoutingRule& rule, std::string_view key) {
     std::vector<std::string> values;
-    for (const RuleDestination& destination : rule.Destinations) {
+    for (const RuleDestination& destination : rule.Destinations)
         if (StartsWithFolded(destination.Line, key)) values.emplace_back(KeyValue(destination.Line).value_or(""));
-    }
-    return ListText(values);
+    return values;
 }
 
-std::string PrioritiesText(const RoutingRule& rule, std::string_view) {
-    std::vector<std::string> words;
-    for (const PriorityWord& priority : kPriorityWords) {
-        if ((rule.Priorities & priority.Bit) != 0) words.emplace_back(priority.Word);
-    }
-    return ListText(words);
+template <auto kField>
+void TakeText(RoutingRule& rule, std::string_view, std::string_view value) {
+    rule.*kField = value;
 }
 
-std::string ServersText(const RoutingRule& rule, std::string_view) {
+template <auto kField>
+std::vector<std::string> TextValues(const RoutingRule& rule, std::string_view) {
+    if ((rule.*kField).IsEmpty()) return {};
+    return {(rule.*kField).String()};
+}
+
+void TakeDescription(RoutingRule& rule, std::string_view, std::string_view value) {
+    rule.Description = value.empty() ? kNoDescription : value;
+}
+
+std::vector<std::string> DescriptionValues(const RoutingRule& rule, std::string_view) {
+    return {rule.Description.String()};
+}
+
+void TakeUser(RoutingRule& rule, std::string_view, std::string_view value) { rule.Users.emplace_back(value); }
+std::vector<std::string> UserValues(const RoutingRule& rule, std::string_view) { return rule.Users; }
+
+void TakePriority(RoutingRule& rule, std::string_view, std::string_view value) {
+    rule.Priorities = static_cast<std::uint8_t>(rule.Priorities | PriorityBitOf(value));
+}
+
+std::vector<std::string> PriorityValues(const RoutingRule& rule, std::string_view) {
+    const auto words = WordsOfPriorities(rule.Priorities);
+    return {words.begin(), words.end()};
+}
+
+void TakeServer(RoutingRule& rule, std::string_view, std::string_view value) {
+    if (value == kLocalServer)
+        rule.AllowsLocalServer = true;
+    else
+        rule.Servers.emplace_back(value);
+}
+
+std::vector<std::string> ServerValues(const RoutingRule& rule, std::string_view) {
     std::vector<std::string> servers = rule.Servers;
     if (rule.AllowsLocalServer) servers.emplace_back(kLocalServer);
-    return ListText(servers);
+    return servers;
 }
+
+// --- Values that a person gives ---
 
 bool EnterDescription(RoutingRule& rule, std::string_view, std::string_view value, const RuleNames&) {
     static constexpr ValueRule kText = {ValueRule::Form::Text, decltype(RoutingRule::Description)::kLimit};
@@ -94,7 +127,7 @@ bool IsOfKind(std::string_view kind, std::string_view reference) {
 }
 
 bool EnterDestinations(RoutingRule& rule, std::string_view kind, std::string_view value, const RuleNames& names) {
-    const std::string key = LineKey(kind);
+    const std::string key = std::string(kind).append(":");
     std::vector<RuleDestination> entered;
     for (const std::string& entry : Entries(value)) {
         if (!IsOfKind(kind, entry))
@@ -150,30 +183,36 @@ bool EnterTime(RoutingRule& rule, std::string_view, std::string_view value, cons
     return text.has_value();
 }
 
-// A key with how its value is shown and entered.
-struct RuleKey {
-    std::string_view Name;
-    std::string (*Text)(const RoutingRule& rule, std::string_view name);
-    bool (*Enter)(RoutingRule& rule, std::string_view name, std::string_view value, const RuleNames& names);
-};
+bool EnterPrioritiesOf(RoutingRule& rule, std::string_view, std::string_view value, const RuleNames&) {
+    return EnterPriorities(rule.Priorities, value);
+}
+
+constexpr RuleKey PlaceKey(std::string_view key) {
+    return {key, true, true, TakeDestination, DestinationValues, EnterDestinations};
+}
 
 constexpr RuleKey kRuleKeys[] = {
-    {kDescription, [](const RoutingRule& rule, std::string_view) { return rule.Description.String(); },
-     EnterDescription},
-    {"Region", DestinationsText, EnterDestinations},
-    {"Country", DestinationsText, EnterDestinations},
-    {"Area", DestinationsText, EnterDestinations},
-    {kUser, [](const RoutingRule& rule, std::string_view) { return ListText(rule.Users); }, EnterUsers},
-    {kSize, [](const RoutingRule& rule, std::string_view) { return rule.Size.String(); }, EnterSize},
-    {kTime, [](const RoutingRule& rule, std::string_view) { return rule.Time.String(); }, EnterTime},
-    {kPriority, PrioritiesText,
-     [](RoutingRule& rule, std::string_view, std::string_view value, const RuleNames&) {
-         return EnterPriorities(rule.Priorities, value);
-     }},
-    {kServer, ServersText, EnterServers},
+    {"Description:", false, false, TakeDescription, DescriptionValues, EnterDescription},
+    PlaceKey(kRegionKey),
+    PlaceKey(kCountryKey),
+    PlaceKey(kAreaKey),
+    {"User:", true, false, TakeUser, UserValues, EnterUsers},
+    {"Size:", false, false, TakeText<&RoutingRule::Size>, TextValues<&RoutingRule::Size>, EnterSize},
+    {"Time:", false, false, TakeText<&RoutingRule::Time>, TextValues<&RoutingRule::Time>, EnterTime},
+    {kPriorityKey, true, false, TakePriority, PriorityValues, EnterPrioritiesOf},
+    {kServerKey, true, false, TakeServer, ServerValues, EnterServers},
 };
 
+// The value as a person sees it.
+std::string ShownValue(const RuleKey& key, const RoutingRule& rule) {
+    const std::vector<std::string> values = key.Values(rule, key.Key);
+    if (key.IsList) return ListText(values);
+    return values.empty() ? std::string() : values.front();
+}
+
 } // namespace
+
+std::span<const RuleKey> RuleKeys() { return kRuleKeys; }
 
 bool EnterPriorities(std::uint8_t& priorities, std::string_view value) {
     std::uint8_t entered = 0;
@@ -188,15 +227,15 @@ bool EnterPriorities(std::uint8_t& priorities, std::string_view value) {
 
 std::vector<RuleValue> RuleValues(const RoutingRule& rule) {
     std::vector<RuleValue> values;
-    for (const RuleKey& key : kRuleKeys) values.push_back({key.Name, key.Text(rule, key.Name)});
+    for (const RuleKey& key : kRuleKeys) values.push_back({key.Name(), ShownValue(key, rule)});
     return values;
 }
 
 bool EnterRuleValue(RoutingRule& rule, std::string_view key, std::string_view value, const RuleNames& names) {
     const auto* const row =
-        std::ranges::find_if(kRuleKeys, [key](const RuleKey& one) { return EqualFolded(one.Name, key); });
+        std::ranges::find_if(kRuleKeys, [key](const RuleKey& one) { return EqualFolded(one.Name(), key); });
     if (row == std::end(kRuleKeys)) return Refuse(key, value, "- rules have no such key");
-    return value == row->Text(rule, row->Name) || row->Enter(rule, row->Name, value, names);
+    return value == ShownValue(*row, rule) || row->Enter(rule, row->Name(), value, names);
 }
 
 } // namespace bv

@@ -1,8 +1,9 @@
-// The values of a routing rule as a person gives them, key by key; lists are parted by commas, and an entry with a
-// blank or a comma stands in quotes.
+// The keys of a routing rule: how the file has them, and the values that a person gives, in which lists are parted by
+// commas, and an entry with a blank or a comma stands in quotes.
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -11,6 +12,26 @@
 #include "lcr/rule_references.h"
 
 namespace bv {
+
+struct RuleKey {
+    std::string_view Key; // with its colon
+    bool IsList = false;  // a line for each entry; lines of the key that follow the first belong to it
+    bool IsPlace = false; // a kind of destination, whose lines stay as they were written, all kinds in one order
+
+    // Takes the value of a line.
+    void (*Take)(RoutingRule& rule, std::string_view key, std::string_view value);
+
+    // The values of its lines.
+    std::vector<std::string> (*Values)(const RoutingRule& rule, std::string_view key);
+
+    // As EnterRuleValue, by the name without the colon.
+    bool (*Enter)(RoutingRule& rule, std::string_view name, std::string_view value, const RuleNames& names);
+
+    [[nodiscard]] std::string_view Name() const { return Key.substr(0, Key.size() - 1); }
+};
+
+// In the order in which they are written and shown.
+std::span<const RuleKey> RuleKeys();
 
 struct RuleValue {
     std::string_view Key; // "Description", "Region" and so on

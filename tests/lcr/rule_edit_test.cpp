@@ -219,7 +219,7 @@ TEST(RuleSummary, SaysEachCriterion) {
     RoutingRule rule = Named("R");
     rule.Users = {"ANN", "BEN"};
     rule.AllowsLocalServer = true;
-    rule.Priorities = kNormal | kBackground;
+    rule.Priorities = kNormalPriority | kBackgroundPriority;
     rule.Time = "SAT AFTER 18:00 ";
     rule.Size = "PAGES LE 3";
     rule.Destinations = {{"EU", "Region: EU"}, {"UK", "Country: UK"}, {"", "Country: FR"}};
@@ -232,7 +232,7 @@ TEST(RuleSummary, SaysEachCriterion) {
                                         {"Size", "3 pages or less"},
                                         {"Servers", "LON, (local server)"}}));
     rule.Size = "PAGES GE 3";
-    rule.Priorities = kUrgentFax;
+    rule.Priorities = kUrgentPriority;
     EXPECT_EQ(SummarizeRule(rule, places)[5].Words, "3 pages or more");
     EXPECT_EQ(SummarizeRule(rule, places)[2].Words, "Urgent");
 }
