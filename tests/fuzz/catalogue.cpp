@@ -26,7 +26,7 @@ test::MemoryServer& Server() {
 
 Entries Listed() {
     test::VectorList list;
-    Require(ListCatalogue(kKind, list), "ListCatalogue");
+    Require(ListCatalogue(kKind, list).has_value(), "ListCatalogue");
     return list.Entries;
 }
 
