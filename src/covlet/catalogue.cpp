@@ -222,7 +222,14 @@ bool ListInstallable(ItemKind kind, ListTarget& list) {
     if (!entries) return false;
     std::unordered_set<std::string> catalogued;
     for (const StoredEntry& entry : *entries) catalogued.insert(UpperText(entry.Name));
-    for (const std::string& file : platform::Files().List(ItemDirectory(kind), facts.InstallablePattern)) {
+    std::vector<std::string> files;
+    const std::string directory = ItemDirectory(kind);
+    const platform::FileError error = platform::Files().ReadDirectory(directory, facts.InstallablePattern, files);
+    if (error != platform::FileError::None && error != platform::FileError::NotFound) {
+        ShowError(9105, directory, platform::ErrorWords(error));
+        return false;
+    }
+    for (const std::string& file : files) {
         const std::size_t dot = file.rfind('.');
         if (dot == std::string::npos) continue;
         const std::string extension = UpperText(std::string_view(file).substr(dot));

@@ -37,8 +37,8 @@ CatalogueEntry ParseEntryText(std::string_view text);
 bool ListCatalogue(ItemKind kind, ListTarget& list);
 
 // Adds to the list the names of the kind's files that can be installed (*.EPN, or *.G3F and *.G3N), that the catalogue
-// can keep and that are neither in it nor in the list. False, with nothing added, after 413 or 9011: the catalogue
-// cannot be read.
+// can keep and that are neither in it nor in the list. False, with nothing added, after 413 or 9011, the catalogue
+// cannot be read, or 9105, the directory cannot.
 bool ListInstallable(ItemKind kind, ListTarget& list);
 
 // Whether there is an entry of that name; no, after 9011, when the catalogue cannot be read to its end.

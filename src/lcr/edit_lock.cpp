@@ -91,15 +91,15 @@ LcrButtons UpdateLcrButtons(bool isEnabled, bool hasGeneralSettings) {
     LcrButtons buttons;
     buttons.General = buttons.Destinations = isEnabled;
     buttons.Links = isEnabled && hasGeneralSettings;
-    buttons.Rules = buttons.Links && FileExists(DatabaseFile("COUNTRY.INI")) && FileExists(DatabaseFile("LINK.INI"));
+    buttons.Rules = buttons.Links && !IsMissing(DatabaseFile("COUNTRY.INI")) && !IsMissing(DatabaseFile("LINK.INI"));
     return buttons;
 }
 
 LcrLack FindLcrLack(bool hasGeneralSettings) {
     if (!hasGeneralSettings) return LcrLack::GeneralSettings;
-    if (!FileExists(DatabaseFile("LINK.INI"))) return LcrLack::Links;
-    if (!FileExists(DatabaseFile("COUNTRY.INI"))) return LcrLack::Destinations;
-    return FileExists(DatabaseFile("LCRRULES.INI")) ? LcrLack::Nothing : LcrLack::Rules;
+    if (IsMissing(DatabaseFile("LINK.INI"))) return LcrLack::Links;
+    if (IsMissing(DatabaseFile("COUNTRY.INI"))) return LcrLack::Destinations;
+    return !IsMissing(DatabaseFile("LCRRULES.INI")) ? LcrLack::Nothing : LcrLack::Rules;
 }
 
 LcrReadiness CheckLcrReady(bool hasGeneralSettings, bool mayAskForRules) {

@@ -291,17 +291,23 @@ class PosixFileSystem final : public FileSystem {
                         IsLink(*host)};
     }
 
-    std::vector<std::string> List(const std::string& directory, std::string_view pattern) override {
+    FileError ReadDirectory(const std::string& directory, std::string_view pattern,
+                            std::vector<std::string>& names) override {
         const HostPath host = ToHostPath(directory);
-        if (!host) return {};
+        if (!host) return host.Error;
         const std::unique_ptr<DIR, int (*)(DIR*)> listing(opendir(host->c_str()), closedir);
-        std::vector<std::string> names;
-        while (const dirent* entry = listing ? readdir(listing.get()) : nullptr) {
+        if (!listing) return LastError();
+        std::vector<std::string> found;
+        errno = 0; // the end of a listing and a fault look alike otherwise
+        while (const dirent* entry = readdir(listing.get())) {
             if (MatchesWildcard(pattern, entry->d_name) && IsRegularFile(*host, *entry))
-                names.emplace_back(entry->d_name);
+                found.emplace_back(entry->d_name);
+            errno = 0;
         }
-        std::ranges::sort(names, ComesBefore);
-        return names;
+        if (errno != 0) return LastError();
+        std::ranges::sort(found, ComesBefore);
+        names.insert(names.end(), found.begin(), found.end());
+        return FileError::None;
     }
 
     FileError MakeDirectory(const std::string& path) override {
