@@ -74,6 +74,7 @@ TEST(UnreadableFiles, AreNeverListedInPart) {
     server.Put(kSetup, "[OPTIONS]\r\nLogFile: OWN.LOG\r\n[DEVICES]\r\nDevice: MODEM-1 \"x\"\r\n");
     server.Put(kUsers, "[USER]\r\nName: A\r\n");
     server.Put(kCovers, "[DIRECTORY]\r\nFile: A \"a\"\r\n");
+    server.Put(kArea + "B-COVER\\NEW.EPN", "");
     server.Put(kArea + "SERVER\\VERSION.DAT", "[VERSION]\r\nServer: 6.00\r\n");
     server.Put(kArea + "B-MAIL\\VERSION.DAT", "[VERSION]\r\nMailGateway: 6.00\r\n");
     for (const std::vector<std::string>& verb : verbs) {
