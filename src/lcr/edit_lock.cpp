@@ -6,6 +6,7 @@
 #include <string_view>
 #include <utility>
 
+#include "ctlfile/whole_file.h"
 #include "platform/clock.h"
 #include "platform/files.h"
 #include "shell/server_paths.h"
