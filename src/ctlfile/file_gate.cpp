@@ -92,9 +92,11 @@ ControlStream OpenToRewrite(const std::string& path, OpenTimeout timeout) {
         ControlStream file = OpenShared(path, "r+b", static_cast<int>((end - clock.Ticks() + 999) / 1000));
         if (!file || !GateIsHeldElsewhere(path)) return file;
         file.Close();
-        if (clock.Ticks() >= end) return {};
-        YieldToSystem();
-        clock.Sleep(kPause);
+        do { // without the file, so that who has the gate finds it free
+            if (clock.Ticks() >= end) return {};
+            YieldToSystem();
+            clock.Sleep(kPause);
+        } while (GateIsHeldElsewhere(path));
     }
 }
 
