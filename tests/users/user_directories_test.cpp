@@ -173,38 +173,6 @@ TEST(CreateUserDirectories, SaysWhatFailed) {
     EXPECT_EQ(errors.size(), 10U);
 }
 
-// Whatever happens in between, a file is there whole or not at all, and who adds the user again gets all of them.
-TEST(CreateUserDirectories, LeavesNoFileThatIsNotWhole) {
-    using test::FaultKind;
-    const struct {
-        std::string Path;
-        std::string Whole;
-    } files[] = {
-        {kIris + "\\B-IN\\MSGDIR.CTL", "[BRIVANE]\r\nType: ReceiveDir\r\nRevision: A\r\n"},
-        {kIris + "\\B-OUT\\MSGDIR.CTL", "[BRIVANE]\r\nType: SendDir\r\nRevision: A\r\n"},
-        {kIris + "\\B-DB\\USER.INI", "[OPTIONS]\r\nFrom: I\r\n"},
-    };
-    for (const FaultKind kind :
-         {FaultKind::FailFromThenOn, FaultKind::ShortWrite, FaultKind::Kill, FaultKind::KillHalfWritten}) {
-        bool fired = true;
-        for (int call = 1; fired; ++call) {
-            SCOPED_TRACE(testing::Message() << "fault " << static_cast<int>(kind) << " at call " << call);
-            Server server;
-            test::FaultyFiles faulty(server.Files, {.Kind = kind, .AtCall = call});
-            {
-                const platform::Substitute<platform::FileSystem> use(faulty);
-                CreateUserDirectories("IRIS", "I", kUser);
-            }
-            fired = faulty.Fired();
-            for (const auto& [path, whole] : files)
-                EXPECT_THAT(server.Get(path), testing::AnyOf(whole, "(none)")) << path;
-            EXPECT_TRUE(CreateUserDirectories("IRIS", "I", kUser));
-            for (const auto& [path, whole] : files) EXPECT_EQ(server.Get(path), whole) << path;
-            EXPECT_THAT(server.Files.List(kIris + "\\B-DB", "*"), ElementsAre("USER.INI"));
-        }
-    }
-}
-
 TEST(UserDirectories, AreNeverThoseOfSomebodyElse) {
     Server server;
     server.Put("F:\\BRIVANE\\B-DB\\SETUP.INI", "kept");
