@@ -1,59 +1,13 @@
 #!/usr/bin/env bash
-# tests/faults/two_writers.sh [BVCTL [LOCK_HOLDER]]: several processes want one control file at the same time. No change
-# is lost, and a process that cannot have the file in time says so.
+# tests/faults/held_file.sh [BVCTL [LOCK_HOLDER]]: another process holds the control file. Who cannot have it in time says
+# so, and who can makes the change.
 # shellcheck disable=SC2317 # check calls functions by name
 set -u
 # shellcheck source=checks.bash
 . "$(dirname "$0")/checks.bash"
 holder=$(realpath "${2:-$(dirname "$program")/tests/lock_holder}")
 
-readonly keys=100 timeout=5 # changes of each writer; seconds that a file is waited for
-
-# at_once COMMAND...: runs the command twice at the same time, with a and with b as a last argument.
-at_once() {
-    "$@" a >"$work/a" 2>&1 &
-    local one=$!
-    "$@" b >"$work/b" 2>&1 &
-    local two=$!
-    check "one gave up" wait "$one"
-    check "the other gave up" wait "$two"
-}
-
-write_keys() {
-    local n
-    for ((n = 1; n <= keys; n++)); do "$program" file set "$file" KEYS "$1$n" "$n" || return; done
-}
-
-all_keys() { seq "$keys" | sed -n 's/.*/a&: &/p; s/^a/b/p' | sort; }
-found_keys() { "$program" file list "$file" KEYS | sort; }
-
-where="two writers"
-: >"$file"
-at_once write_keys
-check "keys are missing" test "$(found_keys)" = "$(all_keys)"
-check "a temporary is left" not test -e "$temporary"
-report "two writers, each with $keys keys of its own"
-
-# Users who sort among those of the server.
-"$root/tools/layout-demo" "$work/server"
-users=$work/server/BRIVANE/B-DB/USERLIST.INI
-bvctl_user() { "$program" --drive "F:=$work/server" --ini "F:\\" --yes user "$@"; }
-names() { bvctl_user list | cut -f 1; }
-each_user() {
-    local n
-    for n in {01..10}; do bvctl_user "$1" "K$n$2" || return; done
-}
-
-where="two that add users"
-cp "$users" "$work/before"
-all_names=$({ names && echo K{01..10}{a,b} | tr ' ' '\n'; } | LC_ALL=C sort)
-at_once each_user add
-check "users are missing or out of order" test "$(names)" = "$all_names"
-where="two that delete users"
-at_once each_user delete
-check "the list is not as before" same "$users" "$work/before"
-check "a temporary is left" not test -e "${users%INI}TMP"
-report "two that add users and delete them"
+readonly timeout=5 # seconds that a file is waited for
 
 # hold NAME ACCESS DENIAL: a holder of NAME/SETUP.INI, started and waited for; its process is $pid.
 hold() {
