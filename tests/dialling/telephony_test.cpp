@@ -207,30 +207,5 @@ TEST(TelephonyCountryFile, GivesTheLengthOfLocalNumbers) {
                 ElementsAre("warning: Unable to find file 'F:\\NONE.INI' (for TAPI number editing)"));
 }
 
-// The library that the system itself brings, where there is one: nothing but statuses may come of it.
-TEST(TelephonyOfTheSystem, AnswersOrIsRefused) {
-    test::RecordingFront front;
-    const StatusCode status = Start(TapiNegotiation::Test);
-    if (status != kDone && !front.Said.empty() && front.Said[0].starts_with("error: Unable to load DLL"))
-        GTEST_SKIP() << front.Said[0];
-    EXPECT_THAT(status, testing::AnyOf(kDone, kTapiUnavailable));
-    DialProperties properties;
-    TelephoneNumber number;
-    const StatusCode read = TAPIGetDialProps(&properties, "");
-    const StatusCode dialled = TAPIMakeDialable("+44 (171) 1234567", number, "");
-    TAPITerm();
-    std::string said;
-    for (const std::string& line : front.Said) said += "\n" + line;
-    RecordProperty("Outcome", std::to_string(status) + " " + std::to_string(read) + " " + std::to_string(dialled));
-    std::cout << "session " << status << ", location " << read << " (" << properties.Description << ", country "
-              << properties.Country << "), dialable " << dialled << " " << number << said << "\n";
-    if (status != kDone) {
-        EXPECT_EQ(read, kTapiNotInitialised);
-        return;
-    }
-    EXPECT_THAT(read, testing::AnyOf(kDone, kTapiCallFailed));
-    EXPECT_THAT(dialled, testing::AnyOf(kDone, kTapiCallFailed));
-}
-
 } // namespace
 } // namespace bv

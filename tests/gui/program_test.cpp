@@ -165,32 +165,6 @@ TEST_F(Setup, AWrongCommandLineEndsTheProgram) {
     }
 }
 
-TEST_F(Setup, AServerThatIsNotFoundIsReportedStepByStep) {
-    const std::string unable = "Unable to initialise SETUP program - check installation";
-    struct Case {
-        std::string Ini;
-        std::vector<std::string> Boxes;
-    };
-    const Case cases[] = {
-        {"[SERVER]\r\nSystemArea: %s\r\nAllUserArea: %s\r\n",
-         {"ServerArea line missing from BRIVANE.INI file", "RequestArea line missing from BRIVANE.INI file", unable}},
-        {"[OTHER]\r\n", {"ERROR - [SERVER] Paragraph missing from BRIVANE.INI file", unable}},
-        {"[SERVER]\r\nServerArea: %s\r\nSystemArea: C:\\nowhere\r\nAllUserArea: %s\r\nRequestArea: %s\r\n",
-         {"ERROR - Unable to open file C:\\nowhere\\B-DB\\SETUP.INI", unable}},
-        {"", {"ERROR - File BRIVANE.INI not found", unable}},
-    };
-    for (const Case& one : cases) {
-        Server.WriteIni(one.Ini);
-        if (one.Ini.empty()) DeleteFileA(Server.Files().Path("BRIVANE.INI").c_str());
-        const Program setup(Command());
-        for (const std::string& text : one.Boxes) {
-            EXPECT_EQ(setup.Shown().WaitBox(kErrorCaption), text);
-            EXPECT_TRUE(setup.Shown().AnswerBox(kErrorCaption, IDOK));
-        }
-        EXPECT_EQ(setup.WaitForEnd(), 1);
-    }
-}
-
 TEST_F(Setup, ASecondCopyBringsTheFirstForwardAndEnds) {
     const Program first(Command("/5"));
     const HWND catalogue = first.Shown().Wait(kCatalogueTitle);
