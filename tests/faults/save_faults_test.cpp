@@ -6,6 +6,7 @@
 
 #include <gmock/gmock.h>
 
+#include "covlet/catalogue.h"
 #include "dialling/dialling_file.h"
 #include "lcr/destination_edit.h"
 #include "lcr/links.h"
@@ -206,7 +207,16 @@ std::string SubAddressesRead() {
     return isRead ? users : "";
 }
 
+std::string CatalogueRead() {
+    VectorList list;
+    const bool isRead = ListCatalogue(ItemKind::Coversheet, list);
+    return isRead || !list.Entries.empty() ? "entries " + std::to_string(list.Entries.size()) : "";
+}
+
+const std::string kCatalogue = "[DIRECTORY]\nFile: A \"a\"\n;" + std::string(40'000, 'x') + "\nFile: Z \"z\"\n";
+
 const Reading kReadings[] = {
+    {"catalogue", {{"B-COVER\\MSGDIR.CTL", kCatalogue}}, CatalogueRead},
     {"rules", {{"B-DB\\LCRRules.ini", kRule}}, RulesRead},
     {"rules to edit", {{"B-DB\\LCRRules.ini", kRule}}, RulesOpened},
     {"destinations", kDestinations, DestinationsRead},
