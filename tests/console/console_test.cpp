@@ -137,10 +137,8 @@ struct SecretCase {
 
 const SecretCase kSecrets[] = {
     {"", {}, 30, 0},
-    {"ten letter", {}, 60, 0},
     {" \xFC blank ", {}, 30, 0},
     {"x", {"--size", "14"}, 14, 0},
-    {"xx", {"--size", "14"}, 0, 1},
     {std::string(45, 'x'), {}, 0, 1},
     {"x", {"--size", "198"}, 0, 2},
 };

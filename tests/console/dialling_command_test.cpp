@@ -86,9 +86,7 @@ TEST(DiallingCommands, AFileWithoutALocationIsSaid) {
     const std::string away = "Unable to open file " + kPath + "\n";
     const std::tuple<std::string, std::vector<std::string>, int, std::string> cases[] = {
         {"", {"number", "dialable", "1"}, 1, away},
-        {"", {"dialling", "show"}, 1, away},
         {kHead, {"number", "explain", "1"}, 1, lost},
-        {kHead, {"dialling", "show"}, 1, lost},
         {kHead, {"dialling", "set", "Area=1"}, 1, lost + "Location=NAME selects one, or makes a new one\n"},
         {Replaced(kFile, ": London", ": NoTelNumEdit"), {"number", "dialable", "0 1"}, 0, ""},
     };
@@ -121,9 +119,7 @@ TEST(DiallingCommands, AskTheTelephonyWhereTheFileLeavesItToThat) {
     const std::tuple<std::string, int, std::string, std::string> cases[] = {
         {"number international '0181 123-4567:9'", 0, "+441811234567:9\n", ""},
         {"number dialable 1234567", 0, "1234567\n", ""},
-        {"number dialable '+33 (1) 2'", 0, "003312\n", ""},
         {"number dialable 7", 1, "", refused},
-        {"number dialable " + tooLong, 1, "", "NUMBER: \"" + tooLong + "\" has, or would have, over 40 characters\n"},
         {"number explain 1234567:8", 0,
          "international\tSeparators and suffix are taken off\t1234567\n"
          "international\t5: a local number: +, Country and Area go before\t+441711234567\n"

@@ -93,16 +93,6 @@ const Case kCases[] = {
     {"permitted noon", 1, "", "TIME: \"noon\" is not OFFPEAK or a time such as SAT SUN AFTER 18:00 BEFORE 08:00\n"},
     {"permitted MON --at '2026-02-29 12:00'", 1, "",
      "--at: \"2026-02-29 12:00\" is not a moment of the form YYYY-MM-DD hh:mm\n"},
-    {"match --destination 44 --user ann --at '2026-06-06 12:00'", 0,
-     "1\tOne\tDestination\tYES\tone of the rule's destinations covers it\n"
-     "1\tOne\tUser\tYES\tthe rule names this user\n"
-     "1\tOne\tTime\tYES\tit is in the off-peak period\n"
-     "1\tOne\tall\tYES\tnothing speaks against it\n"
-     "2\tTwo\tDestination\tYES\tthe rule has no such criterion\n"
-     "2\tTwo\tUser\tYES\tthe rule has no such criterion\n"
-     "2\tTwo\tTime\tYES\tthe rule has no such criterion\n"
-     "2\tTwo\tall\tYES\tnothing speaks against it\n",
-     ""},
     {"match --pages 9 --priority urgent --server par", 0,
      "1\tOne\tSize\tYES\tthe rule has no such criterion\n"
      "1\tOne\tPriority\tYES\tthe rule has no such criterion\n"

@@ -83,19 +83,6 @@ TEST(SetupCommands, DoOneThingAndSayIt) {
     test::ExpectEach<Scene>(std::vector<test::CommandCase>(std::begin(kCases), std::end(kCases)), kSetup);
 }
 
-TEST(SetupCommands, SettingAnOptionWritesWhatIsNotThereYetButNothingElse) {
-    Scene scene;
-    EXPECT_EQ(scene.Console.Run({"option", "set", "QUEUEMAN/SendRetryWait=60", "BSUBMIT/User=ANNA"}), 0);
-    EXPECT_EQ(scene.Console.Run({"option", "list", "--reveal"}), 0);
-    EXPECT_EQ(scene.Console.Results.find("default"), scene.Console.Results.find("default\nOPTIONS/LCR\t"))
-        << "only what is never written";
-    const std::string complete = scene.Server.GetSetup();
-    EXPECT_THAT(complete, testing::HasSubstr("[QUEUEMAN]\nSendTries: 5\nSendRetryWait: 60\nMailLoginParams: sekrit\n"));
-    EXPECT_THAT(complete, testing::HasSubstr("\nUser: ANNA\n"));
-    EXPECT_EQ(scene.Console.Run({"option", "set", "QUEUEMAN/SendRetryWait=60"}), 0);
-    EXPECT_EQ(scene.Server.GetSetup(), complete);
-}
-
 struct OddCase {
     const char* Name;
     std::string Command;
@@ -180,7 +167,6 @@ TEST(SetupCommands, ScrambleAPasswordThatIsGiven) {
         cases[] = {
             {"among the arguments", {key + "=hush"}, {}, 0, warning, "MailLoginParams: " + scrambled + "\n"},
             {"on standard input", {"--password-stdin"}, {"hush"}, 0, "", "MailLoginParams: " + scrambled + "\n"},
-            {"as it is stored", {key + "=" + scrambled}, {}, 0, warning, "MailLoginParams: " + scrambled + "\n"},
             {"eight asterisks", {key + "=********"}, {}, 0, "", stored},
             {"other asterisks, which nobody confirms",
              {key + "=*x"},
@@ -191,8 +177,6 @@ TEST(SetupCommands, ScrambleAPasswordThatIsGiven) {
              "ask; --yes answers Yes)\n",
              stored},
             {"too long", {"--password-stdin"}, {std::string(45, 'x')}, 1, "Unable to encrypt the password\n", stored},
-            {"two lines", {"--password-stdin"}, {"a", "b"}, 2, "Standard input holds more than one line\n", stored},
-            {"no line", {"--password-stdin"}, {}, 2, "The password is a line of standard input\n", stored},
             {"twice", {"--password-stdin", key + "=x"}, {"a"}, 2, key + " is given twice\n", stored},
         };
     for (const auto& [name, arguments, input, status, said, line] : cases) {

@@ -116,17 +116,6 @@ TEST(UserCommand, DoesOneThingAndSaysIt) {
     }
 }
 
-TEST(UserCommand, ShowsEveryKeyAsItIsInForce) {
-    Scene scene;
-    EXPECT_EQ(scene.Console.Run({"user", "show", "ann"}), 0);
-    EXPECT_THAT(scene.Console.Results, StartsWith("Name: ANN\nFullname: Ann, \"A\"\nGroup: @S\nUsername: ann\n"));
-    EXPECT_THAT(scene.Console.Results,
-                HasSubstr("\nDial: Local National International\nSendTime: AFTER 09:00 BEFORE 17:30  MON\n"));
-    EXPECT_EQ(scene.Console.Run({"group", "show", "@s", "--json"}), 0);
-    EXPECT_THAT(scene.Console.Results, HasSubstr("\"PrintRecdOptions\": \"DEFAULT\"\n"));
-    EXPECT_EQ(scene.Console.Results.find("Dial"), std::string::npos);
-}
-
 TEST(UserCommand, SetsARecordToWhatItReadsAs) {
     const std::string everyDay = "AFTER 18:00  MON TUE WED THU FRI SAT SUN";
     const std::string names = "Username: \r\nNetware: \r\nLanManager: \r\n";

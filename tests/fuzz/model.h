@@ -39,7 +39,6 @@ std::string Value(const std::string& line);
 
 std::string KeyedLine(const std::string& key, const std::string& value);
 
-
 // Below, at or above zero as the first sorts before, with or after the second in any case.
 int Compare(const std::string& first, const std::string& second);
 
