@@ -9,7 +9,6 @@
 #include "shell/menu_dlg.h"
 #include "shell/server_paths.h"
 #include "shell/startup.h"
-#include "support/fakes.h"
 #include "support/recording_front.h"
 
 namespace bv::gui {
@@ -44,8 +43,6 @@ class Dialogs : public testing::Test {
 
     DiskServer Server;
     test::RecordingFront Front;
-    test::FakeProcesses Processes;
-    platform::Substitute<platform::Processes> StandIn{Processes};
 };
 
 // What can be pressed: add, rename, delete, edit.

@@ -11,7 +11,6 @@ namespace {
 
 constexpr const char* kMenuTitle = "Brivane configuration";
 constexpr const char* kCatalogueTitle = "Brivane - coversheets and letterheads";
-constexpr const char* kErrorCaption = "Brivane Setup - Error!";
 constexpr const char* kWarningCaption = "Brivane Setup - Warning!";
 
 std::string Command(const std::string& arguments = "") { return "\"" + BesideTest("BVSETUP.exe") + "\" " + arguments; }
