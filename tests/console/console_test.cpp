@@ -28,13 +28,10 @@ const std::string kDriveForm = "--drive takes a drive and a directory, as X:=DIR
 const Fault kFaults[] = {
     {{"file"}, 2, "bvctl file: A verb is missing\nSee 'bvctl file --help'.\n"},
     {{"nonsense"}, 2, "bvctl: There is no 'nonsense'\nSee 'bvctl --help'.\n"},
-    {{"file", "nonsense"}, 2, "bvctl file: There is no 'nonsense'\nSee 'bvctl file --help'.\n"},
     {{"--json=false", "paths"}, 2, "bvctl: json was given a disallowed flag override\nSee 'bvctl --help'.\n"},
     {{"file", "get", "X"}, 2, "bvctl file get: PARAGRAPH is required\nSee 'bvctl file get --help'.\n"},
     {{"paths", "--drive", "F"}, 2, kDriveForm},
-    {{"paths", "--drive", "F:="}, 2, kDriveForm},
     {{"paths", "--drive", "\\\\server=X"}, 2, kDriveForm},
-    {{"paths", "--drive", "\\\\\\share=X"}, 2, kDriveForm},
     {{"paths", "--drive", "\\\\a\\b\\c=X"}, 2, kDriveForm},
     {{"paths", "--drive", "F:=X"}, 2, "--drive: drives are the system's own\n"},
     {{"paths", "--ini", "F:\\A;F:\\B"}, 2, "--ini takes one directory, without ';'\n"},
@@ -140,16 +137,10 @@ struct SecretCase {
 
 const SecretCase kSecrets[] = {
     {"", {}, 30, 0},
-    {"ten letter", {}, 60, 0},
     {" \xFC blank ", {}, 30, 0},
     {"x", {"--size", "14"}, 14, 0},
-    {std::string(92, 'x'), {"--size", "196"}, 196, 0},
-    {"xx", {"--size", "14"}, 0, 1},
     {std::string(45, 'x'), {}, 0, 1},
-    {"x", {"--size", "15"}, 0, 2},
     {"x", {"--size", "198"}, 0, 2},
-    {"x", {"--size", "0"}, 0, 2},
-    {"x", {"--size", "14x"}, 0, 2},
 };
 
 TEST(SecretCommand, ScramblesAndUnscrambles) {

@@ -82,18 +82,6 @@ TEST(Destinations, LieInARegion) {
     EXPECT_FALSE(all.RegionContains("NONE", "FR"));
 }
 
-TEST(Destinations, AreReadWithTheirAreasOrNotAtAll) {
-    DestinationServer server;
-    for (int call = 1;; ++call) {
-        FaultyFiles files(server.Files, {FaultKind::FailOnce, call, CallKind::Looks});
-        const platform::Substitute<platform::FileSystem> substitute(files);
-        Destinations all;
-        const bool isRead = LoadDestinations(all);
-        EXPECT_TRUE(!isRead || (all.FindPlace("UK/LON") && all.FindRegion("EU"))) << call;
-        if (!files.Fired()) break;
-    }
-}
-
 TEST(Destinations, ThatAreMissingOrUnreadable) {
     DestinationServer server;
     for (const char* name : {"Area44.ini", "Region.ini", "Country.ini"}) {
@@ -250,70 +238,6 @@ TEST(DestinationEditing, WithoutFilesBeginsWithEmptyOnesAndLeavesNoneWhenAbandon
                 ElementsAre("ask warning: This will mean all changes will be lost.  Lose changes?"));
     EXPECT_THAT(server.Left(), IsEmpty());
     EXPECT_EQ(server.GetFile("Region.ini"), "(none)");
-}
-
-// One editing of three files, as the console does it.
-bool EditAll() {
-    DestinationEdit edit;
-    if (!BeginDestinationEdit(edit)) return false;
-    const bool isDone = WriteRegion(edit, {"ASIA", "", {"1"}}) && WriteCountry(edit, {"FR", "la France", "33", ""}) &&
-                        WriteArea(edit, "44", {"YORK", "", {"1904*"}}) && CommitDestinationEdit(edit);
-    if (!isDone) DropDestinationEdit(edit);
-    return isDone;
-}
-
-const char* const kEdited[] = {"Region", "Country", "Area44"};
-
-// What is wrong with what a run has left of a file; empty: nothing.
-std::string FaultOfLeft(DestinationServer& server, DestinationServer& whole, const std::string& name,
-                        const std::string& before) {
-    const std::string after = whole.Get(kBase + name + ".ini");
-    const std::string live = server.Get(kBase + name + ".ini");
-    if (live == Replaced(before, "\n", "\r\n") || live == after) return "";
-    if (live != "(none)") return name + " is torn";
-    return server.Get(kBase + name + ".new") == after ? "" : name + " is lost";
-}
-
-// Whether the run has come to the fault.
-bool RunUnder(const FaultPlan& plan, DestinationServer& whole) {
-    const std::string trace = testing::PrintToString(std::tuple(plan.Kind, plan.Counted, plan.AtCall));
-    DestinationServer server;
-    bool isDone = false;
-    bool hasFired = false;
-    {
-        FaultyFiles faulty(server.Files, plan);
-        const platform::Substitute<platform::FileSystem> use(faulty);
-        isDone = EditAll();
-        hasFired = faulty.Fired();
-    }
-    const std::string before[] = {kRegions, kCountries, kAreas};
-    for (std::size_t i = 0; i < std::size(kEdited); ++i)
-        EXPECT_EQ(FaultOfLeft(server, whole, kEdited[i], before[i]), "") << trace;
-    const auto expectEdited = [&] {
-        for (const std::string name : kEdited)
-            EXPECT_EQ(server.GetFile(name + ".ini"), whole.GetFile(name + ".ini")) << trace;
-    };
-    const bool isKilled = plan.Kind == FaultKind::Kill || plan.Kind == FaultKind::KillHalfWritten;
-    if (isDone && !isKilled) expectEdited();
-    EXPECT_TRUE(isDone || isKilled || !server.Front.TakeSaid().empty()) << trace;
-
-    EXPECT_TRUE(EditAll()) << trace;
-    expectEdited();
-    EXPECT_THAT(server.Left(), IsEmpty()) << trace;
-    return hasFired;
-}
-
-TEST(DestinationEditing, LeavesWholeFilesUnderEveryFault) {
-    DestinationServer whole;
-    ASSERT_TRUE(EditAll());
-    for (const FaultKind kind : {FaultKind::FailOnce, FaultKind::FailFromThenOn, FaultKind::ShortWrite, FaultKind::Kill,
-                                 FaultKind::KillHalfWritten}) {
-        for (const CallKind counted : {CallKind::Changes, CallKind::Looks}) {
-            int call = 1;
-            while (RunUnder({kind, call, counted}, whole)) ++call;
-            EXPECT_GT(call, 10) << "hardly anything has failed";
-        }
-    }
 }
 
 } // namespace
