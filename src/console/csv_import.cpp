@@ -8,7 +8,6 @@
 #include "console/interrupt.h"
 #include "ctlfile/reading.h"
 #include "platform/clock.h"
-#include "platform/drives.h"
 #include "voice/messages.h"
 
 namespace bv::console {
@@ -80,13 +79,13 @@ bool Save(const Session& session, CsvImport& import, const ImportCounts& planned
     {
         const InterruptWatch watch;
         Progress progress(session, import.EntryTitle(), planned.Added);
-        session.Speaker.SetStatusShown(false); // a dozen for each entry
+        session.SayWhatIsDone(false); // a dozen for each entry
         saved = import.Apply([&](std::size_t done) {
             progress.Show(done);
             return !InterruptWatch::WasInterrupted();
         });
     }
-    session.Speaker.SetStatusShown(!session.DryRun);
+    session.SayWhatIsDone();
     if (saved == planned) {
         ShowStatus("Added %d %s, changed %d", saved.Added, import.Title(), saved.Changed);
     } else {
@@ -98,13 +97,18 @@ bool Save(const Session& session, CsvImport& import, const ImportCounts& planned
 
 } // namespace
 
-int ImportFile(Session& session, const std::string& file, CsvImport& import) {
-    ControlStream stream = OpenForReading(platform::ToWindowsPath(file));
+bool IsUtf8Csv(const Session& session, const Arguments& arguments) {
+    return arguments.Has(kUtf8Flag.Name) || session.Streams.IsUtf8();
+}
+
+int ImportFile(Session& session, const Arguments& arguments, CsvImport& import) {
+    const std::string& file = arguments["FILE"];
+    ControlStream stream = OpenForReading(file);
     if (!stream) return kExitRefused;
     const std::string_view text = stream.Rest();
     if (!WasRead(stream)) return kExitRefused;
 
-    const CsvTable table = ReadCsvTable(text, import.Columns(), import.Title());
+    const CsvTable table = ReadCsvTable(text, import.Columns(), import.Title(), IsUtf8Csv(session, arguments));
     const auto verdicts = import.Check(table);
     if (!verdicts) return kExitRefused;
     const std::vector<CsvFault> faults = FaultsOf(table, *verdicts);

@@ -44,9 +44,9 @@ struct Switch {
 };
 
 bool LoadSwitch(const Session& session, Switch& lcr) {
-    session.Speaker.SetStatusShown(false); // what is read is no news here
+    session.SayWhatIsDone(false); // what is read is no news here
     const bool isLoaded = LoadServerOptions(lcr.Options, lcr.Saved, &lcr.Found);
-    session.Speaker.SetStatusShown(!session.DryRun);
+    session.SayWhatIsDone();
     return isLoaded;
 }
 

@@ -88,6 +88,6 @@ constexpr Verb kVerbs[] = {{.Example = "> bvctl.1", .Run = PrintManual}};
 
 } // namespace
 
-const Area kManualArea = {"manual", "Print this program's manual page, for man", kVerbs};
+const Area kManualArea = {"manual", "Print this program's manual page, for man", kVerbs, kServerOptions};
 
 } // namespace bv::console

@@ -7,7 +7,6 @@
 #include "console/located.h"
 #include "console/password_input.h"
 #include "lcr/edit_lock.h"
-#include "platform/drives.h"
 
 namespace bv::console {
 namespace {
@@ -53,8 +52,7 @@ int Set(Session& session, const Arguments& arguments) {
 }
 
 int TestInbox(Session& session, const Arguments& arguments) {
-    const std::string directory = platform::ToWindowsPath(arguments["DIRECTORY"]);
-    return Perform(session, [&] { return TestWanInbox(directory); });
+    return Perform(session, [&] { return TestWanInbox(arguments["DIRECTORY"]); });
 }
 
 constexpr Verb kVerbs[] = {
@@ -69,7 +67,8 @@ constexpr Verb kVerbs[] = {
      .Run = Located<Set>},
     {.Name = "test-inbox",
      .Help = "Try whether other servers can leave their faxes in a directory",
-     .Parameters = {{{"DIRECTORY", "Its name in the network, or its path on a network drive"}}},
+     .Parameters =
+         {{{.Name = "DIRECTORY", .Help = "Its name in the network, or its path on a network drive", .IsPath = true}}},
      .Example = "'\\\\here\\LCRIN'",
      .Run = Located<TestInbox>},
 };
