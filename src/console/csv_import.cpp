@@ -87,10 +87,12 @@ bool Save(const Session& session, CsvImport& import, const ImportCounts& planned
     }
     session.SayWhatIsDone();
     if (saved == planned) {
-        ShowStatus("Added %d %s, changed %d", saved.Added, import.Title(), saved.Changed);
+        const std::string_view things = saved.Added == 1 ? import.EntryTitle() : import.Title();
+        ShowStatus("Added %d %s, changed %d", saved.Added, things, saved.Changed);
     } else {
-        ShowStatus("Stopped: added %d of %d %s, changed %d of %d", saved.Added, planned.Added, import.Title(),
-                   saved.Changed, planned.Changed);
+        const std::string_view things = planned.Added == 1 ? import.EntryTitle() : import.Title();
+        ShowStatus("Stopped: added %d of %d %s, changed %d of %d", saved.Added, planned.Added, things, saved.Changed,
+                   planned.Changed);
     }
     return saved == planned;
 }

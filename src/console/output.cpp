@@ -32,6 +32,12 @@ nlohmann::ordered_json JsonObject(const Session& session, const Record& record) 
     return object;
 }
 
+nlohmann::ordered_json JsonArray(const Session& session, const std::vector<Record>& records) {
+    nlohmann::ordered_json list = nlohmann::ordered_json::array();
+    for (const Record& record : records) list.push_back(JsonObject(session, record));
+    return list;
+}
+
 TableRow NamesOf(const Record& record) {
     TableRow names;
     for (const auto& [name, value] : record) names.push_back(name);
@@ -90,14 +96,21 @@ void PrintRecord(const Session& session, const Record& record) {
     session.Streams.PrintResult(text);
 }
 
+void PrintFindings(const Session& session, const std::string& name, const std::vector<Record>& records,
+                   const Record& result) {
+    if (!session.Json) {
+        PrintRecords(session, records);
+        return PrintLines(session, {std::visit(ToText{}, result.back().second)});
+    }
+    nlohmann::ordered_json document = JsonObject(session, result);
+    document[name] = JsonArray(session, records);
+    PrintJson(session, document);
+}
+
 bool ArePlainLines(const Session& session) { return !session.Json && !session.Header && !session.Streams.Width(); }
 
 void PrintRecords(const Session& session, const std::vector<Record>& records) {
-    if (session.Json) {
-        nlohmann::ordered_json list = nlohmann::ordered_json::array();
-        for (const Record& record : records) list.push_back(JsonObject(session, record));
-        return PrintJson(session, list);
-    }
+    if (session.Json) return PrintJson(session, JsonArray(session, records));
     if (const auto width = session.Streams.Width()) return PrintTables(session, records, *width);
     TableRow names;
     for (const Record& record : records) {

@@ -26,6 +26,11 @@ void PrintRecord(const Session& session, const Record& record);
 // a table that fits its width. A list of objects.
 void PrintRecords(const Session& session, const std::vector<Record>& records);
 
+// The records, and after them as a line what the result says in its last value; an object of the result's values, and
+// of the records under the name.
+void PrintFindings(const Session& session, const std::string& name, const std::vector<Record>& records,
+                   const Record& result);
+
 // Whether records are neither a table nor an object, and have no names: then their lines can be printed as they are.
 bool ArePlainLines(const Session& session);
 

@@ -7,6 +7,7 @@
 #include "console/located.h"
 #include "console/password_input.h"
 #include "lcr/edit_lock.h"
+#include "voice/messages.h"
 
 namespace bv::console {
 namespace {
@@ -44,10 +45,17 @@ bool Change(const Session& session, const std::vector<Assignment>& values, Route
 int Set(Session& session, const Arguments& arguments) {
     const auto values = ReadChanges(session, arguments, kAssignments, PasswordKey(RouterKeys()));
     if (!values) return kExitWrongUsage;
+    bool isChanged = false;
+    const auto change = [&](RouterSettings& settings) {
+        const RouterSettings before = settings;
+        const bool isTaken = Change(session, *values, settings);
+        isChanged = settings != before;
+        return isTaken;
+    };
     return Perform(session, [&] {
-        return RunLcrEditor([&] {
-            return ChangeRouterSettings([&](RouterSettings& settings) { return Change(session, *values, settings); });
-        });
+        if (!RunLcrEditor([&] { return ChangeRouterSettings(change); })) return false;
+        ShowStatus(isChanged ? "Changed the general settings of routing" : "Nothing was to be changed");
+        return true;
     });
 }
 
