@@ -33,7 +33,21 @@ constexpr std::string_view kRuleNumber = "Rule";
 constexpr std::string_view kOtherLines = "Other lines";
 constexpr std::string_view kAt = "--at";
 constexpr std::string_view kDropPending = "--drop";
+constexpr std::string_view kAll = "--all";
 constexpr std::string_view kDropLost = "--drop-lost";
+
+// Says that there are changes which were never saved, to those who do not decide about them.
+void TellOfPendingRules(const Session& session) {
+    const PendingRules pending = LookForPendingRules();
+    if (pending == PendingRules::Whole) session.Streams.PrintNotice(FillMessage(9170, PendingRulesPath()) + '\n');
+    if (pending == PendingRules::CutOff) session.Streams.PrintNotice(FillMessage(9167, PendingRulesPath()) + '\n');
+}
+
+template <Command command>
+int Telling(Session& session, const Arguments& arguments) {
+    TellOfPendingRules(session);
+    return command(session, arguments);
+}
 
 // Whether it is switched on
 
@@ -44,9 +58,9 @@ struct Switch {
 };
 
 bool LoadSwitch(const Session& session, Switch& lcr) {
-    session.Speaker.SetStatusShown(false); // what is read is no news here
+    session.SayWhatIsDone(false); // what is read is no news here
     const bool isLoaded = LoadServerOptions(lcr.Options, lcr.Saved, &lcr.Found);
-    session.Speaker.SetStatusShown(!session.DryRun);
+    session.SayWhatIsDone();
     return isLoaded;
 }
 
@@ -66,7 +80,11 @@ int SwitchLcr(Session& session, bool isOn) {
     if (!LoadSwitch(session, lcr)) return kExitRefused;
     if (isOn && CheckLcrReady(lcr.Found.HasRouter, false) != LcrReadiness::Ready) return kExitRefused;
     lcr.Options.LCR = isOn;
-    return Perform(session, [&] { return SaveServerOptions(lcr.Options, lcr.Saved); });
+    return Perform(session, [&] {
+        if (!SaveServerOptions(lcr.Options, lcr.Saved)) return false;
+        ShowStatus(isOn ? "Least-cost routing is enabled" : "Least-cost routing is disabled");
+        return true;
+    });
 }
 
 int Enable(Session& session, const Arguments&) { return SwitchLcr(session, true); }
@@ -139,12 +157,18 @@ int Permitted(Session& session, const Arguments& arguments) {
 
 // The rules
 
+// What numbers rules have.
+std::string RuleNumbers(std::size_t count) {
+    if (count == 0) return "there are no rules";
+    return count == 1 ? "there is one rule" : FormatText("there are rules 1 to %d", count);
+}
+
 // The place of the rule of that number; none after a message.
 std::optional<std::size_t> FindRule(const std::string& number, const RuleList& rules) {
     constexpr int kMost = 1'000'000'000;
     const std::optional<int> found = NumberIn(number, 1, kMost);
     if (found && static_cast<std::size_t>(*found) <= rules.size()) return static_cast<std::size_t>(*found - 1);
-    ShowError("Rule: \"%s\" - there are rules 1 to %d", number, rules.size());
+    ShowError("Rule: \"%s\" - %s", number, RuleNumbers(rules.size()));
     return {};
 }
 
@@ -196,6 +220,11 @@ std::optional<OpenedRules> OpenForEdit() {
     return {};
 }
 
+// The rule that the arguments name, by its number or the name that it is to have.
+std::string RuleGiven(const Arguments& arguments) {
+    return arguments.Has(kNumber) ? arguments[kNumber] : '"' + arguments["DESCRIPTION"] + '"';
+}
+
 // Changes the rules and saves them without the names that are lost, if that is agreed to.
 bool EditRules(LostNames lost, const RuleChange& change) {
     RuleEdit edit;
@@ -208,9 +237,17 @@ bool EditRules(LostNames lost, const RuleChange& change) {
     return DropLostReferences(edit.Rules, edit.Names, lost) && SaveRules(edit.Rules, opened->Stamp);
 }
 
-int Edit(const Session& session, const Arguments& arguments, const RuleChange& change) {
+// The same as a command, which says what it did; "%s" of that is the rule.
+int Edit(const Session& session, const Arguments& arguments, std::string_view done, const RuleChange& change) {
     const LostNames lost = arguments.Has(kDropLost) ? LostNames::Drop : LostNames::Ask;
-    return Perform(session, [&] { return RunLcrEditor([&] { return EditRules(lost, change); }); });
+    RuleCheck check = RuleCheck::Refused;
+    const auto noted = [&](RuleEdit& edit) { return check = change(edit); };
+    return Perform(session, [&] {
+        if (!RunLcrEditor([&] { return EditRules(lost, noted); })) return false;
+        ShowStatus("%s", check == RuleCheck::Fine ? FormatText("%s rule %s", done, RuleGiven(arguments))
+                                                  : std::string("Nothing was to be changed"));
+        return true;
+    });
 }
 
 // Enters the values into a copy of the rule at the place, or into a new one, and takes it into the list.
@@ -224,20 +261,24 @@ RuleCheck EnterRule(RuleEdit& edit, std::optional<std::size_t> place, std::span<
 
 int Recover(Session& session, const Arguments& arguments) {
     const auto recover = arguments.Has(kDropPending) ? DropPendingRules : RecoverPendingRules;
-    return Perform(session, [&] { return RunLcrEditor(recover); });
+    return Perform(session, [&] {
+        if (!RunLcrEditor(recover)) return false;
+        ShowStatus(arguments.Has(kDropPending) ? "Dropped the unsaved changes" : "Took up the unsaved changes");
+        return true;
+    });
 }
 
 int Add(Session& session, const Arguments& arguments) {
     std::optional<std::vector<Assignment>> assignments = ReadAssignments(session, arguments, kAssignments);
     if (!assignments) return kExitWrongUsage;
     assignments->insert(assignments->begin(), {"Description", arguments["DESCRIPTION"]});
-    return Edit(session, arguments, [&](RuleEdit& edit) { return EnterRule(edit, {}, *assignments); });
+    return Edit(session, arguments, "Added", [&](RuleEdit& edit) { return EnterRule(edit, {}, *assignments); });
 }
 
 int Set(Session& session, const Arguments& arguments) {
     const std::optional<std::vector<Assignment>> assignments = ReadAssignments(session, arguments, kAssignments);
     if (!assignments) return kExitWrongUsage;
-    return Edit(session, arguments, [&](RuleEdit& edit) {
+    return Edit(session, arguments, "Changed", [&](RuleEdit& edit) {
         const std::optional<std::size_t> place = FindRule(arguments[kNumber], edit.Rules);
         if (!place) return RuleCheck::Refused;
         std::vector<Assignment> values = *assignments;
@@ -248,7 +289,7 @@ int Set(Session& session, const Arguments& arguments) {
 }
 
 int Delete(Session& session, const Arguments& arguments) {
-    return Edit(session, arguments, [&](RuleEdit& edit) {
+    return Edit(session, arguments, "Deleted", [&](RuleEdit& edit) {
         const std::optional<std::size_t> place = FindRule(arguments[kNumber], edit.Rules);
         if (!place) return RuleCheck::Refused;
         edit.Rules.erase(edit.Rules.begin() + static_cast<std::ptrdiff_t>(*place));
@@ -266,7 +307,7 @@ RuleCheck MoveRule(RuleList& rules, std::size_t from, std::size_t to) {
 
 int Move(Session& session, const Arguments& arguments) {
     const std::string& to = arguments["TO"];
-    return Edit(session, arguments, [&](RuleEdit& edit) {
+    return Edit(session, arguments, "Moved", [&](RuleEdit& edit) {
         const std::optional<std::size_t> place = FindRule(arguments[kNumber], edit.Rules);
         if (!place) return RuleCheck::Refused;
         // Beyond either end there is no place: then nothing is done.
@@ -326,26 +367,41 @@ constexpr CriterionOption kCriteria[] = {
     {"--server", "Server", Criterion::Server},
 };
 
-// A line for each criterion that is asked about, and one for all of them.
-void AppendVerdicts(std::vector<Record>& records, const RoutingRule& rule, std::size_t number, RuleFilter fax,
-                    const Arguments& arguments, const MatchBasis& basis) {
-    const auto append = [&](std::string_view criterion, Verdict verdict) {
-        records.push_back({{"Rule", static_cast<std::int64_t>(number)},
-                           {"Description", rule.Description.String()},
-                           {"Criterion", std::string(criterion)},
-                           {"Matches", verdict.Matches},
-                           {"Why", std::string(verdict.Why)}});
-    };
-    bool matches = true;
-    fax.IsActive = true;
-    for (const auto& [option, name, kind] : kCriteria) {
-        if (!arguments.Has(option)) continue;
-        fax.Kind = kind;
-        const Verdict verdict = JudgeRule(rule, fax, basis);
-        append(name, verdict);
-        matches = matches && verdict.Matches;
+// What is asked about of a fax, by the options that are given.
+std::vector<Criterion> AskedCriteria(const Arguments& arguments) {
+    std::vector<Criterion> asked;
+    for (const CriterionOption& option : kCriteria) {
+        if (arguments.Has(option.Option)) asked.push_back(option.Kind);
     }
-    append("all", {matches, matches ? "nothing speaks against it" : "see above"});
+    return asked;
+}
+
+Record RecordOfVerdict(const RoutingRule& rule, std::size_t number, std::string_view criterion,
+                       const Verdict& verdict) {
+    return {{std::string(kRuleNumber), static_cast<std::int64_t>(number)},
+            {"Description", rule.Description.String()},
+            {"Criterion", std::string(criterion)},
+            {"Matches", verdict.Matches},
+            {"Why", std::string(verdict.Why)}};
+}
+
+// Every criterion of every rule, and one for all of them; or what speaks first against each rule up to the one that
+// decides, and that one.
+std::vector<Record> RecordsOfVerdict(const RuleList& rules, const FaxVerdict& judged, bool isWhole) {
+    const auto nameOf = [](Criterion kind) { return std::ranges::find(kCriteria, kind, &CriterionOption::Kind)->Name; };
+    std::vector<Record> records;
+    for (std::size_t i = 0; i < judged.Rules.size(); ++i) {
+        const auto* const against = judged.Rules[i].Against();
+        for (const auto& one : judged.Rules[i].Criteria) {
+            if (!isWhole && &one != against) continue;
+            records.push_back(RecordOfVerdict(rules[i], i + 1, nameOf(one.first), one.second));
+        }
+        const bool matches = against == nullptr;
+        const Verdict whole = {matches, matches ? "nothing speaks against it" : "see above"};
+        if (isWhole || matches) records.push_back(RecordOfVerdict(rules[i], i + 1, "all", whole));
+        if (!isWhole && matches) break;
+    }
+    return records;
 }
 
 int Match(Session& session, const Arguments& arguments) {
@@ -365,10 +421,10 @@ int Match(Session& session, const Arguments& arguments) {
     fax.Hour = moment->Hours;
     fax.Minute = moment->Minutes;
     const MatchBasis basis = {names.Places, offpeak.value_or(TimeRange()), *moment};
-    std::vector<Record> records;
-    std::size_t number = 0;
-    for (const RoutingRule& rule : *rules) AppendVerdicts(records, rule, ++number, fax, arguments, basis);
-    PrintRecords(session, records);
+    const FaxVerdict judged = JudgeFax(*rules, fax, AskedCriteria(arguments), basis);
+    const Value deciding = judged.Deciding ? Value(static_cast<std::int64_t>(*judged.Deciding + 1)) : Value();
+    PrintFindings(session, "Criteria", RecordsOfVerdict(*rules, judged, arguments.Has(kAll)),
+                  {{"Rule", deciding}, {"Verdict", DescribeVerdict(*rules, judged)}});
     return kExitDone;
 }
 
@@ -377,14 +433,20 @@ constexpr Parameter kMoment = {kAt, "A moment in the server's time instead of no
                                "YYYY-MM-DD hh:mm"};
 constexpr Parameter kDrop = {kDropLost, "Remove names that are no longer defined from the rules, without asking",
                              ParameterKind::Flag};
-constexpr std::string_view kKeysHelp = "Keys and values as 'show' prints them; lists are parted by commas";
+constexpr std::string_view kKeysHelp = "Keys and values as 'show' prints them; lists are parted by commas or blanks";
 
 constexpr Verb kVerbs[] = {
-    {.Name = "status", .Help = "Show whether routing is enabled and ready, or what is missing", .Run = Located<Status>},
-    {.Name = "enable", .Help = "Enable least-cost routing, if it is ready", .Run = Located<Enable>},
-    {.Name = "disable", .Help = "Disable least-cost routing", .Run = Located<Disable>},
-    {.Name = "rules", .Help = "List the rules in their order", .Run = Located<ListRules>},
-    {.Name = "show", .Help = "Show every key of a rule", .Parameters = {{kRule}}, .Example = "1", .Run = Located<Show>},
+    {.Name = "status",
+     .Help = "Show whether routing is enabled and ready, or what is missing",
+     .Run = Located<Telling<Status>>},
+    {.Name = "enable", .Help = "Enable least-cost routing, if it is ready", .Run = Located<Telling<Enable>>},
+    {.Name = "disable", .Help = "Disable least-cost routing", .Run = Located<Telling<Disable>>},
+    {.Name = "rules", .Help = "List the rules in their order", .Run = Located<Telling<ListRules>>},
+    {.Name = "show",
+     .Help = "Show every key of a rule",
+     .Parameters = {{kRule}},
+     .Example = "1",
+     .Run = Located<Telling<Show>>},
     {.Name = "add",
      .Help = "Add a rule behind the others",
      .Parameters = {{{"DESCRIPTION", "The rule's name, at most 99 characters"},
@@ -413,17 +475,18 @@ constexpr Verb kVerbs[] = {
      .Help = "Show the earliest moment at which words of time permit sending",
      .Parameters = {{{"TIME", "OFFPEAK, or words as of a rule's time", ParameterKind::OneOrMore}, kMoment}},
      .Example = "SAT SUN AFTER 18:00 BEFORE 08:00 --at '2026-06-01 12:00'",
-     .Run = Located<Permitted>},
+     .Run = Located<Telling<Permitted>>},
     {.Name = "match",
-     .Help = "Show for each rule which of the given criteria it meets, and why",
+     .Help = "Show which rule decides on a fax and who sends it, and what speaks against the rules before",
      .Parameters = {{{"--destination", "A country, an area or a region", ParameterKind::Option, "REFERENCE"},
                      {"--user", "Who sends the fax", ParameterKind::Option, "NAME"},
                      {"--pages", "How many pages it has", ParameterKind::Option, "NUMBER"},
                      {"--priority", "Its priority, or several", ParameterKind::Option, "WORD"},
                      kMoment,
-                     {"--server", "A server that could send it", ParameterKind::Option, "IDENTIFIER"}}},
+                     {"--server", "A server that could send it", ParameterKind::Option, "IDENTIFIER"},
+                     {kAll, "Show every given criterion of every rule", ParameterKind::Flag}}},
      .Example = "--destination UK/LON --pages 12",
-     .Run = Located<Match>},
+     .Run = Located<Telling<Match>>},
 };
 
 } // namespace

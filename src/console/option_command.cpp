@@ -27,9 +27,9 @@ struct Loaded {
 };
 
 bool Load(const Session& session, Loaded& loaded) {
-    session.Speaker.SetStatusShown(false); // what is read is no news here
+    session.SayWhatIsDone(false); // what is read is no news here
     const bool isLoaded = LoadServerOptions(loaded.Options, loaded.Saved);
-    session.Speaker.SetStatusShown(!session.DryRun);
+    session.SayWhatIsDone();
     return isLoaded;
 }
 

@@ -7,7 +7,7 @@
 #include "console/located.h"
 #include "console/password_input.h"
 #include "lcr/edit_lock.h"
-#include "platform/drives.h"
+#include "voice/messages.h"
 
 namespace bv::console {
 namespace {
@@ -45,16 +45,22 @@ bool Change(const Session& session, const std::vector<Assignment>& values, Route
 int Set(Session& session, const Arguments& arguments) {
     const auto values = ReadChanges(session, arguments, kAssignments, PasswordKey(RouterKeys()));
     if (!values) return kExitWrongUsage;
+    bool isChanged = false;
+    const auto change = [&](RouterSettings& settings) {
+        const RouterSettings before = settings;
+        const bool isTaken = Change(session, *values, settings);
+        isChanged = settings != before;
+        return isTaken;
+    };
     return Perform(session, [&] {
-        return RunLcrEditor([&] {
-            return ChangeRouterSettings([&](RouterSettings& settings) { return Change(session, *values, settings); });
-        });
+        if (!RunLcrEditor([&] { return ChangeRouterSettings(change); })) return false;
+        ShowStatus(isChanged ? "Changed the general settings of routing" : "Nothing was to be changed");
+        return true;
     });
 }
 
 int TestInbox(Session& session, const Arguments& arguments) {
-    const std::string directory = platform::ToWindowsPath(arguments["DIRECTORY"]);
-    return Perform(session, [&] { return TestWanInbox(directory); });
+    return Perform(session, [&] { return TestWanInbox(arguments["DIRECTORY"]); });
 }
 
 constexpr Verb kVerbs[] = {
@@ -69,7 +75,8 @@ constexpr Verb kVerbs[] = {
      .Run = Located<Set>},
     {.Name = "test-inbox",
      .Help = "Try whether other servers can leave their faxes in a directory",
-     .Parameters = {{{"DIRECTORY", "Its name in the network, or its path on a network drive"}}},
+     .Parameters =
+         {{{.Name = "DIRECTORY", .Help = "Its name in the network, or its path on a network drive", .IsPath = true}}},
      .Example = "'\\\\here\\LCRIN'",
      .Run = Located<TestInbox>},
 };

@@ -11,6 +11,7 @@
 #include "console/output.h"
 #include "ctlfile/csv.h"
 #include "ctlfile/lines.h"
+#include "ctlfile/utf8.h"
 #include "platform/ascii.h"
 #include "users/user_actions.h"
 #include "users/user_entry.h"
@@ -71,10 +72,10 @@ Record RecordOf(std::string_view line, std::span<const std::string_view> names) 
 void PrintColumns(const Session& session, const FoundLines& lines, std::span<const std::string_view> names) {
     std::vector<Record> records;
     for (std::string_view piece : lines.Pieces) {
-        if (!session.Json) session.Streams.PrintResult(piece);
-        while (session.Json && !piece.empty()) records.push_back(RecordOf(TakeLine(piece), names));
+        if (ArePlainLines(session)) session.Streams.PrintResult(piece);
+        while (!ArePlainLines(session) && !piece.empty()) records.push_back(RecordOf(TakeLine(piece), names));
     }
-    if (session.Json) PrintRecords(session, records);
+    PrintRecords(session, records);
 }
 
 // False, after a message, when there is no such group.
@@ -170,7 +171,8 @@ int Delete(Session& session, const Arguments& arguments, RecordKind kind) {
                    [&] { return AgreeToDeletion(kind, arguments["NAME"]) && DeleteUser(arguments["NAME"], kind); });
 }
 
-int Export(Session& session, const Arguments&) {
+int Export(Session& session, const Arguments& arguments) {
+    const bool isMarked = arguments.Has(kUtf8Flag.Name); // for those who cannot know what the locale was
     std::string text = "Name";
     for (const RecordKey& key : RecordKeys()) {
         if (HasKey(key, RecordKind::User)) text.append(",").append(KeyName(key));
@@ -186,13 +188,14 @@ int Export(Session& session, const Arguments&) {
         return true;
     };
     if (!VisitUserRecords(RecordKind::User, addRow)) return kExitRefused;
-    session.Streams.PrintResult(text);
+    if (isMarked) session.Streams.PrintDocument(kByteOrderMark);
+    session.Streams.PrintDocument(IsUtf8Csv(session, arguments) ? FromCodePage(text) : text);
     return kExitDone;
 }
 
 int Import(Session& session, const Arguments& arguments) {
     UserImport users;
-    return ImportFile(session, arguments["FILE"], users);
+    return ImportFile(session, arguments, users);
 }
 
 using RecordCommand = int (*)(Session&, const Arguments&, RecordKind);
@@ -242,11 +245,15 @@ constexpr Verb kUserVerbs[] = {
      .Run = kFor<Delete, kUser>},
     {.Name = "export",
      .Help = "Print all users as comma-separated values, with a first line of the keys' names",
+     .Parameters = {{kUtf8Flag}},
      .Example = "> users.csv",
      .Run = Located<Export>},
     {.Name = "import",
      .Help = "Add and change users as a file of comma-separated values says; those it does not name stay",
-     .Parameters = {{{"FILE", "File with a first line of keys, one of them Name; the others may be left out"}}},
+     .Parameters = {{{.Name = "FILE",
+                      .Help = "File with a first line of keys, one of them Name; the others may be left out",
+                      .IsPath = true},
+                     kUtf8Flag}},
      .Example = "users.csv --dry-run",
      .Run = Located<Import>},
 };

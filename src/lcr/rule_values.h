@@ -1,5 +1,5 @@
-// The values of a routing rule as a person gives them, key by key; lists are parted by commas, and an entry with a
-// blank or a comma stands in quotes.
+// The values of a routing rule as a person gives them, key by key; lists are parted by commas or blanks, and an entry
+// with a blank or a comma stands in quotes.
 #pragma once
 
 #include <cstdint>
