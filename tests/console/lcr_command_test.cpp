@@ -138,11 +138,11 @@ const Case kCases[] = {
     {{"permitted", "noon"},
      1,
      "",
-     "TIME: \"noon\" is not OFFPEAK or a time such as SAT SUN AFTER 18:00 BEFORE 08:00\n"},
+     "Time: \"noon\" is not OFFPEAK or a time such as SAT SUN AFTER 18:00 BEFORE 08:00\n"},
     {{"permitted", "MON", "--at", "2026-02-29 12:00"},
      1,
      "",
-     "--at: \"2026-02-29 12:00\" is not a moment of the form YYYY-MM-DD hh:mm\n"},
+     "Moment: \"2026-02-29 12:00\" is not a moment of the form YYYY-MM-DD hh:mm\n"},
     {{"match", "--destination", "44", "--user", "ann", "--at", "2026-06-06 12:00"},
      0,
      "1\tOne\tDestination\tYES\tone of the rule's destinations covers it\n"
@@ -165,9 +165,9 @@ const Case kCases[] = {
      "2\tTwo\tServer\tYES\tthe rule names this server\n"
      "2\tTwo\tall\tNO\tsee above\n",
      ""},
-    {{"match", "--destination", "US"}, 1, "", "--destination: \"US\" is not defined\n"},
-    {{"match", "--user", "CARL"}, 1, "", "--user: \"CARL\" is not defined\n"},
-    {{"match", "--pages", "many"}, 1, "", "--pages: \"many\" is not a number from 0 to 65535\n"},
+    {{"match", "--destination", "US"}, 1, "", "Destination: \"US\" is not defined\n"},
+    {{"match", "--user", "CARL"}, 1, "", "User: \"CARL\" is not defined\n"},
+    {{"match", "--pages", "many"}, 1, "", "Pages: \"many\" is not a number from 0 to 65535\n"},
 };
 
 TEST(LcrCommand, DoesWhatItSays) {
