@@ -1,5 +1,4 @@
 // Least-cost routing: whether it is switched on, its rules, and what they say of a fax.
-#include <algorithm>
 #include <functional>
 #include <optional>
 #include <string>
@@ -17,7 +16,6 @@
 #include "lcr/rule_references.h"
 #include "lcr/rule_values.h"
 #include "options/server_options.h"
-#include "platform/ascii.h"
 #include "platform/clock.h"
 #include "voice/format.h"
 #include "voice/messages.h"
