@@ -9,11 +9,11 @@
 #include "console/dry_run.h"
 #include "console/located.h"
 #include "console/output.h"
-#include "ctlfile/csv.h"
 #include "ctlfile/lines.h"
 #include "platform/ascii.h"
 #include "users/user_actions.h"
 #include "users/user_entry.h"
+#include "users/user_export.h"
 #include "users/user_import.h"
 #include "users/user_list.h"
 #include "voice/list_target.h"
@@ -171,22 +171,9 @@ int Delete(Session& session, const Arguments& arguments, RecordKind kind) {
 }
 
 int Export(Session& session, const Arguments&) {
-    std::string text = "Name";
-    for (const RecordKey& key : RecordKeys()) {
-        if (HasKey(key, RecordKind::User)) text.append(",").append(KeyName(key));
-    }
-    text += kLineEnd;
-    const auto addRow = [&text](const StoredRecord& user) {
-        if (IsDefaultName(user.Name)) return true;
-        text += CsvText(user.Name);
-        for (const RecordKey& key : RecordKeys()) {
-            if (HasKey(key, RecordKind::User)) text.append(",").append(CsvText(key.Show(user.Record)));
-        }
-        text += kLineEnd;
-        return true;
-    };
-    if (!VisitUserRecords(RecordKind::User, addRow)) return kExitRefused;
-    session.Streams.PrintResult(text);
+    const std::optional<std::string> text = UsersAsCsv();
+    if (!text) return kExitRefused;
+    session.Streams.PrintResult(*text);
     return kExitDone;
 }
 
