@@ -1,9 +1,6 @@
 // Least-cost routing: whether it is switched on, its rules, and what they say of a fax.
-#include <algorithm>
-#include <charconv>
 #include <functional>
 #include <optional>
-#include <span>
 #include <string>
 
 #include "console/assignments.h"
@@ -12,14 +9,13 @@
 #include "console/located.h"
 #include "console/output.h"
 #include "lcr/edit_lock.h"
-#include "lcr/rule_edit.h"
+#include "lcr/fax_entry.h"
+#include "lcr/rule_actions.h"
 #include "lcr/rule_file.h"
 #include "lcr/rule_match.h"
 #include "lcr/rule_references.h"
 #include "lcr/rule_values.h"
-#include "lcr/time_range.h"
 #include "options/server_options.h"
-#include "platform/ascii.h"
 #include "platform/clock.h"
 #include "voice/format.h"
 #include "voice/messages.h"
@@ -90,62 +86,17 @@ int SwitchLcr(Session& session, bool isOn) {
 int Enable(Session& session, const Arguments&) { return SwitchLcr(session, true); }
 int Disable(Session& session, const Arguments&) { return SwitchLcr(session, false); }
 
-// Numbers and moments
-
-std::optional<int> NumberIn(std::string_view text, int least, int most) {
-    int number = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (error != std::errc() || end != text.data() + text.size() || number < least || number > most) return {};
-    return number;
-}
-
-// A moment of the form "YYYY-MM-DD hh:mm"; none for any other text, and for a day that no calendar has.
-std::optional<CalendarTime> ParseMoment(std::string_view text) {
-    constexpr std::string_view kForm = "0000-00-00 00:00";
-    const auto fits = [](char form, char c) { return form == '0' ? IsDigit(c) : form == c; };
-    if (text.size() != kForm.size() || !std::ranges::equal(kForm, text, fits)) return {};
-    const auto number = [text](std::size_t at, std::size_t size) {
-        return NumberIn(text.substr(at, size), 0, 9999).value_or(0);
-    };
-    constexpr int kNoon = 12;
-    CalendarTime day{number(0, 4), number(5, 2), number(8, 2), kNoon};
-    const CalendarTime known = ToCalendar(FromCalendar(day));
-    day.Hours = number(11, 2);
-    day.Minutes = number(14, 2);
-    day.Weekday = known.Weekday;
-    const bool isDay = known.Year == day.Year && known.Month == day.Month && known.Day == day.Day;
-    if (!isDay || day.Hours > 23 || day.Minutes > 59) return {};
-    return day;
-}
-
 // The moment of --at, or now; none after a message.
-std::optional<CalendarTime> MomentGiven(const Session& session, const Arguments& arguments) {
-    if (!arguments.Has(kAt)) return ToCalendar(platform::TheClock().Now() / 1000);
-    const std::optional<CalendarTime> moment = ParseMoment(arguments[kAt]);
-    if (!moment)
-        session.Streams.PrintNotice(
-            FormatText("%s: \"%s\" is not a moment of the form YYYY-MM-DD hh:mm\n", kAt, arguments[kAt]));
-    return moment;
-}
-
-std::string MomentText(const CalendarTime& moment) {
-    return FormatText("%.4d-%.2d-%.2d %.2d:%.2d", moment.Year, moment.Month, moment.Day, moment.Hours, moment.Minutes);
+std::optional<CalendarTime> MomentGiven(const Arguments& arguments) {
+    return arguments.Has(kAt) ? EnterMoment(arguments[kAt]) : ToCalendar(platform::TheClock().Now() / 1000);
 }
 
 int Permitted(Session& session, const Arguments& arguments) {
     std::string words;
     for (const std::string& word : arguments.All("TIME")) words.append(words.empty() ? "" : " ").append(word);
-    std::optional<TimeRange> range;
-    if (EqualFolded(words, "OFFPEAK")) {
-        range = ReadOffpeak();
-        if (!range) return session.Refuse("Offpeak: the off-peak period cannot be determined");
-    } else if (IsValidSendTime(words)) {
-        range = ParseTimeRange(words);
-    }
-    if (!range)
-        return session.Refuse("TIME: \"" + words +
-                              "\" is not OFFPEAK or a time such as SAT SUN AFTER 18:00 BEFORE 08:00");
-    const std::optional<CalendarTime> moment = MomentGiven(session, arguments);
+    const std::optional<TimeRange> range = EnterTimeRange(words);
+    if (!range) return kExitRefused;
+    const std::optional<CalendarTime> moment = MomentGiven(arguments);
     if (!moment) return kExitRefused;
     const std::int64_t permitted = GetPermittedTime(*moment, *range);
     const bool isNever = permitted == kNeverPermitted;
@@ -156,21 +107,6 @@ int Permitted(Session& session, const Arguments& arguments) {
 }
 
 // The rules
-
-// What numbers rules have.
-std::string RuleNumbers(std::size_t count) {
-    if (count == 0) return "there are no rules";
-    return count == 1 ? "there is one rule" : FormatText("there are rules 1 to %d", count);
-}
-
-// The place of the rule of that number; none after a message.
-std::optional<std::size_t> FindRule(const std::string& number, const RuleList& rules) {
-    constexpr int kMost = 1'000'000'000;
-    const std::optional<int> found = NumberIn(number, 1, kMost);
-    if (found && static_cast<std::size_t>(*found) <= rules.size()) return static_cast<std::size_t>(*found - 1);
-    ShowError("Rule: \"%s\" - %s", number, RuleNumbers(rules.size()));
-    return {};
-}
 
 // The rule's number, counted from 1, and its keys.
 Record RecordOfRule(const RoutingRule& rule, std::size_t number) {
@@ -197,7 +133,7 @@ int ListRules(Session& session, const Arguments&) {
 int Show(Session& session, const Arguments& arguments) {
     const std::optional<RuleList> rules = ReadRules();
     if (!rules) return kExitRefused;
-    const std::optional<std::size_t> place = FindRule(arguments[kNumber], *rules);
+    const std::optional<std::size_t> place = FindRule(*rules, arguments[kNumber]);
     if (!place) return kExitRefused;
     const RoutingRule& rule = (*rules)[*place];
     Record record = RecordOfRule(rule, *place + 1);
@@ -206,38 +142,12 @@ int Show(Session& session, const Arguments& arguments) {
     return kExitDone;
 }
 
-// What an edit of the rules has at hand.
-struct RuleEdit {
-    RuleNames Names;
-    RuleList Rules;
-};
-using RuleChange = std::function<RuleCheck(RuleEdit&)>;
-
-// Opens the rules for editing, unless there are pending ones: about those a verb of their own decides.
-std::optional<OpenedRules> OpenForEdit() {
-    if (LookForPendingRules() != PendingRules::Whole) return OpenRules();
-    ShowError(9170, PendingRulesPath());
-    return {};
-}
-
 // The rule that the arguments name, by its number or the name that it is to have.
 std::string RuleGiven(const Arguments& arguments) {
     return arguments.Has(kNumber) ? arguments[kNumber] : '"' + arguments["DESCRIPTION"] + '"';
 }
 
-// Changes the rules and saves them without the names that are lost, if that is agreed to.
-bool EditRules(LostNames lost, const RuleChange& change) {
-    RuleEdit edit;
-    if (!LoadRuleNames(edit.Names)) return false;
-    std::optional<OpenedRules> opened = OpenForEdit();
-    if (!opened) return false;
-    edit.Rules = std::move(opened->Rules);
-    const RuleCheck check = change(edit);
-    if (check != RuleCheck::Fine) return check == RuleCheck::Unchanged;
-    return DropLostReferences(edit.Rules, edit.Names, lost) && SaveRules(edit.Rules, opened->Stamp);
-}
-
-// The same as a command, which says what it did; "%s" of that is the rule.
+// Changes the rules and says what it did; "%s" of that is the rule.
 int Edit(const Session& session, const Arguments& arguments, std::string_view done, const RuleChange& change) {
     const LostNames lost = arguments.Has(kDropLost) ? LostNames::Drop : LostNames::Ask;
     RuleCheck check = RuleCheck::Refused;
@@ -248,15 +158,6 @@ int Edit(const Session& session, const Arguments& arguments, std::string_view do
                                                   : std::string("Nothing was to be changed"));
         return true;
     });
-}
-
-// Enters the values into a copy of the rule at the place, or into a new one, and takes it into the list.
-RuleCheck EnterRule(RuleEdit& edit, std::optional<std::size_t> place, std::span<const Assignment> assignments) {
-    RoutingRule rule = place ? edit.Rules[*place] : RoutingRule();
-    for (const auto& [key, value] : assignments) {
-        if (!EnterRuleValue(rule, key, value, edit.Names)) return RuleCheck::Refused;
-    }
-    return ChangeRule(edit.Rules, place, std::move(rule));
 }
 
 int Recover(Session& session, const Arguments& arguments) {
@@ -279,7 +180,7 @@ int Set(Session& session, const Arguments& arguments) {
     const std::optional<std::vector<Assignment>> assignments = ReadAssignments(session, arguments, kAssignments);
     if (!assignments) return kExitWrongUsage;
     return Edit(session, arguments, "Changed", [&](RuleEdit& edit) {
-        const std::optional<std::size_t> place = FindRule(arguments[kNumber], edit.Rules);
+        const std::optional<std::size_t> place = FindRule(edit.Rules, arguments[kNumber]);
         if (!place) return RuleCheck::Refused;
         std::vector<Assignment> values = *assignments;
         DropShown(values, kRuleNumber, std::to_string(*place + 1));
@@ -290,67 +191,26 @@ int Set(Session& session, const Arguments& arguments) {
 
 int Delete(Session& session, const Arguments& arguments) {
     return Edit(session, arguments, "Deleted", [&](RuleEdit& edit) {
-        const std::optional<std::size_t> place = FindRule(arguments[kNumber], edit.Rules);
-        if (!place) return RuleCheck::Refused;
-        edit.Rules.erase(edit.Rules.begin() + static_cast<std::ptrdiff_t>(*place));
-        return RuleCheck::Fine;
+        const std::optional<std::size_t> place = FindRule(edit.Rules, arguments[kNumber]);
+        return place ? RemoveRule(edit.Rules, *place) : RuleCheck::Refused;
     });
-}
-
-// Moves a rule by as many places as it takes.
-RuleCheck MoveRule(RuleList& rules, std::size_t from, std::size_t to) {
-    if (from == to) return RuleCheck::Unchanged;
-    for (; from < to; ++from) MoveRuleDown(rules, from);
-    for (; from > to; --from) MoveRuleUp(rules, from);
-    return RuleCheck::Fine;
 }
 
 int Move(Session& session, const Arguments& arguments) {
     const std::string& to = arguments["TO"];
     return Edit(session, arguments, "Moved", [&](RuleEdit& edit) {
-        const std::optional<std::size_t> place = FindRule(arguments[kNumber], edit.Rules);
-        if (!place) return RuleCheck::Refused;
-        // Beyond either end there is no place: then nothing is done.
-        if (EqualFolded(to, "up")) return MoveRule(edit.Rules, *place, *place - (*place == 0 ? 0 : 1));
-        if (EqualFolded(to, "down")) return MoveRule(edit.Rules, *place, std::min(*place + 1, edit.Rules.size() - 1));
-        const std::optional<std::size_t> target = FindRule(to, edit.Rules);
-        return target ? MoveRule(edit.Rules, *place, *target) : RuleCheck::Refused;
+        const std::optional<std::size_t> place = FindRule(edit.Rules, arguments[kNumber]);
+        return place ? MoveRule(edit.Rules, *place, to) : RuleCheck::Refused;
     });
 }
 
 // What the rules say of a fax
 
-// The reference with the country as its identifier, or a region's identifier; none after a message.
-std::optional<std::string> DestinationGiven(const std::string& given, const Destinations& places) {
-    std::optional<std::string> found = places.Convert(given, ReferenceForm::Identifier);
-    if (const RegionEntry* region = places.FindRegion(given); !found && region != nullptr) found = region->Identifier;
-    if (!found) ShowError("--destination: \"%s\" is not defined", given);
-    return found;
-}
-
-bool CheckName(std::string_view option, const std::string& name, const NameSet& names) {
-    if (name.empty() || names.Has(name)) return true;
-    ShowError("%s: \"%s\" is not defined", option, name);
-    return false;
-}
-
-// Fills in what is given of the fax; false after a message.
-bool DescribeFax(const Arguments& arguments, const RuleNames& names, RuleFilter& fax) {
-    constexpr int kMostPages = 65535;
-    fax.User = arguments["--user"];
-    fax.Server = arguments["--server"];
-    if (!CheckName("--user", fax.User, names.Users) || !CheckName("--server", fax.Server, names.Servers)) return false;
-    if (!EnterPriorities(fax.Priorities, arguments["--priority"])) return false;
-    if (arguments.Has("--pages")) {
-        const std::optional<int> pages = NumberIn(arguments["--pages"], 0, kMostPages);
-        if (!pages) ShowError("--pages: \"%s\" is not a number from 0 to %d", arguments["--pages"], kMostPages);
-        if (!pages) return false;
-        fax.Pages = *pages;
-    }
-    if (!arguments.Has("--destination")) return true;
-    const std::optional<std::string> destination = DestinationGiven(arguments["--destination"], names.Places);
-    fax.Destination = destination.value_or("");
-    return destination.has_value();
+FaxDescription GivenFax(const Arguments& arguments) {
+    const auto given = [&](std::string_view option) {
+        return arguments.Has(option) ? std::optional(arguments[option]) : std::nullopt;
+    };
+    return {given("--destination"), given("--user"), given("--server"), given("--priority"), given("--pages")};
 }
 
 struct CriterionOption {
@@ -407,8 +267,8 @@ std::vector<Record> RecordsOfVerdict(const RuleList& rules, const FaxVerdict& ju
 int Match(Session& session, const Arguments& arguments) {
     RuleNames names;
     RuleFilter fax;
-    if (!LoadRuleNames(names) || !DescribeFax(arguments, names, fax)) return kExitRefused;
-    const std::optional<CalendarTime> moment = MomentGiven(session, arguments);
+    if (!LoadRuleNames(names) || !DescribeFax(GivenFax(arguments), names, fax)) return kExitRefused;
+    const std::optional<CalendarTime> moment = MomentGiven(arguments);
     if (!moment) return kExitRefused;
     const std::optional<TimeRange> offpeak = ReadOffpeak();
     if (!offpeak && arguments.Has(kAt)) return session.Refuse(FillMessage(5328));

@@ -10,6 +10,7 @@
 #include "platform/ascii.h"
 #include "shell/server_paths.h"
 #include "voice/format.h"
+#include "voice/messages.h"
 
 namespace bv::console {
 namespace {
@@ -76,7 +77,8 @@ int Refresh(Session& session, const Arguments& arguments) {
     return Perform(session, [&] {
         if (!EnsureMailUserList(0, arguments.Has(kForce))) return false;
         const bool isThere = session.DryRun || FileExists(MailUserListPath());
-        return isThere || session.Refuse("MAILCONF.EXE has made no list of addresses") == kExitDone;
+        if (!isThere) ShowError("MAILCONF.EXE has made no list of addresses");
+        return isThere;
     });
 }
 

@@ -8,7 +8,6 @@
 #include "console/located.h"
 #include "console/output.h"
 #include "console/password_input.h"
-#include "ctlfile/lines.h"
 #include "options/server_options.h"
 #include "options/telephone_types.h"
 #include "platform/ascii.h"

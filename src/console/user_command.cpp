@@ -9,12 +9,12 @@
 #include "console/dry_run.h"
 #include "console/located.h"
 #include "console/output.h"
-#include "ctlfile/csv.h"
 #include "ctlfile/lines.h"
 #include "ctlfile/utf8.h"
 #include "platform/ascii.h"
 #include "users/user_actions.h"
 #include "users/user_entry.h"
+#include "users/user_export.h"
 #include "users/user_import.h"
 #include "users/user_list.h"
 #include "voice/list_target.h"
@@ -172,24 +172,11 @@ int Delete(Session& session, const Arguments& arguments, RecordKind kind) {
 }
 
 int Export(Session& session, const Arguments& arguments) {
-    const bool isMarked = arguments.Has(kUtf8Flag.Name); // for those who cannot know what the locale was
-    std::string text = "Name";
-    for (const RecordKey& key : RecordKeys()) {
-        if (HasKey(key, RecordKind::User)) text.append(",").append(KeyName(key));
-    }
-    text += kLineEnd;
-    const auto addRow = [&text](const StoredRecord& user) {
-        if (IsDefaultName(user.Name)) return true;
-        text += CsvText(user.Name);
-        for (const RecordKey& key : RecordKeys()) {
-            if (HasKey(key, RecordKind::User)) text.append(",").append(CsvText(key.Show(user.Record)));
-        }
-        text += kLineEnd;
-        return true;
-    };
-    if (!VisitUserRecords(RecordKind::User, addRow)) return kExitRefused;
-    if (isMarked) session.Streams.PrintDocument(kByteOrderMark);
-    session.Streams.PrintDocument(IsUtf8Csv(session, arguments) ? FromCodePage(text) : text);
+    const std::optional<std::string> text = UsersAsCsv();
+    if (!text) return kExitRefused;
+    if (arguments.Has(kUtf8Flag.Name))
+        session.Streams.PrintDocument(kByteOrderMark); // the locale cannot be known later
+    session.Streams.PrintDocument(IsUtf8Csv(session, arguments) ? FromCodePage(*text) : *text);
     return kExitDone;
 }
 

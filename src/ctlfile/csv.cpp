@@ -68,7 +68,7 @@ void CsvReader::FindSeparator() {
         return;
     }
     const auto stands = [line](char separator) { return line.find(separator) != std::string_view::npos; };
-    const auto* const found = std::ranges::find_if(kSeparators, stands);
+    const auto found = std::ranges::find_if(kSeparators, stands);
     if (found != kSeparators.end()) separator_ = *found;
 }
 

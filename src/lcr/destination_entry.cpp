@@ -162,6 +162,12 @@ std::string AreaKind::FaultOf(const DestinationEdit&, const AreaEntry& entry, co
     return FaultOfMatches(kAreaFile, entry, old, IsNumber, "a number, or the beginning of one and *");
 }
 
+std::optional<AreaKind> AreasOf(const Destinations& tables, std::string_view country) {
+    if (const CountryEntry* found = tables.FindCountry(country)) return AreaKind{found->DiallingCode};
+    ShowError(9130, CountryKind::kName, country);
+    return {};
+}
+
 template <class Kind>
 const typename Kind::Entry* FindEntry(const Kind& kind, const DestinationEdit& edit, std::string_view identifier) {
     const auto* found = Find(kind.All(edit), identifier);

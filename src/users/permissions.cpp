@@ -60,7 +60,7 @@ bool ParseTime(std::optional<std::string_view> token, std::int16_t& hour, std::i
 }
 
 bool ParseDay(std::string_view token, std::uint16_t& days) {
-    const auto* day = std::ranges::find_if(kDays, [&](const DayName& d) { return StartsWithFolded(token, d.Name); });
+    const auto day = std::ranges::find_if(kDays, [&](const DayName& d) { return StartsWithFolded(token, d.Name); });
     if (day == kDays.end()) return false;
     days = static_cast<std::uint16_t>(days | day->Bit);
     return true;

@@ -64,7 +64,7 @@ constexpr std::array<std::string_view, 3> kSquashWords = {"NO", "VERTICAL", "YES
 
 std::optional<SquashMode> ParseSquash(std::string_view value) {
     const auto isWord = [value](std::string_view word) { return EqualFolded(word, value); };
-    const auto* found = std::ranges::find_if(kSquashWords, isWord);
+    const auto found = std::ranges::find_if(kSquashWords, isWord);
     if (found == kSquashWords.end()) return {};
     return static_cast<SquashMode>(found - kSquashWords.begin());
 }

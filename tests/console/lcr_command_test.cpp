@@ -90,9 +90,9 @@ const Case kCases[] = {
     {"move 1 far", 1, "", "Rule: \"far\" - there are rules 1 to 2\n"},
     {"permitted OFFPEAK --at '2026-06-01 12:00'", 0,
      "At: 2026-06-01 12:00\nPermitted: 2026-06-01 18:00\nSeconds: 1780362000\n", ""},
-    {"permitted noon", 1, "", "TIME: \"noon\" is not OFFPEAK or a time such as SAT SUN AFTER 18:00 BEFORE 08:00\n"},
+    {"permitted noon", 1, "", "Time: \"noon\" is not OFFPEAK or a time such as SAT SUN AFTER 18:00 BEFORE 08:00\n"},
     {"permitted MON --at '2026-02-29 12:00'", 1, "",
-     "--at: \"2026-02-29 12:00\" is not a moment of the form YYYY-MM-DD hh:mm\n"},
+     "Moment: \"2026-02-29 12:00\" is not a moment of the form YYYY-MM-DD hh:mm\n"},
     {"match --pages 9 --priority urgent --server par", 0,
      "1\tOne\tSize\tYES\tthe rule has no such criterion\n"
      "1\tOne\tPriority\tYES\tthe rule has no such criterion\n"
@@ -103,8 +103,8 @@ const Case kCases[] = {
      "2\tTwo\tServer\tYES\tthe rule names this server\n"
      "2\tTwo\tall\tNO\tsee above\n",
      ""},
-    {"match --destination US", 1, "", "--destination: \"US\" is not defined\n"},
-    {"match --pages many", 1, "", "--pages: \"many\" is not a number from 0 to 65535\n"},
+    {"match --destination US", 1, "", "Destination: \"US\" is not defined\n"},
+    {"match --pages many", 1, "", "Pages: \"many\" is not a number from 0 to 65535\n"},
 };
 
 TEST(LcrCommand, DoesWhatItSays) {

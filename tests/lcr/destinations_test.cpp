@@ -14,6 +14,7 @@
 namespace bv::test {
 namespace {
 
+using platform::FileError;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -238,6 +239,52 @@ TEST(DestinationEditing, WithoutFilesBeginsWithEmptyOnesAndLeavesNoneWhenAbandon
                 ElementsAre("ask warning: This will mean all changes will be lost.  Lose changes?"));
     EXPECT_THAT(server.Left(), IsEmpty());
     EXPECT_EQ(server.GetFile("Region.ini"), "(none)");
+}
+
+// Loses the file that is to be replaced, and makes no other.
+class LosingFiles final : public platform::FileSystem {
+  public:
+    explicit LosingFiles(platform::FileSystem& wrapped) : wrapped_(wrapped) {}
+
+    platform::OpenResult Open(const std::string& path, const platform::OpenRequest& request) override {
+        const bool isRefused = hasLost_ && request.How != platform::Creation::OpenExisting;
+        return isRefused ? platform::OpenResult{nullptr, FileError::DiskFull} : wrapped_.Open(path, request);
+    }
+    FileError Replace(const std::string&, const std::string& to) override {
+        hasLost_ = true;
+        wrapped_.Delete(to);
+        return FileError::Failed;
+    }
+    FileError Delete(const std::string& path) override { return wrapped_.Delete(path); }
+    FileError Rename(const std::string&, const std::string&) override { return FileError::Failed; }
+    std::optional<platform::FileInfo> Find(const std::string& path) override { return wrapped_.Find(path); }
+    FileError ReadDirectory(const std::string& directory, std::string_view pattern,
+                            std::vector<std::string>& names) override {
+        return wrapped_.ReadDirectory(directory, pattern, names);
+    }
+    FileError MakeDirectory(const std::string& path) override { return wrapped_.MakeDirectory(path); }
+    FileError RemoveEmptyDirectory(const std::string& path) override { return wrapped_.RemoveEmptyDirectory(path); }
+
+  private:
+    platform::FileSystem& wrapped_;
+    bool hasLost_ = false;
+};
+
+TEST(DestinationEditing, SaysThatAWorkingCopyIsLostAndCommitsNothing) {
+    DestinationServer server;
+    DestinationEdit edit;
+    ASSERT_TRUE(BeginDestinationEdit(edit) && WriteRegion(edit, {"ASIA", "", {"1"}}));
+    {
+        LosingFiles losing(server.Files);
+        const platform::Substitute<platform::FileSystem> use(losing);
+        EXPECT_FALSE(WriteRegion(edit, {"AFRICA", "", {"27"}}));
+    }
+    EXPECT_THAT(server.Front.TakeSaid(), ElementsAre("error: Unable to update file " + kBase + "Region.new",
+                                                     "error: Error updating file " + kBase + "Region.new"));
+    EXPECT_FALSE(CommitDestinationEdit(edit));
+    DropDestinationEdit(edit);
+    EXPECT_EQ(server.GetFile("Region.ini"), kRegions);
+    EXPECT_THAT(server.Left(), IsEmpty());
 }
 
 } // namespace
