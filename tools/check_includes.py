@@ -31,8 +31,8 @@ CONSOLE_USES = {
     "platform/ascii.h": "*",
     "platform/clock.h": "*",
     "platform/drives.h": "*",  # host paths among the arguments
-    "platform/code_page.h": "output.*",
-    "platform/environment.h": "run_console.*",
+    "platform/code_page.h": "output.* run_console.* text_streams.*",
+    "platform/environment.h": "run_console.* standard_console.* user_settings.*",
     "platform/files.h": "run_console.*",
     "platform/overlay_files.h": "dry_run.* routing_command.*",
     "platform/processes.h": "dry_run.*",
@@ -41,7 +41,7 @@ CONSOLE_USES = {
     "ctlfile/entered_values.h": "assignments.*",
     "ctlfile/key_fields.h": "shown_values.* password_input.* file_command.*",
     "ctlfile/leftover.h": "run_console.*",
-    "ctlfile/lines.h": "output.* dry_run.* file_command.* user_command.*",
+    "ctlfile/lines.h": "output.* dry_run.* file_command.* user_command.* table.* text_streams.*",
     "ctlfile/open_retry.h": "run_console.*",
     "ctlfile/paths.h": "run_console.*",
     "ctlfile/reader.h": "file_command.*",
@@ -49,7 +49,7 @@ CONSOLE_USES = {
     "ctlfile/recovery.h": "recover_command.*",
     "ctlfile/rewriter.h": "file_command.*",
     "ctlfile/scramble.h": "secret_command.*",
-    "ctlfile/utf8.h": "output.*",
+    "ctlfile/utf8.h": "output.* text_streams.* user_command.*",
 }
 
 # System headers and system macros, each with the only places of src/ for them.

@@ -260,11 +260,6 @@ bool IsValidSendTime(std::string_view text) {
     return true;
 }
 
-bool IsValidDialList(std::string_view text) {
-    std::uint32_t dialMask = 0;
-    return ParseDialPermissions(text, dialMask);
-}
-
 bool IsSendTimeWritten(const SendTimeRange& range) {
     const bool wholeDay =
         range.FromHour == 0 && range.FromMinute == 0 && range.ToHour == kEndOfDay && range.ToMinute == 0;

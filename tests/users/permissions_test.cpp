@@ -146,7 +146,8 @@ TEST(IsValidSendTime, RefusesWhatIsNoTime) {
                              "AFTER 009:00", "BEFORE 12:345", "BEFORE :30", "AFTER", "NEVER", "9:00", "BEFORE -1:00"}) {
         EXPECT_FALSE(IsValidSendTime(text)) << text;
     }
-    EXPECT_FALSE(IsValidDialList("National Local 3"));
+    std::uint32_t dialMask = 0;
+    EXPECT_FALSE(ParseDialPermissions("National Local 3", dialMask));
 }
 
 TEST(SendTimes, AreWrittenOnlyWhenPeriodAndDaysAreLimited) {
