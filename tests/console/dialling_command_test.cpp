@@ -70,8 +70,8 @@ const Case kCases[] = {
      1,
      "",
      "DialAsNatl: \"32\" is one more than the 31 prefixes that there can be\n"},
-    {{"dialling", "set", "Description=X"}, 1, "", "There is no key Description\n"},
-    {{"dialling", "set", "Location="}, 1, "", "Location: \"\" is no name\n"},
+    {{"dialling", "set", "Description=X"}, 1, "", "Description: \"X\" - there is no such key\n"},
+    {{"dialling", "set", "Location="}, 1, "", "Location: \"\" is not a name\n"},
     {{"dialling", "set", "Location= x"}, 1, "", "Location: \" x\" begins with a blank\n"},
     {{"dialling", "set", "Area"}, 2, "", "'Area' is not of the form KEY=VALUE\n"},
 

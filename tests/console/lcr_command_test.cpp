@@ -65,7 +65,7 @@ const Case kCases[] = {
     {{"add", "Three", "country=44,FR", "TIME=sat after 8:00 before 17:30", "Server=*"},
      0,
      "",
-     "",
+     "Added rule \"Three\"\n",
      kRules + "[RULE]\r\nDescription: Three\r\nCountry: 44\r\nCountry: FR\r\nTime: SAT AFTER 08:00 BEFORE 17:30 \r\n"
               "Server: *\r\n\r\n"},
     {{"add", "two", "User=ANN", "Server=*"},
@@ -83,7 +83,7 @@ const Case kCases[] = {
     {{"add", "Three", "Server=LON", "--yes"},
      0,
      "",
-     "",
+     "Added rule \"Three\"\n",
      kRules + "[RULE]\r\nDescription: Three\r\nServer: LON\r\n\r\n"},
     {{"add", "", "User=ANN", "Server=*"}, 1, "", "Description: \"\" - a rule needs a description\n"},
     {{"add", std::string(100, 'x'), "User=ANN", "Server=*"},
@@ -92,15 +92,15 @@ const Case kCases[] = {
      "Description: \"" + std::string(100, 'x') + "\" is not a text of at most 99 characters\n"},
     {{"add", "Three", "User=ANN,CARL", "Server=*"}, 1, "", "User: \"CARL\" is not defined\n"},
     {{"add", "Three", "Area=UK/LON", "Server=*"}, 1, "", "Area: \"UK/LON\" is not defined\n"},
-    {{"add", "Three", "Area=UK", "Server=*"}, 1, "", "Area: \"UK\" is no country, / and an area\n"},
-    {{"add", "Three", "Country=UK/LON", "Server=*"}, 1, "", "Country: \"UK/LON\" is no country\n"},
+    {{"add", "Three", "Area=UK", "Server=*"}, 1, "", "Area: \"UK\" is not a country, / and an area\n"},
+    {{"add", "Three", "Country=UK/LON", "Server=*"}, 1, "", "Country: \"UK/LON\" is not a country\n"},
     {{"add", "Three", "Server=ROM"}, 1, "", "Server: \"ROM\" is not defined\n"},
     {{"add", "Three", "Colour=red"}, 1, "", "Colour: \"red\" - rules have no such key\n"},
     {{"add", "Three", "red"}, 2, "", "'red' is not of the form KEY=VALUE\n"},
     {{"set", "1", "Time=", "User=ben", "Priority=background,NORMAL"},
      0,
      "",
-     "",
+     "Changed rule 1\n",
      kHead +
          Replaced(Replaced(kOne, "Time: OFFPEAK", "Priority: NORMAL\r\nPriority: BACKGROUND"), "User: ANN",
                   "User: ben") +
@@ -110,7 +110,7 @@ const Case kCases[] = {
      "",
      "Selecting messages of one or more pages is equivalent to selecting messages of any size\n",
      Replaced(kRules, "Size: PAGES GE 10\r\n", "")},
-    {{"set", "2", "Size=PAGES GE 10"}, 0, "", ""},
+    {{"set", "2", "Size=PAGES GE 10"}, 0, "", "Nothing was to be changed\n"},
     {{"set", "2", "Size=10"}, 1, "", "Size: \"10\" is not PAGES GE n or PAGES LE n with n from 1 to 100, or nothing\n"},
     {{"set", "2", "Priority=HIGH"}, 1, "", "Priority: \"HIGH\" is not NORMAL, URGENT or BACKGROUND\n"},
     {{"set", "2", "Time=AFTER 8:00 BEFORE 08:00"},
@@ -118,10 +118,10 @@ const Case kCases[] = {
      "",
      "AFTER and BEFORE: \"08:00\" - the two times must not be equal\n"},
     {{"set", "5", "Time=PEAK"}, 1, "", "Rule: \"5\" - there are rules 1 to 2\n"},
-    {{"delete", "1"}, 0, "", "", kHead + kTwo},
-    {{"move", "1", "down"}, 0, "", "", kHead + kTwo + kOne},
-    {{"move", "2", "1"}, 0, "", "", kHead + kTwo + kOne},
-    {{"move", "1", "up"}, 0, "", ""},
+    {{"delete", "1"}, 0, "", "Deleted rule 1\n", kHead + kTwo},
+    {{"move", "1", "down"}, 0, "", "Moved rule 1\n", kHead + kTwo + kOne},
+    {{"move", "2", "1"}, 0, "", "Moved rule 2\n", kHead + kTwo + kOne},
+    {{"move", "1", "up"}, 0, "", "Nothing was to be changed\n"},
     {{"move", "1", "far"}, 1, "", "Rule: \"far\" - there are rules 1 to 2\n"},
     {{"permitted", "OFFPEAK", "--at", "2026-06-01 12:00"},
      0,
@@ -145,16 +145,15 @@ const Case kCases[] = {
      "--at: \"2026-02-29 12:00\" is not a moment of the form YYYY-MM-DD hh:mm\n"},
     {{"match", "--destination", "44", "--user", "ann", "--at", "2026-06-06 12:00"},
      0,
-     "1\tOne\tDestination\tYES\tone of the rule's destinations covers it\n"
-     "1\tOne\tUser\tYES\tthe rule names this user\n"
-     "1\tOne\tTime\tYES\tit is in the off-peak period\n"
      "1\tOne\tall\tYES\tnothing speaks against it\n"
-     "2\tTwo\tDestination\tYES\tthe rule has no such criterion\n"
-     "2\tTwo\tUser\tYES\tthe rule has no such criterion\n"
-     "2\tTwo\tTime\tYES\tthe rule has no such criterion\n"
-     "2\tTwo\tall\tYES\tnothing speaks against it\n",
+     "Rule 1 \"One\" decides: server LON or the local server sends the fax\n",
      ""},
     {{"match", "--pages", "9", "--priority", "urgent", "--server", "par"},
+     0,
+     "1\tOne\tServer\tNO\tthe rule names other servers\n2\tTwo\tSize\tNO\tthe fax has too few pages\n"
+     "No rule decides: the local server sends the fax\n",
+     ""},
+    {{"match", "--pages", "9", "--priority", "urgent", "--server", "par", "--all"},
      0,
      "1\tOne\tSize\tYES\tthe rule has no such criterion\n"
      "1\tOne\tPriority\tYES\tthe rule has no such criterion\n"
@@ -163,7 +162,8 @@ const Case kCases[] = {
      "2\tTwo\tSize\tNO\tthe fax has too few pages\n"
      "2\tTwo\tPriority\tYES\tthe rule takes this priority\n"
      "2\tTwo\tServer\tYES\tthe rule names this server\n"
-     "2\tTwo\tall\tNO\tsee above\n",
+     "2\tTwo\tall\tNO\tsee above\n"
+     "No rule decides: the local server sends the fax\n",
      ""},
     {{"match", "--destination", "US"}, 1, "", "--destination: \"US\" is not defined\n"},
     {{"match", "--user", "CARL"}, 1, "", "--user: \"CARL\" is not defined\n"},
@@ -215,6 +215,7 @@ TEST(LcrCommand, LosesNoPendingChanges) {
     EXPECT_EQ(scene.Server.Get(kPending), kHead + kTwo);
     EXPECT_EQ(scene.Console.Run({"lcr", "rules"}), 0);
     EXPECT_THAT(scene.Console.Results, HasSubstr(kFirstLine));
+    EXPECT_THAT(scene.Console.Notices, HasSubstr("There are unsaved changes of an earlier session"));
     scene.Server.Files.Delete(kLive);
     EXPECT_EQ(scene.Console.Run({"lcr", "rules"}), 0);
     EXPECT_THAT(scene.Console.Results, HasSubstr("1\tTwo"));
@@ -257,14 +258,14 @@ TEST(LcrCommand, TakesNothingOutOfTheRulesUnasked) {
          onlyTwo + "\n" + Replaced(region, "Rule 1", "Rule 2") + "\n" + Replaced(ann, "Rule 1", "Rule 2") + question},
         {{"add", "Three", "User=BEN", "Server=*"}, 1, "", both + question},
         {{"set", "2", "Size="}, 1, "", both + question},
-        {{"set", "2", "Size=PAGES GE 10"}, 0, "", ""}, // nothing changes
+        {{"set", "2", "Size=PAGES GE 10"}, 0, "", "Nothing was to be changed\n"}, // nothing changes
         {{"delete", "1"}, 1, "", onlyTwo + question},
-        {{"delete", "1", "--drop-lost"}, 0, "", onlyTwo + "\n", kHead + barred},
-        {{"delete", "2", "--yes"}, 0, "", region + "\n" + ann + "\n", kHead + bare},
+        {{"delete", "1", "--drop-lost"}, 0, "", onlyTwo + "\nDeleted rule 1\n", kHead + barred},
+        {{"delete", "2", "--yes"}, 0, "", region + "\n" + ann + "\nDeleted rule 2\n", kHead + bare},
         {{"set", "1", "User=BEN", "Region=", "--drop-lost"},
          0,
          "",
-         server + "\n",
+         server + "\nChanged rule 1\n",
          kHead + Replaced(bare, "Time:", "User: BEN\r\nTime:") + barred},
     };
     for (const Case& row : cases) {
