@@ -30,9 +30,11 @@ class Console {
     virtual bool HasEncoding() { return false; }
 
     // From and into that encoding; the other side is UTF-8. None: the text is not in the encoding.
-    virtual std::optional<std::string> DecodeArgument(std::string_view text) { return std::string(text); }
     virtual std::optional<std::string> Decode(std::string_view text) { return std::string(text); }
     virtual std::string Encode(std::string_view utf8) { return std::string(utf8); }
+
+    // Whether arguments are UTF-8, and not in that encoding.
+    virtual bool HasUtf8Arguments() { return false; }
 
     // How many letters a line holds when results go to a terminal; none when they do not.
     virtual std::optional<std::size_t> Width() { return {}; }

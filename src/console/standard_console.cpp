@@ -38,9 +38,7 @@ bool StandardConsole::IsTerminal() { return platform::IsTerminal(); }
 
 bool StandardConsole::HasEncoding() { return platform::HasEncoding(); }
 
-std::optional<std::string> StandardConsole::DecodeArgument(std::string_view text) {
-    return platform::FromArgument(text);
-}
+bool StandardConsole::HasUtf8Arguments() { return platform::HasUtf8Arguments(); }
 
 std::optional<std::string> StandardConsole::Decode(std::string_view text) { return platform::FromTerminal(text); }
 

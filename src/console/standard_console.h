@@ -13,9 +13,9 @@ class StandardConsole : public Console {
     std::optional<std::string> ReadHiddenLine() override;
     bool IsTerminal() override;
     bool HasEncoding() override;
-    std::optional<std::string> DecodeArgument(std::string_view text) override;
     std::optional<std::string> Decode(std::string_view text) override;
     std::string Encode(std::string_view utf8) override;
+    bool HasUtf8Arguments() override;
     std::optional<std::size_t> Width() override;
     bool TakesColours() override;
 

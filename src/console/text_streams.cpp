@@ -78,8 +78,9 @@ std::optional<std::string> TextStreams::Taken(std::optional<std::string> line) {
 }
 
 std::string TextStreams::TakeArgument(std::string& text) const {
-    if (!isEncoded_) return {};
-    std::optional<std::string> decoded = console_.DecodeArgument(text);
+    const bool isUtf8 = console_.HasUtf8Arguments();
+    if (!isEncoded_ && !isUtf8) return {};
+    std::optional<std::string> decoded = isUtf8 ? std::optional(text) : console_.Decode(text);
     std::string fault = decoded ? ToCodePage(*decoded) : "the text is not in the encoding of the terminal";
     if (fault.empty()) text = *decoded;
     return fault;
@@ -106,7 +107,7 @@ std::string TextStreams::Utf8Text(std::string_view text) const {
     std::string utf8;
     const auto addText = [&](std::string_view part) { utf8 += FromCodePage(part); };
     const auto addPath = [&](const std::string& given) {
-        const std::string path = isEncoded_ ? console_.DecodeArgument(given).value_or(given) : given;
+        const std::string path = isEncoded_ ? console_.Decode(given).value_or(given) : given;
         utf8 += bv::IsUtf8(path) ? path : FromCodePage(path);
     };
     PartPaths(text, given_, addText, addPath);

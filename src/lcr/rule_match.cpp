@@ -167,7 +167,8 @@ std::string DescribeVerdict(const RuleList& rules, const FaxVerdict& verdict) {
     const RoutingRule& rule = rules[*verdict.Deciding];
     const std::string_view description = rule.Description.IsEmpty() ? kNoDescription : rule.Description.View();
     std::string senders;
-    for (const std::string& server : rule.Servers) senders.append(senders.empty() ? "server " : ", ").append(server);
+    for (const std::string& server : rule.Servers) senders.append(senders.empty() ? "" : ", ").append(server);
+    if (!senders.empty()) senders.insert(0, rule.Servers.size() == 1 ? "server " : "one of the servers ");
     if (senders.empty())
         senders = "the local server";
     else if (rule.AllowsLocalServer)

@@ -28,9 +28,10 @@ bool HasEncoding();
 std::optional<std::string> FromTerminal(std::string_view text);
 std::string ToTerminal(std::string_view utf8);
 
-// The program's arguments without its name, encoded as above; those of Windows are always UTF-8.
+// The program's arguments without its name: in UTF-8 where the system has them in an encoding of its own, whatever the
+// terminal's is, else as they were typed.
 std::vector<std::string> ProgramArguments(int count, char** arguments);
-std::optional<std::string> FromArgument(std::string_view text);
+bool HasUtf8Arguments();
 
 // While it lives, what is typed on standard input is not shown; without effect where that is no terminal.
 class HiddenTyping {

@@ -47,8 +47,8 @@ const Case kCases[] = {
     {"dialling set 'DialAsNatl=1, 2'", 1, "", "DialAsNatl: \" 2\" begins with a blank\n"},
     {"dialling set DialAsNatl=1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,32", 1, "",
      "DialAsNatl: \"32\" is one more than the 31 prefixes that there can be\n"},
-    {"dialling set Description=X", 1, "", "There is no key Description\n"},
-    {"dialling set Location=", 1, "", "Location: \"\" is no name\n"},
+    {"dialling set Description=X", 1, "", "Description: \"X\" - there is no such key\n"},
+    {"dialling set Location=", 1, "", "Location: \"\" is not a name\n"},
     {"dialling set Area", 2, "", "'Area' is not of the form KEY=VALUE\n"},
 
     {"number international '0181 123 4567:2'", 0, "+441811234567:2\n", ""},

@@ -60,7 +60,7 @@ const Case kCases[] = {
      "Server: LON,*\nOther lines: ; note\n",
      ""},
     {"show 3", 1, "", "Rule: \"3\" - there are rules 1 to 2\n"},
-    {"add Three country=44,FR 'TIME=sat after 8:00 before 17:30' Server=*", 0, "", "",
+    {"add Three country=44,FR 'TIME=sat after 8:00 before 17:30' Server=*", 0, "", "Added rule \"Three\"\n",
      kRules + "[RULE]\r\nDescription: Three\r\nCountry: 44\r\nCountry: FR\r\nTime: SAT AFTER 08:00 BEFORE 17:30 \r\n"
               "Server: *\r\n\r\n"},
     {"add '' User=ANN Server=*", 1, "", "Description: \"\" - a rule needs a description\n"},
@@ -68,12 +68,12 @@ const Case kCases[] = {
      "Description: \"" + std::string(100, 'x') + "\" is not a text of at most 99 characters\n"},
     {"add Three User=ANN,CARL Server=*", 1, "", "User: \"CARL\" is not defined\n"},
     {"add Three Area=UK/LON Server=*", 1, "", "Area: \"UK/LON\" is not defined\n"},
-    {"add Three Area=UK Server=*", 1, "", "Area: \"UK\" is no country, / and an area\n"},
-    {"add Three Country=UK/LON Server=*", 1, "", "Country: \"UK/LON\" is no country\n"},
+    {"add Three Area=UK Server=*", 1, "", "Area: \"UK\" is not a country, / and an area\n"},
+    {"add Three Country=UK/LON Server=*", 1, "", "Country: \"UK/LON\" is not a country\n"},
     {"add Three Server=ROM", 1, "", "Server: \"ROM\" is not defined\n"},
     {"add Three Colour=red", 1, "", "Colour: \"red\" - rules have no such key\n"},
     {"add Three red", 2, "", "'red' is not of the form KEY=VALUE\n"},
-    {"set 1 Time= User=ben Priority=background,NORMAL", 0, "", "",
+    {"set 1 Time= User=ben Priority=background,NORMAL", 0, "", "Changed rule 1\n",
      kHead +
          Replaced(Replaced(kOne, "Time: OFFPEAK", "Priority: NORMAL\r\nPriority: BACKGROUND"), "User: ANN",
                   "User: ben") +
@@ -81,12 +81,12 @@ const Case kCases[] = {
     {"set 2 'Size=pages ge 1'", 0, "",
      "Selecting messages of one or more pages is equivalent to selecting messages of any size\n",
      Replaced(kRules, "Size: PAGES GE 10\r\n", "")},
-    {"set 2 'Size=PAGES GE 10'", 0, "", ""},
+    {"set 2 'Size=PAGES GE 10'", 0, "", "Nothing was to be changed\n"},
     {"set 2 Size=10", 1, "", "Size: \"10\" is not PAGES GE n or PAGES LE n with n from 1 to 100, or nothing\n"},
     {"set 2 Priority=HIGH", 1, "", "Priority: \"HIGH\" is not NORMAL, URGENT or BACKGROUND\n"},
-    {"delete 1", 0, "", "", kHead + kTwo},
-    {"move 1 down", 0, "", "", kHead + kTwo + kOne},
-    {"move 2 1", 0, "", "", kHead + kTwo + kOne},
+    {"delete 1", 0, "", "Deleted rule 1\n", kHead + kTwo},
+    {"move 1 down", 0, "", "Moved rule 1\n", kHead + kTwo + kOne},
+    {"move 2 1", 0, "", "Moved rule 2\n", kHead + kTwo + kOne},
     {"move 1 far", 1, "", "Rule: \"far\" - there are rules 1 to 2\n"},
     {"permitted OFFPEAK --at '2026-06-01 12:00'", 0,
      "At: 2026-06-01 12:00\nPermitted: 2026-06-01 18:00\nSeconds: 1780362000\n", ""},
@@ -101,7 +101,8 @@ const Case kCases[] = {
      "2\tTwo\tSize\tNO\tthe fax has too few pages\n"
      "2\tTwo\tPriority\tYES\tthe rule takes this priority\n"
      "2\tTwo\tServer\tYES\tthe rule names this server\n"
-     "2\tTwo\tall\tNO\tsee above\n",
+     "2\tTwo\tall\tNO\tsee above\n"
+     "No rule decides: the local server sends the fax\n",
      ""},
     {"match --destination US", 1, "", "Destination: \"US\" is not defined\n"},
     {"match --pages many", 1, "", "Pages: \"many\" is not a number from 0 to 65535\n"},
@@ -149,6 +150,7 @@ TEST(LcrCommand, LosesNoPendingChanges) {
     EXPECT_EQ(scene.Server.Get(kPending), kHead + kTwo);
     EXPECT_EQ(scene.Console.Run({"lcr", "rules"}), 0);
     EXPECT_THAT(scene.Console.Results, HasSubstr(kFirstLine));
+    EXPECT_THAT(scene.Console.Notices, HasSubstr("There are unsaved changes of an earlier session"));
     scene.Server.Files.Delete(kLive);
     EXPECT_EQ(scene.Console.Run({"lcr", "rules"}), 0);
     EXPECT_THAT(scene.Console.Results, HasSubstr("1\tTwo"));
@@ -189,7 +191,7 @@ TEST(LcrCommand, TakesNothingOutOfTheRulesUnasked) {
          onlyTwo + "\n" + Replaced(region, "Rule 1", "Rule 2") + "\n" + Replaced(ann, "Rule 1", "Rule 2") + question},
         {"add Three User=BEN Server=*", 1, "", both + question},
         {"set 2 Size=", 1, "", both + question},
-        {"set 2 'Size=PAGES GE 10'", 0, "", ""}, // nothing changes
+        {"set 2 'Size=PAGES GE 10'", 0, "", "Nothing was to be changed\n"}, // nothing changes
         {"delete 1", 1, "", onlyTwo + question},
         {"delete 1 --drop-lost", 0, "", onlyTwo + "\n", kHead + barred},
         {"delete 2 --yes", 0, "", region + "\n" + ann + "\n", kHead + bare},

@@ -186,7 +186,7 @@ TEST(UserImport, AddsAndChangesInOneRewrite) {
     EXPECT_EQ(scene.List(), kList);
 
     EXPECT_EQ(scene.Console.Run({"user", "import", "F:\\U.CSV"}), 0);
-    EXPECT_EQ(scene.Console.Notices, "Added 1 users, changed 1\n");
+    EXPECT_EQ(scene.Console.Notices, "Added 1 user, changed 1\n");
     EXPECT_THAT(scene.List(), HasSubstr("Name: BEN\r\nFullname: Ben \"B\"\r\nGroup: @s\r\n"));
     EXPECT_THAT(scene.List(), HasSubstr("Name: CARL\r\nFullname: \r\nGroup: @S\r\n"));
     EXPECT_THAT(scene.List(), HasSubstr(kAnn)) << "not changed, not written";
@@ -204,7 +204,7 @@ TEST(UserImport, TakesWhatSpreadsheetsMake) {
         Scene scene;
         scene.Server.Put("F:\\U.CSV", file);
         EXPECT_EQ(scene.Console.Run({"user", "import", "F:\\U.CSV"}), 0);
-        EXPECT_EQ(scene.Console.Notices, "Added 1 users, changed 0\n");
+        EXPECT_EQ(scene.Console.Notices, "Added 1 user, changed 0\n");
         EXPECT_THAT(scene.List(), HasSubstr(added));
     }
 }

@@ -89,7 +89,7 @@ std::vector<std::string> ProgramArguments(int count, char** arguments) {
     return {arguments + (count > 0 ? 1 : 0), arguments + count};
 }
 
-std::optional<std::string> FromArgument(std::string_view text) { return FromTerminal(text); }
+bool HasUtf8Arguments() { return false; }
 
 std::optional<std::size_t> TerminalWidth() {
     constexpr std::size_t kUsual = 80; // of one that does not say

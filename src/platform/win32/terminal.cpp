@@ -50,7 +50,7 @@ std::vector<std::string> ProgramArguments(int, char**) {
     return arguments;
 }
 
-std::optional<std::string> FromArgument(std::string_view text) { return std::string(text); }
+bool HasUtf8Arguments() { return true; }
 
 std::optional<std::size_t> TerminalWidth() {
     CONSOLE_SCREEN_BUFFER_INFO info{};
