@@ -7,11 +7,7 @@
 
 #include "ctlfile/open_retry.h"
 #include "ctlfile/paths.h"
-#include "ctlfile/whole_file.h"
-#include "platform/ascii.h"
-#include "platform/clock.h"
 #include "platform/memory.h"
-#include "voice/messages.h"
 
 namespace bv {
 namespace {
@@ -223,23 +219,6 @@ bool ControlStream::Close() {
 
 int SecondsOf(OpenTimeout timeout) { return timeout.value_or(defaultTimeout); }
 
-namespace {
-
-// A file that is missing while another program replaces it, where that takes more than one step, is waited for.
-platform::OpenResult OpenAwaited(const std::string& path, const platform::OpenRequest& request, int seconds) {
-    constexpr std::int64_t kPause = 10; // milliseconds
-    platform::Clock& clock = platform::TheClock();
-    const std::int64_t end = clock.Ticks() + std::int64_t{seconds} * 1000;
-    for (;;) {
-        platform::OpenResult result = OpenRetrying(path, request, seconds);
-        if (result.Error != platform::FileError::NotFound || IsMissing(path) || clock.Ticks() >= end) return result;
-        YieldToSystem();
-        clock.Sleep(kPause);
-    }
-}
-
-} // namespace
-
 ControlStream OpenShared(const std::string& path, std::string_view mode, OpenTimeout timeout,
                          std::string_view standsFor) {
     if (path.empty()) {
@@ -250,7 +229,7 @@ ControlStream OpenShared(const std::string& path, std::string_view mode, OpenTim
     if (!request || path.size() > kMaxPath) return {};
     request->StandsFor = standsFor;
     std::string ownPath = path; // before a file is truncated
-    platform::OpenResult result = OpenAwaited(path, *request, SecondsOf(timeout));
+    platform::OpenResult result = OpenRetrying(path, *request, SecondsOf(timeout));
     if (!result.Opened) return {};
     // A new file has a known length; an asking that failed would leave the file behind.
     const bool isNew = mode.front() == 'w' || mode.front() == 'c';

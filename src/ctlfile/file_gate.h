@@ -48,4 +48,8 @@ bool GateIsHeldElsewhere(const std::string& path);
 // Opens a file to rewrite it in place ("r+b"), as OpenShared does, while nobody replaces it.
 ControlStream OpenToRewrite(const std::string& path, OpenTimeout timeout = kDefaultTimeout);
 
+// Opens a file that may be replaced for reading ("rb"), as OpenShared does. Where the system replaces it in more than
+// one step, it is waited for while it is missing. Not for what is written beside it, which has the same gate.
+ControlStream OpenToRead(const std::string& path, OpenTimeout timeout = kDefaultTimeout);
+
 } // namespace bv

@@ -22,7 +22,7 @@ TextStamp StampOf(const TextOfFile& file) {
 }
 
 std::optional<TextOfFile> ReadText(const std::string& path, const Message& notOpened) {
-    ControlStream stream = OpenShared(path, "rb");
+    ControlStream stream = OpenToRead(path);
     if (!stream && IsMissing(path)) return TextOfFile{};
     if (!stream) {
         ShowError(notOpened, path);
