@@ -6,7 +6,7 @@ function(bv_libraries map)
   foreach(line ${lines})
     string(REGEX MATCHALL "[a-z]+" uses ${line})
     list(POP_FRONT uses name)
-    if(name STREQUAL "resources" OR name STREQUAL "dialogs" AND NOT WIN32)
+    if(name STREQUAL "resources" OR (name STREQUAL "dialogs" AND NOT WIN32))
       continue() # numbered strings and ids, which are made into others
     endif()
     bv_library(${name} ${uses})

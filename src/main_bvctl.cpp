@@ -6,11 +6,12 @@
 #include "console/standard_console.h"
 #include "mailgw/mail_actions.h"
 #include "platform/program.h"
+#include "platform/terminal.h"
 
 namespace {
 
 int Run(int count, char** arguments) {
-    const std::vector<std::string> texts(arguments + (count > 0 ? 1 : 0), arguments + count);
+    const std::vector<std::string> texts = bv::platform::ProgramArguments(count, arguments);
     bv::FollowUserList();
     bv::console::StandardConsole console;
     const int status = bv::console::RunConsole(texts, console);

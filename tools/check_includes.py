@@ -23,6 +23,35 @@ FACES = ("dialogs", "console")
 # The dialog of the shell that may include the areas' dialogs: it opens them.
 MENU_DIALOG = "shell/menu_dlg.*"
 
+# What the console may use of the two lowest floors, and where: arguments, printing, rehearsals, starting up, and the
+# verbs about files as such. For the server's settings it has the areas' procedures; whatever else of these floors it
+# used would be a rule that the dialogs do not have.
+CONSOLE_FLOORS = ("platform", "ctlfile")
+CONSOLE_USES = {
+    "platform/ascii.h": "*",
+    "platform/clock.h": "*",
+    "platform/drives.h": "*",  # host paths among the arguments
+    "platform/code_page.h": "output.* run_console.* text_streams.*",
+    "platform/environment.h": "run_console.* standard_console.* user_settings.*",
+    "platform/files.h": "run_console.*",
+    "platform/overlay_files.h": "dry_run.* routing_command.*",
+    "platform/processes.h": "dry_run.*",
+    "platform/terminal.h": "standard_console.*",
+    "ctlfile/csv_import.h": "csv_import.*",
+    "ctlfile/entered_values.h": "assignments.*",
+    "ctlfile/key_fields.h": "shown_values.* password_input.* file_command.*",
+    "ctlfile/leftover.h": "run_console.*",
+    "ctlfile/lines.h": "output.* dry_run.* file_command.* user_command.* table.* text_streams.*",
+    "ctlfile/open_retry.h": "run_console.*",
+    "ctlfile/paths.h": "run_console.*",
+    "ctlfile/reader.h": "file_command.*",
+    "ctlfile/reading.h": "file_command.* csv_import.*",
+    "ctlfile/recovery.h": "recover_command.*",
+    "ctlfile/rewriter.h": "file_command.*",
+    "ctlfile/scramble.h": "secret_command.*",
+    "ctlfile/utf8.h": "output.* text_streams.* user_command.*",
+}
+
 # System headers and system macros, each with the only places of src/ for them.
 WINDOWS_HEADERS = re.compile(
     r"(windows|windowsx|win(def|base|user|nt|gdi|reg|nls|ver|spool|sock2?)|comm(ctrl|dlg)|shellapi|shl(obj|wapi|guid)"
@@ -103,6 +132,11 @@ def dialog_fault(path, header):
     return "only the menu may include an area's dialog"
 
 
+def console_may_use(path, header):
+    places = CONSOLE_USES.get(header, "").split()
+    return folder_of(header) not in CONSOLE_FLOORS or fits(path, [f"console/{place}" for place in places])
+
+
 def include_fault(path, header):
     """What speaks against the include of a file of src/ by another, or None."""
     system_side = re.match(r"platform/(win32|posix)/", header)
@@ -113,6 +147,8 @@ def include_fault(path, header):
     if is_dialog(header):
         return dialog_fault(path, header)
     user, used = folder_of(path), folder_of(header)
+    if user == "console" and not console_may_use(path, header):
+        return f"rules stand in the engine: the console may not use {header} here (CONSOLE_USES)"
     if used in MAP[user]:
         return None
     folders = list(MAP)
@@ -209,6 +245,11 @@ PLANTS = (
     ({"src/lcr/planted_dlg.cpp": '#include "dialogs/planted_dlg.h"', "src/dialogs/planted_dlg.h": ""}, None),
     ({"src/dialogs/planted_dlg.cpp": '#include "lcr/planted_dlg.h"', "src/lcr/planted_dlg.h": ""}, "only the menu"),
         ({"src/console/planted.cpp": '#include "lcr/planted_dlg.h"', "src/lcr/planted_dlg.h": ""}, "two faces"),
+    ({"src/console/planted.cpp": '#include "ctlfile/rewriter.h"', "src/ctlfile/rewriter.h": ""}, "rules stand"),
+    ({"src/console/planted.cpp": '#include "ctlfile/planted.h"', "src/ctlfile/planted.h": ""}, "rules stand"),
+    ({"src/console/planted.h": '#include "platform/files.h"', "src/platform/files.h": ""}, "rules stand"),
+    ({"src/console/file_command.cpp": '#include "ctlfile/rewriter.h"', "src/ctlfile/rewriter.h": ""}, None),
+    ({"src/console/planted.cpp": '#include "users/planted.h"', "src/users/planted.h": ""}, None),
     ({"src/shell/planted.cpp": '#include "platform/win32/planted.h"', "src/platform/win32/planted.h": ""}, "inside"),
     ({"src/users/planted.cpp": '#include "planted.h"', "src/users/planted.h": ""}, "no file of src/"),
     ({"src/planted/planted.cpp": ""}, "no floor"),

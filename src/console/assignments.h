@@ -7,13 +7,11 @@
 #include <vector>
 
 #include "console/commands.h"
+#include "ctlfile/entered_values.h"
 
 namespace bv::console {
 
-struct Assignment {
-    std::string Key;
-    std::string Value;
-};
+using Assignment = EnteredValue;
 
 // The assignments among the arguments, under the parameter's name, in their order. None, after a message, when one has
 // no "=" or no key, or a key is given twice.

@@ -13,7 +13,12 @@ constexpr const char* kProgramHelp =
     "Configures the Brivane fax server from a console.\n\n"
     "Results go to standard output; status texts, warnings and errors to standard error.\n"
     "Exit status: 0 done, 1 refused or failed (a message says why), 2 wrong usage.\n"
-    "Bytes pass through as they are: texts are in the code page of the workstations.\n";
+    "Texts are shown and taken as the locale or the console encodes them; the files have them in a code page. A "
+    "letter\n"
+    "that the code page lacks is refused. In the C locale, and with --raw, bytes pass as they are; JSON is UTF-8.\n"
+    "What --ini, --drive and --codepage say may also stand in the variables BVCTL_INI, BVCTL_DRIVE (several parted by\n"
+    "';') and BVCTL_CODEPAGE, or as lines 'ini=DIR', 'drive=X:=DIR' and 'codepage=N' in the file\n"
+    "~/.config/bvctl.ini ($XDG_CONFIG_HOME/bvctl.ini, %APPDATA%\\bvctl.ini); arguments come first, then variables.\n";
 
 constexpr const char* kProgramFooter =
     "Examples:\n"
@@ -34,6 +39,10 @@ void AddGlobalOptions(CLI::App& program) {
     addOption("--ini", "DIR", "Directory of BRIVANE.INI; else it is searched for along BVAXINIT, INIT and PATH");
     addOption("--drive", "X:=DIR", "Where a drive, or a share ('\\\\server\\share=DIR'), lies; repeatable")
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    addOption("--codepage", "N", "Code page of the texts in the files; else 1252, on Windows the workstation's own");
+    addFlag("--raw", "Let bytes pass as they are, in the files' code page");
+    addFlag("--header", "Begin lists with the names of their columns, as on a terminal");
+    addFlag("--quiet", "Say nothing of what was done; warnings, errors and questions stay");
     addFlag("--json", "Print results as one JSON document");
     addFlag("--yes", "Answer questions with Yes; else they are asked on a terminal, and answered No elsewhere");
     addFlag("--dry-run", "Write and start nothing; show what would change as a unified diff");
@@ -128,22 +137,33 @@ Arguments GivenArguments(const CLI::App& command, const Verb& verb) {
     return given;
 }
 
-// "X:=DIR" parted at its "="; an empty first half when it is not of that form.
-std::pair<std::string, std::string> PartDrive(const std::string& text) {
-    const std::size_t sign = text.find('=');
-    const bool parted = sign != std::string::npos && sign + 1 < text.size();
-    return parted ? std::pair{text.substr(0, sign), text.substr(sign + 1)} : std::pair{std::string(), text};
+GivenValues ValuesOf(const CLI::App& program, const std::string& name) {
+    const std::vector<std::string> values = program[name]->results();
+    return {values, values.empty() ? "" : name};
 }
 
 GlobalOptions GivenGlobals(const CLI::App& program) {
     GlobalOptions global;
-    if (program.count("--ini") > 0) global.Ini = program["--ini"]->results().front();
-    for (const std::string& drive : program["--drive"]->results()) global.Drives.push_back(PartDrive(drive));
+    global.Ini = ValuesOf(program, "--ini");
+    global.Drives = ValuesOf(program, "--drive");
+    global.CodePage = ValuesOf(program, "--codepage");
     global.Json = program.count("--json") > 0;
     global.Yes = program.count("--yes") > 0;
     global.DryRun = program.count("--dry-run") > 0;
     global.Reveal = program.count("--reveal") > 0;
+    global.Raw = program.count("--raw") > 0;
+    global.Header = program.count("--header") > 0;
+    global.Quiet = program.count("--quiet") > 0;
     return global;
+}
+
+// The first global option that was given and means nothing to the area; empty without one.
+std::string UnusedOption(const CLI::App& program) {
+    const Area* area = *std::ranges::find(kAreas, program.get_subcommands().front()->get_name(), &Area::Name);
+    for (const std::string_view name : area->Unused) {
+        if (program.count(std::string(name)) > 0) return std::string(name);
+    }
+    return {};
 }
 
 // "bvctl file get" of the command that stands last.
@@ -191,6 +211,10 @@ std::variant<ParsedCommand, Answer> ParseArguments(std::span<const std::string> 
         return Answer{std::string(version.what()) + '\n'};
     } catch (const CLI::ParseError& error) {
         return Answer{UsageFault(*program, error), kExitWrongUsage};
+    }
+    if (const std::string unused = UnusedOption(*program); !unused.empty()) {
+        const std::string path = CommandPath(Innermost(*program));
+        return Answer{path + ": " + unused + " has no use here\nSee '" + path + " --help'.\n", kExitWrongUsage};
     }
     const Verb* verb = ChosenVerb(*program);
     return ParsedCommand{verb, GivenArguments(*Innermost(*program), *verb), GivenGlobals(*program)};

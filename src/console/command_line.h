@@ -2,10 +2,8 @@
 #pragma once
 
 #include <memory>
-#include <optional>
 #include <span>
 #include <string>
-#include <utility>
 #include <variant>
 #include <vector>
 
@@ -17,13 +15,23 @@ class App;
 
 namespace bv::console {
 
+// The values of an option, and what said them: "--ini", the name of a variable, the path of a file; nothing at all.
+struct GivenValues {
+    std::vector<std::string> Values;
+    std::string From;
+};
+
 struct GlobalOptions {
-    std::optional<std::string> Ini;                          // directory of BRIVANE.INI
-    std::vector<std::pair<std::string, std::string>> Drives; // drive or share, host directory
+    GivenValues Ini;      // directory of BRIVANE.INI
+    GivenValues Drives;   // "X:=DIR"
+    GivenValues CodePage; // number of the files' code page
     bool Json = false;
     bool Yes = false;
     bool DryRun = false;
     bool Reveal = false;
+    bool Raw = false;
+    bool Header = false;
+    bool Quiet = false;
 };
 
 struct ParsedCommand {

@@ -28,6 +28,7 @@ struct Parameter {
     ParameterKind Kind = ParameterKind::Required;
     std::string_view ValueName = {}; // of an Option
     bool TakesTabs = false;          // alone of all control characters
+    bool IsPath = false;             // of this system, or a Windows path
 };
 
 // The parameters that were given, by their names in the table.
@@ -53,6 +54,8 @@ class Arguments {
 
     [[nodiscard]] auto begin() const { return given_.begin(); }
     [[nodiscard]] auto end() const { return given_.end(); }
+    [[nodiscard]] auto begin() { return given_.begin(); }
+    [[nodiscard]] auto end() { return given_.end(); }
 
   private:
     [[nodiscard]] const std::string* Find(std::string_view name) const {
@@ -71,7 +74,7 @@ struct Verb {
     // "set", or "telnum set" for a verb of a group; empty: the area's name alone is the command.
     std::string_view Name = {};
     std::string_view Help = {};
-    std::array<Parameter, 6> Parameters = {}; // those without a name do not count
+    std::array<Parameter, 7> Parameters = {}; // those without a name do not count
     std::string_view Example = {};            // arguments to show how it is used
     Command Run = nullptr;
 };
@@ -80,7 +83,12 @@ struct Area {
     std::string_view Name;
     std::string_view Help;
     std::span<const Verb> Verbs;
+    std::span<const std::string_view> Unused = {}; // global options that are refused, since they would mean nothing
 };
+
+// Those that mean nothing where no file of the server is read.
+inline constexpr std::array<std::string_view, 7> kServerOptions = {"--ini",    "--drive",  "--yes",  "--dry-run",
+                                                                   "--reveal", "--header", "--quiet"};
 
 extern const Area kPathsArea;
 extern const Area kVersionArea;

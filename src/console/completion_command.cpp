@@ -106,6 +106,6 @@ constexpr Verb kVerbs[] = {{
 
 } // namespace
 
-const Area kCompletionArea = {"completion", "Print a completion script for a shell", kVerbs};
+const Area kCompletionArea = {"completion", "Print a completion script for a shell", kVerbs, kServerOptions};
 
 } // namespace bv::console

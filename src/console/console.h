@@ -1,6 +1,7 @@
 // The console companion, whole: arguments in, texts and an exit status out.
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <span>
 #include <string>
@@ -24,6 +25,22 @@ class Console {
 
     // Whether a person is there to be asked.
     virtual bool IsTerminal() = 0;
+
+    // Whether it is known how the person's texts are encoded; else bytes are only bytes.
+    virtual bool HasEncoding() { return false; }
+
+    // From and into that encoding; the other side is UTF-8. None: the text is not in the encoding.
+    virtual std::optional<std::string> Decode(std::string_view text) { return std::string(text); }
+    virtual std::string Encode(std::string_view utf8) { return std::string(utf8); }
+
+    // Whether arguments are UTF-8, and not in that encoding.
+    virtual bool HasUtf8Arguments() { return false; }
+
+    // How many letters a line holds when results go to a terminal; none when they do not.
+    virtual std::optional<std::size_t> Width() { return {}; }
+
+    // Whether results may be coloured.
+    virtual bool TakesColours() { return false; }
 };
 
 enum ExitStatus {

@@ -8,7 +8,6 @@
 #include "console/interrupt.h"
 #include "ctlfile/reading.h"
 #include "platform/clock.h"
-#include "platform/drives.h"
 #include "voice/messages.h"
 
 namespace bv::console {
@@ -80,31 +79,38 @@ bool Save(const Session& session, CsvImport& import, const ImportCounts& planned
     {
         const InterruptWatch watch;
         Progress progress(session, import.EntryTitle(), planned.Added);
-        session.Speaker.SetStatusShown(false); // a dozen for each entry
+        session.SayWhatIsDone(false); // a dozen for each entry
         saved = import.Apply([&](std::size_t done) {
             progress.Show(done);
             return !InterruptWatch::WasInterrupted();
         });
     }
-    session.Speaker.SetStatusShown(!session.DryRun);
+    session.SayWhatIsDone();
     if (saved == planned) {
-        ShowStatus("Added %d %s, changed %d", saved.Added, import.Title(), saved.Changed);
+        const std::string_view things = saved.Added == 1 ? import.EntryTitle() : import.Title();
+        ShowStatus("Added %d %s, changed %d", saved.Added, things, saved.Changed);
     } else {
-        ShowStatus("Stopped: added %d of %d %s, changed %d of %d", saved.Added, planned.Added, import.Title(),
-                   saved.Changed, planned.Changed);
+        const std::string_view things = planned.Added == 1 ? import.EntryTitle() : import.Title();
+        ShowStatus("Stopped: added %d of %d %s, changed %d of %d", saved.Added, planned.Added, things, saved.Changed,
+                   planned.Changed);
     }
     return saved == planned;
 }
 
 } // namespace
 
-int ImportFile(Session& session, const std::string& file, CsvImport& import) {
-    ControlStream stream = OpenForReading(platform::ToWindowsPath(file));
+bool IsUtf8Csv(const Session& session, const Arguments& arguments) {
+    return arguments.Has(kUtf8Flag.Name) || session.Streams.IsUtf8();
+}
+
+int ImportFile(Session& session, const Arguments& arguments, CsvImport& import) {
+    const std::string& file = arguments["FILE"];
+    ControlStream stream = OpenForReading(file);
     if (!stream) return kExitRefused;
     const std::string_view text = stream.Rest();
     if (!WasRead(stream)) return kExitRefused;
 
-    const CsvTable table = ReadCsvTable(text, import.Columns(), import.Title());
+    const CsvTable table = ReadCsvTable(text, import.Columns(), import.Title(), IsUtf8Csv(session, arguments));
     const auto verdicts = import.Check(table);
     if (!verdicts) return kExitRefused;
     const std::vector<CsvFault> faults = FaultsOf(table, *verdicts);

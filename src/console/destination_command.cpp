@@ -2,10 +2,11 @@
 #include <functional>
 #include <utility>
 
+#include "console/assignments.h"
 #include "console/commands.h"
 #include "console/dry_run.h"
-#include "console/entering.h"
 #include "console/located.h"
+#include "console/output.h"
 #include "lcr/destination_entry.h"
 #include "lcr/edit_lock.h"
 #include "lcr/router_settings.h"
@@ -42,33 +43,25 @@ int Edit(const Session& session, const std::function<bool(DestinationEdit& edit)
 }
 
 template <class Kind>
-bool AddEntry(const Session& session, const Kind& kind, DestinationEdit& edit, const std::vector<Assignment>& values) {
+bool AddEntry(const Kind& kind, DestinationEdit& edit, const std::vector<Assignment>& values) {
     typename Kind::Entry entry;
-    return EnterValues(session, RowsOf(entry), values, entry) && AddDestination(kind, edit, entry);
+    return EnterValues(RowsOf(entry), values, entry) && AddDestination(kind, edit, entry);
 }
 
 template <class Kind>
-bool SetEntry(const Session& session, const Kind& kind, DestinationEdit& edit, const std::string& identifier,
+bool SetEntry(const Kind& kind, DestinationEdit& edit, const std::string& identifier,
               const std::vector<Assignment>& values) {
     const auto* found = FindEntry(kind, edit, identifier);
     if (found == nullptr) return false;
     auto entry = *found;
-    return EnterValues(session, RowsOf(entry), values, entry) && ChangeDestination(kind, edit, identifier, entry);
-}
-
-// The areas of the country that the arguments name; none, after a message, without one.
-std::optional<AreaKind> AreasOf(const Session& session, const Destinations& tables, const Arguments& arguments) {
-    const CountryEntry* country = tables.FindCountry(arguments["COUNTRY"]);
-    if (country != nullptr) return AreaKind{country->DiallingCode};
-    session.Streams.PrintNotice("There is no country " + arguments["COUNTRY"] + '\n');
-    return {};
+    return EnterValues(RowsOf(entry), values, entry) && ChangeDestination(kind, edit, identifier, entry);
 }
 
 // Runs the procedure with the kind of entry, of the country in question when that is an area.
 template <class Kind, class Procedure>
-bool WithKind(const Session& session, const DestinationEdit& edit, const Arguments& arguments, Procedure procedure) {
+bool WithKind(const DestinationEdit& edit, const Arguments& arguments, Procedure procedure) {
     if constexpr (std::is_same_v<Kind, AreaKind>) {
-        const std::optional<AreaKind> areas = AreasOf(session, edit.Tables, arguments);
+        const std::optional<AreaKind> areas = AreasOf(edit.Tables, arguments["COUNTRY"]);
         return areas && procedure(*areas);
     } else {
         return procedure(Kind());
@@ -81,8 +74,7 @@ int Add(Session& session, const Arguments& arguments) {
     if (!values) return kExitWrongUsage;
     values->insert(values->begin(), {"Identifier", arguments["ID"]});
     return Edit(session, [&](DestinationEdit& edit) {
-        return WithKind<Kind>(session, edit, arguments,
-                              [&](const auto& kind) { return AddEntry(session, kind, edit, *values); });
+        return WithKind<Kind>(edit, arguments, [&](const auto& kind) { return AddEntry(kind, edit, *values); });
     });
 }
 
@@ -91,16 +83,15 @@ int Set(Session& session, const Arguments& arguments) {
     const auto values = ReadAssignments(session, arguments, kAssignments);
     if (!values) return kExitWrongUsage;
     return Edit(session, [&](DestinationEdit& edit) {
-        return WithKind<Kind>(session, edit, arguments, [&](const auto& kind) {
-            return SetEntry(session, kind, edit, arguments["ID"], *values);
-        });
+        return WithKind<Kind>(edit, arguments,
+                              [&](const auto& kind) { return SetEntry(kind, edit, arguments["ID"], *values); });
     });
 }
 
 template <class Kind>
 int Delete(Session& session, const Arguments& arguments) {
     return Edit(session, [&](DestinationEdit& edit) {
-        return WithKind<Kind>(session, edit, arguments,
+        return WithKind<Kind>(edit, arguments,
                               [&](const auto& kind) { return RemoveDestination(kind, edit, arguments["ID"]); });
     });
 }
@@ -109,7 +100,7 @@ template <class Kind>
 int List(Session& session, const Arguments& arguments) {
     DestinationEdit tables; // only its tables are used
     if (!LoadDestinations(tables.Tables)) return kExitRefused;
-    const bool isListed = WithKind<Kind>(session, tables, arguments, [&](const auto& kind) {
+    const bool isListed = WithKind<Kind>(tables, arguments, [&](const auto& kind) {
         PrintEntries(session, kind.All(tables));
         return true;
     });

@@ -45,7 +45,7 @@ int ReadListed(const Session& session, std::string& name, Device& device) {
 int Show(Session& session, const Arguments& arguments) {
     std::string name = arguments["NAME"];
     Device device;
-    session.Speaker.SetStatusShown(false); // what is read is no news here
+    session.SayWhatIsDone(false); // what is read is no news here
     if (const int fault = ReadListed(session, name, device)) return fault;
     Record shown = {{"Name", name}};
     for (const DeviceKey& key : DeviceKeys()) {

@@ -4,12 +4,12 @@
 
 #include "console/assignments.h"
 #include "console/commands.h"
-#include "console/dial_source.h"
 #include "console/dry_run.h"
 #include "console/located.h"
 #include "console/output.h"
 #include "dialling/dialling_actions.h"
 #include "dialling/dialling_file.h"
+#include "dialling/number_converter.h"
 #include "platform/ascii.h"
 #include "shell/server_files.h"
 #include "voice/format.h"
@@ -27,7 +27,7 @@ void AddProperties(const DialProperties& properties, Record& record) {
 }
 
 int Show(Session& session, const Arguments&) {
-    if (const int fault = LoadDialProperties()) return fault;
+    if (!LoadDialProperties()) return kExitRefused;
     const DialProperties& properties = GetDialProperties();
     Record record = {{std::string(kLocation), std::string(SelectedLocation(properties))}};
     if (properties.Mode == kDialLocation) AddProperties(properties, record);
@@ -36,7 +36,7 @@ int Show(Session& session, const Arguments&) {
 }
 
 int ShowTelephonyLocation(Session& session, const Arguments&) {
-    const TelephonyUse telephony;
+    const TelephonyUse telephony("BVCTL");
     DialProperties properties;
     const StatusCode status = telephony.Read(&properties, PathOf(ServerFile::Countries));
     if (status != kDone) return session.Refuse(TapiFailureText(status));

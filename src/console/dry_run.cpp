@@ -79,19 +79,30 @@ std::string ShownHunk(const Session& session, const dtl::uniHunk<std::pair<std::
     return text;
 }
 
+void PrintDiff(const Session& session, std::string_view diff) {
+    for (const std::string& line : SplitLines(diff)) {
+        const bool isName = line.starts_with("--- ") || line.starts_with("+++ ");
+        const Look look = isName           ? Look::Header
+                          : line[0] == '-' ? Look::Removed
+                          : line[0] == '+' ? Look::Added
+                                           : Look::Plain;
+        session.Streams.PrintResult(line, look);
+    }
+}
+
 void PrintRehearsal(const Session& session, const std::vector<platform::OverlayFiles::Change>& changes,
                     const Lines& commandLines) {
     nlohmann::ordered_json document = {{"changes", nlohmann::ordered_json::array()},
                                        {"starts", nlohmann::ordered_json::array()}};
     for (const auto& change : changes) {
-        const std::string diff =
-            UnifiedDiff(session, change.Path, change.Before.value_or(""), change.After.value_or(""));
-        if (!session.Json) session.Streams.PrintResult(diff);
-        document["changes"].push_back({{"path", Utf8Text(change.Path)}, {"diff", Utf8Text(diff)}});
+        const std::string diff = UnifiedDiff(session, change.Path, change.Before, change.After);
+        if (!session.Json) PrintDiff(session, diff);
+        document["changes"].push_back(
+            {{"path", session.Streams.Utf8Text(change.Path)}, {"diff", session.Streams.Utf8Text(diff)}});
     }
     for (const std::string& commandLine : commandLines) {
         if (!session.Json) session.Streams.PrintResult("Would start " + commandLine + '\n');
-        document["starts"].push_back(Utf8Text(commandLine));
+        document["starts"].push_back(session.Streams.Utf8Text(commandLine));
     }
     if (session.Json) PrintJson(session, document);
 }
@@ -111,12 +122,13 @@ int Rehearse(const Session& session, const std::function<bool()>& action) {
 
 } // namespace
 
-std::string UnifiedDiff(const Session& session, const std::string& path, std::string_view before,
-                        std::string_view after) {
-    dtl::Diff<std::string, Lines> diff(SplitLines(before), SplitLines(after));
+std::string UnifiedDiff(const Session& session, const std::string& path, const std::optional<std::string>& before,
+                        const std::optional<std::string>& after) {
+    dtl::Diff<std::string, Lines> diff(SplitLines(before.value_or("")), SplitLines(after.value_or("")));
     diff.compose();
     diff.composeUnifiedHunks();
-    std::string text = "--- " + path + "\n+++ " + path + '\n';
+    const std::string none = "/dev/null";
+    std::string text = "--- " + (before ? path : none) + "\n+++ " + (after ? path : none) + '\n';
     for (const auto& hunk : diff.getUniHunks()) text += ShownHunk(session, hunk);
     return text;
 }

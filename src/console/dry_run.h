@@ -2,8 +2,8 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
-#include <string_view>
 
 #include "console/session.h"
 
@@ -17,10 +17,11 @@ namespace bv::console {
 // been started; with --json {"changes": [{"path": PATH, "diff": TEXT}...], "starts": [TEXT...]}.
 int Perform(const Session& session, const std::function<bool()>& action);
 
-// What is to change in a file. The CR of a CR LF line end is not shown; a line that ends in LF alone is marked with
+// What is to change in a file; before or afterwards it may not be there. The CR of a CR LF line end is not shown; a
+// line that ends in LF alone is marked with
 // "^J". Passwords are shown as eight asterisks unless they are to be revealed, with "(new)" behind one that was not
 // there before.
-std::string UnifiedDiff(const Session& session, const std::string& path, std::string_view before,
-                        std::string_view after);
+std::string UnifiedDiff(const Session& session, const std::string& path, const std::optional<std::string>& before,
+                        const std::optional<std::string>& after);
 
 } // namespace bv::console

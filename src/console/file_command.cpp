@@ -11,7 +11,6 @@
 #include "ctlfile/rewriter.h"
 #include "lcr/stored_passwords.h"
 #include "platform/ascii.h"
-#include "platform/drives.h"
 #include "voice/format.h"
 #include "voice/messages.h"
 
@@ -24,8 +23,6 @@ struct Target {
     std::string Header; // "[OPTIONS]"
     std::string Key;    // with its separator
 };
-
-std::string PathOf(const Arguments& arguments) { return platform::ToWindowsPath(arguments["FILE"]); }
 
 // "[NAME]" of a name with or without its brackets; empty when there is no name.
 std::string HeaderOf(std::string_view paragraph) {
@@ -59,7 +56,7 @@ std::optional<std::string> FaultOfValue(std::string_view key, std::string_view v
 
 // Reads the target from the arguments; 0 or the exit status, a message shown.
 int ReadTarget(const Session& session, const Arguments& arguments, Target& target) {
-    target = {PathOf(arguments), HeaderOf(arguments["PARAGRAPH"]), KeyOf(arguments["KEY"])};
+    target = {arguments["FILE"], HeaderOf(arguments["PARAGRAPH"]), KeyOf(arguments["KEY"])};
     if (target.Header.empty()) return session.WrongUsage("A paragraph has a name");
     if (target.Header.size() > kMaxLine)
         return session.Refuse("A line holds at most " + std::to_string(kMaxLine) + " characters");
@@ -97,7 +94,7 @@ PartedLine PartLine(std::string_view line) {
 }
 
 int ListParagraphs(Session& session, const Arguments& arguments) {
-    ControlStream stream = OpenForReading(PathOf(arguments));
+    ControlStream stream = OpenForReading(arguments["FILE"]);
     if (!stream) return kExitRefused;
     std::vector<std::string> headers;
     for (ControlLine line; FindParagraph(stream, {}, line);) headers.push_back(line.String());
@@ -207,7 +204,8 @@ int Empty(Session& session, const Arguments& arguments) {
     return Perform(session, [&] { return Rewrite(target.Path, {target.Header, {}, {}}); });
 }
 
-constexpr Parameter kFile = {"FILE", "Control file, by a path of this system or a Windows path"};
+constexpr Parameter kFile = {
+    .Name = "FILE", .Help = "Control file, by a path of this system or a Windows path", .IsPath = true};
 constexpr Parameter kParagraph = {"PARAGRAPH", "Paragraph, with or without its brackets"};
 constexpr Parameter kKey = {"KEY", "Key, with or without its ':'; write the '=' of one that has that"};
 

@@ -11,6 +11,7 @@
 #include "shell/server_files.h"
 #include "shell/server_paths.h"
 #include "voice/format.h"
+#include "voice/messages.h"
 
 namespace bv::console {
 namespace {
@@ -77,7 +78,8 @@ int Refresh(Session& session, const Arguments& arguments) {
     return Perform(session, [&] {
         if (!EnsureMailUserList(0, arguments.Has(kForce))) return false;
         const bool isThere = session.DryRun || FileExists(PathOf(ServerFile::MailUsers));
-        return isThere || session.Refuse("MAILCONF.EXE has made no list of addresses") == kExitDone;
+        if (!isThere) ShowError("MAILCONF.EXE has made no list of addresses");
+        return isThere;
     });
 }
 

@@ -72,6 +72,20 @@ std::string Commands(const CLI::App* command, const std::string& path) {
     return page;
 }
 
+constexpr std::string_view kJsonHelp =
+    "With --json a command prints one document, in UTF-8.\n"
+    "A list is an array of objects, each with the columns' names that --header shows, or of texts where a list has\n"
+    "but one column. What 'show' and its like print is an object of the same names. Texts are strings, numbers are\n"
+    "numbers, YES and NO are true and false where they are the program's own, '(none)' is null; values of files'\n"
+    "keys are strings as the files have them.\n"
+    "A verb that writes prints {\"status\": TEXT}, what it said last. With --dry-run it prints {\"changes\":\n"
+    "[{\"path\": PATH, \"diff\": TEXT}...], \"starts\": [TEXT...]}: the files with their differences, and the command\n"
+    "lines of programs that would be started.\n"
+    "'file list FILE PARAGRAPH' prints [{\"key\": TEXT, \"value\": TEXT or null}...], 'file get' {KEY: TEXT}; 'lcr\n"
+    "match' {\"Rule\": NUMBER or null, \"Verdict\": TEXT, \"Criteria\": [{\"Rule\", \"Description\", \"Criterion\",\n"
+    "\"Matches\", \"Why\"}...]}.\n"
+    "Messages on standard error stay lines of text, and a refused command prints no document.\n";
+
 int PrintManual(Session& session, const Arguments&) {
     const Program program = DefineProgram();
     session.Streams.PrintResult(".TH BVCTL 1 \"\" \"bvctl " + std::string(kProgramVersion) + "\"\n" +
@@ -80,6 +94,7 @@ int PrintManual(Session& session, const Arguments&) {
                                 ".SH DESCRIPTION\n" + Escaped(program->get_description()) + //
                                 ".SH GLOBAL OPTIONS\n" + Parameters(program.get()) +        //
                                 ".SH COMMANDS\n" + Commands(program.get(), "bvctl") +       //
+                                ".SH JSON\n" + Escaped(kJsonHelp) +                         //
                                 ".SH EXAMPLES\n" + Footer(program.get()));
     return kExitDone;
 }
@@ -88,6 +103,6 @@ constexpr Verb kVerbs[] = {{.Example = "> bvctl.1", .Run = PrintManual}};
 
 } // namespace
 
-const Area kManualArea = {"manual", "Print this program's manual page, for man", kVerbs};
+const Area kManualArea = {"manual", "Print this program's manual page, for man", kVerbs, kServerOptions};
 
 } // namespace bv::console

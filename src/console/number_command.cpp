@@ -1,68 +1,30 @@
 // Telephone numbers, converted by the dialling properties.
-#include <optional>
+#include <string>
 
 #include "console/commands.h"
-#include "console/dial_source.h"
 #include "console/located.h"
 #include "console/output.h"
-#include "dialling/numbers.h"
-#include "shell/server_files.h"
-#include "voice/format.h"
-#include "voice/messages.h"
+#include "dialling/number_converter.h"
 
 namespace bv::console {
 namespace {
 
 constexpr std::string_view kNumber = "NUMBER";
+const std::string kApplication = "BVCTL"; // to the telephony
 
-// One of the two forms of a number: how it comes about by the file's properties, and by the telephony.
 struct Form {
     std::string_view Name;
-    StatusCode (*ByFile)(std::string_view, TelephoneNumber&, NumberTrace*);
-    StatusCode (*ByTelephony)(std::string_view, TelephoneNumber&, const std::string&, NumberTrace*);
+    NumberForm Kind;
 };
+constexpr Form kForms[] = {{"international", NumberForm::International}, {"dialable", NumberForm::Dialable}};
 
-constexpr Form kInternational = {"international", MakeInternationalNumber, TAPIMakeInternational};
-constexpr Form kDialable = {"dialable", MakeDialableNumber, TAPIMakeDialable};
-
-// Converts by the file's properties, or asks the telephony when the file leaves them to it. When that cannot be asked,
-// a warning says so, and the file's properties serve, which are empty then.
-class Converter {
-  public:
-    // 0, or the exit status after saying why the properties cannot be loaded.
-    int Load() {
-        if (const int fault = LoadDialProperties()) return fault;
-        if (GetDialProperties().Mode != kDialTelephony) return kExitDone;
-        telephony_.emplace();
-        if (const StatusCode status = telephony_->Read(nullptr, ""); status != kDone) {
-            telephony_.reset();
-            ShowWarning(9101, TapiFailureText(status));
-        }
-        return kExitDone;
-    }
-
-    StatusCode Convert(const Form& form, const std::string& number, TelephoneNumber& result, NumberTrace* trace) const {
-        return telephony_ ? form.ByTelephony(number, result, PathOf(ServerFile::Countries), trace)
-                          : form.ByFile(number, result, trace);
-    }
-
-  private:
-    std::optional<TelephonyUse> telephony_;
-};
-
-std::string FaultOf(const std::string& number, StatusCode status) {
-    if (status == kNumberTooLong)
-        return FormatText("NUMBER: \"%s\" has, or would have, over %d characters", number, kMaxTelephoneNumber);
-    return FormatText("NUMBER: \"%s\" - the telephony service does not translate it", number);
-}
-
-template <const Form& form>
+template <NumberForm form>
 int Convert(Session& session, const Arguments& arguments) {
-    Converter converter;
-    if (const int fault = converter.Load()) return fault;
+    NumberConverter converter;
+    if (!converter.Load(kApplication)) return kExitRefused;
     TelephoneNumber result;
-    const StatusCode status = converter.Convert(form, arguments[kNumber], result, nullptr);
-    if (status != kDone) return session.Refuse(FaultOf(arguments[kNumber], status));
+    const StatusCode status = converter.Convert(form, arguments[kNumber], result);
+    if (status != kDone) return session.Refuse(FaultOfNumber(arguments[kNumber], status));
     if (session.Json)
         PrintRecord(session, {{"number", result.String()}});
     else
@@ -71,15 +33,15 @@ int Convert(Session& session, const Arguments& arguments) {
 }
 
 int Explain(Session& session, const Arguments& arguments) {
-    Converter converter;
-    if (const int fault = converter.Load()) return fault;
+    NumberConverter converter;
+    if (!converter.Load(kApplication)) return kExitRefused;
     std::vector<Record> records;
-    for (const Form& form : {kInternational, kDialable}) {
+    for (const auto& [name, form] : kForms) {
         TelephoneNumber result;
         NumberTrace trace;
         converter.Convert(form, arguments[kNumber], result, &trace);
         for (const auto& [rule, number] : trace)
-            records.push_back({{"form", std::string(form.Name)}, {"rule", std::string(rule)}, {"number", number}});
+            records.push_back({{"form", std::string(name)}, {"rule", std::string(rule)}, {"number", number}});
     }
     PrintRecords(session, records);
     return kExitDone;
@@ -92,12 +54,12 @@ constexpr Verb kVerbs[] = {
      .Help = "The number with + and country code",
      .Parameters = {{kNumberParameter}},
      .Example = "'0181 123 4567'",
-     .Run = Located<Convert<kInternational>>},
+     .Run = Located<Convert<NumberForm::International>>},
     {.Name = "dialable",
      .Help = "The number as it is dialled",
      .Parameters = {{kNumberParameter}},
      .Example = "'+44 (171) 123-4567:22'",
-     .Run = Located<Convert<kDialable>>},
+     .Run = Located<Convert<NumberForm::Dialable>>},
     {.Name = "explain",
      .Help = "The rules by which both come about: form, rule, and the number after it",
      .Parameters = {{kNumberParameter}},

@@ -8,7 +8,6 @@
 #include "console/located.h"
 #include "console/output.h"
 #include "console/password_input.h"
-#include "ctlfile/lines.h"
 #include "options/server_options.h"
 #include "options/telephone_types.h"
 #include "platform/ascii.h"
@@ -27,9 +26,9 @@ struct Loaded {
 };
 
 bool Load(const Session& session, Loaded& loaded) {
-    session.Speaker.SetStatusShown(false); // what is read is no news here
+    session.SayWhatIsDone(false); // what is read is no news here
     const bool isLoaded = LoadServerOptions(loaded.Options, loaded.Saved);
-    session.Speaker.SetStatusShown(!session.DryRun);
+    session.SayWhatIsDone();
     return isLoaded;
 }
 

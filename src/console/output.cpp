@@ -1,11 +1,10 @@
 #include "console/output.h"
 
+#include <algorithm>
+
 #include <nlohmann/json.hpp>
 
-#include "ctlfile/lines.h"
-#include "ctlfile/utf8.h"
-#include "platform/code_page.h"
-#include "voice/format.h"
+#include "console/table.h"
 
 namespace bv::console {
 namespace {
@@ -18,50 +17,61 @@ struct ToText {
 };
 
 struct ToJson {
+    const Session& Run;
     nlohmann::ordered_json operator()(std::monostate) const { return nullptr; }
     nlohmann::ordered_json operator()(bool flag) const { return flag; }
     nlohmann::ordered_json operator()(std::int64_t number) const { return number; }
-    nlohmann::ordered_json operator()(const std::string& text) const { return Utf8Text(text); }
+    nlohmann::ordered_json operator()(const std::string& text) const { return Run.Streams.Utf8Text(text); }
 };
 
-nlohmann::ordered_json JsonObject(const Record& record) {
+nlohmann::ordered_json JsonObject(const Session& session, const Record& record) {
     nlohmann::ordered_json object = nlohmann::ordered_json::object();
-    for (const auto& [name, value] : record) object[Utf8Text(name)] = std::visit(ToJson{}, value);
+    for (const auto& [name, value] : record) {
+        object[session.Streams.Utf8Text(name)] = std::visit(ToJson{session}, value);
+    }
     return object;
 }
 
-std::string RecordLine(const Record& record) {
+nlohmann::ordered_json JsonArray(const Session& session, const std::vector<Record>& records) {
+    nlohmann::ordered_json list = nlohmann::ordered_json::array();
+    for (const Record& record : records) list.push_back(JsonObject(session, record));
+    return list;
+}
+
+TableRow NamesOf(const Record& record) {
+    TableRow names;
+    for (const auto& [name, value] : record) names.push_back(name);
+    return names;
+}
+
+TableRow TextsOf(const Record& record) {
+    TableRow texts;
+    for (const auto& [name, value] : record) texts.push_back(std::visit(ToText{}, value));
+    return texts;
+}
+
+// A list for a person. Records of another kind than those before begin a table of their own.
+void PrintTables(const Session& session, const std::vector<Record>& records, std::size_t width) {
+    for (auto first = records.begin(); first != records.end();) {
+        const TableRow names = NamesOf(*first);
+        const auto isOther = [&](const Record& record) { return NamesOf(record) != names; };
+        const auto end = std::find_if(first, records.end(), isOther);
+        Table table(names, [&](std::string_view text) { return session.Streams.WidthOf(text); });
+        for (auto record = first; record != end; ++record) table.Add(TextsOf(*record));
+        table.Fit(width);
+        if (first != records.begin()) session.Streams.PrintResult("\n");
+        session.Streams.PrintResult(table.Header(), Look::Header);
+        for (; first != end; ++first) session.Streams.PrintResult(table.Line(TextsOf(*first)));
+    }
+}
+
+std::string TabbedLine(const TableRow& texts) {
     std::string line;
-    for (const auto& [name, value] : record) line += std::visit(ToText{}, value) + '\t';
-    if (!line.empty()) line.back() = '\n';
-    return line;
+    for (const std::string& text : texts) line.append(line.empty() && &text == texts.data() ? "" : "\t").append(text);
+    return line + '\n';
 }
 
 } // namespace
-
-std::string PrintableText(std::string_view text) {
-    std::string out;
-    out.reserve(text.size());
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const char c = text[i];
-        const bool isSeparator = c == '\t' || c == '\n' || text.substr(i, 2) == kLineEnd;
-        if (isSeparator || !IsControl(c))
-            out += c;
-        else
-            out += FormatText("\\x%02x", static_cast<int>(c));
-    }
-    return out;
-}
-
-std::string Utf8Text(std::string_view text) {
-    if (IsUtf8(text)) return std::string(text);
-    std::string out;
-    for (const char c : text) {
-        const auto byte = static_cast<unsigned char>(c);
-        AppendUtf8(out, byte >= 0x80 && byte < 0xA0 ? platform::kWindows1252.at(byte - 0x80U) : byte);
-    }
-    return out;
-}
 
 void PrintJson(const Session& session, const nlohmann::ordered_json& document) {
     std::string text;
@@ -71,11 +81,11 @@ void PrintJson(const Session& session, const nlohmann::ordered_json& document) {
         else
             text += c;
     }
-    session.Streams.PrintResult(text + '\n');
+    session.Streams.PrintDocument(text + '\n');
 }
 
 void PrintRecord(const Session& session, const Record& record) {
-    if (session.Json) return PrintJson(session, JsonObject(record));
+    if (session.Json) return PrintJson(session, JsonObject(session, record));
     std::string text;
     for (const auto& [name, value] : record) {
         text += name;
@@ -86,14 +96,30 @@ void PrintRecord(const Session& session, const Record& record) {
     session.Streams.PrintResult(text);
 }
 
-void PrintRecords(const Session& session, const std::vector<Record>& records) {
+void PrintFindings(const Session& session, const std::string& name, const std::vector<Record>& records,
+                   const Record& result) {
     if (!session.Json) {
-        for (const Record& record : records) session.Streams.PrintResult(RecordLine(record));
-        return;
+        PrintRecords(session, records);
+        return PrintLines(session, {std::visit(ToText{}, result.back().second)});
     }
-    nlohmann::ordered_json list = nlohmann::ordered_json::array();
-    for (const Record& record : records) list.push_back(JsonObject(record));
-    PrintJson(session, list);
+    nlohmann::ordered_json document = JsonObject(session, result);
+    document[name] = JsonArray(session, records);
+    PrintJson(session, document);
+}
+
+bool ArePlainLines(const Session& session) { return !session.Json && !session.Header && !session.Streams.Width(); }
+
+void PrintRecords(const Session& session, const std::vector<Record>& records) {
+    if (session.Json) return PrintJson(session, JsonArray(session, records));
+    if (const auto width = session.Streams.Width()) return PrintTables(session, records, *width);
+    TableRow names;
+    for (const Record& record : records) {
+        if (session.Header && NamesOf(record) != names) {
+            names = NamesOf(record);
+            session.Streams.PrintResult(TabbedLine(names));
+        }
+        session.Streams.PrintResult(TabbedLine(TextsOf(record)));
+    }
 }
 
 void PrintLines(const Session& session, const std::vector<std::string>& lines) {
@@ -102,7 +128,7 @@ void PrintLines(const Session& session, const std::vector<std::string>& lines) {
         return;
     }
     nlohmann::ordered_json list = nlohmann::ordered_json::array();
-    for (const std::string& line : lines) list.push_back(Utf8Text(line));
+    for (const std::string& line : lines) list.push_back(session.Streams.Utf8Text(line));
     PrintJson(session, list);
 }
 

@@ -22,19 +22,21 @@ using Record = std::vector<std::pair<std::string, Value>>;
 // A line `Name: value` for each field; an object.
 void PrintRecord(const Session& session, const Record& record);
 
-// A line for each record, its values parted by tabs; a list of objects.
+// A line for each record, its values parted by tabs, after the names of the columns when they are wanted; on a terminal
+// a table that fits its width. A list of objects.
 void PrintRecords(const Session& session, const std::vector<Record>& records);
+
+// The records, and after them as a line what the result says in its last value; an object of the result's values, and
+// of the records under the name.
+void PrintFindings(const Session& session, const std::string& name, const std::vector<Record>& records,
+                   const Record& result);
+
+// Whether records are neither a table nor an object, and have no names: then their lines can be printed as they are.
+bool ArePlainLines(const Session& session);
 
 // A line for each text; a list.
 void PrintLines(const Session& session, const std::vector<std::string>& lines);
 
 void PrintJson(const Session& session, const nlohmann::ordered_json& document);
-
-// The text as it is printed: control characters that come from files would move the cursor of a terminal, or worse, and
-// stand as "\x1b" in it. Tabs and line ends part what is printed, and stay.
-std::string PrintableText(std::string_view text);
-
-// The text in UTF-8, which JSON must be in: a text that is UTF-8 as it stands, any other as windows-1252.
-std::string Utf8Text(std::string_view text);
 
 } // namespace bv::console

@@ -10,7 +10,7 @@
 namespace bv::console {
 
 std::optional<std::string> ReadOnlyLine(const Session& session, std::string_view prompt, std::string_view what) {
-    Console& streams = session.Streams;
+    TextStreams& streams = session.Streams;
     if (streams.IsTerminal()) {
         streams.PrintNotice(FormatText("%s: ", prompt));
         std::optional<std::string> typed = streams.ReadHiddenLine();
@@ -21,6 +21,7 @@ std::optional<std::string> ReadOnlyLine(const Session& session, std::string_view
         streams.PrintNotice("Standard input holds more than one line\n");
         return {};
     }
+    if (streams.HasRefusedLine()) return {};
     streams.PrintNotice(FormatText("%s is a line of standard input\n", what));
     return {};
 }

@@ -1,9 +1,17 @@
-#include "console/commands.h"
+#include "console/command_line.h"
 #include "console/output.h"
 #include "shell/server_paths.h"
 
 namespace bv::console {
 namespace {
+
+// What said the values of an option, and they.
+Value OriginOf(const GivenValues& given) {
+    if (given.From.empty()) return {};
+    std::string text = given.From + ':';
+    for (const std::string& value : given.Values) text.append(" ").append(value);
+    return text;
+}
 
 int ShowPaths(Session& session, const Arguments&) {
     if (LoadServerPaths() != kDone) return kExitRefused;
@@ -16,7 +24,10 @@ int ShowPaths(Session& session, const Arguments&) {
                           {"MailAreaConfigured", paths.MailAreaConfigured},
                           {"LogFile", paths.LogFile.String()},
                           {"LogKeepDays", std::int64_t{paths.LogKeepDays}},
-                          {"Language", paths.Language.String()}});
+                          {"Language", paths.Language.String()},
+                          {"--ini", OriginOf(session.Given.Ini)},
+                          {"--drive", OriginOf(session.Given.Drives)},
+                          {"--codepage", OriginOf(session.Given.CodePage)}});
     return kExitDone;
 }
 
@@ -24,6 +35,8 @@ constexpr Verb kVerbs[] = {{.Run = ShowPaths}};
 
 } // namespace
 
-const Area kPathsArea = {"paths", "Show where the server's files lie, as BRIVANE.INI and SETUP.INI say", kVerbs};
+const Area kPathsArea = {
+    "paths", "Show where the server's files lie, as BRIVANE.INI and SETUP.INI say, and what said where these are",
+    kVerbs};
 
 } // namespace bv::console

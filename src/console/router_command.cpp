@@ -1,12 +1,12 @@
 // The general settings of least-cost routing.
-#include "lcr/router_settings.h"
-
 #include "console/commands.h"
 #include "console/dry_run.h"
-#include "console/entering.h"
 #include "console/located.h"
+#include "console/output.h"
 #include "console/password_input.h"
+#include "console/shown_values.h"
 #include "lcr/edit_lock.h"
+#include "lcr/router_actions.h"
 #include "platform/drives.h"
 
 namespace bv::console {
@@ -25,36 +25,14 @@ int Show(Session& session, const Arguments&) {
     return kExitDone;
 }
 
-// A kind of link is used when its account or directory is given, unless that is said otherwise.
-void EnableKinds(const std::vector<Assignment>& values, RouterSettings& settings) {
-    if (HasKey(values, "EmailLoginName") && !HasKey(values, "EmailEnabled"))
-        settings.EmailEnabled = !settings.EmailLoginName.empty();
-    if (HasKey(values, "WanInboxDirectory") && !HasKey(values, "WanEnabled"))
-        settings.WanEnabled = !settings.WanInboxDirectory.empty();
-}
-
-bool Change(const Session& session, const std::vector<Assignment>& values, RouterSettings& settings) {
-    if (!EnterValues(session, RouterKeys(), values, settings)) return false;
-    EnableKinds(values, settings);
-    if (settings.LocalServerId.empty()) return session.Refuse("LocalServerID: \"\" - this server needs a name") == 0;
-    if (const auto fault = FaultOfRouter(settings))
-        return session.Refuse(FormatText("%s: %s", fault->Key, fault->Message)) == kExitDone;
-    return AreKept(session, RouterKeys(), values, settings, AsRead(settings));
-}
-
 int Set(Session& session, const Arguments& arguments) {
     const auto values = ReadChanges(session, arguments, kAssignments, PasswordKey(RouterKeys()));
     if (!values) return kExitWrongUsage;
-    return Perform(session, [&] {
-        return RunLcrEditor([&] {
-            return ChangeRouterSettings([&](RouterSettings& settings) { return Change(session, *values, settings); });
-        });
-    });
+    return Perform(session, [&] { return RunLcrEditor([&] { return EnterRouterSettings(*values); }); });
 }
 
 int TestInbox(Session& session, const Arguments& arguments) {
-    const std::string directory = platform::ToWindowsPath(arguments["DIRECTORY"]);
-    return Perform(session, [&] { return TestWanInbox(directory); });
+    return Perform(session, [&] { return TestWanInbox(arguments["DIRECTORY"]); });
 }
 
 constexpr Verb kVerbs[] = {
@@ -69,7 +47,8 @@ constexpr Verb kVerbs[] = {
      .Run = Located<Set>},
     {.Name = "test-inbox",
      .Help = "Try whether other servers can leave their faxes in a directory",
-     .Parameters = {{{"DIRECTORY", "Its name in the network, or its path on a network drive"}}},
+     .Parameters =
+         {{{.Name = "DIRECTORY", .Help = "Its name in the network, or its path on a network drive", .IsPath = true}}},
      .Example = "'\\\\here\\LCRIN'",
      .Run = Located<TestInbox>},
 };

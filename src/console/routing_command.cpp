@@ -107,7 +107,7 @@ int DeleteForward(Session& session, const Arguments& arguments) {
 
 constexpr Parameter kIdParameter = {kId, "The sender's fax identifier; only its letters, digits and @ tell"};
 constexpr Parameter kNumberParameter = {kNumber, "Sub-address that the sender transmits"};
-constexpr Parameter kForwarded = {kUser, "User whose faxes are forwarded"};
+constexpr Parameter kForwarded = {kUser, "User or group whose faxes are forwarded"};
 
 constexpr Verb kVerbs[] = {
     {.Name = "list",
@@ -119,20 +119,20 @@ constexpr Verb kVerbs[] = {
     {.Name = "add sender",
      .Help = "Route a sender's faxes for an addressee to a user; replaces the rule for both",
      .Parameters = {{kIdParameter,
-                     {kAddressee, "User whom the fax names, or (unaddressed) for none"},
-                     {kUser, "User to route to"},
+                     {kAddressee, "User or group whom the fax names, or (unaddressed) for none"},
+                     {kUser, "User or group to route to"},
                      {kOrganisation, "The sender's organisation; else it stays", ParameterKind::Option, "TEXT"}}},
      .Example = "'+44 171 123' '(unaddressed)' ANNA --organisation 'Smith & Co'",
      .Run = Located<AddSender>},
     {.Name = "add subaddr",
      .Help = "Route faxes that carry a sub-address to a user; replaces the rule for it",
-     .Parameters = {{kNumberParameter, {kUser, "User to route to"}}},
+     .Parameters = {{kNumberParameter, {kUser, "User or group to route to"}}},
      .Example = "22 ANNA",
      .Run = Located<AddSubAddress>},
     {.Name = "add forward",
      .Help = "Forward a user's faxes to another user; replaces the user's rule",
      .Parameters = {{kForwarded,
-                     {kTarget, "User who gets them"},
+                     {kTarget, "User or group that gets them"},
                      {kDeletes, "Leave the first user no copy", ParameterKind::Flag}}},
      .Example = "BOB ANNA --delete",
      .Run = Located<AddForward>},

@@ -1,12 +1,16 @@
 #include <algorithm>
+#include <charconv>
+#include <utility>
 
 #include "console/command_line.h"
 #include "console/console.h"
 #include "console/session.h"
+#include "console/user_settings.h"
 #include "ctlfile/leftover.h"
 #include "ctlfile/open_retry.h"
 #include "ctlfile/paths.h"
 #include "platform/ascii.h"
+#include "platform/code_page.h"
 #include "platform/drives.h"
 #include "platform/environment.h"
 #include "platform/files.h"
@@ -31,40 +35,72 @@ bool IsShare(std::string_view text) {
 }
 
 // 0 or the exit status, as the rest of the steps before a command.
+int ChooseCodePage(const Session& session, const GlobalOptions& global) {
+    platform::UseCodePage(0);
+    for (const std::string& text : global.CodePage.Values) {
+        unsigned number = 0;
+        const auto [end, fault] = std::from_chars(text.data(), text.data() + text.size(), number);
+        const bool isNumber = fault == std::errc() && end == text.data() + text.size() && number > 0;
+        if (!isNumber)
+            return session.WrongUsage(global.CodePage.From + ": \"" + text + "\" is not the number of a code page");
+        if (!platform::UseCodePage(number))
+            return session.Refuse(global.CodePage.From + ": " + text +
+                                  " is no code page that this system knows and whose letters are a byte each");
+    }
+    return 0;
+}
+
+int MapDrive(const Session& session, const std::string& text) {
+    const std::size_t sign = text.find('=');
+    const std::string place = text.substr(0, sign);
+    const std::string directory = sign == std::string::npos ? "" : text.substr(sign + 1);
+    if (directory.empty() || (!IsDrive(place) && !IsShare(place)))
+        return session.WrongUsage("--drive takes a drive and a directory, as X:=DIR, or a share and a directory, "
+                                  "as '\\\\server\\share=DIR'");
+    if (!platform::TheEnvironment().WindowsDirectory().empty())
+        return session.WrongUsage("--drive: drives are the system's own");
+    if (platform::MapDrive(place, directory)) return 0;
+    session.Streams.PrintAsGiven(directory, directory);
+    return session.Refuse("--drive " + place + ": there is no directory " + directory);
+}
+
 int MapDrives(const Session& session, const GlobalOptions& global) {
-    for (const auto& [place, directory] : global.Drives) {
-        if (!IsDrive(place) && !IsShare(place))
-            return session.WrongUsage("--drive takes a drive and a directory, as X:=DIR, or a share and a directory, "
-                                      "as '\\\\server\\share=DIR'");
-        if (!platform::TheEnvironment().WindowsDirectory().empty())
-            return session.WrongUsage("--drive: drives are the system's own");
-        if (!platform::MapDrive(place, directory))
-            return session.Refuse("--drive " + place + ": there is no directory " + directory);
+    for (const std::string& drive : global.Drives.Values) {
+        if (const int fault = MapDrive(session, drive)) return fault;
     }
     return 0;
 }
 
 int UseIniDirectory(const Session& session, const GlobalOptions& global) {
-    if (!global.Ini) return 0;
-    const std::string directory = platform::ToWindowsPath(*global.Ini);
-    if (directory.find(';') != std::string::npos) return session.WrongUsage("--ini takes one directory, without ';'");
+    if (global.Ini.Values.empty()) return 0;
+    std::string directory = global.Ini.Values.front();
+    if (const std::string fault = session.Streams.TakePath(directory); !fault.empty())
+        return session.Refuse(global.Ini.From + ": " + fault);
+    if (directory.find(';') != std::string::npos)
+        return session.WrongUsage(global.Ini.From + " takes one directory, without ';'");
     if (!platform::Files().Find(WithBackslash(directory) + "BRIVANE.INI"))
-        return session.Refuse("There is no BRIVANE.INI in directory " + *global.Ini);
+        return session.Refuse("There is no BRIVANE.INI in directory " + directory);
     platform::TheEnvironment().SetVariable("BVAXINIT", directory);
     return 0;
 }
 
-bool TakesTabs(const Verb& verb, std::string_view parameter) {
-    return std::ranges::any_of(
-        verb.Parameters, [parameter](const Parameter& known) { return known.Name == parameter && known.TakesTabs; });
+// The parameter of that name as the verb defines it.
+const Parameter& ParameterOf(const Verb& verb, std::string_view name) {
+    return *std::ranges::find(verb.Parameters, name, &Parameter::Name);
 }
 
-// Control files are made of lines, so no argument may hold a line end, nor what a line cannot keep.
-int CheckTexts(const Session& session, const ParsedCommand& command) {
-    for (auto [name, value] : command.Given) {
-        if (TakesTabs(*command.Chosen, name)) std::erase(value, '\t');
-        if (HasControlCharacter(value))
+// Takes the arguments as the engine has texts. Control files are made of lines, so none may hold a line end, nor what a
+// line cannot keep.
+int TakeTexts(const Session& session, const Verb& verb, Arguments& given) {
+    for (auto& [name, value] : given) {
+        const Parameter& parameter = ParameterOf(verb, name);
+        std::string checked = value;
+        if (parameter.TakesTabs) std::erase(checked, '\t');
+        if (HasControlCharacter(checked))
             return session.Refuse(std::string(name) + " holds a control character, such as a line end");
+        const std::string fault =
+            parameter.IsPath ? session.Streams.TakePath(value) : session.Streams.TakeArgument(value);
+        if (!fault.empty()) return session.Refuse(std::string(name) + ": " + fault);
     }
     return 0;
 }
@@ -75,14 +111,19 @@ Answering AnsweringOf(const GlobalOptions& global) {
     return global.Yes ? Answering::Yes : Answering::ByPerson;
 }
 
-int Run(const ParsedCommand& command, Console& console) {
-    ConsoleFront front(console, AnsweringOf(command.Global));
+int Run(ParsedCommand command, Console& console) {
+    GlobalOptions& global = command.Global;
+    TextStreams streams(console, global.Raw);
+    ConsoleFront front(streams, AnsweringOf(global));
     const UseFront installed(front);
     const SharedPatience patience(kPatience);
-    Session session{console, front, command.Global.Json, command.Global.DryRun, command.Global.Reveal};
-    if (const int fault = CheckTexts(session, command)) return fault;
-    if (const int fault = MapDrives(session, command.Global)) return fault;
-    if (const int fault = UseIniDirectory(session, command.Global)) return fault;
+    Session session{streams, front, global, global.Json, global.DryRun, global.Reveal, global.Header, global.Quiet};
+    if (const std::string fault = FillGlobalOptions(global); !fault.empty()) return session.Refuse(fault);
+    session.SayWhatIsDone();
+    if (const int fault = ChooseCodePage(session, global)) return fault;
+    if (const int fault = MapDrives(session, global)) return fault;
+    if (const int fault = UseIniDirectory(session, global)) return fault;
+    if (const int fault = TakeTexts(session, *command.Chosen, command.Given)) return fault;
     return command.Chosen->Run(session, command.Given);
 }
 
@@ -90,13 +131,13 @@ int Run(const ParsedCommand& command, Console& console) {
 
 int RunConsole(std::span<const std::string> arguments, Console& console) {
     ForgetSaidLeftovers();
-    const std::variant<ParsedCommand, Answer> parsed = ParseArguments(arguments);
-    if (const ParsedCommand* command = std::get_if<ParsedCommand>(&parsed)) return Run(*command, console);
+    std::variant<ParsedCommand, Answer> parsed = ParseArguments(arguments);
+    if (ParsedCommand* command = std::get_if<ParsedCommand>(&parsed)) return Run(std::move(*command), console);
     const Answer& answer = std::get<Answer>(parsed);
     if (answer.Status == kExitDone)
-        console.PrintResult(answer.Text);
+        console.PrintResult(PrintableText(answer.Text));
     else
-        console.PrintNotice(answer.Text);
+        console.PrintNotice(PrintableText(answer.Text));
     return answer.Status;
 }
 

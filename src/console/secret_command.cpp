@@ -38,8 +38,8 @@ int Scramble(Session& session, const Arguments& arguments) {
 }
 
 int Unscramble(Session& session, const Arguments&) {
-    const std::optional<std::string> scrambled = session.Streams.ReadLine();
-    if (!scrambled) return session.WrongUsage("The text to unscramble is a line of standard input");
+    const std::optional<std::string> scrambled = ReadOnlyLine(session, "Text to unscramble", "The text to unscramble");
+    if (!scrambled) return kExitWrongUsage;
     const std::optional<std::string> text = UnscrambleText(*scrambled);
     if (!text) return session.Refuse("This is no scrambled text");
     PrintLines(session, {*text});
@@ -63,6 +63,6 @@ constexpr Verb kVerbs[] = {
 
 } // namespace
 
-const Area kSecretArea = {"secret", "Scramble and unscramble the stored form of passwords", kVerbs};
+const Area kSecretArea = {"secret", "Scramble and unscramble the stored form of passwords", kVerbs, kServerOptions};
 
 } // namespace bv::console

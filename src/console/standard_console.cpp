@@ -2,17 +2,14 @@
 
 #include <cstdio>
 
-#include "console/output.h"
+#include "platform/environment.h"
 #include "platform/terminal.h"
 
 namespace bv::console {
 
 namespace {
 
-void Print(std::string_view text, std::FILE* stream) {
-    const std::string printable = PrintableText(text);
-    std::fwrite(printable.data(), 1, printable.size(), stream);
-}
+void Print(std::string_view text, std::FILE* stream) { std::fwrite(text.data(), 1, text.size(), stream); }
 
 } // namespace
 
@@ -38,6 +35,20 @@ std::optional<std::string> StandardConsole::ReadHiddenLine() {
 }
 
 bool StandardConsole::IsTerminal() { return platform::IsTerminal(); }
+
+bool StandardConsole::HasEncoding() { return platform::HasEncoding(); }
+
+bool StandardConsole::HasUtf8Arguments() { return platform::HasUtf8Arguments(); }
+
+std::optional<std::string> StandardConsole::Decode(std::string_view text) { return platform::FromTerminal(text); }
+
+std::string StandardConsole::Encode(std::string_view utf8) { return platform::ToTerminal(utf8); }
+
+std::optional<std::size_t> StandardConsole::Width() { return platform::TerminalWidth(); }
+
+bool StandardConsole::TakesColours() {
+    return platform::TheEnvironment().Variable("NO_COLOR").value_or("").empty() && platform::TakesColours();
+}
 
 bool StandardConsole::Finish() {
     if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return true;

@@ -12,6 +12,12 @@ class StandardConsole : public Console {
     std::optional<std::string> ReadLine() override;
     std::optional<std::string> ReadHiddenLine() override;
     bool IsTerminal() override;
+    bool HasEncoding() override;
+    std::optional<std::string> Decode(std::string_view text) override;
+    std::string Encode(std::string_view utf8) override;
+    bool HasUtf8Arguments() override;
+    std::optional<std::size_t> Width() override;
+    bool TakesColours() override;
 
     // Hands all results to the system. False, with a notice, when they could not be written.
     bool Finish();

@@ -10,11 +10,12 @@
 #include "console/dry_run.h"
 #include "console/located.h"
 #include "console/output.h"
-#include "ctlfile/csv.h"
 #include "ctlfile/lines.h"
+#include "ctlfile/utf8.h"
 #include "platform/ascii.h"
 #include "users/user_actions.h"
 #include "users/user_entry.h"
+#include "users/user_export.h"
 #include "users/user_import.h"
 #include "users/user_list.h"
 #include "voice/messages.h"
@@ -38,7 +39,7 @@ class FoundRows {
 
     void Add(const UserRow& row, std::initializer_list<std::pair<std::string_view, std::string_view>> columns) {
         if (!wanted_.empty() && !Holds(row.Name, wanted_) && !Holds(row.Fullname, wanted_)) return;
-        if (session_.Json) {
+        if (!ArePlainLines(session_)) {
             Record& record = records_.emplace_back();
             for (const auto& [name, value] : columns) record.emplace_back(name, std::string(value));
             return;
@@ -51,7 +52,7 @@ class FoundRows {
 
     void Print() const {
         for (const std::string& piece : pieces_) session_.Streams.PrintResult(piece);
-        if (session_.Json) PrintRecords(session_, records_);
+        if (!ArePlainLines(session_)) PrintRecords(session_, records_);
     }
 
   private:
@@ -157,29 +158,18 @@ int Delete(Session& session, const Arguments& arguments, RecordKind kind) {
                    [&] { return AgreeToDeletion(kind, arguments["NAME"]) && DeleteUser(arguments["NAME"], kind); });
 }
 
-int Export(Session& session, const Arguments&) {
-    std::string text = "Name";
-    for (const RecordKey& key : RecordKeys()) {
-        if (HasKey(key, RecordKind::User)) text.append(",").append(KeyName(key));
-    }
-    text += kLineEnd;
-    const auto addRow = [&text](const StoredRecord& user) {
-        if (IsDefaultName(user.Name)) return true;
-        text += CsvText(user.Name);
-        for (const RecordKey& key : RecordKeys()) {
-            if (HasKey(key, RecordKind::User)) text.append(",").append(CsvText(key.Show(user.Record)));
-        }
-        text += kLineEnd;
-        return true;
-    };
-    if (!VisitUserRecords(RecordKind::User, addRow)) return kExitRefused;
-    session.Streams.PrintResult(text);
+int Export(Session& session, const Arguments& arguments) {
+    const std::optional<std::string> text = UsersAsCsv();
+    if (!text) return kExitRefused;
+    if (arguments.Has(kUtf8Flag.Name))
+        session.Streams.PrintDocument(kByteOrderMark); // the locale cannot be known later
+    session.Streams.PrintDocument(IsUtf8Csv(session, arguments) ? FromCodePage(*text) : *text);
     return kExitDone;
 }
 
 int Import(Session& session, const Arguments& arguments) {
     UserImport users;
-    return ImportFile(session, arguments["FILE"], users);
+    return ImportFile(session, arguments, users);
 }
 
 using RecordCommand = int (*)(Session&, const Arguments&, RecordKind);
@@ -229,11 +219,15 @@ constexpr Verb kUserVerbs[] = {
      .Run = kFor<Delete, kUser>},
     {.Name = "export",
      .Help = "Print all users as comma-separated values, with a first line of the keys' names",
+     .Parameters = {{kUtf8Flag}},
      .Example = "> users.csv",
      .Run = Located<Export>},
     {.Name = "import",
      .Help = "Add and change users as a file of comma-separated values says; those it does not name stay",
-     .Parameters = {{{"FILE", "File with a first line of keys, one of them Name; the others may be left out"}}},
+     .Parameters = {{{.Name = "FILE",
+                      .Help = "File with a first line of keys, one of them Name; the others may be left out",
+                      .IsPath = true},
+                     kUtf8Flag}},
      .Example = "users.csv --dry-run",
      .Run = Located<Import>},
 };

@@ -206,8 +206,15 @@ std::optional<std::vector<std::string>> FindInstallable(ItemKind kind) {
     if (!entries) return {};
     std::unordered_set<std::string> known;
     for (const StoredEntry& entry : *entries) known.insert(UpperText(entry.Name));
+    std::vector<std::string> files;
+    const std::string directory = ItemDirectory(kind);
+    const platform::FileError error = platform::Files().ReadDirectory(directory, facts.InstallablePattern, files);
+    if (error != platform::FileError::None && error != platform::FileError::NotFound) {
+        ShowError(9105, directory, platform::ErrorWords(error));
+        return {};
+    }
     std::vector<std::string> names;
-    for (const std::string& file : platform::Files().List(ItemDirectory(kind), facts.InstallablePattern)) {
+    for (const std::string& file : files) {
         const std::size_t dot = file.rfind('.');
         if (dot == std::string::npos) continue;
         const std::string extension = UpperText(std::string_view(file).substr(dot));

@@ -38,7 +38,7 @@ std::optional<CatalogueEntries> ReadCatalogue(ItemKind kind);
 std::optional<CatalogueEntries> ListCatalogue(ItemKind kind, ListTarget& list);
 
 // The names of the kind's files that can be installed (*.EPN, or *.G3F and *.G3N), that the catalogue can keep and that
-// are not in it, each once. None after 413 or 9011: the catalogue cannot be read.
+// are not in it, each once. None after 413 or 9011, the catalogue cannot be read, or 9105, the directory cannot.
 std::optional<std::vector<std::string>> FindInstallable(ItemKind kind);
 
 // Adds those names to the list that it does not have.

@@ -10,7 +10,6 @@
 namespace bv {
 namespace {
 
-constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 constexpr std::string_view kSeparators = ",;\t"; // in the order in which they are looked for
 constexpr std::string_view kSeparatorKey = "sep=";
 
@@ -52,8 +51,9 @@ void AddRow(CsvRecord row, CsvTable& table) {
 
 } // namespace
 
-CsvReader::CsvReader(std::string_view text) : rest_(text), isUtf8_(text.starts_with(kByteOrderMark)) {
-    if (isUtf8_) rest_.remove_prefix(kByteOrderMark.size());
+CsvReader::CsvReader(std::string_view text, bool isUtf8)
+    : rest_(text), isUtf8_(isUtf8 || text.starts_with(kByteOrderMark)) {
+    if (text.starts_with(kByteOrderMark)) rest_.remove_prefix(kByteOrderMark.size());
     FindSeparator();
 }
 
@@ -68,7 +68,7 @@ void CsvReader::FindSeparator() {
         return;
     }
     const auto stands = [line](char separator) { return line.find(separator) != std::string_view::npos; };
-    const auto* const found = std::ranges::find_if(kSeparators, stands);
+    const auto found = std::ranges::find_if(kSeparators, stands);
     if (found != kSeparators.end()) separator_ = *found;
 }
 
@@ -136,9 +136,10 @@ bool CsvReader::TakeLineEnd() {
     return size != 0;
 }
 
-CsvTable ReadCsvTable(std::string_view text, std::span<const std::string_view> columns, std::string_view things) {
+CsvTable ReadCsvTable(std::string_view text, std::span<const std::string_view> columns, std::string_view things,
+                      bool isUtf8) {
     CsvTable table;
-    CsvReader reader(text);
+    CsvReader reader(text, isUtf8);
     const std::optional<CsvRecord> header = reader.Next();
     if (header) ReadHeader(*header, columns, things, table);
     if (!header && reader.Faults().empty())

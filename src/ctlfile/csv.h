@@ -3,7 +3,7 @@
 //
 // What spreadsheets make of that is understood, too: semicolons or tabs part the fields when a first line "sep=;" says
 // so, or when the first record has no comma but one of those; and a text that begins with the byte-order mark of UTF-8
-// is taken for that, its fields turned into the code page.
+// is taken for that, as is one of which it is known, and its fields are turned into the code page.
 #pragma once
 
 #include <cstddef>
@@ -14,6 +14,8 @@
 #include <vector>
 
 namespace bv {
+
+inline constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF"; // of UTF-8
 
 struct CsvField {
     std::string Text;
@@ -32,7 +34,7 @@ struct CsvFault {
 // Takes records off a text one by one.
 class CsvReader {
   public:
-    explicit CsvReader(std::string_view text);
+    explicit CsvReader(std::string_view text, bool isUtf8 = false);
 
     // The next record; empty lines are passed over. None at the end of the text, and after a fault that leaves open
     // where its record ends.
@@ -66,7 +68,8 @@ struct CsvTable {
 // Reads a text whose columns, named in any case and order, are some of those; the first of those must be among them. A
 // row that has not a field for each column is a fault, and none of the rows. `things`, as in "users", are what the
 // columns are keys of.
-CsvTable ReadCsvTable(std::string_view text, std::span<const std::string_view> columns, std::string_view things);
+CsvTable ReadCsvTable(std::string_view text, std::span<const std::string_view> columns, std::string_view things,
+                      bool isUtf8 = false);
 
 // A field as it stands in a record: in quotes when it needs them.
 std::string CsvText(std::string_view text);

@@ -8,6 +8,7 @@
 
 #include "ctlfile/open_retry.h"
 #include "ctlfile/paths.h"
+#include "ctlfile/whole_file.h"
 #include "platform/ascii.h"
 #include "platform/clock.h"
 #include "platform/files.h"
@@ -90,9 +91,25 @@ ControlStream OpenToRewrite(const std::string& path, OpenTimeout timeout) {
     const std::int64_t end = clock.Ticks() + std::int64_t{SecondsOf(timeout)} * 1000;
     for (;;) {
         ControlStream file = OpenShared(path, "r+b", static_cast<int>((end - clock.Ticks() + 999) / 1000));
-        if (!file || !GateIsHeldElsewhere(path)) return file;
+        if (!GateIsHeldElsewhere(path)) return file;
         file.Close();
-        if (clock.Ticks() >= end) return {};
+        do { // without the file, so that who has the gate finds it free
+            if (clock.Ticks() >= end) return {};
+            YieldToSystem();
+            clock.Sleep(kPause);
+        } while (GateIsHeldElsewhere(path));
+    }
+}
+
+ControlStream OpenToRead(const std::string& path, OpenTimeout timeout) {
+    constexpr std::int64_t kPause = 10; // milliseconds
+    platform::Clock& clock = platform::TheClock();
+    const std::int64_t end = clock.Ticks() + std::int64_t{SecondsOf(timeout)} * 1000;
+    for (bool mayBeBack = true;;) {
+        ControlStream file = OpenShared(path, "rb", static_cast<int>((end - clock.Ticks() + 999) / 1000));
+        if (file || !mayBeBack || clock.Ticks() >= end) return file;
+        mayBeBack = GateIsHeldElsewhere(path);
+        if (!mayBeBack && IsMissing(path)) return file;
         YieldToSystem();
         clock.Sleep(kPause);
     }

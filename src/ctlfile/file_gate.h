@@ -4,7 +4,7 @@
 // meanwhile, or that change would go with the old text; but the file itself cannot be held, since a system like Windows
 // swaps no file that is open. So who replaces it first opens the gate, a file beside it with the extension ".LCK", and
 // denies it to everybody until the swap is done. Who rewrites a file in place (copy_back.h) holds the file itself and
-// then looks whether its gate is held; if so, it lets go and tries again:
+// then looks whether its gate is held; if so, it lets go, waits for the gate and tries again:
 //
 //   - in place first: the one who replaces has the gate, but reads and swaps only when the file is free;
 //   - the gate first: the one in place sees it held and lets go before anything is read.
@@ -47,5 +47,9 @@ bool GateIsHeldElsewhere(const std::string& path);
 
 // Opens a file to rewrite it in place ("r+b"), as OpenShared does, while nobody replaces it.
 ControlStream OpenToRewrite(const std::string& path, OpenTimeout timeout = kDefaultTimeout);
+
+// Opens a file that may be replaced for reading ("rb"), as OpenShared does. Where the system replaces it in more than
+// one step, it is waited for while it is missing. Not for what is written beside it, which has the same gate.
+ControlStream OpenToRead(const std::string& path, OpenTimeout timeout = kDefaultTimeout);
 
 } // namespace bv

@@ -128,7 +128,7 @@ bool FindKeyLine(ControlStream& stream, std::optional<std::string_view> key, Con
 }
 
 std::optional<std::string_view> KeyValue(std::string_view line) {
-    const auto* separator = std::ranges::find_if(line, [](char c) { return c == ':' || c == '='; });
+    const auto separator = std::ranges::find_if(line, [](char c) { return c == ':' || c == '='; });
     if (separator == line.end()) return {};
     const std::string_view value = SkipBlanks(line.substr(static_cast<std::size_t>(separator - line.begin()) + 1));
     if (value.empty()) return {};

@@ -1,5 +1,6 @@
 #include "ctlfile/reading.h"
 
+#include "ctlfile/file_gate.h"
 #include "ctlfile/leftover.h"
 #include "ctlfile/whole_file.h"
 #include "voice/messages.h"
@@ -13,7 +14,7 @@ ControlStream OpenForReading(const std::string& path, OpenTimeout timeout) {
 }
 
 std::optional<ControlStream> OpenIfThere(const std::string& path, OpenTimeout timeout) {
-    ControlStream stream = OpenShared(path, "rb", timeout);
+    ControlStream stream = OpenToRead(path, timeout);
     if (stream) {
         SayLeftover(stream);
     } else if (!IsMissing(path)) {

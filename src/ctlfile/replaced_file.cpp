@@ -8,23 +8,9 @@
 #include "ctlfile/reading.h"
 #include "ctlfile/whole_file.h"
 #include "platform/ascii.h"
-#include "platform/clock.h"
 #include "platform/files.h"
 
 namespace bv {
-namespace {
-
-// Waits while a file that is not there is being replaced.
-void AwaitReplacement(const ReplacedFile& file) {
-    constexpr std::int64_t kPause = 10; // milliseconds
-    const std::int64_t end = platform::TheClock().Ticks() + std::int64_t{kGatePatience} * 1000;
-    while (IsMissing(file.Path) && GateIsHeldElsewhere(file.Path) && platform::TheClock().Ticks() < end) {
-        YieldToSystem();
-        platform::TheClock().Sleep(kPause);
-    }
-}
-
-} // namespace
 
 TextStamp StampOf(const TextOfFile& file) {
     constexpr std::uint64_t kOffset = 0xcbf2'9ce4'8422'2325;
@@ -36,7 +22,7 @@ TextStamp StampOf(const TextOfFile& file) {
 }
 
 std::optional<TextOfFile> ReadText(const std::string& path, const Message& notOpened) {
-    ControlStream stream = OpenShared(path, "rb");
+    ControlStream stream = OpenToRead(path);
     if (!stream && IsMissing(path)) return TextOfFile{};
     if (!stream) {
         ShowError(notOpened, path);
@@ -73,8 +59,7 @@ bool IsWholeText(std::string_view text, std::string_view type) {
 }
 
 bool IsCutOff(const ReplacedFile& file) {
-    AwaitReplacement(file);
-    if (!IsMissing(file.Path) || GateIsHeldElsewhere(file.Path)) return false;
+    if (!IsMissing(file.Path)) return false;
     ControlStream stream = OpenShared(file.NewPath, "rb");
     return IsWholeText(stream.Rest(), file.Type) && !stream.Failed();
 }
@@ -132,7 +117,8 @@ bool ChangeReplacedFile(const ReplacedFile& file, const TextChange& change, cons
     if (live->IsThere && *text == live->Text) return true;
     if (!WriteNewText(file, *text)) return false;
     if (PutNewTextInPlace(file)) return true;
-    if (!IsMissing(file.Path)) platform::Files().Delete(file.NewPath);
+    const bool isLiveThere = static_cast<bool>(OpenShared(file.Path, "rb")); // one about to be deleted cannot be opened
+    if (isLiveThere) platform::Files().Delete(file.NewPath);
     return false;
 }
 

@@ -80,4 +80,10 @@ std::string ToCodePage(std::string& text) {
     return {};
 }
 
+std::string FromCodePage(std::string_view text) {
+    std::string utf8;
+    for (const char32_t letter : platform::LettersOf(text)) AppendUtf8(utf8, letter);
+    return utf8;
+}
+
 } // namespace bv

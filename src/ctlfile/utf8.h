@@ -19,4 +19,7 @@ void AppendUtf8(std::string& text, char32_t letter);
 // without a place: "the letter U+0141 is not in the code page of the files"; empty when it all went.
 std::string ToCodePage(std::string& text);
 
+// A text of the code page in UTF-8. Every byte gives a letter.
+std::string FromCodePage(std::string_view text);
+
 } // namespace bv

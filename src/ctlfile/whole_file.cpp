@@ -4,6 +4,7 @@
 
 #include "ctlfile/control_stream.h"
 #include "ctlfile/copy_back.h"
+#include "ctlfile/file_gate.h"
 #include "platform/clock.h"
 #include "platform/files.h"
 #include "voice/messages.h"
@@ -51,13 +52,17 @@ bool PutInPlace(const std::string& newPath, const std::string& livePath) {
     for (;;) {
         const FileError error = TryToPutInPlace(newPath, livePath);
         if (error == FileError::RightsNotKept) return CopyOver(newPath, livePath);
-        const bool mayComeOff = error == FileError::AccessDenied || error == FileError::Exists;
+        const bool mayComeOff = error == FileError::AccessDenied || error == FileError::Exists ||
+                                (error == FileError::NotFound && !IsMissing(newPath)); // the old one comes or goes
         if (!mayComeOff || platform::TheClock().Ticks() >= end) return error == FileError::None;
         YieldToSystem();
         platform::TheClock().Sleep(kPause);
     }
 }
 
-bool IsMissing(const std::string& path) { return Files().Open(path, {}).Error == FileError::NotFound; }
+bool IsMissing(const std::string& path) {
+    const auto isNotFound = [&] { return Files().Open(path, {}).Error == FileError::NotFound; };
+    return isNotFound() && !GateIsHeldElsewhere(path) && isNotFound(); // it may have come back before the gate was free
+}
 
 } // namespace bv

@@ -21,7 +21,8 @@ bool WriteWholeFile(const std::string& path, std::string_view text, std::string_
 // False when it cannot be done: then both are as they were, or the new one is there alone. Shows nothing.
 bool PutInPlace(const std::string& newPath, const std::string& livePath);
 
-// Whether there is certainly no such file: a look that failed says nothing.
+// Whether there is certainly no such file: a look that failed says nothing, nor does one while another program replaces
+// the file (file_gate.h).
 bool IsMissing(const std::string& path);
 
 } // namespace bv

@@ -17,7 +17,7 @@ bool Refuse(std::string_view reason) {
 }
 
 bool CheckLocationName(std::string_view location) {
-    if (location.empty()) return Refuse("Location: \"\" is no name");
+    if (location.empty()) return Refuse("Location: \"\" is not a name");
     const ValueRule rule = {ValueRule::Form::Text, decltype(DialProperties::Description)::kLimit};
     const auto fault = FaultOfValue("Location", rule, location);
     return !fault || Refuse(*fault);
@@ -28,12 +28,12 @@ std::optional<std::string> FaultOfPrefix(const DialListKey& list, std::string_vi
     return FaultOfValue(list.Name(), {ValueRule::Form::Text, DialPrefix::kLimit}, prefix);
 }
 
-// Puts the prefixes of a text with commas into the list; the reason when it cannot be.
+// Puts the prefixes of a text with commas or blanks into the list; the reason when it cannot be.
 std::optional<std::string> StorePrefixes(const DialListKey& list, std::string_view text, DialProperties& properties) {
     if (text == PrefixesText(properties.*list.List)) return {};
     DialPrefixes prefixes;
     while (!text.empty()) {
-        const std::string_view prefix = text.substr(0, text.find(','));
+        const std::string_view prefix = text.substr(0, text.find_first_of(" ,"));
         const bool isLast = prefix.size() == text.size();
         if (auto fault = FaultOfPrefix(list, isLast || prefix.size() + 1 < text.size() ? prefix : "")) return fault;
         if (prefixes.IsFull())
@@ -41,6 +41,7 @@ std::optional<std::string> StorePrefixes(const DialListKey& list, std::string_vi
                               DialPrefixes::kLimit);
         prefixes.Add(prefix);
         text.remove_prefix(isLast ? text.size() : prefix.size() + 1);
+        if (!isLast) text = SkipBlanks(text);
     }
     properties.*list.List = prefixes;
     return {};
@@ -51,7 +52,8 @@ std::optional<std::string> StoreKey(std::string_view name, std::string_view valu
     const auto isIt = [name](const auto& key) { return EqualFolded(key.Name(), name); };
     const auto key = std::ranges::find_if(DialKeys(), isIt);
     const auto* const list = std::ranges::find_if(kDialListKeys, isIt);
-    if (key == DialKeys().end() && list == std::end(kDialListKeys)) return FormatText("There is no key %s", name);
+    if (key == DialKeys().end() && list == std::end(kDialListKeys))
+        return FormatText("%s: \"%s\" - there is no such key", name, value);
     if (properties.Mode != kDialLocation)
         return FormatText("%s: \"%s\" - the location %s has no keys", name, value, SelectedLocation(properties));
     if (list != std::end(kDialListKeys)) return StorePrefixes(*list, value, properties);

@@ -44,8 +44,9 @@ std::string Joined(const std::vector<std::string>& texts) {
 
 std::vector<std::string> Words(std::string_view text) {
     std::vector<std::string> words;
-    for (text = SkipBlanks(text); !text.empty(); text = SkipBlanks(text)) {
-        const std::string_view word = text.substr(0, text.find(' '));
+    const auto skip = [&text] { text.remove_prefix(std::min(text.find_first_not_of(" ,"), text.size())); };
+    for (skip(); !text.empty(); skip()) {
+        const std::string_view word = text.substr(0, text.find_first_of(" ,"));
         words.emplace_back(word);
         text.remove_prefix(word.size());
     }
@@ -159,6 +160,12 @@ std::string RegionKind::FaultOf(const DestinationEdit& edit, const RegionEntry& 
 
 std::string AreaKind::FaultOf(const DestinationEdit&, const AreaEntry& entry, const AreaEntry& old) {
     return FaultOfMatches(kAreaFile, entry, old, IsNumber, "a number, or the beginning of one and *");
+}
+
+std::optional<AreaKind> AreasOf(const Destinations& tables, std::string_view country) {
+    if (const CountryEntry* found = tables.FindCountry(country)) return AreaKind{found->DiallingCode};
+    ShowError(9130, CountryKind::kName, country);
+    return {};
 }
 
 template <class Kind>

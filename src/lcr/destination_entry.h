@@ -2,6 +2,7 @@
 // and what is said. All of it goes into the working copies of an edit.
 #pragma once
 
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -59,6 +60,9 @@ struct AreaKind {
     }
     static std::string FaultOf(const DestinationEdit& edit, const AreaEntry& entry, const AreaEntry& old);
 };
+
+// The areas of the country with that identifier or dialling code; none, after 9130, without one.
+std::optional<AreaKind> AreasOf(const Destinations& tables, std::string_view country);
 
 // The entry of that identifier, in any case; null, after 9130, without one.
 template <class Kind>

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <utility>
 
+#include "ctlfile/whole_file.h"
 #include "platform/clock.h"
 #include "platform/files.h"
 #include "shell/server_files.h"
@@ -92,15 +93,15 @@ LcrButtons UpdateLcrButtons(bool isEnabled, bool hasGeneralSettings) {
     LcrButtons buttons;
     buttons.General = buttons.Destinations = isEnabled;
     buttons.Links = isEnabled && hasGeneralSettings;
-    buttons.Rules = buttons.Links && FileExists(PathOf(ServerFile::Countries)) && FileExists(PathOf(ServerFile::Links));
+    buttons.Rules = buttons.Links && !IsMissing(PathOf(ServerFile::Countries)) && !IsMissing(PathOf(ServerFile::Links));
     return buttons;
 }
 
 LcrLack FindLcrLack(bool hasGeneralSettings) {
     if (!hasGeneralSettings) return LcrLack::GeneralSettings;
-    if (!FileExists(PathOf(ServerFile::Links))) return LcrLack::Links;
-    if (!FileExists(PathOf(ServerFile::Countries))) return LcrLack::Destinations;
-    return FileExists(PathOf(ServerFile::Rules)) ? LcrLack::Nothing : LcrLack::Rules;
+    if (IsMissing(PathOf(ServerFile::Links))) return LcrLack::Links;
+    if (IsMissing(PathOf(ServerFile::Countries))) return LcrLack::Destinations;
+    return !IsMissing(PathOf(ServerFile::Rules)) ? LcrLack::Nothing : LcrLack::Rules;
 }
 
 LcrReadiness CheckLcrReady(bool hasGeneralSettings, bool mayAskForRules) {

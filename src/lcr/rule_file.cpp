@@ -181,7 +181,8 @@ bool SaveRules(const RuleList& rules, const TextStamp& stamp) {
 }
 
 PendingRules LookForPendingRules() {
-    if (IsMissing(PendingRulesPath())) return PendingRules::None;
+    if (platform::Files().Open(PendingRulesPath(), {}).Error == platform::FileError::NotFound)
+        return PendingRules::None;
     ControlStream file = OpenShared(PendingRulesPath(), "rb");
     const bool isWhole = IsWholeText(file.Rest(), RuleFile().Type);
     if (file.Failed()) return PendingRules::Unreadable;

@@ -7,6 +7,7 @@
 
 #include "lcr/rule_references.h"
 #include "platform/ascii.h"
+#include "voice/format.h"
 
 namespace bv {
 namespace {
@@ -139,6 +140,40 @@ Verdict JudgeRule(const RoutingRule& rule, const RuleFilter& filter, const Match
     case Criterion::User: return JudgeUser(rule, filter);
     }
     return {};
+}
+
+const std::pair<Criterion, Verdict>* RuleVerdict::Against() const {
+    const auto found = std::ranges::find_if(Criteria, [](const auto& one) { return !one.second.Matches; });
+    return found == Criteria.end() ? nullptr : &*found;
+}
+
+FaxVerdict JudgeFax(const RuleList& rules, RuleFilter fax, std::span<const Criterion> asked, const MatchBasis& basis) {
+    FaxVerdict judged;
+    fax.IsActive = true;
+    for (const RoutingRule& rule : rules) {
+        RuleVerdict verdict;
+        for (const Criterion kind : asked) {
+            fax.Kind = kind;
+            verdict.Criteria.emplace_back(kind, JudgeRule(rule, fax, basis));
+        }
+        if (verdict.Against() == nullptr && !judged.Deciding) judged.Deciding = judged.Rules.size();
+        judged.Rules.push_back(std::move(verdict));
+    }
+    return judged;
+}
+
+std::string DescribeVerdict(const RuleList& rules, const FaxVerdict& verdict) {
+    if (!verdict.Deciding) return "No rule decides: the local server sends the fax";
+    const RoutingRule& rule = rules[*verdict.Deciding];
+    const std::string_view description = rule.Description.IsEmpty() ? kNoDescription : rule.Description.View();
+    std::string senders;
+    for (const std::string& server : rule.Servers) senders.append(senders.empty() ? "" : ", ").append(server);
+    if (!senders.empty()) senders.insert(0, rule.Servers.size() == 1 ? "server " : "one of the servers ");
+    if (senders.empty())
+        senders = "the local server";
+    else if (rule.AllowsLocalServer)
+        senders += " or the local server";
+    return FormatText("Rule %d \"%s\" decides: %s sends the fax", *verdict.Deciding + 1, description, senders);
 }
 
 bool RuleMatches(const RoutingRule& rule, const RuleFilter& filter, const MatchBasis& basis) {

@@ -1,9 +1,14 @@
 // Whether a rule's criteria are met by a fax that somebody describes, one criterion at a time, and why.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <optional>
+#include <span>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "ctlfile/dates.h"
 #include "lcr/destinations.h"
@@ -45,6 +50,25 @@ struct Verdict {
 // allows the local server does not count.
 Verdict JudgeRule(const RoutingRule& rule, const RuleFilter& filter, const MatchBasis& basis);
 bool RuleMatches(const RoutingRule& rule, const RuleFilter& filter, const MatchBasis& basis);
+
+// What a rule says of a fax, criterion by criterion.
+struct RuleVerdict {
+    std::vector<std::pair<Criterion, Verdict>> Criteria;
+
+    // The first criterion that speaks against the rule, with its verdict; null when none does.
+    [[nodiscard]] const std::pair<Criterion, Verdict>* Against() const;
+};
+
+struct FaxVerdict {
+    std::vector<RuleVerdict> Rules;      // by their places
+    std::optional<std::size_t> Deciding; // the place of the first rule that nothing speaks against
+};
+
+// Judges what is asked about of a fax by every rule, in their order.
+FaxVerdict JudgeFax(const RuleList& rules, RuleFilter fax, std::span<const Criterion> asked, const MatchBasis& basis);
+
+// Which rule decides, counted from 1, and who sends the fax, in one line without an end.
+std::string DescribeVerdict(const RuleList& rules, const FaxVerdict& verdict);
 
 // The moment that a filter's weekday, hour and minute stand for: near the date, on a day from 1 to 28 of its month.
 CalendarTime MomentOf(const RuleFilter& filter, const CalendarTime& today);

@@ -131,7 +131,8 @@ bool EnterDestinations(RoutingRule& rule, std::string_view kind, std::string_vie
     std::vector<RuleDestination> entered;
     for (const std::string& entry : Entries(value)) {
         if (!IsOfKind(kind, entry))
-            return Refuse(kind, entry, EqualFolded(kind, "Area") ? "is no country, / and an area" : "is no country");
+            return Refuse(kind, entry,
+                          EqualFolded(kind, "Area") ? "is not a country, / and an area" : "is not a country");
         RuleDestination destination = {{}, key + " " + entry};
         const std::optional<std::string> found = FindDestinationKey(names.Places, destination);
         if (!found) return Refuse(kind, entry, "is not defined");

@@ -1,5 +1,5 @@
 // The keys of a routing rule: how the file has them, and the values that a person gives, in which lists are parted by
-// commas, and an entry with a blank or a comma stands in quotes.
+// commas or blanks, and an entry with a blank or a comma stands in quotes.
 #pragma once
 
 #include <cstdint>

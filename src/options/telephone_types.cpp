@@ -63,7 +63,7 @@ bool Refuse(const std::string& reason) {
 std::optional<TelephoneTypeCode> KeptType(std::string_view word) {
     const auto code = ParseTelephoneType(word);
     if (!code) {
-        ShowError("%s is not Local, National1 to National9 or International2 to International9", word);
+        ShowError("Type: \"%s\" is not Local, National1 to National9 or International2 to International9", word);
         return {};
     }
     const std::string written = TelephoneTypeWord(*code);

@@ -1,15 +1,23 @@
-// The workstation's code page, in which the texts of the server's files are.
+// The code page in which the texts of the server's files are.
 #pragma once
 
 #include <array>
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace bv::platform {
 
-// The letter's bytes in the code page; none when it has no such letter. On a system that has no code page of its own it
-// is windows-1252.
+// Chooses the code page by its number, such as 1250; 0 stands for the one that holds until another is chosen: the
+// workstation's own on Windows, windows-1252 elsewhere. False, and nothing is chosen, for one that the system does not
+// know and, but for the workstation's own, for one whose letters are not a byte each.
+bool UseCodePage(unsigned number);
+
+// The letter's bytes in the code page; none when it has no such letter.
 std::optional<std::string> InCodePage(char32_t letter);
+
+// The letters of a text in the code page. A byte that stands for none is taken for the letter of its own number.
+std::u32string LettersOf(std::string_view text);
 
 // What windows-1252 has at 0x80 to 0x9F; elsewhere it is Latin-1. Its five gaps stand for themselves.
 inline constexpr std::array<char16_t, 32> kWindows1252 = {

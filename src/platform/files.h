@@ -130,9 +130,17 @@ class FileSystem {
     // What stands at the path. None also when that cannot be told: whether there is certainly no file, an opening says.
     virtual std::optional<FileInfo> Find(const std::string& path) = 0;
 
-    // The names of the files (no directories) that match a pattern of "*" and "?" without regard to case,
-    // in alphabetical order; empty also when the directory cannot be read.
-    virtual std::vector<std::string> List(const std::string& directory, std::string_view pattern) = 0;
+    // Adds the names of the files (no directories) that match a pattern of "*" and "?" without regard to case, in
+    // alphabetical order. NotFound: there is no such directory. With any error no name is added.
+    virtual FileError ReadDirectory(const std::string& directory, std::string_view pattern,
+                                    std::vector<std::string>& names) = 0;
+
+    // The same for who has no use for the error.
+    std::vector<std::string> List(const std::string& directory, std::string_view pattern) {
+        std::vector<std::string> names;
+        ReadDirectory(directory, pattern, names);
+        return names;
+    }
 
     // Makes a directory in one that is there. Exists: something stands at the path already.
     virtual FileError MakeDirectory(const std::string& path) = 0;

@@ -276,10 +276,14 @@ std::optional<FileInfo> OverlayFiles::Find(const std::string& path) {
     return FileInfo{false, entry->Now->size(), entry->WriteTime};
 }
 
-std::vector<std::string> OverlayFiles::List(const std::string& directory, std::string_view pattern) {
-    std::vector<std::string> names;
-    if (base_ != nullptr && !KnownDirectory(directory)) names = base_->List(directory, pattern);
-    std::erase_if(names, [&](const std::string& name) {
+FileError OverlayFiles::ReadDirectory(const std::string& directory, std::string_view pattern,
+                                      std::vector<std::string>& names) {
+    std::vector<std::string> found;
+    if (base_ != nullptr && !KnownDirectory(directory)) {
+        const FileError error = base_->ReadDirectory(directory, pattern, found);
+        if (error != FileError::None && error != FileError::NotFound) return error;
+    }
+    std::erase_if(found, [&](const std::string& name) {
         const std::shared_ptr<OverlayEntry> entry = FindEntry(directory + "\\" + name);
         return entry && (entry->Created || !entry->Now);
     });
@@ -288,10 +292,11 @@ std::vector<std::string> OverlayFiles::List(const std::string& directory, std::s
     for (const auto& [key, entry] : Below(entries_, directoryKey)) {
         if (!entry->Created || !entry->Now || key.rfind('\\') != directoryKey.size()) continue;
         const std::string name = PathNames(entry->Path).back();
-        if (MatchesWildcard(pattern, name)) names.push_back(name);
+        if (MatchesWildcard(pattern, name)) found.push_back(name);
     }
-    std::ranges::sort(names, ComesBefore);
-    return names;
+    std::ranges::sort(found, ComesBefore);
+    names.insert(names.end(), found.begin(), found.end());
+    return FileError::None;
 }
 
 FileError OverlayFiles::MakeDirectory(const std::string& path) {

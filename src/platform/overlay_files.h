@@ -42,7 +42,8 @@ class OverlayFiles final : public FileSystem {
     FileError Rename(const std::string& from, const std::string& to) override;
     FileError Replace(const std::string& from, const std::string& to) override;
     std::optional<FileInfo> Find(const std::string& path) override;
-    std::vector<std::string> List(const std::string& directory, std::string_view pattern) override;
+    FileError ReadDirectory(const std::string& directory, std::string_view pattern,
+                            std::vector<std::string>& names) override;
     FileError MakeDirectory(const std::string& path) override;
     FileError RemoveEmptyDirectory(const std::string& path) override;
 

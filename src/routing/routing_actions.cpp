@@ -12,14 +12,15 @@ namespace {
 // A word such as "(unaddressed)" stands for faxes that name nobody.
 bool IsSpecialWord(std::string_view name) { return name.size() > 2 && name.starts_with('(') && name.ends_with(')'); }
 
-// The user's name in upper case, as routing has it; none, after a message, when there is no such user.
+// The name of a user or a group in upper case, as routing has it; none, after a message, when there is none.
 std::optional<std::string> KnownUser(std::string_view name) {
     UserList list;
     if (!list) return {};
-    const bool isUser = !IsSpecialWord(name) && list.Has(name, RecordKind::User);
+    const bool isKnown =
+        !IsSpecialWord(name) && (list.Has(name, RecordKind::User) || list.Has(name, RecordKind::Group));
     if (!list.IsRead()) return {};
-    if (isUser) return UpperText(name);
-    ShowNotFound(name, RecordKind::User);
+    if (isKnown) return UpperText(name);
+    ShowNotFound(name, name.starts_with('@') ? RecordKind::Group : RecordKind::User);
     return {};
 }
 

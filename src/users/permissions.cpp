@@ -53,7 +53,7 @@ bool ParseTime(std::optional<std::string_view> token, std::int16_t& hour, std::i
 
 bool ParseDay(std::string_view token, std::uint16_t& days) {
     const auto isIt = [token](const WeekDay& day) { return StartsWithFolded(token, day.Word); };
-    const auto* day = std::ranges::find_if(kWeekDays, isIt);
+    const auto day = std::ranges::find_if(kWeekDays, isIt);
     if (day == std::end(kWeekDays)) return false;
     days = static_cast<std::uint16_t>(days | day->Bit);
     return true;
@@ -251,11 +251,6 @@ bool IsValidSendTime(std::string_view text) {
         if ((IsAfter(*token) || IsBefore(*token)) && !IsClockTime(TakeToken(rest).value_or(""))) return false;
     }
     return true;
-}
-
-bool IsValidDialList(std::string_view text) {
-    std::uint32_t dialMask = 0;
-    return ParseDialPermissions(text, dialMask);
 }
 
 bool IsSendTimeWritten(const SendTimeRange& range) {

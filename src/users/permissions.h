@@ -103,7 +103,6 @@ bool FormatDialPermissions(std::string& text, std::size_t size, const UserPermis
 
 // Whether a person may enter the text: a value as above, with times from 00:00 to 24:00 of two digits each.
 bool IsValidSendTime(std::string_view text);
-bool IsValidDialList(std::string_view text);
 
 // Whether the user list keeps these times: it has a "SendTime:" only when both the period and the days are limited,
 // and a record without one reads as kAnyTime.

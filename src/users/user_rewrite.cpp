@@ -77,8 +77,9 @@ class ChangePlanner {
         for (const NamedRecord& added : changes.Added) pending_.push_back(&added);
         // Records of one name stay in their order, as if they came one by one.
         std::ranges::stable_sort(pending_, {}, &NamedRecord::Name);
-        for (const NamedRecord& updated : changes.Updated) {
-            updates_.insert_or_assign(UpperText(updated.Name), &updated);
+        for (std::size_t i = 0; i < changes.Updated.size(); ++i) {
+            const UserRecord* before = changes.Before.empty() ? nullptr : &changes.Before[i];
+            updates_.insert_or_assign(UpperText(changes.Updated[i].Name), Update{&changes.Updated[i], before});
         }
     }
 
@@ -87,22 +88,26 @@ class ChangePlanner {
         if (changes_.NamesAreFree && !CheckNamesAreFree(list)) return {};
         FindPlaces(list);
         if (!updates_.empty()) {
-            ShowNotFound(updates_.begin()->second->Name, kind_);
+            ShowNotFound(updates_.begin()->second.Record->Name, kind_);
             return {};
         }
         Splices splices;
-        for (const auto& [place, record] : placed_) {
-            if (!CheckIsAsBefore(list, place, *record)) return {};
-            AddSplice(list, place, *record, splices);
+        for (const Placed& placed : placed_) {
+            if (!placed.IsNew && !CheckIsAsBefore(list, placed)) return {};
+            splices.push_back(placed.IsNew ? Addition(list, placed) : Replacement(list, placed));
         }
         AppendPending(list, splices);
         return splices;
     }
 
   private:
-    struct Placed {
-        RecordPlace Place; // of the record to be updated; that to be added stands before it, and has no body
+    struct Update {
         const NamedRecord* Record;
+        const UserRecord* Before; // what the record must still be; null: whatever it is
+    };
+    struct Placed : Update {
+        bool IsNew;
+        RecordPlace Place; // of the record to be updated, or of that which the new one goes before
     };
 
     [[nodiscard]] bool CheckNamesAreFree(const HeldList& list) const {
@@ -123,18 +128,15 @@ class ChangePlanner {
         return true;
     }
 
-    [[nodiscard]] bool CheckIsAsBefore(const HeldList& list, const RecordPlace& place,
-                                       const NamedRecord& record) const {
-        if (changes_.Before.empty() || IsAddition(place)) return true;
+    [[nodiscard]] bool CheckIsAsBefore(const HeldList& list, const Placed& placed) const {
+        if (placed.Before == nullptr) return true;
         UserRecord current;
-        list.Stream.Seek(place.BodyStart);
-        ReadRecordBody(list.Stream, kind_, IsDefaultName(record.Name), current);
-        if (current == changes_.Before[static_cast<std::size_t>(&record - changes_.Updated.data())]) return true;
-        ShowError(9025, record.Name);
+        list.Stream.Seek(placed.Place.BodyStart);
+        ReadRecordBody(list.Stream, kind_, IsDefaultName(placed.Record->Name), current);
+        if (current == *placed.Before) return true;
+        ShowError(9025, placed.Record->Name);
         return false;
     }
-
-    static bool IsAddition(const RecordPlace& place) { return place.BodyStart == place.Start; }
 
     void FindPlaces(const HeldList& list) {
         static constexpr std::array kKeys = {kNameKey};
@@ -145,15 +147,15 @@ class ChangePlanner {
             records.Get(0, name);
             const RecordPlace place{records.Start(), records.BodyStart(), records.End()};
             if (IsDefaultName(name) && !defaultRecord_) defaultRecord_ = place;
-            PlacePending(name, place.Start);
+            PlacePending(name, place);
             PlaceUpdate(name, place);
         }
     }
 
     // Those that sort before the record, which are the first of the sorted ones, go before it.
-    void PlacePending(std::string_view name, Position start) {
+    void PlacePending(std::string_view name, const RecordPlace& place) {
         for (; next_ < pending_.size() && name > pending_[next_]->Name; ++next_) {
-            placed_.push_back({{start, start, start}, pending_[next_]});
+            placed_.push_back({{pending_[next_], nullptr}, true, place});
         }
     }
 
@@ -161,7 +163,7 @@ class ChangePlanner {
         if (updates_.empty()) return;
         const auto update = updates_.find(UpperText(name));
         if (update == updates_.end()) return;
-        placed_.push_back({place, update->second});
+        placed_.push_back({update->second, false, place});
         updates_.erase(update);
     }
 
@@ -172,14 +174,14 @@ class ChangePlanner {
         return text.append(kLineEnd).append(UserRecordLines(added.Name, added.Record, inherited, kind_));
     }
 
-    void AddSplice(const HeldList& list, const RecordPlace& place, const NamedRecord& record, Splices& splices) const {
-        if (IsAddition(place)) {
-            splices.push_back({place.Start, place.Start, NewRecord(list, record).append(kLineEnd)});
-        } else {
-            const std::string_view oldBody = list.Body(place);
-            splices.push_back(
-                {place.BodyStart, place.End, UserRecordLines(record.Name, record.Record, oldBody, kind_)});
-        }
+    [[nodiscard]] Splice Addition(const HeldList& list, const Placed& placed) const {
+        return {placed.Place.Start, placed.Place.Start, NewRecord(list, *placed.Record).append(kLineEnd)};
+    }
+
+    [[nodiscard]] Splice Replacement(const HeldList& list, const Placed& placed) const {
+        const auto& [name, record] = *placed.Record;
+        return {placed.Place.BodyStart, placed.Place.End,
+                UserRecordLines(name, record, list.Body(placed.Place), kind_)};
     }
 
     void AppendPending(const HeldList& list, Splices& splices) const {
@@ -196,7 +198,7 @@ class ChangePlanner {
     RecordKind kind_;
     std::vector<const NamedRecord*> pending_; // to be added, by name; those from next_ on have no place yet
     std::size_t next_ = 0;
-    std::map<std::string, const NamedRecord*> updates_; // by name in upper case, those not found yet
+    std::map<std::string, Update> updates_; // by name in upper case, those not found yet
     std::vector<Placed> placed_;
     std::optional<RecordPlace> defaultRecord_;
 };

@@ -11,7 +11,7 @@
 namespace bv::test {
 
 struct CommandCase {
-    std::vector<std::string> Arguments;
+    std::string Command; // as it is typed
     int Status;
     std::string Results;
     std::string Notices; // how they end; empty: there are none
@@ -22,17 +22,15 @@ struct CommandCase {
 template <class Scene>
 void ExpectEach(std::span<const CommandCase> cases, const std::string& before) {
     for (const CommandCase& one : cases) {
-        SCOPED_TRACE(testing::PrintToString(one.Arguments));
+        SCOPED_TRACE(one.Command);
         Scene scene;
-        EXPECT_EQ(scene.Console.Run(one.Arguments), one.Status);
+        EXPECT_EQ(scene.Console.Type(one.Command), one.Status);
         EXPECT_EQ(scene.Console.Results, one.Results);
         EXPECT_THAT(scene.Console.Notices, testing::EndsWith(one.Notices));
         EXPECT_EQ(scene.Console.Notices.empty(), one.Notices.empty());
         EXPECT_EQ(scene.File(), one.After);
-        std::vector<std::string> rehearsed = one.Arguments;
-        rehearsed.emplace_back("--dry-run");
         Scene rehearsal;
-        EXPECT_EQ(rehearsal.Console.Run(rehearsed), one.Status);
+        EXPECT_EQ(rehearsal.Console.Type(one.Command + " --dry-run"), one.Status);
         EXPECT_EQ(rehearsal.File(), before);
     }
 }

@@ -82,21 +82,6 @@ TEST(DryRun, IsOneJsonDocument) {
     EXPECT_EQ(console.Results.substr(console.Results.size() - end.size()), end);
 }
 
-TEST(DryRun, FailsAsTheRealRunWould) {
-    const TemporaryDirectory directory;
-    const std::string path = directory.Path("SETUP.INI");
-    directory.Write("SETUP.INI", "[A]\r\n");
-    const platform::OpenResult holder =
-        platform::Files().Open(directory.Path("SETUP.TMP"),
-                               {platform::Access::ReadWrite, platform::Deny::Writing, platform::Creation::CreateNew});
-    test::FakeClock clock;
-    const platform::Substitute<platform::Clock> substitute(clock);
-    TextConsole console;
-    EXPECT_EQ(console.Run({"file", "set", path, "A", "K", "1", "--dry-run"}), 1);
-    EXPECT_EQ(console.Results, "");
-    EXPECT_EQ(console.Notices, "Error updating file " + path + "\n");
-}
-
 TEST(DryRun, NeedsNoAnswer) {
     test::FakeEnvironment environment;
     const platform::Substitute<platform::Environment> substitute(environment);

@@ -3,6 +3,7 @@
 #include "console/text_console.h"
 #include "support/faulty_files.h"
 #include "support/memory_server.h"
+#include "support/texts.h"
 
 namespace bv::console {
 namespace {
@@ -24,62 +25,35 @@ const std::string kSetup = Crlf("; notes\n[BRIVANE]\nType: X\n\n[OPTIONS]\n; why
 
 struct Reading {
     const char* Name;
-    std::vector<std::string> Arguments; // FILE is put behind the first two
+    std::string Command; // on FILE
     int Status;
     std::string Results;
     std::string Notices;
 };
 
 const Reading kReadings[] = {
-    {"paragraphs", {"file", "list"}, 0, "[BRIVANE]\n[OPTIONS]\n[PRINT] x\n[OPTIONS]\n", ""},
-    {"paragraphs as JSON",
-     {"file", "list", "--json"},
-     0,
-     "[\n  \"[BRIVANE]\",\n  \"[OPTIONS]\",\n  \"[PRINT] x\",\n  \"[OPTIONS]\"\n]\n",
+    {"paragraphs", "file list FILE", 0, "[BRIVANE]\n[OPTIONS]\n[PRINT] x\n[OPTIONS]\n", ""},
+    {"lines of the first of a name, in any case", "file list FILE options", 0, "LogFile: A.LOG\nArea= F:\\\nAlone\n",
      ""},
-    {"lines of the first of a name, in any case",
-     {"file", "list", "options"},
-     0,
-     "LogFile: A.LOG\nArea= F:\\\nAlone\n",
-     ""},
-    {"lines as JSON, a line without separator has no value",
-     {"file", "list", "[OPTIONS]", "--json"},
-     0,
+    {"lines as JSON, a line without separator has no value", "file list FILE [OPTIONS] --json", 0,
      "[\n  {\n    \"key\": \"LogFile\",\n    \"value\": \"A.LOG\"\n  },\n  {\n    \"key\": \"Area\",\n    \"value\": "
      "\"F:\\\\\"\n  },\n  {\n    \"key\": \"Alone\",\n    \"value\": null\n  }\n]\n",
      ""},
-    {"value of a key in any case", {"file", "get", "OPTIONS", "logfile"}, 0, "A.LOG\n", ""},
-    {"value of a key with '='", {"file", "get", "[options]", "Area="}, 0, "F:\\\n", ""},
-    {"the separator that was given only",
-     {"file", "get", "OPTIONS", "Area:"},
-     1,
-     "",
+    {"value of a key in any case", "file get FILE OPTIONS logfile", 0, "A.LOG\n", ""},
+    {"value of a key with '='", "file get FILE [options] Area=", 0, "F:\\\n", ""},
+    {"the separator that was given only", "file get FILE OPTIONS Area:", 1, "",
      "There is no key Area: in paragraph [OPTIONS] of file F:\\X\\SETUP.INI\n"},
-    {"value as JSON, key as in the file",
-     {"file", "get", "OPTIONS", "area=", "--json"},
-     0,
-     "{\n  \"Area\": \"F:\\\\\"\n}\n",
-     ""},
-    {"no such paragraph",
-     {"file", "get", "NOPE", "Area"},
-     1,
-     "",
-     "There is no paragraph [NOPE] in file F:\\X\\SETUP.INI\n"},
-    {"list of no such paragraph, named as a verb",
-     {"file", "list", "get"},
-     1,
-     "",
+    {"list of no such paragraph, named as a verb", "file list FILE get", 1, "",
      "There is no paragraph [get] in file F:\\X\\SETUP.INI\n"},
 };
 
 TEST(FileCommand, Reads) {
     MemoryServer server;
     server.Put(kPath, kSetup);
-    for (auto [name, arguments, status, results, notices] : kReadings) {
+    for (const auto& [name, command, status, results, notices] : kReadings) {
         SCOPED_TRACE(name);
-        arguments.insert(arguments.begin() + 2, kPath);
         TextConsole console;
-        EXPECT_EQ(console.Run(arguments), status);
+        EXPECT_EQ(console.Type(test::Replaced(command, "FILE", kPath)), status);
         EXPECT_EQ(console.Results, results);
         EXPECT_EQ(console.Notices, notices);
     }
@@ -89,43 +63,29 @@ TEST(FileCommand, Reads) {
 struct Writing {
     const char* Name;
     std::string Before;
-    std::vector<std::string> Arguments; // FILE is put behind the first two
+    std::string Command; // on FILE
     std::string After;
 };
 
 const Writing kWritings[] = {
-    {"set in place, and normalise",
-     "[A]\nK: 1  \n\nL: 2\n",
-     {"file", "set", "A", "K", "new one"},
-     "[A]\nK: new one\nL: 2\n"},
-    {"a key without separator has ':'", "[A]\nK= 1\n", {"file", "set", "A", "K", "2"}, "[A]\nK= 1\nK: 2\n"},
-    {"set takes the separator given", "[A]\nK: 1\n", {"file", "set", "A", "K=", "2"}, "[A]\nK: 1\nK= 2\n"},
-    {"set adds key and paragraph", "[A]\nK: 1\n", {"file", "set", "B", "L", ""}, "[A]\nK: 1\n\n[B]\nL:\n"},
-    {"append moves the key to the end",
-     "[A]\nK: 1\nL: 2\n",
-     {"file", "set", "A", "K", "3", "--append"},
-     "[A]\nL: 2\nK: 3\n"},
-    {"a value that looks like an option", "[A]\n", {"file", "set", "A", "K", "--", "--json"}, "[A]\nK: --json\n"},
-    {"values that are words of the command line",
-     "[file]\n",
-     {"file", "set", "file", "get", "set"},
-     "[file]\nget: set\n"},
-    {"delete every line of a key", "[A]\nK: 1\nL: 2\nK: 3\n", {"file", "delete", "A", "K"}, "[A]\nL: 2\n"},
-    {"empty keeps the header and comments",
-     "[A]\nK: 1\n; why\n[B]\nK: 2\n",
-     {"file", "empty", "A"},
+    {"set in place, and normalise", "[A]\nK: 1  \n\nL: 2\n", "file set FILE A K 'new one'", "[A]\nK: new one\nL: 2\n"},
+    {"a key without separator has ':'", "[A]\nK= 1\n", "file set FILE A K 2", "[A]\nK= 1\nK: 2\n"},
+    {"set takes the separator given", "[A]\nK: 1\n", "file set FILE A K= 2", "[A]\nK: 1\nK= 2\n"},
+    {"set adds key and paragraph", "[A]\nK: 1\n", "file set FILE B L ''", "[A]\nK: 1\n\n[B]\nL:\n"},
+    {"append moves the key to the end", "[A]\nK: 1\nL: 2\n", "file set FILE A K 3 --append", "[A]\nL: 2\nK: 3\n"},
+    {"values that are words of the command line", "[file]\n", "file set FILE file get set", "[file]\nget: set\n"},
+    {"delete every line of a key", "[A]\nK: 1\nL: 2\nK: 3\n", "file delete FILE A K", "[A]\nL: 2\n"},
+    {"empty keeps the header and comments", "[A]\nK: 1\n; why\n[B]\nK: 2\n", "file empty FILE A",
      "[A]\n; why\n\n[B]\nK: 2\n"},
-    {"empty makes a header that is not there", "[A]\n", {"file", "empty", "B"}, "[A]\n\n[B]\n"},
 };
 
 TEST(FileCommand, Writes) {
-    for (auto [name, before, arguments, after] : kWritings) {
+    for (const auto& [name, before, command, after] : kWritings) {
         SCOPED_TRACE(name);
         MemoryServer server;
         server.Put(kPath, before);
-        arguments.insert(arguments.begin() + 2, kPath);
         TextConsole console;
-        EXPECT_EQ(console.Run(arguments), 0);
+        EXPECT_EQ(console.Type(test::Replaced(command, "FILE", kPath)), 0);
         EXPECT_EQ(console.Results, "");
         EXPECT_EQ(console.Notices, "Updating file F:\\X\\SETUP.INI\nUpdated file F:\\X\\SETUP.INI\n");
         EXPECT_EQ(server.Get(kPath), Crlf(after));
@@ -135,7 +95,7 @@ TEST(FileCommand, Writes) {
 
 struct Refusal {
     const char* Name;
-    std::vector<std::string> Arguments; // FILE is put behind the first two
+    std::string Command; // on FILE
     int Status;
     std::string Notice; // its beginning
 };
@@ -143,37 +103,28 @@ struct Refusal {
 const std::string kLongest(280 - 3, 'x'); // behind "K: "
 
 const Refusal kRefusals[] = {
-    {"delete of a missing key", {"file", "delete", "A", "L"}, 1, "There is no key L: in paragraph [A] of file"},
-    {"delete in a missing paragraph", {"file", "delete", "B", "K"}, 1, "There is no paragraph [B] in file"},
-    {"a line end in a value", {"file", "set", "A", "K", "1\nL: 2"}, 1, "VALUE holds a control character"},
-    {"a line end in a key", {"file", "set", "A", "K\r", "1"}, 1, "KEY holds a control character"},
-    {"a value that the reader would cut",
-     {"file", "set", "A", "K", kLongest + "x"},
-     1,
+    {"delete of a missing key", "file delete FILE A L", 1, "There is no key L: in paragraph [A] of file"},
+    {"delete in a missing paragraph", "file delete FILE B K", 1, "There is no paragraph [B] in file"},
+    {"a line end in a value", "file set FILE A K '1\nL: 2'", 1, "VALUE holds a control character"},
+    {"a value that the reader would cut", "file set FILE A K " + kLongest + "x", 1,
      "A line holds at most 280 characters"},
-    {"a blank that the reader would lose", {"file", "set", "A", "K", "1 "}, 1, "Readers would lose the blank"},
-    {"a key with the other separator", {"file", "delete", "A", "K="}, 1, "There is no key K= in paragraph [A]"},
-    {"a paragraph that the reader would cut",
-     {"file", "set", kLongest + "xx", "K", "1"},
-     1,
+    {"a blank that the reader would lose", "file set FILE A K '1 '", 1, "Readers would lose the blank"},
+    {"a key with the other separator", "file delete FILE A K=", 1, "There is no key K= in paragraph [A]"},
+    {"a paragraph that the reader would cut", "file set FILE " + kLongest + "xx" + " K 1", 1,
      "A line holds at most 280 characters"},
-    {"a comment as a key", {"file", "set", "A", ";K", "1"}, 2, "A key is a word"},
-    {"an indented key", {"file", "set", "A", " K", "1"}, 2, "A key is a word"},
-    {"a header as a key", {"file", "set", "A", "[K", "1"}, 2, "A key is a word"},
-    {"no key", {"file", "set", "A", ":", "1"}, 2, "A key is a word"},
-    {"a key with more behind its separator", {"file", "get", "A", "K:1"}, 2, "A key ends at its first"},
-    {"no paragraph", {"file", "set", "[]", "K", "1"}, 2, "A paragraph has a name"},
+    {"a comment as a key", "file set FILE A ;K 1", 2, "A key is a word"},
+    {"a key with more behind its separator", "file get FILE A K:1", 2, "A key ends at its first"},
+    {"no paragraph", "file set FILE [] K 1", 2, "A paragraph has a name"},
 };
 
 TEST(FileCommand, RefusesWhatWouldNotReadBack) {
     const std::string before = "[A]\nK: 1\n";
     MemoryServer server;
     server.Put(kPath, before);
-    for (auto [name, arguments, status, notice] : kRefusals) {
+    for (const auto& [name, command, status, notice] : kRefusals) {
         SCOPED_TRACE(name);
-        arguments.insert(arguments.begin() + 2, kPath);
         TextConsole console;
-        EXPECT_EQ(console.Run(arguments), status);
+        EXPECT_EQ(console.Type(test::Replaced(command, "FILE", kPath)), status);
         EXPECT_EQ(console.Results, "");
         EXPECT_EQ(console.Notices.substr(0, notice.size()), notice);
         EXPECT_EQ(server.Get(kPath), before);

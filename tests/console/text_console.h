@@ -37,6 +37,20 @@ class TextConsole : public console::Console {
         Notices.clear();
         return console::RunConsole(arguments, *this);
     }
+    // A command as it is typed: words parted by blanks; what has blanks, or nothing, stands in single quotes.
+    int Type(std::string_view line) {
+        std::vector<std::string> words(1);
+        bool isQuoted = false;
+        for (const char c : line) {
+            if (c == '\'')
+                isQuoted = !isQuoted;
+            else if (c == ' ' && !isQuoted)
+                words.emplace_back();
+            else
+                words.back() += c;
+        }
+        return Run(words);
+    }
 };
 
 } // namespace bv::test

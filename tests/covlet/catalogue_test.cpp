@@ -2,16 +2,8 @@
 
 #include <gmock/gmock.h>
 
-#include <fstream>
-#include <iterator>
-#include <set>
-
 #include "ctlfile/control_stream.h"
-#include "shell/server_paths.h"
-#include "support/faulty_files.h"
 #include "support/memory_server.h"
-#include "support/samples.h"
-#include "support/temporary_directory.h"
 
 namespace bv {
 namespace {
@@ -22,7 +14,6 @@ using test::VectorList;
 using testing::ElementsAre;
 using testing::ElementsAreArray;
 using testing::IsEmpty;
-using testing::UnorderedElementsAre;
 using enum ItemKind;
 
 const std::string kCovers = "F:\\BRIVANE\\B-COVER\\";
@@ -69,43 +60,6 @@ TEST(Catalogue, OneThatCannotBeOpenedEmptiesTheListAndIsNamed) {
     EXPECT_THAT(list.Entries, IsEmpty());
     const std::string said = "error: Unable to open file " + kCovers + "MSGDIR.CTL";
     EXPECT_THAT(server.Front.Said, ElementsAre(said, said));
-}
-
-// What an action says last, over all runs in which one look at the files fails, and one in which none does.
-template <class Action>
-std::set<std::string> SaidAtEachFailedLook(MemoryServer& server, const Action& action) {
-    std::set<std::string> said;
-    bool fired = true;
-    for (int call = 1; fired; ++call) {
-        test::FaultyFiles faulty(server.Files, {test::FaultKind::FailOnce, call, test::CallKind::Looks});
-        const platform::Substitute<platform::FileSystem> substitute(faulty);
-        server.Front.Said.assign(1, "nothing");
-        action();
-        said.insert(server.Front.Said.back());
-        fired = faulty.Fired();
-    }
-    return said;
-}
-
-TEST(Catalogue, OneThatCannotBeReadToItsEndIsNamedAndNotShownInPart) {
-    MemoryServer server;
-    server.Load();
-    const std::string path = kCovers + "MSGDIR.CTL";
-    server.Put(path, "[DIRECTORY]\r\nFile: A \"a\"\r\n;" + std::string(40'000, 'x') + "\r\nFile: Z \"z\"\r\n");
-    const std::string torn = "error: Unable to read file " + path + " to its end";
-    const auto list = [] {
-        VectorList entries;
-        if (ListCatalogue(Coversheet, entries)) {
-            EXPECT_EQ(entries.Entries.size(), 2U);
-        } else {
-            EXPECT_THAT(entries.Entries, IsEmpty());
-        }
-    };
-    EXPECT_THAT(SaidAtEachFailedLook(server, list),
-                UnorderedElementsAre(torn, "error: Unable to open file " + path, "nothing"));
-    EXPECT_THAT(
-        SaidAtEachFailedLook(server, [] { CheckNotInstalled(Coversheet, "Z"); }),
-        UnorderedElementsAre(torn, "error: Unable to open file " + path, "error: Coversheet Z is already installed"));
 }
 
 TEST(Catalogue, FindsAnEntryByItsNameInAnyCase) {
@@ -186,32 +140,6 @@ TEST(Catalogue, ANewItemNeedsANameAndFilesAndMustNotBeThereYet) {
         EXPECT_EQ(CheckNewItem(kind, name), said.empty()) << KindWord(kind) << typed;
         EXPECT_EQ(name, upper);
         EXPECT_THAT(server.Front.TakeSaid(), ElementsAreArray(said));
-    }
-}
-
-std::string ReadSample(const std::string& path) {
-    std::ifstream file(test::SamplesDirectory() + "/server/BRIVANE/" + path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
-TEST(Catalogue, AddingAndDeletingOnARealDiskLeavesTheSamplesAsTheyWere) {
-    const test::TemporaryDirectory disk;
-    disk.Write("BRIVANE.INI",
-               "[SERVER]\nAllUserArea: U\nRequestArea: R\nServerArea: S\nSystemArea: " + disk.Path() + "\n");
-    disk.Write("B-DB\\SETUP.INI", "");
-    test::FakeEnvironment environment;
-    environment.Variables["BVAXINIT"] = disk.Path();
-    const platform::Substitute<platform::Environment> substitute(environment);
-    ASSERT_EQ(LoadServerPaths(), 0);
-    for (const auto& [kind, folder] : {std::pair(Coversheet, "B-COVER"s), std::pair(Letterhead, "B-LETTER"s)}) {
-        const std::string sample = ReadSample(folder + "/MSGDIR.CTL");
-        disk.Write(folder + "\\MSGDIR.CTL", sample);
-        EXPECT_TRUE(AddCatalogueEntry(kind, "PARIS", "B\xFCro Paris"));
-        EXPECT_TRUE(ChangeCatalogueEntry(kind, "PARIS", "Paris"));
-        EXPECT_EQ(FindCatalogued(kind, "paris").value_or(CatalogueEntry()).Description, "Paris");
-        EXPECT_TRUE(DeleteCatalogueEntry(kind, "paris"));
-        EXPECT_EQ(disk.Read(folder + "\\MSGDIR.CTL"), sample);
-        EXPECT_FALSE(disk.Has(folder + "\\MSGDIR.TMP"));
     }
 }
 

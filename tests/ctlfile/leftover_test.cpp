@@ -5,6 +5,7 @@
 #include "ctlfile/reading.h"
 #include "ctlfile/rewriter.h"
 #include "support/memory_server.h"
+#include "support/texts.h"
 
 namespace bv::test {
 namespace {
@@ -92,13 +93,15 @@ TEST(Leftover, PutAsideBeforeIsKeptAsWell) {
         scene.Server.Put("F:\\X\\SETUP." + std::string(taken), "[A]\r\n" + std::string(taken) + "\r\n");
     EXPECT_EQ(scene.SaidByWriter().size(), 1U);
     EXPECT_EQ(scene.Server.Get("F:\\X\\SETUP.SA9"), kWhole);
-    scene.Server.Put(kTemporary, kWhole);
-    EXPECT_FALSE(UpdateControlFile(kPath, {"[A]", "k:", "4"})) << "no name is left";
-    EXPECT_EQ(scene.Server.Get(kTemporary), kWhole);
+    const std::string newest = Replaced(kWhole, "l: 2", "l: 3");
+    scene.Server.Put(kTemporary, newest);
+    EXPECT_TRUE(UpdateControlFile(kPath, {"[A]", "k:", "4"})) << "the last one gives way";
+    EXPECT_EQ(scene.Server.Get("F:\\X\\SETUP.SA9"), newest);
+    EXPECT_EQ(scene.Server.Get(kTemporary), "(none)");
 
     std::vector<std::string> found;
     for (const Leftover& one : FindLeftovers(kPath, kTorn)) found.push_back(one.Path.substr(kPath.size() - 3));
-    EXPECT_THAT(found, ElementsAre("TMP", "SA9", "SA8", "SA7", "SA6", "SA5", "SA4", "SA3", "SA2", "SAV"));
+    EXPECT_THAT(found, ElementsAre("SA9", "SA8", "SA7", "SA6", "SA5", "SA4", "SA3", "SA2", "SAV"));
 }
 
 } // namespace

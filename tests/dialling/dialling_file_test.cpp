@@ -170,54 +170,8 @@ TEST(DiallingFile, ATapiLocationHasNoKeys) {
     EXPECT_EQ(server.File(), kHead + "Location: TAPI\n\n[LOCATION]\nDescription: TAPI\n\n");
 }
 
-// One run of a writing with a fault leaves the old text or the new one.
-TEST(DiallingFile, AFaultLosesNothingAndIsReported) {
-    using test::CallKind;
-    using test::FaultKind;
-    const std::string before = kHead + "Location: Rome\n\n" + kRome + kLondon;
-    const std::string after = kHead + "Location: London\n\n" + Replaced(kRome, "Location", "LOCATION") + kNewLondon;
-    std::set<std::string> left;
-    for (const auto& [kind, counted] :
-         {std::pair(FaultKind::FailOnce, CallKind::Changes), std::pair(FaultKind::FailOnce, CallKind::Looks),
-          std::pair(FaultKind::ShortWrite, CallKind::Changes), std::pair(FaultKind::FailFromThenOn, CallKind::Changes),
-          std::pair(FaultKind::Kill, CallKind::Changes), std::pair(FaultKind::KillHalfWritten, CallKind::Changes)}) {
-        for (int call = 1;; ++call) {
-            SCOPED_TRACE(testing::Message() << static_cast<int>(kind) << " at " << call);
-            DialServer server(before);
-            bool done = false;
-            bool fired = false;
-            {
-                test::FaultyFiles faulty(server.Files, {kind, call, counted});
-                const platform::Substitute<platform::FileSystem> use(faulty);
-                done = WriteDiallingProperties(Selected("London"));
-                fired = faulty.Fired();
-            }
-            const bool isSaid = std::ranges::any_of(server.Front.TakeSaid(),
-                                                    [](const auto& said) { return said.starts_with("error"); });
-            EXPECT_EQ(done, !isSaid);
-            const std::string file = server.File();
-            left.insert(file == after ? "new" : file == before ? "old" : "torn");
-            EXPECT_TRUE(!done || file == after);
-            if (!fired) break;
-        }
-    }
-    EXPECT_THAT(left, ElementsAre("new", "old"));
-}
-
-TEST(DiallingFile, AFaultWhileReadingIsNoEmptyRecord) {
+TEST(DiallingFile, ThatIsHeldIsNotWritten) {
     const std::string text = kHead + "Location: Rome\n" + kLondon + kRome;
-    int call = 1;
-    for (bool fired = true; fired; ++call) {
-        DialServer server(text);
-        test::FaultyFiles faulty(server.Files, {test::FaultKind::FailFromThenOn, call, test::CallKind::Looks});
-        const platform::Substitute<platform::FileSystem> use(faulty);
-        const StatusCode status = ReadDiallingProperties(kPath);
-        fired = faulty.Fired();
-        EXPECT_EQ(status, fired ? -4090 : 0) << call;
-        EXPECT_EQ(DialPropertiesAreLoaded(), !fired);
-        EXPECT_EQ(Shown(GetDialProperties()), fired ? "0|" + kEmpty : "2|Rome" + kEmpty);
-    }
-    EXPECT_GT(call, 3);
     DialServer server(text);
     const ControlStream other = OpenShared(kPath, "r+b");
     EXPECT_FALSE(WriteDiallingProperties(Selected("London")));

@@ -1,13 +1,13 @@
 #!/usr/bin/env python3
 """Two programs at a time change one file of the server, and a third one reads it, again and again.
 
-usage: races.py BVCTL [--pairs N] [--only NAME] [--other BVCTL] [--server DIRECTORY [--server DIRECTORY]]
+usage: races.py BVCTL [--pairs N] [--only NAME...] [--other BVCTL] [--server DIRECTORY [--server DIRECTORY]]
 
 Every pair of verbs that write the same file is started at once. What ended with 0 must be in the file afterwards; the
 file must always be there, and whole. Ends with 1 when a change was lost, the file gone or half of it read.
 
 --pairs N    how many times each pair of verbs is started (20)
---only NAME  one race alone, by its name below
+--only NAME  these races alone, by their names below
 --other      the program of the second workstation, where it is another one; may be a whole command ("tools/winrun X")
 --server     where the server's directory lies for the first, and for the second, workstation: two mounts of a share
 """
@@ -58,6 +58,12 @@ RACES = {
     "rule and file": ("LCRRULES.INI", "BRIVANE",
                       (["lcr", "set", "1", "Description=D{n}"], r"^Description: D{n}\r$"),
                       (["file", "set", "{file}", "RULE", "Other", "{n}"], None)),
+    "two keys": ("SETUP.INI", "OPTIONS",
+                 (["file", "set", "{file}", "OPTIONS", "K{n}", "1"], r"^K{n}: 1\r$"),
+                 (["file", "set", "{file}", "OPTIONS", "L{n}", "1"], r"^L{n}: 1\r$")),
+    "two users": ("USERLIST.INI", "BRIVANE",
+                  (["user", "add", "K{n}A"], r"^Name: K{n}A\r$"),
+                  (["user", "add", "K{n}B"], r"^Name: K{n}B\r$")),
     "two countries": ("COUNTRY.INI", "COUNTRIES",
                       (["destination", "country", "set", "UK", "Description=D{n}"], r"UK, \"D{n}\""),
                       (["destination", "country", "set", "DE", "Description=E{n}"], r"DE, \"E{n}\"")),
@@ -132,13 +138,13 @@ def main():
     parser = argparse.ArgumentParser(usage=__doc__)
     parser.add_argument("program")
     parser.add_argument("--pairs", type=int, default=20)
-    parser.add_argument("--only", choices=RACES)
+    parser.add_argument("--only", choices=RACES, nargs="+", default=list(RACES))
     parser.add_argument("--other")
     parser.add_argument("--server", action="append", default=[])
     options = parser.parse_args()
     programs = [shlex.split(options.program), shlex.split(options.other or options.program)]
     failed = 0
-    for name in [options.only] if options.only else RACES:
+    for name in options.only:
         with contextlib.ExitStack() as stack:
             servers = options.server * (3 - len(options.server)) if options.server else [""]
             if options.server:

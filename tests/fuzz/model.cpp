@@ -6,7 +6,6 @@ namespace bv::fuzz::model {
 namespace {
 
 constexpr std::string_view kBlanks = " \t\r\n";
-constexpr std::string_view kTokenEnds = " \t\r\n,";
 
 // The program never leaves the locale "C", so only ASCII letters have a case.
 int Fold(char c) { return std::tolower(static_cast<unsigned char>(c)); }
@@ -82,20 +81,6 @@ std::string Value(const std::string& line) {
 
 std::string KeyedLine(const std::string& key, const std::string& value) {
     return value.empty() ? key : key + " " + value;
-}
-
-Token FirstToken(std::string_view text) {
-    Token token;
-    const bool quoted = !text.empty() && text[0] == '"';
-    std::size_t at = 0;
-    bool closed = false;
-    while (at < text.size() && !closed && (quoted || !IsOneOf(text[at], kTokenEnds))) {
-        closed = quoted && at > 0 && text[at] == '"';
-        token.Text += text[at++];
-    }
-    while (at < text.size() && IsOneOf(text[at], kTokenEnds)) ++at;
-    if (at < text.size()) token.Next = at;
-    return token;
 }
 
 int Compare(const std::string& first, const std::string& second) { return Fold(first).compare(Fold(second)); }

@@ -39,13 +39,6 @@ std::string Value(const std::string& line);
 
 std::string KeyedLine(const std::string& key, const std::string& value);
 
-// The first token of a list and where the one after it starts: none at the end.
-struct Token {
-    std::string Text;
-    std::optional<std::size_t> Next;
-};
-Token FirstToken(std::string_view text);
-
 // Below, at or above zero as the first sorts before, with or after the second in any case.
 int Compare(const std::string& first, const std::string& second);
 

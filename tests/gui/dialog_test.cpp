@@ -9,7 +9,6 @@
 #include "shell/menu_dlg.h"
 #include "shell/server_paths.h"
 #include "shell/startup.h"
-#include "support/fakes.h"
 #include "support/recording_front.h"
 
 namespace bv::gui {
@@ -44,8 +43,6 @@ class Dialogs : public testing::Test {
 
     DiskServer Server;
     test::RecordingFront Front;
-    test::FakeProcesses Processes;
-    platform::Substitute<platform::Processes> StandIn{Processes};
 };
 
 // What can be pressed: add, rename, delete, edit.
@@ -91,20 +88,6 @@ TEST_F(Dialogs, AddingRefusesWhatTheEngineRefusesAndKeepsTheFocusThere) {
         }
         EXPECT_TRUE(IsWindow(box));
     });
-}
-
-TEST_F(Dialogs, AddingStoresTheNameInUpperCaseAndSelectsIt) {
-    WithCatalogue([&](HWND dialog, const Windows& windows) {
-        Click(dialog, ID_COVLET_ADD);
-        const HWND box = windows.Wait("Add new coversheet");
-        SetWindowTextA(GetDlgItem(box, ID_ITEM_FILE), "draft");
-        SetWindowTextA(GetDlgItem(box, ID_ITEM_NEW_DESCRIPTION), "Not for customers");
-        Click(box, IDOK);
-        EXPECT_TRUE(Until([&] { return Selection(dialog, ID_COVLET_LIST) == 0; }));
-        EXPECT_EQ(Entries(dialog, ID_COVLET_LIST)[0], "DRAFT\tNot for customers");
-        EXPECT_THAT(Front.Said, Contains("status 1: Added coversheet DRAFT"));
-    });
-    EXPECT_THAT(Catalogue(), HasSubstr("everybody\r\nFile: DRAFT    \"Not for customers\"\r\nFile: ORDER "));
 }
 
 TEST_F(Dialogs, RenamingWritesOnlyAChangedDescriptionOfFiftyCharacters) {
@@ -182,46 +165,6 @@ TEST_F(Dialogs, TypingFindsTheEntryThatBeginsSo) {
         Type("a");
         EXPECT_TRUE(selects(0)) << "a letter that does not go on begins anew";
     });
-}
-
-TEST_F(Dialogs, ALockedCatalogueIsReportedAndTheListIsEmpty) {
-    const std::string path = Server.Files().Path(kCoverCatalogue);
-    const HANDLE held = CreateFileA(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
-    ASSERT_NE(held, INVALID_HANDLE_VALUE);
-    test::FakeClock clock; // ten seconds pass at once
-    const platform::Substitute<platform::Clock> standIn(clock);
-    WithCatalogue([&](HWND dialog, const Windows&) {
-        EXPECT_THAT(Front.Said, Contains("error: Unable to open file " + path));
-        EXPECT_THAT(Entries(dialog, ID_COVLET_LIST), ElementsAre());
-        CloseHandle(held);
-        Click(dialog, ID_COVLET_LETTERHEADS);
-        EXPECT_TRUE(Until([&] { return Entries(dialog, ID_COVLET_LIST).size() == 2; }));
-        Click(dialog, ID_COVLET_COVERSHEETS);
-        EXPECT_TRUE(Until([&] { return Entries(dialog, ID_COVLET_LIST).size() == 5; }));
-    });
-    EXPECT_GE(clock.Milliseconds, 10000);
-}
-
-TEST_F(Dialogs, EditorAndViewerAreStartedOnTheItem) {
-    const std::string root = Server.Files().Path() + "\\";
-    WithCatalogue([&](HWND dialog, const Windows& windows) {
-        Select(dialog, ID_COVLET_LIST, 3);
-        Click(dialog, ID_COVLET_EDIT);
-        EXPECT_TRUE(Until([&] { return Processes.Started.size() == 1; }));
-        Click(dialog, ID_COVLET_ADD);
-        const HWND box = windows.Wait("Add new coversheet");
-        Click(box, ID_ITEM_NEW);
-        EXPECT_TRUE(Until([&] { return !IsWindow(box); })) << "the editor for a new coversheet closes the box";
-        EXPECT_TRUE(Until([&] { return Selection(dialog, ID_COVLET_LIST) == 3; }));
-        Click(dialog, ID_COVLET_RENAME);
-        const HWND details = windows.Wait("Brivane coversheet details");
-        Click(details, ID_ITEM_VIEW);
-        EXPECT_TRUE(Until([&] { return Processes.Started.size() == 3; }));
-    });
-    EXPECT_THAT(Processes.Started,
-                ElementsAre(root + "i386\\covedit.exe STANDARD", root + "i386\\covedit.exe *",
-                            "restored: \"" + root + "BRIVANE.EXE\" \"" + root + "B-COVER\\STANDARD.G3F\""));
-    EXPECT_THAT(Front.Said, Not(Contains(HasSubstr("Added"))));
 }
 
 TEST_F(Dialogs, MenuOffersWhatIsThereAndLeavesThroughQuit) {

@@ -34,13 +34,9 @@ DiskServer::DiskServer() {
     fs::copy_file(sample / "B-DB" / "SETUP.INI", files_.HostPath("B-DB\\SETUP.INI"));
     InstallProgram("BRIVANE");
     InstallProgram("i386\\covedit");
-    WriteIni(std::string(kWholeIni));
-    platform::TheEnvironment().SetVariable("BVAXINIT", files_.Path());
-}
-
-void DiskServer::WriteIni(const std::string& text) const {
     const std::string& path = files_.Path();
-    files_.Write("BRIVANE.INI", FormatText(text, path, path, path, path));
+    files_.Write("BRIVANE.INI", FormatText(kWholeIni, path, path, path, path));
+    platform::TheEnvironment().SetVariable("BVAXINIT", files_.Path());
 }
 
 void DiskServer::InstallProgram(std::string_view name) const {

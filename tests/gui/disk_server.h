@@ -15,9 +15,6 @@ class DiskServer {
 
     [[nodiscard]] const test::TemporaryDirectory& Files() const { return files_; }
 
-    // Puts another BRIVANE.INI in place; in the text, %s stands for the directory.
-    void WriteIni(const std::string& text) const;
-
     // What the stand-in "i386\\covedit" or "BRIVANE" was called with, a line for each call; waits for the first one.
     [[nodiscard]] std::string Calls(std::string_view program) const;
 

@@ -118,29 +118,6 @@ TEST_F(SpeakingFront, AMissingProgramIsReportedAndInputComesBack) {
     EXPECT_EQ(GetFocus(), Field);
 }
 
-TEST_F(SpeakingFront, WaitingForAProgramKeepsTheWindowDisabledButAlive) {
-    const DiskServer server;
-    server.Hold("BRIVANE");
-    bool didStart = false;
-    RunDriven([&] { didStart = RunProgram("\"" + server.Files().Path("BRIVANE.exe") + "\" one", WaitForProgram::Yes); },
-              [&](const Windows&) {
-                  EXPECT_EQ(server.Calls("BRIVANE"), "one\n");
-                  EXPECT_TRUE(Until([&] { return !IsWindowEnabled(Window); }));
-                  EXPECT_EQ(Send(Window, WM_GETTEXTLENGTH), 8) << "the window answers";
-                  const HWND started = CreateWindowA("STATIC", "the program's", WS_POPUP | WS_VISIBLE, 0, 0, 50, 50,
-                                                     nullptr, nullptr, nullptr, nullptr);
-                  SetForegroundWindow(started);
-                  EXPECT_TRUE(Until([&] { return GetForegroundWindow() == started; }));
-                  server.Release("BRIVANE");
-                  EXPECT_TRUE(Until([&] { return GetForegroundWindow() == Window; }));
-                  DestroyWindow(started);
-              });
-    EXPECT_TRUE(didStart);
-    EXPECT_TRUE(IsWindowEnabled(Window));
-    EXPECT_EQ(GetForegroundWindow(), Window);
-    EXPECT_EQ(GetFocus(), Field);
-}
-
 TEST_F(SpeakingFront, AQuitMessageDuringTheWaitEndsTheProgramWithItsCode) {
     class Endless final : public platform::Process {
       public:
@@ -309,15 +286,6 @@ TEST(Resources, HaveTheEnginesStrings) {
         if (text[0] != '\0') ++strings;
     }
     EXPECT_GT(strings, 50);
-}
-
-TEST(Resources, TellTheProgramsVersion) {
-    char block[4096] = "";
-    ASSERT_TRUE(GetFileVersionInfoA(BesideTest("BVSETUP.exe").c_str(), 0, sizeof block, block));
-    void* text = nullptr;
-    UINT length = 0;
-    ASSERT_TRUE(VerQueryValueA(block, "\\StringFileInfo\\080904E4\\ProductVersion", &text, &length));
-    EXPECT_EQ(std::string_view(static_cast<const char*>(text)), kProgramVersion);
 }
 
 } // namespace

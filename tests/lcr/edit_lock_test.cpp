@@ -90,44 +90,6 @@ TEST(LcrEditLock, IsNotHadWithoutItsFile) {
     }
 }
 
-// Runs the console companion as its users do; its exit status and what it said.
-std::pair<int, std::string> RunCompanion(const TemporaryDirectory& disk, const std::string& arguments) {
-    const std::string program = std::filesystem::path(BV_COMPANION).make_preferred().string();
-    const int status = std::system((program + " --ini " + disk.HostPath().string() + " " + arguments + " >" +
-                                    disk.HostPath("said").string() + " 2>&1")
-                                       .c_str());
-    return {status > 255 ? status / 256 : status, disk.Read("said")}; // one system has it in the upper byte
-}
-
-TEST(LcrEditLock, IsHadByOneOfTwoProcesses) {
-    const TemporaryDirectory disk;
-    disk.Write("BRIVANE.INI", "[SERVER]\r\nAllUserArea: U\r\nRequestArea: " + disk.Path() +
-                                  "\r\nServerArea: S\r\nSystemArea: " + disk.Path() + "\r\n");
-    disk.Write("B-DB\\SETUP.INI", "");
-    disk.Write("B-DB\\USERLIST.INI", "");
-    const std::string head = "[BRIVANE]\r\nType: LCRRules\r\nRevision: A\r\n\r\n";
-    const std::string one = "[RULE]\r\nDescription: One\r\nServer: *\r\n\r\n";
-    const std::string two = "[RULE]\r\nDescription: Two\r\nServer: *\r\n\r\n";
-    disk.Write("B-DB\\LCRRules.ini", head + one + two);
-    platform::TheEnvironment().SetVariable("BVAXINIT", disk.Path());
-    const StatusCode loaded = LoadServerPaths();
-    platform::TheEnvironment().SetVariable("BVAXINIT", "");
-    ASSERT_EQ(loaded, kDone);
-
-    ASSERT_TRUE(LockLcrEdit());
-    const std::int64_t start = platform::TheClock().Ticks();
-    const auto [status, said] = RunCompanion(disk, "lcr move 1 2");
-    EXPECT_GE(platform::TheClock().Ticks() - start, 5000);
-    UnlockLcrEdit();
-    EXPECT_EQ(status, 1);
-    EXPECT_EQ("error: " + said.substr(0, said.find_last_not_of("\r\n") + 1), kRefused);
-    EXPECT_EQ(disk.Read("B-DB\\LCRRules.ini"), head + one + two);
-
-    EXPECT_EQ(RunCompanion(disk, "lcr move 1 2"), std::pair(0, std::string()));
-    EXPECT_EQ(disk.Read("B-DB\\LCRRules.ini"), head + two + one);
-    EXPECT_EQ(disk.Read("LCREDIT.LOK"), kHeader);
-}
-
 TEST(LcrReadiness, NamesTheFirstThatIsMissing) {
     const std::string general = "error: You must configure the General Settings for this server before LCR can be "
                                 "enabled";

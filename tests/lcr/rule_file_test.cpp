@@ -195,68 +195,6 @@ TEST(RuleFile, ThatIsHeldIsNotTakenForEmpty) {
     EXPECT_EQ(server.Front.Said, std::vector<std::string>(2, "error: Unable to open file " + kLive));
 }
 
-// Runs a step with each call of a kind failing in its turn, and looks at what is left.
-void WithEachFault(CallKind counted, const std::function<bool()>& step,
-                   const std::function<void(bool, Server&)>& look) {
-    for (const FaultKind kind : {FaultKind::FailOnce, FaultKind::FailFromThenOn, FaultKind::ShortWrite, FaultKind::Kill,
-                                 FaultKind::KillHalfWritten}) {
-        for (int call = 1;; ++call) {
-            ASSERT_LT(call, 50);
-            Server server(kHead + RuleText(Named("old")));
-            FaultyFiles files(server.Files, {kind, call, counted});
-            bool isDone = false;
-            {
-                const platform::Substitute<platform::FileSystem> substitute(files);
-                isDone = step();
-            }
-            if (!files.Fired()) {
-                EXPECT_TRUE(isDone);
-                break;
-            }
-            look(isDone, server);
-        }
-    }
-}
-
-TEST(RuleFile, IsOldOrNewWhateverFails) {
-    const std::string before = kHead + RuleText(Named("old"));
-    const std::string after = kHead + RuleText(Named("new"));
-    for (const CallKind counted : {CallKind::Changes, CallKind::Looks}) {
-        WithEachFault(
-            counted,
-            [&] {
-                return SaveRules({Named("new")}, StampOf({true, before}));
-            },
-            [&](bool isDone, Server& server) {
-                const std::string live = server.Get(kLive);
-                EXPECT_TRUE(live == before || live == after || (live == "(none)" && server.Get(kPending) == after));
-                EXPECT_EQ(isDone, live == after);
-                EXPECT_EQ(isDone, server.Front.Said.empty());
-                // Recovered at the next opening, they are not a part of the new ones.
-                server.Front.Answer = true;
-                const RuleList found = OpenRules()->Rules;
-                EXPECT_TRUE(found == RuleList{Named("old")} || found == RuleList{Named("new")});
-            });
-    }
-}
-
-// A fault is never taken for a list without rules.
-TEST(RuleFile, IsReadWholeOrNotAtAll) {
-    for (const bool edits : {true, false}) {
-        const auto read = [edits] {
-            if (!edits) return ReadRules();
-            std::optional<OpenedRules> opened = OpenRules();
-            return opened ? std::optional(opened->Rules) : std::nullopt;
-        };
-        WithEachFault(
-            CallKind::Looks, [&] { return read() == RuleList{Named("old")}; },
-            [&](bool isDone, Server& server) {
-                EXPECT_TRUE(isDone ||
-                            (!server.Front.Said.empty() && server.Front.Said.back().starts_with("error: Unable to")));
-            });
-    }
-}
-
 TEST(RuleFile, MarksTheSettingsAsChangedOnceTheyAre) {
     Server server;
     Startup().SettingsChanged = false;

@@ -194,6 +194,35 @@ TEST(RuleMatches, Times) {
 }
 
 // From any day of a month to each weekday, which is the one asked for and a day that every month has.
+TEST(JudgeFax, TellsTheRuleThatDecidesAndWhoSends) {
+    RuleList rules(3);
+    rules[0].Users = {"ANN"};
+    rules[0].Servers = {"LON", "PAR"};
+    rules[1].Description = "Two";
+    rules[1].Users = {"BEN"};
+    rules[1].Servers = {"LON"};
+    rules[1].AllowsLocalServer = true;
+    rules[2].Size = "PAGES GE 10";
+    rules[2].AllowsLocalServer = true;
+    const struct {
+        std::string User;
+        int Pages;
+        std::string Verdict;
+    } rows[] = {
+        {"ANN", 10, "Rule 1 \"(no description)\" decides: one of the servers LON, PAR sends the fax"},
+        {"ben", 10, "Rule 2 \"Two\" decides: server LON or the local server sends the fax"},
+        {"CAT", 10, "Rule 3 \"(no description)\" decides: the local server sends the fax"},
+        {"CAT", 9, "No rule decides: the local server sends the fax"},
+    };
+    for (const auto& [user, pages, expected] : rows) {
+        RuleFilter fax;
+        fax.User = user;
+        fax.Pages = pages;
+        const Criterion asked[] = {Criterion::Size, Criterion::User};
+        EXPECT_EQ(DescribeVerdict(rules, JudgeFax(rules, fax, asked, BasisOf("SAT SUN"))), expected);
+    }
+}
+
 TEST(RuleMatches, CountsTheWeekdayFromToday) {
     for (int day = 1; day <= 31; ++day) {
         CalendarTime today{2026, 3, day, 10, 11, 12};

@@ -59,21 +59,6 @@ TEST(AccountName, FollowsTheExpression) {
         EXPECT_EQ(Made(displayName, expression), name) << displayName << ", " << expression;
 }
 
-TEST(AccountName, NeverExceedsItsLimit) {
-    std::mt19937 random(1);
-    const auto text = [&](std::string_view letters, std::size_t most) {
-        std::string made(random() % (most + 1), ' ');
-        for (char& c : made) c = letters[random() % letters.size()];
-        return made;
-    };
-    for (int i = 0; i < 20'000; ++i) {
-        const std::string displayName = text("aB \t\xE4", 90);
-        std::string expression;
-        while (random() % 6 != 0) expression += text("%%139xL", 3) + (random() % 2 == 0 ? "Last" : "First");
-        EXPECT_LE(Made(displayName, expression).size(), 27U);
-    }
-}
-
 TEST(AccountName, TakesTheExpressionOfTheServer) {
     const std::pair<const char*, const char*> rows[] = {
         {"[OPTIONS]\r\n", "JSmith"},

@@ -112,28 +112,5 @@ TEST_F(LoadedMail, IsFoundBesideTheProgram) {
                                     "Clear Waste new", "Term ", "PostTerm "));
 }
 
-TEST_F(LoadedMail, WithoutARequiredEntryIsNotUsed) {
-    server_.Put("C:\\WINDOWS\\WIN.INI", "[Mail]\r\nMAPIDLL32=" + Path("LESSMAPI.DLL") + "\r\n");
-    EXPECT_EQ(Init(MailType::Mapi), kMailLibraryFailed);
-    EXPECT_THAT(server_.Front.TakeSaid(), ElementsAre("status 1: Function MAPIResolveName missing from mail DLL"));
-    server_.Put("C:\\WINDOWS\\WIN.INI", "[Mail]\r\nMAPIDLL32=" + Path("NONE.DLL") + "\r\n");
-    EXPECT_EQ(Init(MailType::Mapi), kMailLibraryFailed);
-    EXPECT_THAT(server_.Front.TakeSaid(),
-                ElementsAre(testing::StartsWith("error: Unable to load mail DLL " + Path("NONE.DLL") + " (error #")));
-}
-
-// Where there is one, and where it lets a program log on without a person.
-TEST_F(LoadedMail, OfThisWorkstationIsSpokenTo) {
-    if (!platform::TheLibraries().Load("MAPI32.DLL")) GTEST_SKIP() << "no MAPI32.DLL";
-    ConfiguredMailType() = static_cast<int>(MailType::Mapi);
-    ASSERT_EQ(MailInit(0, "", "", false), kDone) << testing::PrintToString(server_.Front.Said);
-    std::string id;
-    MailMessage message;
-    MailRecipient recipient;
-    const StatusCode results[] = {MailReadNext(id, message), MailResolveName("Ann", false, recipient),
-                                  MailTidyFolder(0, "old"), MailTerm()};
-    for (const StatusCode result : results) EXPECT_TRUE(result == kDone || result == kMailFailed) << result;
-}
-
 } // namespace
 } // namespace bv

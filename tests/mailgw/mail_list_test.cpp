@@ -199,30 +199,6 @@ TEST_F(MailList, TheUpgradeGivesEveryRecordAProfile) {
     EXPECT_THAT(server_.Front.TakeSaid(), ElementsAre("error: Unable to create file " + kList));
 }
 
-// Any order of additions and removals gives what a sorted list of pairs gives.
-TEST_F(MailList, BehavesAsAListInOrder) {
-    std::mt19937 random(4711);
-    server_.Put(kList, "");
-    std::vector<std::pair<std::string, std::string>> model; // e-mail name, user
-    for (int step = 0; step < 400; ++step) {
-        const std::string email(1, "aAbBcC\xE4"[random() % 7]);
-        const std::string user = "U" + std::to_string(random() % 3);
-        const auto same = [&](const auto& pair) { return EqualFolded(pair.first, email); };
-        const auto found = std::ranges::find_if(model, same);
-        if (random() % 3 == 0) {
-            EXPECT_EQ(DeleteMailUser(user, email), found != model.end());
-            if (found != model.end()) model.erase(found);
-        } else {
-            EXPECT_TRUE(AddMailUser(user, email));
-            const auto greater = [&](const auto& pair) { return pair.first > email; };
-            model.insert(std::ranges::find_if(model, greater), {email, user});
-        }
-        std::string expected;
-        for (const auto& [name, of] : model) expected += Entry(of, name);
-        ASSERT_EQ(server_.Get(kList), expected) << "step " << step;
-    }
-}
-
 // Changes of different e-mail names in one rewrite give what they give one by one, also in a list out of order.
 TEST_F(MailList, TakesManyChangesAtOnce) {
     std::mt19937 random(4712);
@@ -247,40 +223,6 @@ TEST_F(MailList, TakesManyChangesAtOnce) {
         ChangeMailUsers(changes);
         ASSERT_EQ(server_.Get(kList), oneByOne) << before;
         EXPECT_THAT(server_.Front.TakeSaid(), ElementsAreArray(said));
-    }
-}
-
-TEST_F(MailList, AFaultLeavesTheOldListOrTheNewOne) {
-    const std::string before = Entry("X", "a") + kRich + Entry("X", "x");
-    const std::pair<const char*, bool (*)()> actions[] = {
-        {"add", [] { return AddMailUser("ANN", "b"); }},
-        {"replace", [] { return AddMailUser("ANN", "b", "Kay K"); }},
-        {"delete", [] { return DeleteMailUser("ANN", "Kay K"); }},
-        {"upgrade", [] { return UpgradeMailList(); }},
-    };
-    for (const auto& [name, action] : actions) {
-        const std::string old = std::string(name) == "upgrade" ? kRich + before : before;
-        server_.Put(kList, old);
-        ASSERT_TRUE(action());
-        const std::string done = server_.Get(kList);
-        for (const auto kind : {test::CallKind::Changes, test::CallKind::Looks}) {
-            for (int call = 1;; ++call) {
-                server_.Put(kList, old);
-                server_.Front.TakeSaid();
-                test::FaultyFiles faulty(server_.Files, {.AtCall = call, .Counted = kind});
-                bool isDone = false;
-                {
-                    const platform::Substitute<platform::FileSystem> use(faulty);
-                    isDone = action();
-                }
-                if (!faulty.Fired()) break;
-                // A close that fails is an error, too, but what was written stays.
-                const std::string left = server_.Get(kList);
-                EXPECT_TRUE(left == done || (!isDone && left == old)) << name << ", call " << call << left;
-                if (isDone) continue;
-                EXPECT_TRUE(std::string(name) == "delete" || !server_.Front.Said.empty()) << name << ", call " << call;
-            }
-        }
     }
 }
 

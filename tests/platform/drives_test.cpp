@@ -60,6 +60,30 @@ TEST(Drives, MappedDrivesAndSharesAreFound) {
     for (const char* path : {"Q:\\x", "\\\\server\\fax", "\\x", "c:x"}) EXPECT_EQ(ToWindowsPath(path), path);
 }
 
+TEST(Drives, WhatOthersDoInALargeDirectoryIsSeenAtOnce) {
+    const TemporaryDirectory directory;
+    for (int i = 0; i < 400; ++i) directory.Write("root\\N" + std::to_string(i), "");
+    if (!MapDrive("Q:", directory.HostPath("root").string())) GTEST_SKIP() << "the system has drives of its own";
+    const auto isThere = [](const std::string& name) { return Files().Find("Q:\\" + name).has_value(); };
+    EXPECT_FALSE(isThere("IRIS") || isThere("IRIS")) << "from then on the names are remembered";
+    EXPECT_TRUE(isThere("n399"));
+
+    const auto place = [&](const std::string& name) { return directory.HostPath("root\\" + name); };
+    std::filesystem::create_directory(place("Iris"));
+    EXPECT_TRUE(isThere("IRIS") && isThere("iris"));
+    EXPECT_EQ(Files().MakeDirectory("Q:\\IRIS"), platform::FileError::Exists);
+    std::filesystem::rename(place("Iris"), place("Ivy"));
+    EXPECT_TRUE(!isThere("IRIS") && isThere("IVY"));
+    std::filesystem::remove(place("Ivy"));
+    EXPECT_FALSE(isThere("IVY"));
+    EXPECT_EQ(Files().MakeDirectory("Q:\\Max"), platform::FileError::None);
+    EXPECT_TRUE(isThere("MAX"));
+
+    std::filesystem::rename(directory.HostPath("root"), directory.HostPath("away"));
+    directory.Write("root\\Anna", "");
+    EXPECT_TRUE(isThere("ANNA") && !isThere("MAX")) << "another directory at the same path";
+}
+
 TEST(Drives, OnlyADriveOrShareIsMappedAndOnlyToADirectory) {
     const TemporaryDirectory directory;
     directory.Write("file", "");

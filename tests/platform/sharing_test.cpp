@@ -47,16 +47,6 @@ class Holder {
     platform::StartResult program_;
 };
 
-TEST(Sharing, WithinOneProcess) {
-    const TemporaryDirectory directory;
-    directory.Write("SETUP.INI", "[OPTIONS]\r\n");
-    for (std::size_t i = 0; i < std::size(kOpenings); ++i) {
-        const platform::OpenResult held = Files().Open(directory.Path("SETUP.INI"), kOpenings[i].Request);
-        ASSERT_TRUE(held.Opened) << "the openings before must be gone";
-        EXPECT_EQ(TryAllOpenings(Files(), directory.Path("setup.ini")), kSharing[i]) << "row " << i;
-    }
-}
-
 TEST(Sharing, WithAnotherProcessWhichFreesTheFileByDying) {
     const TemporaryDirectory directory;
     directory.Write("SETUP.INI", "[OPTIONS]\r\n");
@@ -86,37 +76,6 @@ TEST(Sharing, RefusedChangesLeaveTheFileAsItWas) {
     EXPECT_EQ(reader.Opened->Close(), FileError::None);
     EXPECT_TRUE(Files().Open(path, truncating).Opened) << "a closed file is free before it is destroyed";
     EXPECT_EQ(directory.Read("LINK.INI"), "");
-}
-
-// Opens the file with everything denied, as often as it takes, and adds 1 to the number in it.
-FileError AddOne(const std::string& path) {
-    platform::OpenResult opened;
-    do {
-        opened = Files().Open(path, kOpenings[5].Request);
-        if (opened.Error == FileError::AccessDenied) std::this_thread::yield();
-    } while (opened.Error == FileError::AccessDenied);
-    if (!opened.Opened) return opened.Error;
-
-    char digits[5] = {};
-    const FileError error = opened.Opened->Read(0, digits, 4).Error;
-    const std::string next = std::to_string(10'000 + std::stoi(digits) + 1).substr(1);
-    return error != FileError::None ? error : opened.Opened->Write(0, next).Error;
-}
-
-TEST(Sharing, NoUpdateIsLostWhereManyMeet) {
-    const TemporaryDirectory directory;
-    directory.Write("COUNT", "0000");
-    const std::string path = directory.Path("COUNT");
-    std::atomic<int> failures = 0;
-    std::vector<std::thread> threads;
-    for (int i = 0; i < 4; ++i) {
-        threads.emplace_back([&] {
-            for (int round = 0; round < 250; ++round) failures += AddOne(path) != FileError::None;
-        });
-    }
-    for (std::thread& thread : threads) thread.join();
-    EXPECT_EQ(failures, 0);
-    EXPECT_EQ(directory.Read("COUNT"), "1000");
 }
 
 // Who has opened a file never holds one that is already deleted.

@@ -145,9 +145,10 @@ std::optional<platform::FileInfo> FaultyFiles::Find(const std::string& path) {
     return state_->Allows(CallKind::Looks) ? wrapped_.Find(path) : std::nullopt;
 }
 
-std::vector<std::string> FaultyFiles::List(const std::string& directory, std::string_view pattern) {
-    if (!state_->Allows(CallKind::Looks)) return {};
-    return wrapped_.List(directory, pattern);
+FileError FaultyFiles::ReadDirectory(const std::string& directory, std::string_view pattern,
+                                     std::vector<std::string>& names) {
+    if (!state_->Allows(CallKind::Looks)) return state_->Error();
+    return wrapped_.ReadDirectory(directory, pattern, names);
 }
 
 FileError FaultyFiles::MakeDirectory(const std::string& path) {

@@ -14,7 +14,7 @@ namespace bv::test {
 enum class CallKind {
     Changes, // an opening that creates or truncates, Write, SetLength, SetWriteTime, Delete, Rename, Replace,
              // Close after writing, MakeDirectory, RemoveEmptyDirectory
-    Looks,   // any other opening, Read, Length, WriteTime, Find, List
+    Looks,   // any other opening, Read, Length, WriteTime, Find, ReadDirectory
 };
 
 enum class FaultKind {
@@ -43,7 +43,8 @@ class FaultyFiles final : public platform::FileSystem {
     platform::FileError Rename(const std::string& from, const std::string& to) override;
     platform::FileError Replace(const std::string& from, const std::string& to) override;
     std::optional<platform::FileInfo> Find(const std::string& path) override;
-    std::vector<std::string> List(const std::string& directory, std::string_view pattern) override;
+    platform::FileError ReadDirectory(const std::string& directory, std::string_view pattern,
+                                      std::vector<std::string>& names) override;
     platform::FileError MakeDirectory(const std::string& path) override;
     platform::FileError RemoveEmptyDirectory(const std::string& path) override;
 

@@ -144,67 +144,6 @@ TEST(CreateDirectoryPath, NeedsADriveAndNamesWhatIsInTheWay) {
     }
 }
 
-// Each change fails in its turn; what is said then, without the paths above the user's.
-TEST(CreateUserDirectories, SaysWhatFailed) {
-    std::set<std::string> errors;
-    bool fired = true;
-    for (int call = 1; fired; ++call) {
-        Server server;
-        test::FaultPlan plan;
-        plan.AtCall = call;
-        test::FaultyFiles faulty(server.Files, plan);
-        const platform::Substitute<platform::FileSystem> use(faulty);
-        const bool done = CreateUserDirectories("IRIS", "I", kUser);
-        fired = faulty.Fired();
-        EXPECT_NE(done, fired) << call;
-        for (const std::string& said : server.Front.TakeSaid()) {
-            if (said.starts_with("error: ")) errors.insert(said.substr(7));
-        }
-        EXPECT_NE(server.Get(kIris + "\\B-OUT\\MSGDIR.CTL"), "") << "what is there would be left alone the next time";
-    }
-    const std::string personal = kIris + "\\B-DB\\USER.INI";
-    EXPECT_THAT(errors, testing::IsSupersetOf<std::string>({"Unable to create file " + personal,
-                                                            "Error writing to file " + personal,
-                                                            "Unable to create file B-IN\\MSGDIR.CTL for user",
-                                                            "Unable to create file B-OUT\\MSGDIR.CTL for user",
-                                                            "Unable to create file B-DB\\USER.INI for user"}));
-    std::erase_if(
-        errors, [](const std::string& error) { return !error.starts_with("Unable to create directory F:\\BRIVANE"); });
-    EXPECT_EQ(errors.size(), 10U);
-}
-
-// Whatever happens in between, a file is there whole or not at all, and who adds the user again gets all of them.
-TEST(CreateUserDirectories, LeavesNoFileThatIsNotWhole) {
-    using test::FaultKind;
-    const struct {
-        std::string Path;
-        std::string Whole;
-    } files[] = {
-        {kIris + "\\B-IN\\MSGDIR.CTL", "[BRIVANE]\r\nType: ReceiveDir\r\nRevision: A\r\n"},
-        {kIris + "\\B-OUT\\MSGDIR.CTL", "[BRIVANE]\r\nType: SendDir\r\nRevision: A\r\n"},
-        {kIris + "\\B-DB\\USER.INI", "[OPTIONS]\r\nFrom: I\r\n"},
-    };
-    for (const FaultKind kind :
-         {FaultKind::FailFromThenOn, FaultKind::ShortWrite, FaultKind::Kill, FaultKind::KillHalfWritten}) {
-        bool fired = true;
-        for (int call = 1; fired; ++call) {
-            SCOPED_TRACE(testing::Message() << "fault " << static_cast<int>(kind) << " at call " << call);
-            Server server;
-            test::FaultyFiles faulty(server.Files, {.Kind = kind, .AtCall = call});
-            {
-                const platform::Substitute<platform::FileSystem> use(faulty);
-                CreateUserDirectories("IRIS", "I", kUser);
-            }
-            fired = faulty.Fired();
-            for (const auto& [path, whole] : files)
-                EXPECT_THAT(server.Get(path), testing::AnyOf(whole, "(none)")) << path;
-            EXPECT_TRUE(CreateUserDirectories("IRIS", "I", kUser));
-            for (const auto& [path, whole] : files) EXPECT_EQ(server.Get(path), whole) << path;
-            EXPECT_THAT(server.Files.List(kIris + "\\B-DB", "*"), ElementsAre("USER.INI"));
-        }
-    }
-}
-
 TEST(UserDirectories, AreNeverThoseOfSomebodyElse) {
     Server server;
     server.Put("F:\\BRIVANE\\B-DB\\SETUP.INI", "kept");

@@ -14,6 +14,7 @@
 #include "platform/ascii.h"
 #include "platform/file_names.h"
 #include "platform/posix/host_paths.h"
+#include "platform/posix/watched_names.h"
 
 namespace bv::platform {
 
@@ -67,14 +68,18 @@ FileError ErrorOfListing() {
 // Failed when the directory cannot be listed to its end.
 HostPath FindInAnyCase(const std::string& directory, const std::string& name) {
     if (Exists(directory + "/" + name)) return {name};
+    if (const std::optional<HostPath> known = FindWatchedName(directory, name)) return *known;
     errno = 0;
     const std::unique_ptr<DIR, int (*)(DIR*)> listing(opendir((directory + "/").c_str()), closedir);
     std::string found;
+    std::size_t count = 0;
     while (const dirent* entry = listing ? readdir(listing.get()) : nullptr) {
         const std::string_view candidate = entry->d_name;
+        ++count;
         if (EqualFolded(candidate, name) && (found.empty() || candidate < found)) found = candidate;
     }
     const FileError error = ErrorOfListing();
+    if (count >= kManyNames) WatchNames(directory);
     return found.empty() || error == FileError::Failed ? HostPath{"", error} : HostPath{found};
 }
 

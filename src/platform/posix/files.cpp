@@ -22,6 +22,10 @@ namespace {
 
 FileError LastError() { return ErrorOf(errno); }
 
+// Why a name could not be opened, deleted or renamed. Some shares say EINVAL while another program has its file for the
+// last moment before it is deleted.
+FileError LastNameError() { return errno == EINVAL ? FileError::AccessDenied : LastError(); }
+
 class Descriptor {
   public:
     explicit Descriptor(int number) : number_(number) {}
@@ -180,8 +184,8 @@ std::string EndOfLinks(const std::string& path) {
 // In one step, or in two where the file system has no such one.
 FileError RenameOver(const std::string& from, const std::string& to) {
     if (rename(from.c_str(), to.c_str()) == 0) return FileError::None;
-    if (errno != EEXIST) return LastError();
-    return unlink(to.c_str()) == 0 && rename(from.c_str(), to.c_str()) == 0 ? FileError::None : LastError();
+    if (errno != EEXIST) return LastNameError();
+    return unlink(to.c_str()) == 0 && rename(from.c_str(), to.c_str()) == 0 ? FileError::None : LastNameError();
 }
 
 bool IsDeleted(const Descriptor& descriptor) {
@@ -194,7 +198,7 @@ OpenResult OpenHostFile(const std::string& path, const OpenRequest& request) {
     auto file = std::make_unique<PosixFile>(); // without memory, no file is made
     for (int i = 0; i < kTries; ++i) {
         Descriptor descriptor = OpenRequested(path, request);
-        if (!descriptor.IsOpen()) return {nullptr, LastError()};
+        if (!descriptor.IsOpen()) return {nullptr, LastNameError()};
         FileError error = Take(descriptor, request);
         if (error != FileError::None) return {nullptr, error};
         if (IsDeleted(descriptor)) continue; // before it was locked; the name may mean another file by now
@@ -240,12 +244,12 @@ class PosixFileSystem final : public FileSystem {
         const HostPath host = ToHostPath(path);
         if (!host) return host.Error;
         const Descriptor descriptor = OpenDescriptor(*host, OpenFlags({}));
-        if (!descriptor.IsOpen()) return LastError();
+        if (!descriptor.IsOpen()) return LastNameError();
 
         if (!IsRegular(descriptor)) return FileError::NotAFile;
         const DenyGuard guard(descriptor.Number());
         if (IsHeldElsewhere(descriptor.Number())) return FileError::AccessDenied;
-        return unlink(host->c_str()) == 0 ? FileError::None : LastError();
+        return unlink(host->c_str()) == 0 ? FileError::None : LastNameError();
     }
 
     FileError Rename(const std::string& from, const std::string& to) override {
@@ -253,7 +257,7 @@ class PosixFileSystem final : public FileSystem {
         const HostPath newHost = ToHostPath(to);
         if (!host || !newHost) return host ? newHost.Error : host.Error;
         const Descriptor descriptor = OpenDescriptor(*host, OpenFlags({}));
-        if (!descriptor.IsOpen()) return LastError();
+        if (!descriptor.IsOpen()) return LastNameError();
 
         struct stat status {};
         if (fstat(descriptor.Number(), &status) != 0) return LastError();
@@ -261,7 +265,7 @@ class PosixFileSystem final : public FileSystem {
         const DenyGuard guard(descriptor.Number());
         if (IsHeldElsewhere(descriptor.Number())) return FileError::AccessDenied;
         if (lstat(newHost->c_str(), &status) == 0) return FileError::Exists;
-        return rename(host->c_str(), newHost->c_str()) == 0 ? FileError::None : LastError();
+        return rename(host->c_str(), newHost->c_str()) == 0 ? FileError::None : LastNameError();
     }
 
     FileError Replace(const std::string& from, const std::string& to) override {
@@ -269,9 +273,9 @@ class PosixFileSystem final : public FileSystem {
         const HostPath oldHost = ToHostPath(to);
         if (!host || !oldHost) return host ? oldHost.Error : host.Error;
         const Descriptor descriptor = OpenDescriptor(*host, OpenFlags({}) | O_NOFOLLOW);
-        if (!descriptor.IsOpen()) return LastError();
+        if (!descriptor.IsOpen()) return LastNameError();
         const Descriptor old = OpenDescriptor(*oldHost, OpenFlags({}));
-        if (!old.IsOpen()) return LastError();
+        if (!old.IsOpen()) return LastNameError();
         if (!IsRegular(descriptor) || !IsRegular(old)) return FileError::NotAFile;
 
         const DenyGuard guard(descriptor.Number());
@@ -291,17 +295,23 @@ class PosixFileSystem final : public FileSystem {
                         IsLink(*host)};
     }
 
-    std::vector<std::string> List(const std::string& directory, std::string_view pattern) override {
+    FileError ReadDirectory(const std::string& directory, std::string_view pattern,
+                            std::vector<std::string>& names) override {
         const HostPath host = ToHostPath(directory);
-        if (!host) return {};
+        if (!host) return host.Error;
         const std::unique_ptr<DIR, int (*)(DIR*)> listing(opendir(host->c_str()), closedir);
-        std::vector<std::string> names;
-        while (const dirent* entry = listing ? readdir(listing.get()) : nullptr) {
+        if (!listing) return LastError();
+        std::vector<std::string> found;
+        errno = 0; // the end of a listing and a fault look alike otherwise
+        while (const dirent* entry = readdir(listing.get())) {
             if (MatchesWildcard(pattern, entry->d_name) && IsRegularFile(*host, *entry))
-                names.emplace_back(entry->d_name);
+                found.emplace_back(entry->d_name);
+            errno = 0;
         }
-        std::ranges::sort(names, ComesBefore);
-        return names;
+        if (errno != 0) return LastError();
+        std::ranges::sort(found, ComesBefore);
+        names.insert(names.end(), found.begin(), found.end());
+        return FileError::None;
     }
 
     FileError MakeDirectory(const std::string& path) override {

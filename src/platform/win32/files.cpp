@@ -248,19 +248,23 @@ class WindowsFileSystem final : public FileSystem {
     }
 
     // The pattern is matched here: the system's own search also looks at short names, where "*.G3?" finds "*.G3XY".
-    std::vector<std::string> List(const std::string& directory, std::string_view pattern) override {
-        if (IsAbsent(directory)) return {};
+    FileError ReadDirectory(const std::string& directory, std::string_view pattern,
+                            std::vector<std::string>& names) override {
+        if (IsAbsent(directory)) return FileError::NotFound;
         WIN32_FIND_DATAA entry{};
         const HANDLE search = FindFirstFileA((directory + "\\*").c_str(), &entry);
-        if (search == INVALID_HANDLE_VALUE) return {};
-        std::vector<std::string> names;
+        if (search == INVALID_HANDLE_VALUE) return LastError();
+        std::vector<std::string> found;
         do {
             const bool isDirectory = (entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-            if (!isDirectory && MatchesWildcard(pattern, entry.cFileName)) names.emplace_back(entry.cFileName);
+            if (!isDirectory && MatchesWildcard(pattern, entry.cFileName)) found.emplace_back(entry.cFileName);
         } while (FindNextFileA(search, &entry) != 0);
+        const FileError error = GetLastError() == ERROR_NO_MORE_FILES ? FileError::None : LastError();
         FindClose(search);
-        std::ranges::sort(names, ComesBefore);
-        return names;
+        if (error != FileError::None) return error;
+        std::ranges::sort(found, ComesBefore);
+        names.insert(names.end(), found.begin(), found.end());
+        return FileError::None;
     }
 
     FileError MakeDirectory(const std::string& path) override {

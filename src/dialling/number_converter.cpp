@@ -1,0 +1,54 @@
+#include "dialling/number_converter.h"
+
+#include "shell/server_paths.h"
+#include "voice/messages.h"
+
+namespace bv {
+
+bool LoadDialProperties() {
+    const std::string path = DiallingFileToRead();
+    const StatusCode status = ReadDiallingProperties(path);
+    if (status == kDone || status == kNumbersNotEdited) return true;
+    ShowError(status == kKeyMissing ? 9102 : 413, path);
+    return false;
+}
+
+std::string CountryFile() { return DatabaseFile("COUNTRY.INI"); }
+
+TelephonyUse::TelephonyUse(const std::string& application)
+    : opened_(TAPIInit(application, nullptr, TapiNegotiation::Test)) {}
+
+TelephonyUse::~TelephonyUse() { TAPITerm(); }
+
+StatusCode TelephonyUse::Read(DialProperties* properties, const std::string& countryFile) const {
+    return opened_ == kDone ? TAPIGetDialProps(properties, countryFile) : opened_;
+}
+
+bool NumberConverter::Load(const std::string& application) {
+    telephony_.reset();
+    if (!LoadDialProperties()) return false;
+    if (GetDialProperties().Mode != kDialTelephony) return true;
+    telephony_.emplace(application);
+    if (const StatusCode status = telephony_->Read(nullptr, ""); status != kDone) {
+        telephony_.reset();
+        ShowWarning(9101, TapiFailureText(status));
+    }
+    return true;
+}
+
+StatusCode NumberConverter::Convert(NumberForm form, std::string_view number, TelephoneNumber& result,
+                                    NumberTrace* trace) const {
+    const bool isDialable = form == NumberForm::Dialable;
+    if (!telephony_)
+        return isDialable ? MakeDialableNumber(number, result, trace) : MakeInternationalNumber(number, result, trace);
+    return isDialable ? TAPIMakeDialable(number, result, CountryFile(), trace)
+                      : TAPIMakeInternational(number, result, CountryFile(), trace);
+}
+
+std::string FaultOfNumber(std::string_view number, StatusCode status) {
+    if (status == kNumberTooLong)
+        return FormatText("NUMBER: \"%s\" has, or would have, over %d characters", number, kMaxTelephoneNumber);
+    return FormatText("NUMBER: \"%s\" - the telephony service does not translate it", number);
+}
+
+} // namespace bv

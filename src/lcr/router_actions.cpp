@@ -1,0 +1,42 @@
+#include "lcr/router_actions.h"
+
+#include "voice/messages.h"
+
+namespace bv {
+namespace {
+
+void EnableKinds(const EnteredValues& values, RouterSettings& settings) {
+    if (HasKey(values, "EmailLoginName") && !HasKey(values, "EmailEnabled"))
+        settings.EmailEnabled = !settings.EmailLoginName.empty();
+    if (HasKey(values, "WanInboxDirectory") && !HasKey(values, "WanEnabled"))
+        settings.WanEnabled = !settings.WanInboxDirectory.empty();
+}
+
+// Whether the settings can be saved; false after a message.
+bool CheckRouter(const RouterSettings& settings) {
+    if (settings.LocalServerId.empty()) {
+        ShowError(9183);
+        return false;
+    }
+    const auto fault = FaultOfRouter(settings);
+    if (fault) ShowError(9182, fault->Key, fault->Message);
+    return !fault;
+}
+
+} // namespace
+
+bool EnterRouterSettings(const EnteredValues& values) {
+    bool isChanged = false;
+    const auto enter = [&](RouterSettings& settings) {
+        const RouterSettings before = settings;
+        if (!EnterValues(RouterKeys(), values, settings)) return false;
+        EnableKinds(values, settings);
+        isChanged = settings != before;
+        return CheckRouter(settings) && AreKept(RouterKeys(), values, settings, AsRead(settings));
+    };
+    if (!ChangeRouterSettings(enter)) return false;
+    ShowStatus(isChanged ? "Changed the general settings of routing" : "Nothing was to be changed");
+    return true;
+}
+
+} // namespace bv

@@ -1,0 +1,12 @@
+// Users as comma-separated values, as UserImport takes them.
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace bv {
+
+// A first line of the keys' names, and one for each user but the default one, in file order. None after a message.
+std::optional<std::string> UsersAsCsv();
+
+} // namespace bv

@@ -1,0 +1,151 @@
+// The files of the server with any bytes: each reader and writer gets along with them, a change is there afterwards and
+// gone again when it is undone, and what is saved a second time stays as it is.
+// Parameters: which file | a name | a value. The rest is the file.
+#include <functional>
+#include <map>
+
+#include "covlet/catalogue.h"
+#include "dialling/dialling_file.h"
+#include "fuzz/fuzz.h"
+#include "fuzz/model.h"
+#include "lcr/destination_files.h"
+#include "lcr/links.h"
+#include "lcr/router_settings.h"
+#include "lcr/rule_file.h"
+#include "mailgw/mail_directory.h"
+#include "mailgw/mail_list.h"
+#include "mailgw/profile_file.h"
+#include "routing/routing_file.h"
+#include "support/memory_server.h"
+
+namespace bv::fuzz {
+namespace {
+
+struct Case {
+    test::MemoryServer& Server;
+    std::string Path;
+    std::string Name;
+    std::string Value;
+
+    [[nodiscard]] std::string Text() const { return Server.Get(Path); }
+};
+
+// Saved again and again a file settles: the third time nothing changes, unless quotes in it were not put in pairs.
+void Settles(const Case& one, const std::function<bool()>& save) {
+    const bool hasQuotes = one.Text().find('"') != std::string::npos;
+    for (int times = 0; times < 2; ++times) Require(save(), "the save");
+    const std::string saved = one.Text();
+    Require(save(), "the third save");
+    if (!hasQuotes) RequireEqual(one.Text(), saved, "the file saved a third time");
+}
+
+void TryLinks(const Case& one) {
+    Settles(one, [] {
+        LinkTable links;
+        TextStamp stamp;
+        return LoadLinks(links, stamp) && SaveLinks(links, stamp);
+    });
+}
+
+void TryRules(const Case& one) {
+    Settles(one, [] {
+        const auto opened = OpenRules();
+        return opened && SaveRules(opened->Rules, opened->Stamp);
+    });
+}
+
+void TryRouter(const Case& one) {
+    Settles(one, [] {
+        RouterSettings settings;
+        return ReadRouterSettings(settings) != RouterReading::Failed && WriteRouterSettings(settings);
+    });
+}
+
+void TryDestinations(const Case& one) {
+    std::string text = WithMatchEntry(kRegionFile, one.Text(), {one.Name, "", {one.Value}});
+    text = WithMatchEntry(kRegionFile, text, {one.Name, "", {one.Value}});
+    RequireEqual(WithMatchEntry(kRegionFile, text, {one.Name, "", {one.Value}}), text, "the region written again");
+    ParseMatchEntries(kRegionFile, text);
+    ParseCountries(WithCountry(one.Text(), {one.Name, "", one.Value, "0"}));
+    WithoutCountry(one.Text(), one.Name);
+    WithoutMatchEntry(kAreaFile, one.Text(), one.Name);
+}
+
+void TryDialling(const Case& one) {
+    ReadDiallingProperties(one.Path);
+    DialProperties properties;
+    SelectLocation(properties, model::Clean(one.Name));
+    Settles(one, [&] { return WriteDiallingProperties(properties); });
+}
+
+void TryMailList(const Case& one) {
+    const auto count = CountMailUsers(one.Name);
+    if (!AddMailUser(one.Name, one.Value)) return;
+    Require(count.has_value(), "a list that can be changed can be read");
+    RemoveMailUser(one.Name, one.Value);
+    Settles(one, UpgradeMailList);
+}
+
+void TryMailDirectory(const Case& one) {
+    const std::optional<std::string> whole = LookupMailUser(one.Name, std::string::npos);
+    const std::optional<std::string> cut = LookupMailUser(one.Name, 3);
+    Require(whole.has_value() == cut.has_value(), "an address, cut or not");
+    if (cut) RequireEqual(*cut, std::string_view(*whole).substr(0, 3), "the cut address");
+}
+
+void TryProfile(const Case& one) { ReadProfileText("WIN.INI", one.Name, one.Value); }
+
+void TryRouting(const Case& one) {
+    const SubAddressRule rule{one.Name, one.Value};
+    const auto ofKey = [&] {
+        ControlStream file = OpenRoutingFile();
+        std::string users;
+        if (!file) return users;
+        ReadSubAddressRules(file, [&](const auto& found) {
+            if (model::Compare(found.SubAddress, rule.SubAddress) == 0) users += found.User + "\n";
+        });
+        return users;
+    };
+    if (!OpenRoutingFile() || !CanBeKept(rule)) return;
+    Require(WriteSubAddressRule(rule), "WriteSubAddressRule");
+    RequireEqual(ofKey(), rule.User + "\n", "the written rule alone has its key");
+    Require(DeleteSubAddressRule(rule.SubAddress) && ofKey().empty(), "no rule is left");
+}
+
+void TryCatalogue(const Case& one) {
+    test::VectorList list;
+    Require(ListCatalogue(ItemKind::Coversheet, list), "the list");
+    Require(AddCatalogueEntry(ItemKind::Coversheet, one.Name, one.Value), "AddCatalogueEntry");
+    if (!ChangeCatalogueEntry(ItemKind::Coversheet, one.Name, one.Value)) return;
+    Require(DeleteCatalogueEntry(ItemKind::Coversheet, one.Name), "DeleteCatalogueEntry");
+    Require(!IsCatalogued(ItemKind::Coversheet, one.Name), "the entry is gone");
+}
+
+} // namespace
+
+void TryInput(std::string_view bytes) {
+    const std::string area = "F:\\BRIVANE\\B-DB\\";
+    const std::map<std::string_view, std::pair<std::string, void (*)(const Case&)>> kinds = {
+        {"links", {area + "LINK.INI", TryLinks}},
+        {"rules", {area + "LCRRules.ini", TryRules}},
+        {"router", {area + "SETUP.INI", TryRouter}},
+        {"destinations", {area + "REGION.INI", TryDestinations}},
+        {"dialling", {area + "DIALLING.INI", TryDialling}},
+        {"mail", {area + "MAILLIST.INI", TryMailList}},
+        {"directory", {area + "MAILUSER.DAT", TryMailDirectory}},
+        {"profile", {"C:\\WINDOWS\\WIN.INI", TryProfile}},
+        {"routing", {area + "ROUTING.INI", TryRouting}},
+        {"catalogue", {"F:\\BRIVANE\\B-COVER\\MSGDIR.CTL", TryCatalogue}},
+    };
+    const Input input(bytes);
+    const auto kind = kinds.find(input.Parameters[0]);
+    if (kind == kinds.end()) return;
+    test::MemoryServer server;
+    server.Load();
+    const auto& [path, tryFile] = kind->second;
+    server.Put(path, input.Text);
+    tryFile(
+        {server, path, std::string(input.Parameter(1).value_or("N")), std::string(input.Parameter(2).value_or(""))});
+}
+
+} // namespace bv::fuzz
