@@ -75,8 +75,10 @@ WriteFault PutWholeFile(const std::string& path, std::string_view text) {
 
 // An empty one has only been begun, by a program that was ended.
 bool CreateDirFile(const std::string& path, std::string_view type) {
+    const platform::FileError error = platform::Files().Open(path, {}).Error;
     const auto info = platform::Files().Find(path);
-    if (info ? info->IsDirectory || info->Length > 0 : !IsMissing(path)) return true;
+    if (error != platform::FileError::NotFound && !info) return false; // nobody can tell
+    if (info && (info->IsDirectory || info->Length > 0)) return true;
     return PutWholeFile(path, FormatText("[BRIVANE]\r\nType: %s\r\nRevision: A\r\n", type)) == WriteFault::None;
 }
 
