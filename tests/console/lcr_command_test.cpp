@@ -108,7 +108,7 @@ const Case kCases[] = {
     {{"set", "2", "Size=pages ge 1"},
      0,
      "",
-     "Selecting messages of one or more pages is equivalent to selecting messages of any size\n",
+     "Selecting messages of one or more pages is equivalent to selecting messages of any size\nChanged rule 2\n",
      Replaced(kRules, "Size: PAGES GE 10\r\n", "")},
     {{"set", "2", "Size=PAGES GE 10"}, 0, "", "Nothing was to be changed\n"},
     {{"set", "2", "Size=10"}, 1, "", "Size: \"10\" is not PAGES GE n or PAGES LE n with n from 1 to 100, or nothing\n"},
@@ -302,7 +302,7 @@ TEST(LcrCommand, AsksNothingOfAnUnchangedRule) {
         Scene scene;
         scene.Server.Put(kLive, odd);
         EXPECT_EQ(scene.Console.Run({"lcr", "set", "1", value}), 0) << value;
-        EXPECT_EQ(scene.Console.Notices, "");
+        EXPECT_EQ(scene.Console.Notices, "Nothing was to be changed\n");
         EXPECT_EQ(scene.Server.Get(kLive), odd);
     }
 }
