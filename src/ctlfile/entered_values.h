@@ -34,12 +34,11 @@ const Row* FindRow(std::span<const Row> rows, std::string_view name) {
 // value that is not taken; those before it are stored then.
 template <class Row, class Record>
 bool EnterValues(std::span<const Row> rows, const EnteredValues& values, Record& record) {
-    for (const auto& [name, value] : values) {
-        const Row* row = FindRow(rows, name);
-        if (row == nullptr) ShowError(9180, name, value);
-        if (row == nullptr || !EnterValue(row->Field, value, record)) return false;
-    }
-    return true;
+    return std::ranges::all_of(values, [&](const auto& given) {
+        const Row* row = FindRow(rows, given.Key);
+        if (row == nullptr) ShowError(9180, given.Key, given.Value);
+        return row != nullptr && EnterValue(row->Field, given.Value, record);
+    });
 }
 
 // Whether the given keys, all of them rows, have the same values in the record as it will be read again; false after
