@@ -45,13 +45,12 @@ bool EnterValues(std::span<const Row> rows, const EnteredValues& values, Record&
 // 9181, which names one that has not.
 template <class Row, class Record>
 bool AreKept(std::span<const Row> rows, const EnteredValues& values, const Record& record, const Record& asRead) {
-    for (const auto& [name, value] : values) {
-        const Row* row = FindRow(rows, name);
-        if (row->Field.Text(record) == row->Field.Text(asRead)) continue;
-        ShowError(9181, name, ShownText(row->Field.Rule, value));
-        return false;
-    }
-    return true;
+    return std::ranges::all_of(values, [&](const auto& given) {
+        const Row* row = FindRow(rows, given.Key);
+        const bool isKept = row->Field.Text(record) == row->Field.Text(asRead);
+        if (!isKept) ShowError(9181, given.Key, ShownText(row->Field.Rule, given.Value));
+        return isKept;
+    });
 }
 
 // The name of the row that is a password; empty without one.
