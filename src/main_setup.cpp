@@ -4,12 +4,12 @@
 #include <new>
 
 #include "dialogs/colours_dlg.h"
-#include "shell/front_dlg.h"
 #include "dialogs/help_dlg.h"
 #include "mailgw/mail_actions.h"
 #include "platform/environment.h"
 #include "platform/program.h"
 #include "resources/ids.h"
+#include "shell/front_dlg.h"
 #include "shell/main_window_dlg.h"
 #include "shell/menu_dlg.h"
 #include "shell/server_paths.h"

@@ -61,7 +61,7 @@ class Progress {
     void Show(std::size_t done) {
         const std::int64_t now = platform::TheClock().Ticks();
         if (!isShown_ || now - lastShown_.value_or(start_) < kProgressInterval) return;
-        session_.Streams.PrintNotice(FormatText("\rAdding %s %d of %d", what_, done + 1, all_));
+        session_.Streams.PrintProgress(FormatText("Adding %s %d of %d", what_, done + 1, all_));
         lastShown_ = now;
     }
 

@@ -25,9 +25,9 @@ int ShowPaths(Session& session, const Arguments&) {
                           {"LogFile", paths.LogFile.String()},
                           {"LogKeepDays", std::int64_t{paths.LogKeepDays}},
                           {"Language", paths.Language.String()},
-                          {"--ini", OriginOf(session.Given.Ini)},
-                          {"--drive", OriginOf(session.Given.Drives)},
-                          {"--codepage", OriginOf(session.Given.CodePage)}});
+                          {"IniFrom", OriginOf(session.Given.Ini)},
+                          {"DriveFrom", OriginOf(session.Given.Drives)},
+                          {"CodePageFrom", OriginOf(session.Given.CodePage)}});
     return kExitDone;
 }
 

@@ -8,7 +8,7 @@ namespace {
 
 // Where nobody can be asked, the verb itself is the Yes, but not to a text that is plainly a part.
 int Recover(Session& session, const Arguments& arguments) {
-    const std::string path = arguments["FILE"];
+    const std::string& path = arguments["FILE"];
     const auto agrees = [&](const Leftover& leftover, std::string_view text) {
         const std::string diff = UnifiedDiff(session, path, std::string(text), std::string(leftover.Text));
         if (!session.DryRun && !session.Json) session.Streams.PrintResult(diff);

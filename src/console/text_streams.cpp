@@ -65,6 +65,8 @@ void TextStreams::PrintResult(std::string_view text, Look look) {
 
 void TextStreams::PrintNotice(std::string_view text) { console_.PrintNotice(Shown(text)); }
 
+void TextStreams::PrintProgress(std::string_view text) { console_.PrintNotice('\r' + Shown(text)); }
+
 void TextStreams::PrintDocument(std::string_view text) { console_.PrintResult(PrintableText(text)); }
 
 std::optional<std::string> TextStreams::Taken(std::optional<std::string> line) {

@@ -26,6 +26,9 @@ class TextStreams : public Console {
     void PrintResult(std::string_view text, Look look);
     void PrintNotice(std::string_view text) override;
 
+    // A notice in the place of the last one.
+    void PrintProgress(std::string_view text);
+
     // A result that is already as it is to leave.
     void PrintDocument(std::string_view text);
 

@@ -28,7 +28,9 @@ std::size_t ColumnOf(std::span<const std::string_view> columns, std::string_view
 void ReadHeader(const CsvRecord& header, std::span<const std::string_view> columns, std::string_view things,
                 CsvTable& table) {
     for (const CsvField& field : header) {
-        const auto addFault = [&](std::string text) { table.Faults.push_back({field.Line, field.Column, text}); };
+        const auto addFault = [&](const std::string& text) {
+            table.Faults.push_back({field.Line, field.Column, text});
+        };
         const std::size_t column = ColumnOf(columns, field.Text);
         if (column == columns.size())
             addFault(FormatText("\"%s\" is no key of %s", CleanLine(field.Text), things));

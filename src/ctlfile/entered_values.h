@@ -34,25 +34,23 @@ const Row* FindRow(std::span<const Row> rows, std::string_view name) {
 // value that is not taken; those before it are stored then.
 template <class Row, class Record>
 bool EnterValues(std::span<const Row> rows, const EnteredValues& values, Record& record) {
-    for (const auto& [name, value] : values) {
-        const Row* row = FindRow(rows, name);
-        if (row == nullptr) ShowError(9180, name, value);
-        if (row == nullptr || !EnterValue(row->Field, value, record)) return false;
-    }
-    return true;
+    return std::ranges::all_of(values, [&](const auto& given) {
+        const Row* row = FindRow(rows, given.Key);
+        if (row == nullptr) ShowError(9180, given.Key, given.Value);
+        return row != nullptr && EnterValue(row->Field, given.Value, record);
+    });
 }
 
 // Whether the given keys, all of them rows, have the same values in the record as it will be read again; false after
 // 9181, which names one that has not.
 template <class Row, class Record>
 bool AreKept(std::span<const Row> rows, const EnteredValues& values, const Record& record, const Record& asRead) {
-    for (const auto& [name, value] : values) {
-        const Row* row = FindRow(rows, name);
-        if (row->Field.Text(record) == row->Field.Text(asRead)) continue;
-        ShowError(9181, name, ShownText(row->Field.Rule, value));
-        return false;
-    }
-    return true;
+    return std::ranges::all_of(values, [&](const auto& given) {
+        const Row* row = FindRow(rows, given.Key);
+        const bool isKept = row->Field.Text(record) == row->Field.Text(asRead);
+        if (!isKept) ShowError(9181, given.Key, ShownText(row->Field.Rule, given.Value));
+        return isKept;
+    });
 }
 
 // The name of the row that is a password; empty without one.

@@ -73,10 +73,11 @@ WriteFault PutWholeFile(const std::string& path, std::string_view text) {
     return WriteFault::NotOpened;
 }
 
-// An empty one has only been begun, by a program that was ended.
+// An empty one has only been begun, by a program that was ended. False also for one of which nothing can be found out.
 bool CreateDirFile(const std::string& path, std::string_view type) {
     const auto info = platform::Files().Find(path);
-    if (info ? info->IsDirectory || info->Length > 0 : !IsMissing(path)) return true;
+    if (info && (info->IsDirectory || info->Length > 0)) return true;
+    if (!info && !IsMissing(path)) return false;
     return PutWholeFile(path, FormatText("[BRIVANE]\r\nType: %s\r\nRevision: A\r\n", type)) == WriteFault::None;
 }
 

@@ -139,9 +139,10 @@ TEST(ReportingCommands, ShowTheRecords) {
     server.Put("F:\\S\\VERSION.DAT", "[VERSION]\r\nServer: 5.50c\r\n");
     TextConsole console;
     EXPECT_EQ(console.Run({"paths", "--ini", "F:\\INI"}), 0);
-    EXPECT_EQ(console.Results, "AllUserArea: U\\\nRequestArea: R\\\nServerArea: F:\\S\\\nSystemArea: F:\\\n"
-                               "MailArea: F:\\S\\B-MAIL\\\nMailAreaConfigured: NO\nLogFile: F:\\S\\B-DB\\SERVER.LOG\n"
-                               "LogKeepDays: 7\nLanguage: ENG\n");
+    EXPECT_EQ(console.Results,
+              "AllUserArea: U\\\nRequestArea: R\\\nServerArea: F:\\S\\\nSystemArea: F:\\\n"
+              "MailArea: F:\\S\\B-MAIL\\\nMailAreaConfigured: NO\nLogFile: F:\\S\\B-DB\\SERVER.LOG\n"
+              "LogKeepDays: 7\nLanguage: ENG\nIniFrom: --ini: F:\\INI\nDriveFrom: (none)\nCodePageFrom: (none)\n");
     EXPECT_EQ(console.Run({"--json", "paths"}), 0);
     EXPECT_NE(console.Results.find("\"MailAreaConfigured\": false,\n"), std::string::npos);
     EXPECT_NE(console.Results.find("\"LogKeepDays\": 7,\n"), std::string::npos);

@@ -214,6 +214,10 @@ TEST(DestinationEditing, ReplacesTheLiveFilesTogetherOrNotAtAll) {
     EXPECT_EQ(server.GetFile("Area44.ini"), kAreas);
 
     EXPECT_FALSE(AbandonDestinationEdit(edit)) << "the answer was No";
+    server.PutFile("Region.ini", kNewRegions);
+    EXPECT_FALSE(CommitDestinationEdit(edit)) << "somebody else has changed one meanwhile";
+    EXPECT_EQ(server.GetFile("Region.ini"), kNewRegions);
+    server.PutFile("Region.ini", kRegions);
     Startup().SettingsChanged = false;
     ASSERT_TRUE(CommitDestinationEdit(edit));
     EXPECT_TRUE(Startup().SettingsChanged);

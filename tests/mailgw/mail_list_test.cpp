@@ -40,7 +40,7 @@ class MailList : public testing::Test {
         server_.Load();
         server_.Put(kUsers, "[USER]\r\nName: (def)\r\nMailName: *\r\n[USER]\r\nName: ANN\r\nMailName: a*\r\n"
                             "[USER]\r\nName: Prof\r\nMailName:  *sales\r\n[GROUP]\r\nName: GRP\r\nMailName: *\r\n"
-                            "[USER]\r\nName: BOX\r\nMailName: (x\r\n");
+                            "[USER]\r\nName: BOX\r\nMailName: (x\r\n[USER]\r\nName: box\r\nMailName: *\r\n");
         Startup().SettingsChanged = false;
         MustDisableInMailSystem() = false;
     }

@@ -83,7 +83,8 @@ class Watch {
         while (!bytes.empty()) {
             inotify_event event{};
             std::memcpy(&event, bytes.data(), sizeof event);
-            Take(event.mask, std::string(bytes.data() + sizeof event, event.len).c_str());
+            const std::string_view padded = bytes.substr(sizeof event, event.len);
+            Take(event.mask, std::string(padded.substr(0, padded.find('\0'))));
             bytes.remove_prefix(sizeof event + event.len);
         }
     }

@@ -29,7 +29,8 @@ std::u32string LettersOfWide(std::wstring_view text) {
     std::u32string letters;
     for (std::size_t i = 0; i < text.size(); ++i) {
         const bool isPair = IsHalf(text[i], kFirstHalf) && i + 1 < text.size() && IsHalf(text[i + 1], kSecondHalf);
-        letters += isPair ? kFirstPair + ((text[i] & kHalfBits) << 10) + (text[i + 1] & kHalfBits) : text[i];
+        letters += static_cast<char32_t>(isPair ? kFirstPair + ((text[i] & kHalfBits) << 10) + (text[i + 1] & kHalfBits)
+                                                : text[i]);
         if (isPair) ++i;
     }
     return letters;
