@@ -1,8 +1,10 @@
 #include "covlet/item_dlg.h"
 
+#include "covlet/item_rows_dlg.h"
 #include "covlet/launch.h"
 #include "dialogs/dialog_dlg.h"
 #include "dialogs/list_dlg.h"
+#include "dialogs/list_view_dlg.h"
 #include "resources/ids.h"
 
 namespace bv {
@@ -10,27 +12,38 @@ namespace {
 
 bool IsCoversheet(const ItemDialog& item) { return item.Kind == ItemKind::Coversheet; }
 
-void FillNewItem(HWND dialog, ItemDialog& item) {
+constexpr ListPlan kInstalled{.List = ID_ITEM_INSTALLED, .Columns = kItemColumns, .IsSorted = false};
+
+// An add box: the item, and what is installed already.
+struct NewItem {
+    explicit NewItem(ItemDialog& item) : Item(item) {}
+
+    ItemDialog& Item;
+    ItemRows Installed;
+    ListView List{Installed, kInstalled};
+};
+
+void FillNewItem(HWND dialog, NewItem& add) {
     const WaitCursor wait;
     ComboBoxTarget files(dialog, ID_ITEM_FILE);
-    ListBoxTarget installed(dialog, ID_ITEM_INSTALLED);
-    PrepareList(dialog, ID_ITEM_INSTALLED, kDescriptionColumn);
     SendDlgItemMessageA(dialog, ID_ITEM_FILE, CB_LIMITTEXT, ItemName::kLimit, 0);
-    PutField(dialog, ID_ITEM_NEW_DESCRIPTION, item.Entry.Description);
+    PutField(dialog, ID_ITEM_NEW_DESCRIPTION, add.Item.Entry.Description);
+    add.List.Begin(dialog);
+    add.List.Refill([&] { return add.Installed.Read(add.Item.Kind); });
     // Without its catalogue everything would seem to be new.
-    if (ListCatalogue(item.Kind, installed)) ListInstallable(item.Kind, files);
-    FitListWidth(dialog, ID_ITEM_INSTALLED, kDescriptionColumn);
+    if (add.Installed.IsRead()) ListInstallable(add.Item.Kind, files);
 }
 
-void TakeNewItem(HWND dialog, ItemDialog& item) {
-    TakeField(dialog, ID_ITEM_FILE, item.Entry.Name);
+void TakeNewItem(HWND dialog, NewItem& add) {
+    ItemDialog& item = add.Item;
+    if (!TakeField(dialog, ID_ITEM_FILE, item.Entry.Name)) return;
     if (!CheckNewItem(item.Kind, item.Entry.Name)) return FocusControl(dialog, ID_ITEM_FILE);
-    TakeField(dialog, ID_ITEM_NEW_DESCRIPTION, item.Entry.Description);
+    if (!TakeField(dialog, ID_ITEM_NEW_DESCRIPTION, item.Entry.Description)) return;
     if (!CheckDescription(item.Entry.Description)) return FocusControl(dialog, ID_ITEM_NEW_DESCRIPTION);
     EndDialog(dialog, IDOK);
 }
 
-void MakeNewCoversheet(HWND dialog, ItemDialog&) {
+void MakeNewCoversheet(HWND dialog, NewItem&) {
     RunItemEditor("*");
     EndDialog(dialog, IDCANCEL);
 }
@@ -41,20 +54,20 @@ void FillDetails(HWND dialog, ItemDialog& item) {
 }
 
 void TakeDetails(HWND dialog, ItemDialog& item) {
-    TakeField(dialog, ID_ITEM_DESCRIPTION, item.Entry.Description);
+    if (!TakeField(dialog, ID_ITEM_DESCRIPTION, item.Entry.Description)) return;
     if (!CheckDescription(item.Entry.Description)) return FocusControl(dialog, ID_ITEM_DESCRIPTION);
     EndDialog(dialog, IDOK);
 }
 
 void ViewShownItem(HWND, ItemDialog& item) { ViewItem(item.Kind, item.Entry.Name); }
 
-constexpr DialogCommand<ItemDialog> kAddCommands[] = {
+constexpr DialogCommand<NewItem> kAddCommands[] = {
     {IDOK, BN_CLICKED, TakeNewItem},
     {IDCANCEL, BN_CLICKED, EndWithCancel},
     {ID_ITEM_NEW, BN_CLICKED, MakeNewCoversheet}, // only the coversheets' box has this button
 };
-constexpr DialogPlan<ItemDialog> kAddCoversheet{HELP_ADD_COVERSHEET, FillNewItem, kAddCommands};
-constexpr DialogPlan<ItemDialog> kAddLetterhead{HELP_ADD_LETTERHEAD, FillNewItem, kAddCommands};
+constexpr DialogPlan<NewItem> kAddCoversheet{HELP_ADD_COVERSHEET, FillNewItem, kAddCommands};
+constexpr DialogPlan<NewItem> kAddLetterhead{HELP_ADD_LETTERHEAD, FillNewItem, kAddCommands};
 
 constexpr DialogCommand<ItemDialog> kDetailCommands[] = {
     {IDOK, BN_CLICKED, TakeDetails},
@@ -67,8 +80,9 @@ constexpr DialogPlan<ItemDialog> kLetterheadDetails{HELP_LETTERHEAD, FillDetails
 } // namespace
 
 bool AskNewItem(HWND owner, ItemDialog& item) {
-    if (IsCoversheet(item)) return OpenDialog("CovsheetAddBox", owner, CovsheetAddDlgBox, &item) == IDOK;
-    return OpenDialog("LetheadAddBox", owner, LetheadAddDlgBox, &item) == IDOK;
+    NewItem add(item);
+    if (IsCoversheet(item)) return OpenDialog("CovsheetAddBox", owner, CovsheetAddDlgBox, &add) == IDOK;
+    return OpenDialog("LetheadAddBox", owner, LetheadAddDlgBox, &add) == IDOK;
 }
 
 bool AskDescription(HWND owner, ItemDialog& item) {

@@ -8,9 +8,6 @@
 
 namespace bv {
 
-// In the lists of items the description begins here (dialog units).
-inline constexpr int kDescriptionColumn = 62;
-
 struct ItemDialog {
     ItemKind Kind = ItemKind::Coversheet;
     CatalogueEntry Entry;

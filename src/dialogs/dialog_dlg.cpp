@@ -2,6 +2,9 @@
 
 #include "dialogs/colours_dlg.h"
 #include "dialogs/help_dlg.h"
+#include "dialogs/status_dlg.h"
+#include "platform/code_page.h"
+#include "platform/libraries.h"
 #include "resources/ids.h"
 #include "voice/messages.h"
 
@@ -10,6 +13,7 @@ namespace {
 
 constexpr INT_PTR kKeyTaken = -2;
 constexpr INT_PTR kKeyForList = -1;
+constexpr const char* kOpenedProperty = "BrivaneOpenedDialog";
 
 HINSTANCE Instance() { return GetModuleHandleA(nullptr); }
 
@@ -17,7 +21,118 @@ bool IsHelpCommand(const DialogMessage& message) {
     return message.Number == WM_HELP || (message.Number == WM_COMMAND && LOWORD(message.WParam) == ID_HELP_BUTTON);
 }
 
+bool IsPage(HWND window) { return (GetWindowLongA(window, GWL_STYLE) & WS_CHILD) != 0; }
+
+// Runs for each control of a dialog and, in turn, of the pages in it.
+template <class Do>
+void ForEachControl(HWND dialog, const Do& run) {
+    for (HWND control = GetWindow(dialog, GW_CHILD); control != nullptr; control = GetWindow(control, GW_HWNDNEXT)) {
+        run(control);
+        if (OpenedOf(control) != nullptr) ForEachControl(control, run);
+    }
+}
+
+// Windows scales dialogs by itself where it can; here they are all scaled in the same way, lists and pages with them.
+void ScaleOnOurOwn(HWND dialog) {
+    using Entry = BOOL(WINAPI*)(HWND, UINT, UINT);
+    constexpr UINT kDisableAll = 1;
+    const HMODULE user = GetModuleHandleA("USER32.DLL");
+    const auto change =
+        reinterpret_cast<Entry>(reinterpret_cast<void*>(GetProcAddress(user, "SetDialogDpiChangeBehavior")));
+    if (change != nullptr) change(dialog, kDisableAll, kDisableAll);
+}
+
+void MoveControl(HWND control, const RECT& place) {
+    SetWindowPos(control, nullptr, place.left, place.top, place.right - place.left, place.bottom - place.top,
+                 SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+std::u32string LettersIn(HWND control) {
+    std::wstring wide(static_cast<std::size_t>(GetWindowTextLengthW(control)) + 1, L'\0');
+    wide.resize(static_cast<std::size_t>(GetWindowTextW(control, wide.data(), static_cast<int>(wide.size()))));
+    std::u32string letters;
+    for (std::size_t i = 0; i < wide.size(); ++i) {
+        const char32_t unit = wide[i];
+        if (IS_HIGH_SURROGATE(unit) && i + 1 < wide.size() && IS_LOW_SURROGATE(wide[i + 1]))
+            letters += 0x10000 + ((unit - 0xD800) << 10) + (char32_t{wide[++i]} - 0xDC00);
+        else
+            letters += unit;
+    }
+    return letters;
+}
+
+// The letters in the code page, and how many it lacks.
+std::string Encoded(const std::u32string& letters, std::size_t& lacking) {
+    std::string text;
+    for (const char32_t letter : letters) {
+        const std::optional<std::string> bytes = platform::InCodePage(letter);
+        if (!bytes) ++lacking;
+        text += bytes.value_or("?");
+    }
+    return text;
+}
+
 } // namespace
+
+void OpenedDialog::Begin(HWND dialog, std::span<const Anchor> anchors) {
+    dpi_ = DpiOf(dialog);
+    isResizable_ = !anchors.empty();
+    ScaleOnOurOwn(dialog);
+    FollowStatus(dialog);
+    layout_.Begin(dialog, anchors);
+}
+
+INT_PTR OpenedDialog::FinishFilling(HWND dialog) {
+    isFilled_ = true;
+    if (!IsPage(dialog) && !(isResizable_ && RestorePlace(dialog, templateName_))) CentreDialog(dialog);
+    const bool focusIsSet = GetFocus() == dialog || IsChild(dialog, GetFocus());
+    return focusIsSet || IsPage(dialog) ? FALSE : TRUE;
+}
+
+bool OpenedDialog::Answer(const DialogMessage& message, INT_PTR& result) {
+    for (DialogPart* part : parts_)
+        if (part->Answer(message, result)) return true;
+    return AnswerForWindow(message);
+}
+
+bool OpenedDialog::AnswerForWindow(const DialogMessage& message) {
+    switch (message.Number) {
+    case WM_SIZE: layout_.Apply(message.Dialog); return true;
+    case WM_GETMINMAXINFO: {
+        const SIZE smallest = layout_.Smallest();
+        reinterpret_cast<MINMAXINFO*>(message.LParam)->ptMinTrackSize = {smallest.cx, smallest.cy};
+        return isResizable_;
+    }
+    case WM_DPICHANGED:
+        ChangeDpi(message.Dialog, LOWORD(message.WParam), *reinterpret_cast<const RECT*>(message.LParam));
+        return true;
+    case WM_DESTROY:
+        if (isResizable_ && !IsPage(message.Dialog)) RememberPlace(message.Dialog, templateName_);
+        return false;
+    default: return false;
+    }
+}
+
+void OpenedDialog::ChangeDpi(HWND dialog, int dpi, const RECT& place) {
+    const int before = std::exchange(dpi_, dpi);
+    const auto scaled = [&](LONG pixels) { return static_cast<LONG>(MulDiv(static_cast<int>(pixels), dpi, before)); };
+    MoveControl(dialog, place);
+    ForEachControl(dialog, [&](HWND control) {
+        const RECT at = PlaceInParent(control);
+        MoveControl(control, {scaled(at.left), scaled(at.top), scaled(at.right), scaled(at.bottom)});
+    });
+    ChangeFont(dialog);
+}
+
+void OpenedDialog::ChangeFont(HWND dialog) {
+    MessageFont font(dpi_);
+    const auto handle = reinterpret_cast<WPARAM>(font.Handle());
+    SendMessageA(dialog, WM_SETFONT, handle, TRUE);
+    ForEachControl(dialog, [&](HWND control) { SendMessageA(control, WM_SETFONT, handle, TRUE); });
+    font_ = std::move(font);
+    for (DialogPart* part : parts_) part->Rescale();
+    InvalidateRect(dialog, nullptr, TRUE);
+}
 
 bool ReadCommand(const DialogMessage& message, CommandCode& code) {
     if (message.Number == WM_COMMAND) {
@@ -31,13 +146,13 @@ bool ReadCommand(const DialogMessage& message, CommandCode& code) {
     return false;
 }
 
-void* ContextOf(HWND dialog) { return reinterpret_cast<void*>(GetWindowLongPtrA(dialog, DWLP_USER)); }
+OpenedDialog* OpenedOf(HWND dialog) { return static_cast<OpenedDialog*>(GetPropA(dialog, kOpenedProperty)); }
 
-INT_PTR BeginDialog(HWND dialog, void* context) {
-    SetWindowLongPtrA(dialog, DWLP_USER, reinterpret_cast<LONG_PTR>(context));
-    CentreWindow(dialog);
-    const bool focusIsSet = IsChild(dialog, GetFocus());
-    return focusIsSet ? FALSE : TRUE;
+OpenedDialog& BeginDialog(const DialogMessage& message, std::span<const Anchor> anchors) {
+    auto* opened = reinterpret_cast<OpenedDialog*>(message.LParam);
+    SetPropA(message.Dialog, kOpenedProperty, opened);
+    opened->Begin(message.Dialog, anchors);
+    return *opened;
 }
 
 INT_PTR CommandDone(const DialogMessage& message) { return message.Number == WM_VKEYTOITEM ? kKeyTaken : TRUE; }
@@ -48,23 +163,48 @@ INT_PTR AnswerForAll(const DialogMessage& message, int helpContext) {
         return TRUE;
     }
     if (message.Number == WM_VKEYTOITEM) return kKeyForList;
+    if (message.Number == WM_NCDESTROY) RemovePropA(message.Dialog, kOpenedProperty);
     return ColourDialog(message);
 }
 
+bool AgreesToLoseChanges() { return AskWarning(5331); }
+
 INT_PTR OpenDialog(const char* templateName, HWND owner, DLGPROC procedure, void* context) {
-    const INT_PTR result =
-        DialogBoxParamA(Instance(), templateName, owner, procedure, reinterpret_cast<LPARAM>(context));
+    const DialogTemplate resource = LoadDialogTemplate(templateName, DpiOf(owner));
+    if (resource.empty()) return IDCANCEL;
+    OpenedDialog opened(templateName, context);
+    const INT_PTR result = DialogBoxIndirectParamW(Instance(), reinterpret_cast<LPCDLGTEMPLATEW>(resource.data()),
+                                                   owner, procedure, reinterpret_cast<LPARAM>(&opened));
     return result > 0 ? result : IDCANCEL;
 }
 
+HWND CreatePlannedDialog(OpenedDialog& opened, HWND owner, DLGPROC procedure) {
+    const DialogTemplate resource = LoadDialogTemplate(opened.TemplateName().c_str(), DpiOf(owner));
+    if (resource.empty()) return nullptr;
+    return CreateDialogIndirectParamW(Instance(), reinterpret_cast<LPCDLGTEMPLATEW>(resource.data()), owner, procedure,
+                                      reinterpret_cast<LPARAM>(&opened));
+}
+
+void TakeUp(HWND dialog, DialogPart& part) { OpenedOf(dialog)->TakeUp(part); }
+
 std::string GetText(HWND dialog, int control) {
-    const HWND window = GetDlgItem(dialog, control);
-    std::string text(static_cast<std::size_t>(GetWindowTextLengthA(window)) + 1, '\0');
-    text.resize(static_cast<std::size_t>(GetWindowTextA(window, text.data(), static_cast<int>(text.size()))));
-    return text;
+    std::size_t lacking = 0;
+    return Encoded(LettersIn(GetDlgItem(dialog, control)), lacking);
 }
 
 void SetText(HWND dialog, int control, const std::string& text) { SetDlgItemTextA(dialog, control, text.c_str()); }
+
+bool TakeText(HWND dialog, int control, std::string& text) {
+    std::size_t lacking = 0;
+    std::string taken = Encoded(LettersIn(GetDlgItem(dialog, control)), lacking);
+    if (lacking != 0) {
+        ShowError(9209, taken);
+        FocusControl(dialog, control);
+        return false;
+    }
+    text = std::move(taken);
+    return true;
+}
 
 void EnableControl(HWND dialog, int control, bool enabled) {
     const HWND window = GetDlgItem(dialog, control);
@@ -77,16 +217,16 @@ void FocusControl(HWND dialog, int control) {
     SendMessageA(dialog, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(GetDlgItem(dialog, control)), TRUE);
 }
 
-void CentreWindow(HWND window) {
-    MONITORINFO monitor{};
-    monitor.cbSize = sizeof monitor;
-    RECT place{};
-    if (!GetMonitorInfoA(MonitorFromWindow(window, MONITOR_DEFAULTTONEAREST), &monitor)) return;
-    if (!GetWindowRect(window, &place)) return;
-    const RECT& area = monitor.rcWork;
-    const LONG left = area.left + ((area.right - area.left) - (place.right - place.left)) / 2;
-    const LONG top = area.top + ((area.bottom - area.top) - (place.bottom - place.top)) / 2;
-    SetWindowPos(window, nullptr, left, top, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+int UnitsAcross(HWND dialog, int units) {
+    RECT area{0, 0, units, 0};
+    MapDialogRect(dialog, &area);
+    return area.right;
+}
+
+int UnitsDown(HWND dialog, int units) {
+    RECT area{0, 0, 0, units};
+    MapDialogRect(dialog, &area);
+    return area.bottom;
 }
 
 KeepFocus::KeepFocus() : window_(GetFocus()) {}

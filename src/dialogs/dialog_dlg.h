@@ -2,8 +2,9 @@
 // controls.
 //
 // A dialog is a plan: a help page, a function that fills the controls from the dialog's context, and a table of the
-// commands with the function that does each. Its procedure is one call of FollowPlan. Help, F1, colours and the place
-// on the screen are seen to here.
+// commands with the function that does each. Its procedure is one call of FollowPlan. Font, help, F1, colours, size and
+// the place on the screen are seen to here. What a control needs beyond commands is a part (DialogPart), which a dialog
+// takes up when it is filled.
 #pragma once
 
 #include <windows.h>
@@ -12,8 +13,11 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "ctlfile/fixed_text.h"
+#include "dialogs/font_dlg.h"
+#include "dialogs/layout_dlg.h"
 #include "platform/program.h"
 
 namespace bv {
@@ -32,7 +36,7 @@ inline constexpr int kDeleteKey = 0x7F00;
 template <class Context>
 struct DialogCommand {
     int Control;
-    int Notification; // BN_CLICKED, LBN_SELCHANGE, kDeleteKey ...
+    int Notification; // BN_CLICKED, LBN_SELCHANGE, kDeleteKey, kListOpen ...
     void (*Do)(HWND dialog, Context& context);
 };
 
@@ -41,6 +45,53 @@ struct DialogPlan {
     int HelpContext;
     void (*Fill)(HWND dialog, Context& context);
     std::span<const DialogCommand<Context>> Commands;
+    std::span<const Anchor> Anchors = {};                             // of a dialog that can be resized
+    void (*Activated)(HWND dialog, Context& context) = nullptr;       // it has come to the front again
+    bool (*IsChanged)(HWND dialog, const Context& context) = nullptr; // to cancel then asks 5331 first
+};
+
+// A control's behaviour. It sees each message of its dialog, from the moment it is taken up, before the plan's
+// commands.
+class DialogPart {
+  public:
+    virtual ~DialogPart() = default;
+
+    // True when it has answered the message, with the dialog procedure's result.
+    virtual bool Answer(const DialogMessage& message, INT_PTR& result) = 0;
+
+    // The dialog's font and resolution are others; its windows have their new places.
+    virtual void Rescale() {}
+};
+
+// An open dialog, behind its plan.
+class OpenedDialog {
+  public:
+    OpenedDialog(const char* templateName, void* context) : templateName_(templateName), context_(context) {}
+
+    [[nodiscard]] void* Context() const { return context_; }
+    [[nodiscard]] const std::string& TemplateName() const { return templateName_; }
+    [[nodiscard]] bool IsFilled() const { return isFilled_; }
+
+    void Begin(HWND dialog, std::span<const Anchor> anchors);
+    INT_PTR FinishFilling(HWND dialog);
+    void TakeUp(DialogPart& part) { parts_.push_back(&part); }
+
+    // What parts, size and resolution have to say to a message.
+    bool Answer(const DialogMessage& message, INT_PTR& result);
+
+  private:
+    bool AnswerForWindow(const DialogMessage& message);
+    void ChangeDpi(HWND dialog, int dpi, const RECT& place);
+    void ChangeFont(HWND dialog);
+
+    std::string templateName_;
+    void* context_;
+    bool isFilled_ = false;
+    bool isResizable_ = false;
+    int dpi_ = USER_DEFAULT_SCREEN_DPI;
+    Layout layout_;
+    MessageFont font_; // none as long as the template's own serves
+    std::vector<DialogPart*> parts_;
 };
 
 // The parts of FollowPlan that need no context type.
@@ -49,26 +100,43 @@ struct CommandCode {
     int Notification;
 };
 bool ReadCommand(const DialogMessage& message, CommandCode& code);
-void* ContextOf(HWND dialog);
-INT_PTR BeginDialog(HWND dialog, void* context);
+OpenedDialog* OpenedOf(HWND dialog);
+OpenedDialog& BeginDialog(const DialogMessage& message, std::span<const Anchor> anchors);
 INT_PTR CommandDone(const DialogMessage& message);
 INT_PTR AnswerForAll(const DialogMessage& message, int helpContext);
+bool AgreesToLoseChanges();
+
+template <class Context>
+bool FollowCommand(const DialogPlan<Context>& plan, HWND dialog, const CommandCode& code, Context& context) {
+    if (code.Control == IDCANCEL && code.Notification == BN_CLICKED && plan.IsChanged != nullptr &&
+        plan.IsChanged(dialog, context) && !AgreesToLoseChanges())
+        return true;
+    for (const DialogCommand<Context>& command : plan.Commands) {
+        if (command.Control != code.Control || command.Notification != code.Notification) continue;
+        command.Do(dialog, context);
+        return true;
+    }
+    return false;
+}
 
 template <class Context>
 INT_PTR AnswerByPlan(const DialogPlan<Context>& plan, const DialogMessage& message) {
     if (message.Number == WM_INITDIALOG) {
-        auto* context = reinterpret_cast<Context*>(message.LParam);
-        plan.Fill(message.Dialog, *context);
-        return BeginDialog(message.Dialog, context);
+        OpenedDialog& opened = BeginDialog(message, plan.Anchors);
+        plan.Fill(message.Dialog, *static_cast<Context*>(opened.Context()));
+        return opened.FinishFilling(message.Dialog);
     }
-    auto* context = static_cast<Context*>(ContextOf(message.Dialog));
-    CommandCode code{};
-    if (context != nullptr && ReadCommand(message, code)) {
-        for (const DialogCommand<Context>& command : plan.Commands) {
-            if (command.Control != code.Control || command.Notification != code.Notification) continue;
-            command.Do(message.Dialog, *context);
+    OpenedDialog* opened = OpenedOf(message.Dialog);
+    if (opened == nullptr) return 0;
+    INT_PTR result = 0;
+    if (opened->Answer(message, result)) return result;
+    if (opened->IsFilled()) {
+        auto& context = *static_cast<Context*>(opened->Context());
+        CommandCode code{};
+        if (ReadCommand(message, code) && FollowCommand(plan, message.Dialog, code, context))
             return CommandDone(message);
-        }
+        if (message.Number == WM_ACTIVATE && message.WParam != WA_INACTIVE && plan.Activated != nullptr)
+            plan.Activated(message.Dialog, context);
     }
     return AnswerForAll(message, plan.HelpContext);
 }
@@ -88,6 +156,13 @@ INT_PTR FollowPlan(const DialogPlan<Context>& plan, const DialogMessage& message
 // IDCANCEL when there is no such template.
 INT_PTR OpenDialog(const char* templateName, HWND owner, DLGPROC procedure, void* context);
 
+// Makes a dialog that is not modal, or a page inside another; none when there is no such template. The opened dialog
+// must live as long as the window.
+HWND CreatePlannedDialog(OpenedDialog& opened, HWND owner, DLGPROC procedure);
+
+// Takes up a part, which must live as long as the dialog is open.
+void TakeUp(HWND dialog, DialogPart& part);
+
 // Ends with IDOK or IDCANCEL, for tables of commands.
 template <class Context>
 void EndWithOk(HWND dialog, Context&) {
@@ -98,8 +173,12 @@ void EndWithCancel(HWND dialog, Context&) {
     EndDialog(dialog, IDCANCEL);
 }
 
+// A control's text in the workstation's code page, with "?" for what that lacks; for what is not kept.
 std::string GetText(HWND dialog, int control);
 void SetText(HWND dialog, int control, const std::string& text);
+
+// A control's text to be kept. False, with the focus on the control, after 9209 when the code page lacks a character.
+bool TakeText(HWND dialog, int control, std::string& text);
 
 // Fills an edit control, which then takes no more characters than the field, and reads an edit control or a combo box.
 template <std::size_t N>
@@ -108,8 +187,11 @@ void PutField(HWND dialog, int control, const FixedText<N>& text) {
     SetText(dialog, control, text.String());
 }
 template <std::size_t N>
-void TakeField(HWND dialog, int control, FixedText<N>& text) {
-    text.Assign(GetText(dialog, control));
+bool TakeField(HWND dialog, int control, FixedText<N>& text) {
+    std::string taken;
+    if (!TakeText(dialog, control, taken)) return false;
+    text.Assign(taken);
+    return true;
 }
 
 // A disabled control that has the focus hands it to the dialog's next one first.
@@ -118,8 +200,9 @@ void EnableControl(HWND dialog, int control, bool enabled);
 // Moves the focus to a control and selects its text: the field that is wrong.
 void FocusControl(HWND dialog, int control);
 
-// Puts a window in the middle of its screen's work area.
-void CentreWindow(HWND window);
+// Dialog units as pixels of the dialog.
+int UnitsAcross(HWND dialog, int units);
+int UnitsDown(HWND dialog, int units);
 
 // Remembers the window with the keyboard focus and gives the focus back at the end of its life, if that window is
 // still there and enabled.

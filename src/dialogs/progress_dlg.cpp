@@ -13,8 +13,7 @@ constexpr int kNoHelp = 0;
 } // namespace
 
 ProgressBox::ProgressBox(HWND owner, int total) : owner_(owner), state_{false, total} {
-    dialog_ = CreateDialogParamA(GetModuleHandleA(nullptr), "PROGRESS_DLG", owner, Procedure,
-                                 reinterpret_cast<LPARAM>(&state_));
+    dialog_ = CreatePlannedDialog(opened_, owner, Procedure);
     ShowWindow(dialog_, SW_SHOW);
     EnableWindow(owner_, FALSE);
     Pump();
@@ -35,6 +34,7 @@ bool ProgressBox::Advance(int done, const std::string& count, const std::string&
 
 void ProgressBox::Fill(HWND dialog, State& state) {
     SendDlgItemMessageA(dialog, ID_PROGRESS_BAR, PBM_SETRANGE32, 0, state.Total);
+    SetFocus(dialog); // not on Cancel: a key that was meant for something else must not press it
 }
 
 void ProgressBox::Cancel(HWND dialog, State& state) {
@@ -50,15 +50,15 @@ INT_PTR CALLBACK ProgressBox::Procedure(HWND dialog, UINT message, WPARAM wParam
 
 void ProgressBox::Pump() {
     MSG message;
-    while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
+    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
         if (message.message == WM_QUIT) {
             state_.Cancelled = true;
             PostQuitMessage(static_cast<int>(message.wParam));
             return;
         }
-        if (IsDialogMessageA(dialog_, &message)) continue;
+        if (IsDialogMessageW(dialog_, &message)) continue;
         TranslateMessage(&message);
-        DispatchMessageA(&message);
+        DispatchMessageW(&message);
     }
 }
 

@@ -5,6 +5,8 @@
 
 #include <string>
 
+#include "dialogs/dialog_dlg.h"
+
 namespace bv {
 
 // A box over the owner with a count, a name, a bar and a Cancel button, open while this lives. The owner takes no input
@@ -31,8 +33,9 @@ class ProgressBox {
     void Pump();
 
     HWND owner_;
-    HWND dialog_ = nullptr;
     State state_;
+    OpenedDialog opened_{"PROGRESS_DLG", &state_};
+    HWND dialog_ = nullptr;
 };
 
 } // namespace bv

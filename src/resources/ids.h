@@ -3,6 +3,7 @@
 
 // In every dialog
 #define ID_HELP_BUTTON 1204
+#define ID_STATUS_LINE 1210 // what the banner says
 
 // Main window
 #define ID_OPEN_MENU 101
@@ -28,6 +29,7 @@
 #define ID_COVLET_COVERSHEETS 4000
 #define ID_COVLET_LETTERHEADS 4001
 #define ID_COVLET_EDIT 4006
+#define ID_COVLET_COUNT 4007
 
 // Their add and detail boxes
 #define ID_ITEM_INSTALLED 1101

@@ -1,6 +1,7 @@
 #include "shell/front_dlg.h"
 
 #include "dialogs/dialog_dlg.h"
+#include "dialogs/status_dlg.h"
 
 namespace bv {
 namespace {
@@ -28,7 +29,10 @@ WindowsFront::WindowsFront(MainWindow& window) : window_(window) {
 
 WindowsFront::~WindowsFront() { window_.OnWatchTimer = nullptr; }
 
-void WindowsFront::SetStatusLine(int line, const std::string& text) { window_.SetStatusLine(line, text); }
+void WindowsFront::SetStatusLine(int line, const std::string& text) {
+    window_.SetStatusLine(line, text);
+    ShowStatusInDialogs(line, text);
+}
 
 int WindowsFront::OpenBox(const Box& box, UINT buttons) const {
     const KeepFocus focus;

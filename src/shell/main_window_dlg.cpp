@@ -22,15 +22,14 @@ constexpr int kMargin = 8;         // pixels at 96 dots per inch
 
 HINSTANCE Instance() { return GetModuleHandleA(nullptr); }
 
-int Dpi(HWND window) { return static_cast<int>(GetDpiForWindow(window)); }
-int Scaled(HWND window, int pixels) { return MulDiv(pixels, Dpi(window), 96); }
+int Scaled(HWND window, int pixels) { return MulDiv(pixels, DpiOf(window), 96); }
 
 // The bottom strip of the work area, two captions tall.
 RECT BannerPlace(HWND window) {
     RECT area{};
     if (!SystemParametersInfoA(SPI_GETWORKAREA, 0, &area, 0))
         area = {0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)};
-    area.top = area.bottom - 2 * GetSystemMetricsForDpi(SM_CYCAPTION, static_cast<UINT>(Dpi(window)));
+    area.top = area.bottom - 2 * GetSystemMetricsForDpi(SM_CYCAPTION, static_cast<UINT>(DpiOf(window)));
     return area;
 }
 
@@ -86,7 +85,6 @@ MainWindow::~MainWindow() {
         SetWindowLongPtrA(window_, GWLP_USERDATA, 0); // its end is not the program's any more
         DestroyWindow(window_);
     }
-    if (font_ != nullptr) DeleteObject(font_);
 }
 
 void MainWindow::RegisterWindowClass() {
@@ -105,7 +103,7 @@ bool MainWindow::Open(int showCommand) {
     const std::string title = FillMessage(5226);
     CreateWindowExA(0, kMainWindowClass, title.c_str(), WS_POPUP, 0, 0, 0, 0, nullptr, nullptr, Instance(), this);
     if (window_ == nullptr) return false;
-    MakeFont();
+    font_ = MessageFont(DpiOf(window_));
     const RECT full = BannerPlace(window_);
     const POINT centre{(full.left + full.right) / 2, (full.top + full.bottom) / 2};
     const bool grows = ShowsAnimations() && !IsMinimising(showCommand);
@@ -167,7 +165,7 @@ LRESULT MainWindow::Answer(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_SETTINGCHANGE: ChangeSettings(wParam, reinterpret_cast<const char*>(lParam)); return 0;
     case WM_DISPLAYCHANGE: Place(); return 0;
     case WM_DPICHANGED:
-        MakeFont();
+        font_ = MessageFont(DpiOf(window_));
         Place();
         return 0;
     case WM_DESTROY: EndProgram(0); return 0;
@@ -181,21 +179,13 @@ void MainWindow::Place() {
     if (GetAncestor(window_, GA_PARENT) == GetDesktopWindow()) MoveTo(window_, BannerPlace(window_));
 }
 
-void MainWindow::MakeFont() {
-    NONCLIENTMETRICSW metrics{};
-    metrics.cbSize = sizeof metrics;
-    const auto dpi = static_cast<UINT>(Dpi(window_));
-    if (!SystemParametersInfoForDpi(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0, dpi)) return;
-    if (font_ != nullptr) DeleteObject(font_);
-    font_ = CreateFontIndirectW(&metrics.lfMessageFont);
-}
-
 // The icon, line 1 above, and lines 2 and 3 below it at the left and the right.
 void MainWindow::Paint(HDC drawing, const RECT& client) const {
     FillRect(drawing, &client, BackgroundBrush());
     RECT edge = client;
     DrawEdge(drawing, &edge, EDGE_ETCHED, BF_TOP);
-    const HGDIOBJ before = SelectObject(drawing, font_ != nullptr ? font_ : GetStockObject(DEFAULT_GUI_FONT));
+    const HGDIOBJ before =
+        SelectObject(drawing, font_.Handle() != nullptr ? font_.Handle() : GetStockObject(DEFAULT_GUI_FONT));
     SetBkMode(drawing, TRANSPARENT);
     SetTextColor(drawing, GetSysColor(COLOR_BTNTEXT));
 

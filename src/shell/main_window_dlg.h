@@ -9,6 +9,7 @@
 #include <string>
 
 #include "dialogs/colours_dlg.h"
+#include "dialogs/font_dlg.h"
 
 namespace bv {
 
@@ -46,13 +47,12 @@ class MainWindow {
     static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
     LRESULT Answer(UINT message, WPARAM wParam, LPARAM lParam);
     void Place();
-    void MakeFont();
     void Paint(HDC drawing, const RECT& client) const;
     void ChangeColours();
     void ChangeSettings(WPARAM parameter, const char* section);
 
     HWND window_ = nullptr;
-    HFONT font_ = nullptr;
+    MessageFont font_;
     std::array<std::string, 3> lines_;
 };
 

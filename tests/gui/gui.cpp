@@ -1,5 +1,7 @@
 #include "gui/gui.h"
 
+#include <commctrl.h>
+
 #include <atomic>
 #include <thread>
 
@@ -106,10 +108,104 @@ int FocusOf(HWND dialog) {
     return focus == nullptr ? 0 : GetDlgCtrlID(focus);
 }
 
+void FocusControlOf(HWND dialog, int control) {
+    SetForegroundWindow(dialog);
+    Send(dialog, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(GetDlgItem(dialog, control)), TRUE);
+}
+
+void SetTextOf(HWND dialog, int control, const std::string& text) {
+    std::wstring wide(text.size() + 1, L'\0');
+    MultiByteToWideChar(CP_UTF8, 0, text.c_str(), -1, wide.data(), static_cast<int>(wide.size()));
+    SetWindowTextW(GetDlgItem(dialog, control), wide.c_str());
+}
+
+std::string ClipboardText() {
+    if (!OpenClipboard(nullptr)) return {};
+    const HANDLE memory = GetClipboardData(CF_TEXT);
+    std::string text;
+    if (memory != nullptr) {
+        text = static_cast<const char*>(GlobalLock(memory));
+        GlobalUnlock(memory);
+    }
+    CloseClipboard();
+    return text;
+}
+
 void Click(HWND dialog, int control) { PostMessageW(GetDlgItem(dialog, control), BM_CLICK, 0, 0); }
+
+namespace {
+
+bool IsListView(HWND window) { return ClassOf(window) == WC_LISTVIEWA; }
+
+// Memory in a window's process, for messages that carry pointers.
+class SharedMemory {
+  public:
+    SharedMemory(HWND window, std::size_t size) {
+        DWORD id = 0;
+        GetWindowThreadProcessId(window, &id);
+        process_ = OpenProcess(PROCESS_ALL_ACCESS, FALSE, id);
+        place_ = static_cast<char*>(VirtualAllocEx(process_, nullptr, size, MEM_COMMIT, PAGE_READWRITE));
+    }
+    ~SharedMemory() {
+        VirtualFreeEx(process_, place_, 0, MEM_RELEASE);
+        CloseHandle(process_);
+    }
+    SharedMemory(const SharedMemory&) = delete;
+    SharedMemory& operator=(const SharedMemory&) = delete;
+
+    [[nodiscard]] char* At(std::size_t offset = 0) const { return place_ + offset; }
+    void Put(const void* bytes, std::size_t size) const { WriteProcessMemory(process_, place_, bytes, size, nullptr); }
+    void Get(void* bytes, std::size_t size, std::size_t offset) const {
+        ReadProcessMemory(process_, place_ + offset, bytes, size, nullptr);
+    }
+
+  private:
+    HANDLE process_;
+    char* place_;
+};
+
+constexpr int kLongestCell = 1000;
+
+std::string Cell(HWND list, const SharedMemory& memory, WPARAM row, int column) {
+    LVITEMW item{};
+    item.iSubItem = column;
+    item.cchTextMax = kLongestCell;
+    item.pszText = reinterpret_cast<wchar_t*>(memory.At(sizeof item));
+    memory.Put(&item, sizeof item);
+    Send(list, LVM_GETITEMTEXTW, row, reinterpret_cast<LPARAM>(memory.At()));
+    std::wstring text(kLongestCell + 1, L'\0');
+    memory.Get(text.data(), kLongestCell * sizeof(wchar_t), sizeof item);
+    return Narrow(text.c_str());
+}
+
+// The rows of a list view, their columns parted by tabs.
+std::vector<std::string> Rows(HWND list) {
+    const SharedMemory memory(list, sizeof(LVITEMW) + kLongestCell * sizeof(wchar_t));
+    const auto header = reinterpret_cast<HWND>(Send(list, LVM_GETHEADER));
+    const auto columns = static_cast<int>(Send(header, HDM_GETITEMCOUNT));
+    std::vector<std::string> rows;
+    for (LRESULT row = 0; row < Send(list, LVM_GETITEMCOUNT); ++row) {
+        rows.emplace_back();
+        for (int column = 0; column < columns; ++column)
+            rows.back() += (column > 0 ? "\t" : "") + Cell(list, memory, static_cast<WPARAM>(row), column);
+    }
+    return rows;
+}
+
+void SetRowState(HWND list, int row, UINT state, UINT mask) {
+    const SharedMemory memory(list, sizeof(LVITEMW));
+    LVITEMW item{};
+    item.state = state;
+    item.stateMask = mask;
+    memory.Put(&item, sizeof item);
+    Send(list, LVM_SETITEMSTATE, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(memory.At()));
+}
+
+} // namespace
 
 std::vector<std::string> Entries(HWND dialog, int control) {
     const HWND window = GetDlgItem(dialog, control);
+    if (IsListView(window)) return Rows(window);
     const bool combo = ClassOf(window) == "ComboBox";
     const LRESULT count = Send(window, combo ? CB_GETCOUNT : LB_GETCOUNT);
     std::vector<std::string> entries;
@@ -121,9 +217,16 @@ std::vector<std::string> Entries(HWND dialog, int control) {
     return entries;
 }
 
-int Selection(HWND dialog, int list) { return static_cast<int>(SendTo(dialog, list, LB_GETCURSEL)); }
+int Selection(HWND dialog, int list) {
+    if (!IsListView(GetDlgItem(dialog, list))) return static_cast<int>(SendTo(dialog, list, LB_GETCURSEL));
+    return static_cast<int>(SendTo(dialog, list, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_SELECTED));
+}
 
 void Select(HWND dialog, int list, int index) {
+    if (const HWND window = GetDlgItem(dialog, list); IsListView(window)) {
+        SetRowState(window, -1, 0, LVIS_SELECTED);
+        return SetRowState(window, index, LVIS_SELECTED | LVIS_FOCUSED, LVIS_SELECTED | LVIS_FOCUSED);
+    }
     SendTo(dialog, list, LB_SETCURSEL, static_cast<WPARAM>(index));
     Send(dialog, WM_COMMAND, MAKEWPARAM(list, LBN_SELCHANGE), reinterpret_cast<LPARAM>(GetDlgItem(dialog, list)));
 }

@@ -29,6 +29,12 @@ bool IsEnabled(HWND dialog, int control);
 bool IsChecked(HWND dialog, int control);
 int FocusOf(HWND dialog); // the id of the control with the focus; 0 without one
 
+// Puts the focus on a control of a dialog, which comes to the front; a text into an edit control or combo box.
+void FocusControlOf(HWND dialog, int control);
+void SetTextOf(HWND dialog, int control, const std::string& text);
+
+std::string ClipboardText();
+
 // Presses a button. Returns before what it does is done.
 void Click(HWND dialog, int control);
 

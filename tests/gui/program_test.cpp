@@ -56,7 +56,7 @@ TEST_F(Setup, AKeyboardUserAddsDescribesViewsAndDeletesACoversheet) {
     ASSERT_TRUE(FocusMovesTo(menu, ID_MENU_COVLET));
     Key(VK_RETURN);
     const HWND catalogue = setup.Shown().Wait(kCatalogueTitle);
-    ASSERT_TRUE(FocusMovesTo(catalogue, ID_COVLET_COVERSHEETS));
+    ASSERT_TRUE(FocusMovesTo(catalogue, ID_COVLET_LIST));
 
     Key('A', VK_MENU);
     const HWND box = setup.Shown().Wait("Add new coversheet");
@@ -66,7 +66,8 @@ TEST_F(Setup, AKeyboardUserAddsDescribesViewsAndDeletesACoversheet) {
     ASSERT_TRUE(FocusMovesTo(box, ID_ITEM_NEW_DESCRIPTION));
     Type("Rough");
     Key(VK_RETURN);
-    ASSERT_TRUE(Until([&] { return Selection(catalogue, ID_COVLET_LIST) == 0; }));
+    ASSERT_TRUE(Until([&] { return Entries(catalogue, ID_COVLET_LIST)[0] == "DRAFT\tRough"; }));
+    EXPECT_EQ(Selection(catalogue, ID_COVLET_LIST), 0);
     EXPECT_EQ(Server.Files().Read(kCoverCatalogue), std::string(before).insert(place, "File: DRAFT    \"Rough\"\r\n"));
 
     Key('R', VK_MENU);
@@ -77,7 +78,7 @@ TEST_F(Setup, AKeyboardUserAddsDescribesViewsAndDeletesACoversheet) {
     ASSERT_TRUE(Until([&] { return Entries(catalogue, ID_COVLET_LIST)[0] == "DRAFT\tSmooth"; }));
     EXPECT_EQ(Server.Files().Read(kCoverCatalogue), std::string(before).insert(place, "File: DRAFT \"Smooth\"\r\n"));
 
-    Key('N', VK_MENU);
+    Key('I', VK_MENU);
     ASSERT_TRUE(FocusMovesTo(catalogue, ID_COVLET_LIST));
     Key(VK_DELETE);
     EXPECT_EQ(setup.Shown().WaitBox("Delete Brivane"), "Deleting coversheet DRAFT - Smooth\n\nAre you sure?");
@@ -96,16 +97,9 @@ TEST_F(Setup, AKeyboardUserAddsDescribesViewsAndDeletesACoversheet) {
 TEST_F(Setup, TabGoesThroughWhatCanBeUsed) {
     const Program setup(Command("/5"));
     const HWND catalogue = setup.Shown().Wait(kCatalogueTitle);
-    ASSERT_TRUE(FocusMovesTo(catalogue, ID_COVLET_COVERSHEETS));
-    for (const int next : {ID_COVLET_LIST, ID_COVLET_ADD, ID_HELP_BUTTON, IDOK, ID_COVLET_COVERSHEETS}) {
-        Key(VK_TAB);
-        EXPECT_TRUE(FocusMovesTo(catalogue, next)) << next;
-    }
-    Key('N', VK_MENU);
     ASSERT_TRUE(FocusMovesTo(catalogue, ID_COVLET_LIST));
-    Key(VK_END);
-    ASSERT_TRUE(Until([&] { return IsEnabled(catalogue, ID_COVLET_EDIT); }));
-    for (const int next : {ID_COVLET_ADD, ID_COVLET_RENAME, ID_COVLET_DELETE, ID_COVLET_EDIT, ID_HELP_BUTTON}) {
+    for (const int next : {ID_COVLET_ADD, ID_COVLET_RENAME, ID_COVLET_DELETE, ID_COVLET_EDIT, ID_HELP_BUTTON, IDOK,
+                           ID_COVLET_COVERSHEETS, ID_COVLET_LIST}) {
         Key(VK_TAB);
         EXPECT_TRUE(FocusMovesTo(catalogue, next)) << next;
     }
@@ -140,7 +134,7 @@ TEST_F(Setup, WaitsForTheEditorAndNotForTheViewer) {
 TEST_F(Setup, ADigitOpensOneAreaAndTheProgramEndsWithIt) {
     const Program coversheets(Command("-5"));
     const HWND catalogue = coversheets.Shown().Wait(kCatalogueTitle);
-    ASSERT_TRUE(FocusMovesTo(catalogue, ID_COVLET_COVERSHEETS));
+    ASSERT_TRUE(FocusMovesTo(catalogue, ID_COVLET_LIST));
     Key(VK_ESCAPE);
     EXPECT_EQ(coversheets.WaitForEnd(), 0);
 
@@ -227,8 +221,8 @@ TEST_F(Setup, HelpOpensThePageOfTheDialogInFront) {
     opens(menu, ID_MENU_COVLET, HELP_MENU);
     Key(VK_RETURN);
     const HWND catalogue = setup.Shown().Wait(kCatalogueTitle);
-    ASSERT_TRUE(FocusMovesTo(catalogue, ID_COVLET_COVERSHEETS));
-    Key('N', VK_MENU);
+    ASSERT_TRUE(FocusMovesTo(catalogue, ID_COVLET_LIST));
+    Key('I', VK_MENU);
     opens(catalogue, ID_COVLET_LIST, HELP_COVLET);
 
     Click(catalogue, ID_HELP_BUTTON);

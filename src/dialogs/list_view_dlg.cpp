@@ -1,0 +1,392 @@
+#include "dialogs/list_view_dlg.h"
+
+#include <windowsx.h>
+
+#include <algorithm>
+#include <sstream>
+#include <unordered_set>
+#include <utility>
+
+#include "dialogs/clipboard_dlg.h"
+#include "platform/ascii.h"
+#include "platform/user_settings.h"
+#include "voice/messages.h"
+
+namespace bv {
+namespace {
+
+constexpr int kFilterLimit = 100;
+constexpr int kSortMenuBase = 0x100; // of menu items: a column each
+constexpr UINT kSelected = LVIS_SELECTED;
+constexpr UINT kFocusedAndSelected = LVIS_FOCUSED | LVIS_SELECTED;
+
+LRESULT Send(HWND window, UINT message, WPARAM wParam = 0, LPARAM lParam = 0) {
+    return SendMessageW(window, message, wParam, lParam);
+}
+
+void SetItemState(HWND list, int item, UINT state, UINT mask) {
+    LVITEMW change{};
+    change.state = state;
+    change.stateMask = mask;
+    Send(list, LVM_SETITEMSTATE, static_cast<WPARAM>(item), reinterpret_cast<LPARAM>(&change));
+}
+
+int NextItem(HWND list, int after, UINT flags) {
+    return static_cast<int>(Send(list, LVM_GETNEXTITEM, static_cast<WPARAM>(after), static_cast<LPARAM>(flags)));
+}
+
+std::wstring Widen(std::string_view text) {
+    const int size = static_cast<int>(text.size());
+    std::wstring wide(text.size(), L'\0');
+    const int length = MultiByteToWideChar(CP_ACP, 0, text.data(), size, wide.data(), size);
+    wide.resize(static_cast<std::size_t>(std::max(length, 0)));
+    return wide;
+}
+
+std::string Narrow(const wchar_t* text) {
+    std::string narrow(static_cast<std::size_t>(lstrlenW(text)) * 2 + 1, '\0');
+    const int length =
+        WideCharToMultiByte(CP_ACP, 0, text, -1, narrow.data(), static_cast<int>(narrow.size()), nullptr, nullptr);
+    narrow.resize(static_cast<std::size_t>(std::max(length - 1, 0)));
+    return narrow;
+}
+
+bool IsDown(int key) { return GetKeyState(key) < 0; }
+
+std::string ColumnName(std::size_t column) { return "Column" + std::to_string(column + 1); }
+
+int NumberIn(const std::optional<std::string>& text, int otherwise) {
+    std::istringstream numbers(text.value_or(""));
+    int number = 0;
+    return numbers >> number ? number : otherwise;
+}
+
+} // namespace
+
+void ListView::Begin(HWND dialog) {
+    dialog_ = dialog;
+    dpi_ = DpiOf(dialog);
+    const HWND list = Window();
+    constexpr LPARAM kStyles = LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER | LVS_EX_LABELTIP | LVS_EX_INFOTIP;
+    Send(list, LVM_SETEXTENDEDLISTVIEWSTYLE, kStyles, kStyles);
+    MakeColumns();
+    if (plan_.Filter != 0) {
+        SendDlgItemMessageW(dialog, plan_.Filter, EM_LIMITTEXT, kFilterLimit, 0);
+        SetWindowSubclass(GetDlgItem(dialog, plan_.Filter), FilterKeys, 1, reinterpret_cast<DWORD_PTR>(this));
+    }
+    TakeUp(dialog, *this);
+}
+
+void ListView::MakeColumns() {
+    const std::string folder = SettingsFolder(OpenedOf(dialog_)->TemplateName());
+    platform::UserSettings& settings = platform::TheUserSettings();
+    for (std::size_t i = 0; i < plan_.Columns.size(); ++i) {
+        const ListColumn& column = plan_.Columns[i];
+        std::wstring title = Widen(column.Title);
+        LVCOLUMNW made{};
+        made.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_FMT;
+        made.fmt = column.IsRight ? LVCFMT_RIGHT : LVCFMT_LEFT;
+        made.cx = UnitsAcross(dialog_, NumberIn(settings.Read(folder, ColumnName(i)), column.Units));
+        made.pszText = title.data();
+        Send(Window(), LVM_INSERTCOLUMNW, i, reinterpret_cast<LPARAM>(&made));
+    }
+    const int kept = NumberIn(settings.Read(folder, "Sort"), plan_.IsSorted ? 1 : 0); // from 1; below 0 downwards
+    const auto column = static_cast<std::size_t>(std::abs(kept));
+    if (column == 0 || column > plan_.Columns.size()) return;
+    order_.Sort(RowOrder::SortBy{column - 1, kept > 0});
+}
+
+void ListView::RememberColumns() const {
+    const std::string folder = SettingsFolder(OpenedOf(dialog_)->TemplateName());
+    platform::UserSettings& settings = platform::TheUserSettings();
+    constexpr int kManyUnits = 1000;
+    const int pixels = std::max(UnitsAcross(dialog_, kManyUnits), 1);
+    for (std::size_t i = 0; i < plan_.Columns.size(); ++i) {
+        const int width = static_cast<int>(Send(Window(), LVM_GETCOLUMNWIDTH, i));
+        const int units = MulDiv(width, kManyUnits, pixels);
+        if (std::abs(units - plan_.Columns[i].Units) > 1 || settings.Read(folder, ColumnName(i)))
+            settings.Write(folder, ColumnName(i), std::to_string(units));
+    }
+    const std::optional<RowOrder::SortBy> sorted = order_.Sorted();
+    const int column = sorted ? static_cast<int>(sorted->Column) + 1 : 0;
+    settings.Write(folder, "Sort", std::to_string(sorted && !sorted->Up ? -column : column));
+}
+
+void ListView::Rescale() {
+    const int before = std::exchange(dpi_, DpiOf(dialog_));
+    for (std::size_t i = 0; i < plan_.Columns.size(); ++i) {
+        const int width = static_cast<int>(Send(Window(), LVM_GETCOLUMNWIDTH, i));
+        Send(Window(), LVM_SETCOLUMNWIDTH, i, MulDiv(width, dpi_, before));
+    }
+}
+
+void ListView::Refill(const std::function<bool()>& read) {
+    const std::vector<std::string> names = SelectedNames();
+    const int place = NextItem(Window(), -1, LVNI_SELECTED);
+    isRead_ = read();
+    order_.Reset();
+    const std::unordered_set<std::string> wanted(names.begin(), names.end());
+    std::vector<std::size_t> rows;
+    for (std::size_t row = 0; !wanted.empty() && row < rows_.Count(); ++row)
+        if (wanted.contains(std::string(rows_.Text(row, 0)))) rows.push_back(row);
+    SelectRows(rows, static_cast<std::size_t>(std::max(place, 0)));
+}
+
+std::size_t ListView::CountSelected() const { return static_cast<std::size_t>(Send(Window(), LVM_GETSELECTEDCOUNT)); }
+
+std::vector<std::size_t> ListView::Selected() const {
+    std::vector<std::size_t> rows;
+    if (CountSelected() == order_.Shown()) {
+        for (std::size_t place = 0; place < order_.Shown(); ++place) rows.push_back(order_.RowAt(place));
+        return rows;
+    }
+    for (int item = NextItem(Window(), -1, LVNI_SELECTED); item >= 0; item = NextItem(Window(), item, LVNI_SELECTED))
+        rows.push_back(order_.RowAt(static_cast<std::size_t>(item)));
+    return rows;
+}
+
+std::vector<std::string> ListView::SelectedNames() const {
+    std::vector<std::string> names;
+    for (const std::size_t row : Selected()) names.emplace_back(rows_.Text(row, 0));
+    return names;
+}
+
+void ListView::SelectName(std::string_view name) {
+    for (std::size_t row = 0; row < rows_.Count(); ++row) {
+        if (!EqualFolded(rows_.Text(row, 0), name)) continue;
+        if (!order_.PlaceOf(row)) SetText(dialog_, plan_.Filter, {});
+        return SelectRows({row}, 0);
+    }
+}
+
+// Selects the rows that are shown, or the place when none of them is.
+void ListView::SelectRows(const std::vector<std::size_t>& rows, std::size_t place) {
+    std::vector<std::size_t> places;
+    for (const std::size_t row : rows)
+        if (const std::optional<std::size_t> shown = order_.PlaceOf(row)) places.push_back(*shown);
+    if (places.empty() && order_.Shown() > 0) places.push_back(std::min(place, order_.Shown() - 1));
+    std::ranges::sort(places);
+    ShowOrder();
+    SelectPlaces(places);
+}
+
+void ListView::SelectPlaces(const std::vector<std::size_t>& places) {
+    const HWND list = Window();
+    isChanging_ = true;
+    Send(list, WM_SETREDRAW, FALSE);
+    const bool all = places.size() == order_.Shown();
+    SetItemState(list, -1, all && !places.empty() ? kSelected : 0, kSelected);
+    if (!all)
+        for (const std::size_t place : places) SetItemState(list, static_cast<int>(place), kSelected, kSelected);
+    if (!places.empty()) {
+        const int first = static_cast<int>(places.front());
+        SetItemState(list, first, kFocusedAndSelected, kFocusedAndSelected);
+        Send(list, LVM_SETSELECTIONMARK, 0, first);
+        Send(list, LVM_ENSUREVISIBLE, static_cast<WPARAM>(first), FALSE);
+    }
+    Send(list, WM_SETREDRAW, TRUE);
+    isChanging_ = false;
+    ShowCount();
+    Notify(kListSelected);
+}
+
+void ListView::ShowOrder() {
+    isChanging_ = true;
+    Send(Window(), LVM_SETITEMCOUNT, order_.Shown(), 0);
+    isChanging_ = false;
+    ShowArrow();
+    InvalidateRect(Window(), nullptr, FALSE);
+}
+
+void ListView::ShowArrow() const {
+    const auto header = reinterpret_cast<HWND>(Send(Window(), LVM_GETHEADER));
+    const std::optional<RowOrder::SortBy> sorted = order_.Sorted();
+    for (std::size_t i = 0; i < plan_.Columns.size(); ++i) {
+        HDITEMW item{};
+        item.mask = HDI_FORMAT;
+        Send(header, HDM_GETITEMW, i, reinterpret_cast<LPARAM>(&item));
+        item.fmt &= ~(HDF_SORTUP | HDF_SORTDOWN);
+        if (sorted && sorted->Column == i) item.fmt |= sorted->Up ? HDF_SORTUP : HDF_SORTDOWN;
+        Send(header, HDM_SETITEMW, i, reinterpret_cast<LPARAM>(&item));
+    }
+}
+
+void ListView::ShowCount() const {
+    if (plan_.Count == 0) return;
+    std::string text = FillMessage(9200, order_.Shown(), rows_.Count(), CountSelected());
+    if (!isRead_)
+        text = FillMessage(9202);
+    else if (rows_.Count() == 0)
+        text = FillMessage(9203);
+    else if (order_.Shown() == 0)
+        text = FillMessage(9201, GetText(dialog_, plan_.Filter));
+    SetText(dialog_, plan_.Count, text);
+}
+
+void ListView::Notify(int code) const {
+    SendMessageW(dialog_, WM_COMMAND, MAKEWPARAM(plan_.List, code), reinterpret_cast<LPARAM>(Window()));
+}
+
+bool ListView::Answer(const DialogMessage& message, INT_PTR& result) {
+    if (message.Number == WM_NOTIFY) {
+        const auto& notice = *reinterpret_cast<const NMHDR*>(message.LParam);
+        return notice.idFrom == static_cast<UINT_PTR>(plan_.List) && AnswerNotice(notice, result);
+    }
+    if (message.Number == WM_COMMAND && plan_.Filter != 0 && LOWORD(message.WParam) == plan_.Filter &&
+        HIWORD(message.WParam) == EN_CHANGE) {
+        ApplyFilter();
+        return true;
+    }
+    if (message.Number == WM_CONTEXTMENU && reinterpret_cast<HWND>(message.WParam) == Window()) {
+        OpenMenu({GET_X_LPARAM(message.LParam), GET_Y_LPARAM(message.LParam)});
+        return true;
+    }
+    if (message.Number == WM_DESTROY) RememberColumns();
+    return false;
+}
+
+bool ListView::AnswerNotice(const NMHDR& notice, INT_PTR& result) {
+    switch (notice.code) {
+    case LVN_GETDISPINFOW: ShowCell(reinterpret_cast<NMLVDISPINFOW&>(const_cast<NMHDR&>(notice))); return true;
+    case LVN_ITEMCHANGED:
+    case LVN_ODSTATECHANGED:
+        if (isChanging_) return true;
+        ShowCount();
+        Notify(kListSelected);
+        return true;
+    case LVN_ODFINDITEMW: {
+        const auto& wanted = reinterpret_cast<const NMLVFINDITEMW&>(notice);
+        const auto found = order_.Find(Narrow(wanted.lvfi.psz), static_cast<std::size_t>(std::max(wanted.iStart, 0)));
+        SetWindowLongPtrW(dialog_, DWLP_MSGRESULT, found ? static_cast<LONG_PTR>(*found) : -1);
+        result = TRUE;
+        return true;
+    }
+    case LVN_COLUMNCLICK: ClickColumn(reinterpret_cast<const NMLISTVIEW&>(notice).iSubItem); return true;
+    case LVN_KEYDOWN: PressKey(reinterpret_cast<const NMLVKEYDOWN&>(notice).wVKey); return true;
+    case NM_DBLCLK:
+        if (reinterpret_cast<const NMITEMACTIVATE&>(notice).iItem >= 0) Notify(kListOpen);
+        return true;
+    case NM_SETFOCUS:
+        if (plan_.DefaultButton == 0) return true;
+        defaultButton_ = LOWORD(SendMessageW(dialog_, DM_GETDEFID, 0, 0));
+        SendMessageW(dialog_, DM_SETDEFID, static_cast<WPARAM>(plan_.DefaultButton), 0);
+        return true;
+    case NM_KILLFOCUS:
+        if (plan_.DefaultButton != 0) SendMessageW(dialog_, DM_SETDEFID, defaultButton_, 0);
+        return true;
+    default: return false;
+    }
+}
+
+void ListView::ShowCell(NMLVDISPINFOW& cell) {
+    const auto place = static_cast<std::size_t>(cell.item.iItem);
+    if ((cell.item.mask & LVIF_TEXT) == 0 || place >= order_.Shown()) return;
+    cell_ = Widen(rows_.Text(order_.RowAt(place), static_cast<std::size_t>(cell.item.iSubItem)));
+    lstrcpynW(cell.item.pszText, cell_.c_str(), cell.item.cchTextMax);
+}
+
+void ListView::PressKey(WORD key) {
+    struct KeyCode {
+        WORD Key;
+        int Code;
+    };
+    static constexpr KeyCode kCodes[] = {
+        {VK_F2, kListRename}, {VK_INSERT, kListAdd}, {VK_DELETE, kListDelete}, {VK_F5, kListReload}};
+    if (IsDown(VK_CONTROL)) {
+        if (key == 'A') SetItemState(Window(), -1, kSelected, kSelected);
+        if (key == 'C' || key == VK_INSERT) CopySelected();
+        if (key == 'F' && plan_.Filter != 0) FocusControl(dialog_, plan_.Filter);
+        return;
+    }
+    for (const KeyCode& code : kCodes)
+        if (code.Key == key) return Notify(code.Code);
+}
+
+// Up, down, file order.
+void ListView::ClickColumn(int column) {
+    const std::optional<RowOrder::SortBy> now = order_.Sorted();
+    const auto wanted = static_cast<std::size_t>(column);
+    if (!now || now->Column != wanted) return SortBy(RowOrder::SortBy{wanted, true});
+    if (now->Up) return SortBy(RowOrder::SortBy{wanted, false});
+    SortBy(std::nullopt);
+}
+
+void ListView::SortBy(std::optional<RowOrder::SortBy> by) {
+    const WaitCursor wait;
+    const std::vector<std::size_t> rows = Selected();
+    order_.Sort(by);
+    SelectRows(rows, 0);
+}
+
+void ListView::ApplyFilter() {
+    const std::vector<std::size_t> rows = Selected();
+    order_.Filter(GetText(dialog_, plan_.Filter));
+    SelectRows(rows, 0);
+}
+
+void ListView::CopySelected() const {
+    std::string text;
+    for (const std::size_t row : Selected()) {
+        for (std::size_t column = 0; column < plan_.Columns.size(); ++column) {
+            if (column > 0) text += '\t';
+            text += rows_.Text(row, column);
+        }
+        text += "\r\n";
+    }
+    CopyToClipboard(dialog_, text);
+}
+
+// The buttons that act on the rows, and "Sort by", which a header offers to the mouse alone.
+void ListView::OpenMenu(POINT at) {
+    if (at.x == -1 && at.y == -1) {
+        RECT item{LVIR_LABEL, 0, 0, 0};
+        const int focused = NextItem(Window(), -1, LVNI_FOCUSED);
+        Send(Window(), LVM_GETITEMRECT, static_cast<WPARAM>(std::max(focused, 0)), reinterpret_cast<LPARAM>(&item));
+        at = {item.left, item.bottom};
+        ClientToScreen(Window(), &at);
+    }
+    const HMENU menu = CreatePopupMenu();
+    for (const int button : plan_.Menu) {
+        const HWND window = GetDlgItem(dialog_, button);
+        wchar_t text[64] = L"";
+        GetWindowTextW(window, text, 64);
+        AppendMenuW(menu, IsWindowEnabled(window) ? MF_ENABLED : MF_GRAYED, static_cast<UINT_PTR>(button), text);
+        if (button == plan_.DefaultButton) SetMenuDefaultItem(menu, static_cast<UINT>(button), FALSE);
+    }
+    const HMENU columns = CreatePopupMenu();
+    for (std::size_t i = 0; i < plan_.Columns.size(); ++i) {
+        const bool isSorted = order_.Sorted() && order_.Sorted()->Column == i;
+        AppendMenuW(columns, isSorted ? MF_CHECKED : MF_UNCHECKED, kSortMenuBase + i,
+                    Widen(plan_.Columns[i].Title).c_str());
+    }
+    AppendMenuW(menu, MF_SEPARATOR, 0, nullptr);
+    AppendMenuW(menu, MF_POPUP, reinterpret_cast<UINT_PTR>(columns), Widen(FillMessage(9470)).c_str());
+    RunMenuItem(TrackPopupMenu(menu, TPM_RETURNCMD | TPM_RIGHTBUTTON, at.x, at.y, 0, dialog_, nullptr));
+    DestroyMenu(menu);
+}
+
+void ListView::RunMenuItem(int item) {
+    if (item == 0) return;
+    const int column = item - kSortMenuBase;
+    if (column >= 0 && column < static_cast<int>(plan_.Columns.size())) return ClickColumn(column);
+    SendMessageW(dialog_, WM_COMMAND, MAKEWPARAM(item, BN_CLICKED),
+                 reinterpret_cast<LPARAM>(GetDlgItem(dialog_, item)));
+}
+
+// Down goes to the list; Esc empties the filter, and closes the dialog when that is empty; F5 reads anew.
+LRESULT CALLBACK ListView::FilterKeys(HWND edit, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
+                                      DWORD_PTR data) {
+    auto& self = *reinterpret_cast<ListView*>(data);
+    if (message == WM_GETDLGCODE && wParam == VK_ESCAPE && GetWindowTextLengthW(edit) > 0) return DLGC_WANTMESSAGE;
+    if (message == WM_KEYDOWN) {
+        if (wParam == VK_DOWN) FocusControl(self.dialog_, self.plan_.List);
+        if (wParam == VK_F5) self.Notify(kListReload);
+        if (wParam == VK_ESCAPE) SetWindowTextW(edit, L"");
+        if (wParam == VK_DOWN || wParam == VK_F5 || wParam == VK_ESCAPE) return 0;
+    }
+    if (message == WM_CHAR && wParam == VK_ESCAPE) return 0;
+    if (message == WM_NCDESTROY) RemoveWindowSubclass(edit, FilterKeys, id);
+    return DefSubclassProc(edit, message, wParam, lParam);
+}
+
+} // namespace bv

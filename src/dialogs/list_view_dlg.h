@@ -1,0 +1,112 @@
+// List views over rows that stay where they are: filtered and sorted, with the keys, the menu and the count that all
+// lists have. Columns and order are remembered for each dialog.
+//
+// The control is an owner-data list view in report view. To its dialog it sends commands, as list boxes do.
+#pragma once
+
+#include <windows.h>
+
+#include <commctrl.h>
+
+#include <functional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "dialogs/dialog_dlg.h"
+#include "shell/row_order.h"
+
+namespace bv {
+
+// Notifications of a list view to its dialog's commands.
+enum ListCode : int {
+    kListSelected = 0x7E00, // other rows are selected
+    kListOpen,              // double click
+    kListRename,            // F2
+    kListAdd,               // Ins
+    kListDelete,            // Del
+    kListReload,            // F5
+    kListMoveUp,            // Alt+Up
+    kListMoveDown,          // Alt+Down
+};
+
+struct ListColumn {
+    const char* Title;
+    int Units; // its width at first
+    bool IsRight = false;
+};
+
+// The controls around a list; 0 for one that is not there.
+struct ListPlan {
+    int List;
+    std::span<const ListColumn> Columns;
+    int Filter = 0;                 // an edit control
+    int Count = 0;                  // a text that counts
+    int DefaultButton = 0;          // what Enter presses in the list
+    std::span<const int> Menu = {}; // the buttons that stand in the menu, too
+    bool IsSorted = true;           // by the first column, until the person sorts otherwise; else in file order
+};
+
+class ListView : public DialogPart {
+  public:
+    ListView(const RowModel& rows, const ListPlan& plan) : rows_(rows), plan_(plan), order_(rows) {}
+
+    // Takes up the control, when its dialog is filled.
+    void Begin(HWND dialog);
+
+    // Has the rows read anew, then shows them and selects those that have the names (the texts of the first column) of
+    // the rows that were selected; when there are none of these any more, the row at the place of the first one. False
+    // from the reader: the rows could not be read.
+    void Refill(const std::function<bool()>& read);
+
+    // The selected rows, by their number in the model, in the order shown.
+    [[nodiscard]] std::vector<std::size_t> Selected() const;
+    [[nodiscard]] bool HasOneSelected() const { return CountSelected() == 1; }
+    [[nodiscard]] std::size_t CountSelected() const;
+
+    // The names of the selected rows.
+    [[nodiscard]] std::vector<std::string> SelectedNames() const;
+
+    // Selects the row of that name alone and brings it into view. A row that the filter hides has the filter emptied.
+    void SelectName(std::string_view name);
+
+    // All rows as they are filtered and sorted now.
+    [[nodiscard]] const RowOrder& Order() const { return order_; }
+
+    bool Answer(const DialogMessage& message, INT_PTR& result) override;
+    void Rescale() override;
+
+  private:
+    [[nodiscard]] HWND Window() const { return GetDlgItem(dialog_, plan_.List); }
+    bool AnswerNotice(const NMHDR& notice, INT_PTR& result);
+    void ShowCell(NMLVDISPINFOW& cell);
+    void PressKey(WORD key);
+    void ClickColumn(int column);
+    void SortBy(std::optional<RowOrder::SortBy> by);
+    void ApplyFilter();
+    void Notify(int code) const;
+    void ShowOrder();
+    void ShowArrow() const;
+    void ShowCount() const;
+    void SelectRows(const std::vector<std::size_t>& rows, std::size_t place);
+    void SelectPlaces(const std::vector<std::size_t>& places);
+    void CopySelected() const;
+    void OpenMenu(POINT at);
+    void RunMenuItem(int item);
+    void MakeColumns();
+    void RememberColumns() const;
+    static LRESULT CALLBACK FilterKeys(HWND edit, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
+                                       DWORD_PTR data);
+
+    const RowModel& rows_;
+    ListPlan plan_;
+    RowOrder order_;
+    HWND dialog_ = nullptr;
+    int dpi_ = USER_DEFAULT_SCREEN_DPI;
+    bool isRead_ = true;
+    bool isChanging_ = false; // the selection, by the program
+    WPARAM defaultButton_ = 0;
+    std::wstring cell_;
+};
+
+} // namespace bv
