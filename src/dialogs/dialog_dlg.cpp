@@ -1,5 +1,8 @@
 #include "dialogs/dialog_dlg.h"
 
+#include <algorithm>
+#include <utility>
+
 #include "dialogs/colours_dlg.h"
 #include "dialogs/help_dlg.h"
 #include "dialogs/status_dlg.h"
@@ -95,9 +98,16 @@ bool OpenedDialog::Answer(const DialogMessage& message, INT_PTR& result) {
     return AnswerForWindow(message);
 }
 
+bool OpenedDialog::TakeKey(const MSG& message) const {
+    return std::ranges::any_of(parts_, [&](DialogPart* part) { return part->TakeKey(message); });
+}
+
 bool OpenedDialog::AnswerForWindow(const DialogMessage& message) {
     switch (message.Number) {
-    case WM_SIZE: layout_.Apply(message.Dialog); return true;
+    case WM_SIZE:
+        layout_.Apply(message.Dialog);
+        for (DialogPart* part : parts_) part->Resized();
+        return true;
     case WM_GETMINMAXINFO: {
         const SIZE smallest = layout_.Smallest();
         reinterpret_cast<MINMAXINFO*>(message.LParam)->ptMinTrackSize = {smallest.cx, smallest.cy};
@@ -169,10 +179,43 @@ INT_PTR AnswerForAll(const DialogMessage& message, int helpContext) {
 
 bool AgreesToLoseChanges() { return AskWarning(5331); }
 
+namespace {
+
+// Shows the keys of a modal dialog's message loop to the dialog's parts first.
+LRESULT CALLBACK FilterKeys(int code, WPARAM wParam, LPARAM lParam) {
+    const auto& message = *reinterpret_cast<const MSG*>(lParam);
+    const bool isKey = message.message >= WM_KEYFIRST && message.message <= WM_KEYLAST;
+    if (code == MSGF_DIALOGBOX && isKey) {
+        const OpenedDialog* opened = OpenedOf(GetAncestor(message.hwnd, GA_ROOT));
+        if (opened != nullptr && opened->TakeKey(message)) return TRUE;
+    }
+    return CallNextHookEx(nullptr, code, wParam, lParam);
+}
+
+// While one lives on a thread; those inside it do nothing.
+class KeyFilter {
+  public:
+    KeyFilter() {
+        if (depth++ == 0) hook = SetWindowsHookExW(WH_MSGFILTER, FilterKeys, nullptr, GetCurrentThreadId());
+    }
+    ~KeyFilter() {
+        if (--depth == 0) UnhookWindowsHookEx(hook);
+    }
+    KeyFilter(const KeyFilter&) = delete;
+    KeyFilter& operator=(const KeyFilter&) = delete;
+
+  private:
+    static inline int depth = 0;
+    static inline HHOOK hook = nullptr;
+};
+
+} // namespace
+
 INT_PTR OpenDialog(const char* templateName, HWND owner, DLGPROC procedure, void* context) {
     const DialogTemplate resource = LoadDialogTemplate(templateName, DpiOf(owner));
     if (resource.empty()) return IDCANCEL;
     OpenedDialog opened(templateName, context);
+    const KeyFilter keys;
     const INT_PTR result = DialogBoxIndirectParamW(Instance(), reinterpret_cast<LPCDLGTEMPLATEW>(resource.data()),
                                                    owner, procedure, reinterpret_cast<LPARAM>(&opened));
     return result > 0 ? result : IDCANCEL;

@@ -59,6 +59,12 @@ class DialogPart {
     // True when it has answered the message, with the dialog procedure's result.
     virtual bool Answer(const DialogMessage& message, INT_PTR& result) = 0;
 
+    // A key in a window of the dialog, before the dialog manager has it; true when it is taken.
+    virtual bool TakeKey(const MSG&) { return false; }
+
+    // The dialog has another size, and its controls their new places.
+    virtual void Resized() {}
+
     // The dialog's font and resolution are others; its windows have their new places.
     virtual void Rescale() {}
 };
@@ -75,6 +81,8 @@ class OpenedDialog {
     void Begin(HWND dialog, std::span<const Anchor> anchors);
     INT_PTR FinishFilling(HWND dialog);
     void TakeUp(DialogPart& part) { parts_.push_back(&part); }
+
+    bool TakeKey(const MSG& message) const;
 
     // What parts, size and resolution have to say to a message.
     bool Answer(const DialogMessage& message, INT_PTR& result);

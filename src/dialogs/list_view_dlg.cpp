@@ -53,7 +53,9 @@ std::string Narrow(const wchar_t* text) {
 
 bool IsDown(int key) { return GetKeyState(key) < 0; }
 
-std::string ColumnName(std::size_t column) { return "Column" + std::to_string(column + 1); }
+std::string ColumnName(const ListPlan& plan, std::size_t column) {
+    return plan.Name + ("Column" + std::to_string(column + 1));
+}
 
 int NumberIn(const std::optional<std::string>& text, int otherwise) {
     std::istringstream numbers(text.value_or(""));
@@ -77,6 +79,14 @@ void ListView::Begin(HWND dialog) {
     TakeUp(dialog, *this);
 }
 
+void ListView::Change(const ListPlan& plan) {
+    RememberColumns();
+    for (std::size_t i = plan_.Columns.size(); i > 0; --i) Send(Window(), LVM_DELETECOLUMN, i - 1);
+    plan_ = plan;
+    order_.Sort(std::nullopt);
+    MakeColumns();
+}
+
 void ListView::MakeColumns() {
     const std::string folder = SettingsFolder(OpenedOf(dialog_)->TemplateName());
     platform::UserSettings& settings = platform::TheUserSettings();
@@ -86,14 +96,26 @@ void ListView::MakeColumns() {
         LVCOLUMNW made{};
         made.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_FMT;
         made.fmt = column.IsRight ? LVCFMT_RIGHT : LVCFMT_LEFT;
-        made.cx = UnitsAcross(dialog_, NumberIn(settings.Read(folder, ColumnName(i)), column.Units));
+        made.cx = UnitsAcross(dialog_, NumberIn(settings.Read(folder, ColumnName(plan_, i)), column.Units));
         made.pszText = title.data();
         Send(Window(), LVM_INSERTCOLUMNW, i, reinterpret_cast<LPARAM>(&made));
     }
-    const int kept = NumberIn(settings.Read(folder, "Sort"), plan_.IsSorted ? 1 : 0); // from 1; below 0 downwards
+    const int kept = NumberIn(settings.Read(folder, std::string(plan_.Name) + "Sort"),
+                              plan_.IsSorted ? 1 : 0); // from 1; below 0 downwards
     const auto column = static_cast<std::size_t>(std::abs(kept));
     if (column == 0 || column > plan_.Columns.size()) return;
     order_.Sort(RowOrder::SortBy{column - 1, kept > 0});
+}
+
+// What is left of the list's width is the last column's.
+void ListView::FillWidth() const {
+    RECT client{};
+    GetClientRect(Window(), &client);
+    const WPARAM last = plan_.Columns.size() - 1;
+    LRESULT others = 0;
+    for (WPARAM i = 0; i < last; ++i) others += Send(Window(), LVM_GETCOLUMNWIDTH, i);
+    const LRESULT least = UnitsAcross(dialog_, plan_.Columns.back().Units);
+    Send(Window(), LVM_SETCOLUMNWIDTH, last, std::max<LRESULT>(client.right - others, least));
 }
 
 void ListView::RememberColumns() const {
@@ -101,15 +123,15 @@ void ListView::RememberColumns() const {
     platform::UserSettings& settings = platform::TheUserSettings();
     constexpr int kManyUnits = 1000;
     const int pixels = std::max(UnitsAcross(dialog_, kManyUnits), 1);
-    for (std::size_t i = 0; i < plan_.Columns.size(); ++i) {
+    for (std::size_t i = 0; i + 1 < plan_.Columns.size(); ++i) {
         const int width = static_cast<int>(Send(Window(), LVM_GETCOLUMNWIDTH, i));
         const int units = MulDiv(width, kManyUnits, pixels);
-        if (std::abs(units - plan_.Columns[i].Units) > 1 || settings.Read(folder, ColumnName(i)))
-            settings.Write(folder, ColumnName(i), std::to_string(units));
+        if (std::abs(units - plan_.Columns[i].Units) > 1 || settings.Read(folder, ColumnName(plan_, i)))
+            settings.Write(folder, ColumnName(plan_, i), std::to_string(units));
     }
     const std::optional<RowOrder::SortBy> sorted = order_.Sorted();
     const int column = sorted ? static_cast<int>(sorted->Column) + 1 : 0;
-    settings.Write(folder, "Sort", std::to_string(sorted && !sorted->Up ? -column : column));
+    settings.Write(folder, std::string(plan_.Name) + "Sort", std::to_string(sorted && !sorted->Up ? -column : column));
 }
 
 void ListView::Rescale() {
@@ -194,6 +216,7 @@ void ListView::ShowOrder() {
     isChanging_ = true;
     Send(Window(), LVM_SETITEMCOUNT, order_.Shown(), 0);
     isChanging_ = false;
+    FillWidth(); // a scroll bar may have come or gone
     ShowArrow();
     InvalidateRect(Window(), nullptr, FALSE);
 }

@@ -14,21 +14,10 @@
 #include <vector>
 
 #include "dialogs/dialog_dlg.h"
+#include "dialogs/list_codes_dlg.h"
 #include "shell/row_order.h"
 
 namespace bv {
-
-// Notifications of a list view to its dialog's commands.
-enum ListCode : int {
-    kListSelected = 0x7E00, // other rows are selected
-    kListOpen,              // double click
-    kListRename,            // F2
-    kListAdd,               // Ins
-    kListDelete,            // Del
-    kListReload,            // F5
-    kListMoveUp,            // Alt+Up
-    kListMoveDown,          // Alt+Down
-};
 
 struct ListColumn {
     const char* Title;
@@ -44,6 +33,7 @@ struct ListPlan {
     int Count = 0;                  // a text that counts
     int DefaultButton = 0;          // what Enter presses in the list
     std::span<const int> Menu = {}; // the buttons that stand in the menu, too
+    const char* Name = "";          // under which columns and order are remembered, of a list that has several plans
     bool IsSorted = true;           // by the first column, until the person sorts otherwise; else in file order
 };
 
@@ -53,6 +43,9 @@ class ListView : public DialogPart {
 
     // Takes up the control, when its dialog is filled.
     void Begin(HWND dialog);
+
+    // Has other columns from now on; to be filled anew.
+    void Change(const ListPlan& plan);
 
     // Has the rows read anew, then shows them and selects those that have the names (the texts of the first column) of
     // the rows that were selected; when there are none of these any more, the row at the place of the first one. False
@@ -74,6 +67,7 @@ class ListView : public DialogPart {
     [[nodiscard]] const RowOrder& Order() const { return order_; }
 
     bool Answer(const DialogMessage& message, INT_PTR& result) override;
+    void Resized() override { FillWidth(); }
     void Rescale() override;
 
   private:
@@ -94,6 +88,7 @@ class ListView : public DialogPart {
     void OpenMenu(POINT at);
     void RunMenuItem(int item);
     void MakeColumns();
+    void FillWidth() const;
     void RememberColumns() const;
     static LRESULT CALLBACK FilterKeys(HWND edit, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
                                        DWORD_PTR data);

@@ -16,6 +16,7 @@ ProgressBox::ProgressBox(HWND owner, int total) : owner_(owner), state_{false, t
     dialog_ = CreatePlannedDialog(opened_, owner, Procedure);
     ShowWindow(dialog_, SW_SHOW);
     EnableWindow(owner_, FALSE);
+    SetFocus(dialog_); // not on Cancel: a key that was meant for something else must not press it
     Pump();
 }
 
@@ -34,7 +35,6 @@ bool ProgressBox::Advance(int done, const std::string& count, const std::string&
 
 void ProgressBox::Fill(HWND dialog, State& state) {
     SendDlgItemMessageA(dialog, ID_PROGRESS_BAR, PBM_SETRANGE32, 0, state.Total);
-    SetFocus(dialog); // not on Cancel: a key that was meant for something else must not press it
 }
 
 void ProgressBox::Cancel(HWND dialog, State& state) {

@@ -27,8 +27,15 @@ bool IsEnterable(std::string_view value, std::size_t limit) {
 
 // --- The forms of values. Each has what a row of the table needs. ---
 
+struct ShortForm {
+    static constexpr std::size_t kLimit = 0; // it is not a text of its own
+};
+
 template <auto... kPath>
 struct Text {
+    using Field = std::remove_cvref_t<decltype(FieldAt<kPath...>(std::declval<UserRecord&>()))>;
+    static constexpr std::size_t kLimit = Field::kLimit;
+
     static void Read(UserRecord& record, std::string_view value) { FieldAt<kPath...>(record) = value; }
     static std::optional<std::string> Write(const UserRecord& record) {
         const std::string value = Show(record);
@@ -41,10 +48,7 @@ struct Text {
         field = value;
         return true;
     }
-    static std::string Values() {
-        using Field = std::remove_cvref_t<decltype(FieldAt<kPath...>(std::declval<UserRecord&>()))>;
-        return DescribeValues(ValueCodec<Field>::kRule);
-    }
+    static std::string Values() { return DescribeValues(ValueCodec<Field>::kRule); }
 };
 
 // Written also when empty.
@@ -55,14 +59,16 @@ struct PlainText : Text<kField> {
 
 // A record's name, as the file's keys allow it.
 struct GroupName : Text<&UserRecord::Group> {
+    static constexpr std::size_t kLimit = RecordName::kLimit;
+
     static bool Enter(UserRecord& record, std::string_view value) {
-        return value.size() <= RecordName::kLimit && Text::Enter(record, value);
+        return value.size() <= kLimit && Text::Enter(record, value);
     }
-    static std::string Values() { return FormatText("the name of a group, at most %d characters", RecordName::kLimit); }
+    static std::string Values() { return FormatText("the name of a group, at most %d characters", kLimit); }
 };
 
 template <auto kPrinter>
-struct Squash {
+struct Squash : ShortForm {
     static void Read(UserRecord& record, std::string_view value) {
         if (!Enter(record, value)) (record.*kPrinter).Squash = SquashMode::None;
     }
@@ -112,7 +118,7 @@ struct RecdOptions {
 };
 
 template <class Options>
-struct PrintOptions {
+struct PrintOptions : ShortForm {
     static constexpr std::string_view kDefault = "DEFAULT";
 
     // The words count wherever they stand, inside other words, too.
@@ -162,7 +168,7 @@ struct PrintOptions {
 };
 
 template <auto kField>
-struct YesOrNo {
+struct YesOrNo : ShortForm {
     static void Read(UserRecord& record, std::string_view value) { Enter(record, value); }
     static std::optional<std::string> Write(const UserRecord& record) {
         return record.*kField ? std::optional(Show(record)) : std::nullopt;
@@ -186,7 +192,7 @@ struct MailName : Text<&UserRecord::MailName> {
 };
 
 template <PermissionFlag kFlag>
-struct Permission {
+struct Permission : ShortForm {
     static constexpr const PermissionKey& kKey = *std::ranges::find(kPermissionKeys, kFlag, &PermissionKey::Flag);
 
     static void Read(UserRecord& record, std::string_view value) {
@@ -206,7 +212,7 @@ struct Permission {
     static std::string Values() { return DescribeValues(ValueCodec<bool>::kRule); }
 };
 
-struct Dial {
+struct Dial : ShortForm {
     static void Read(UserRecord& record, std::string_view value) {
         ParseDialPermissions(value, record.Permissions.DialMask);
     }
@@ -229,7 +235,7 @@ struct Dial {
 };
 
 // No limit at all is shown, and entered, as nothing.
-struct SendTime {
+struct SendTime : ShortForm {
     static void Read(UserRecord& record, std::string_view value) { ParseSendTime(value, record.Permissions.SendTime); }
     static std::optional<std::string> Write(const UserRecord& record) {
         return IsSendTimeWritten(record.Permissions.SendTime) ? std::optional(Show(record)) : std::nullopt;
@@ -254,7 +260,7 @@ struct SendTime {
 
 template <class Form>
 constexpr RecordKey Row(std::string_view key, RecordSet readIn, RecordSet writtenIn) {
-    return {key, readIn, writtenIn, Form::Read, Form::Write, Form::Show, Form::Enter, Form::Values};
+    return {key, readIn, writtenIn, Form::Read, Form::Write, Form::Show, Form::Enter, Form::Values, Form::kLimit};
 }
 
 template <PermissionFlag kFlag>

@@ -92,6 +92,9 @@ struct RecordKey {
 
     // What Enter takes, in words: "YES or NO".
     std::string (*Values)();
+
+    // The characters that a text has at most; 0 for values of another form.
+    std::size_t Limit;
 };
 
 // In the order in which they are written. A key that the kinds write differently has a row for each; of the rows that a

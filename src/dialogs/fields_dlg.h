@@ -1,0 +1,56 @@
+// Controls that show and take the values of a record's keys: a row for each, no code for a single one.
+#pragma once
+
+#include <windows.h>
+
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace bv {
+
+// A record as controls see it: its keys, without colons, and their values as files have them.
+class FieldRecord {
+  public:
+    virtual ~FieldRecord() = default;
+
+    [[nodiscard]] virtual std::string TextOf(std::string_view key) const = 0;
+
+    // Takes a value; the fault, in a sentence, when it cannot.
+    virtual std::optional<std::string> Enter(std::string_view key, std::string_view text) = 0;
+
+    // The characters that a value has at most; 0 for what is not typed.
+    [[nodiscard]] virtual std::size_t LimitOf(std::string_view key) const = 0;
+
+    // What the key takes, in words, for a tooltip.
+    [[nodiscard]] virtual std::string Describe(std::string_view key) const = 0;
+};
+
+enum class FieldForm {
+    Text,   // an edit control, or a combo box that can be typed into
+    Check,  // a check box: YES and NO
+    Choice, // a drop-down list whose entries are the file's words
+    Words,  // check boxes in a row, each a word of the value
+};
+
+struct FieldControl {
+    int Control;
+    std::string_view Key;
+    FieldForm Form = FieldForm::Text;
+    std::span<const std::string_view> Values = {}; // of a Choice or of Words
+};
+
+// Fills the controls and gives them their limits.
+void ShowFields(HWND dialog, std::span<const FieldControl> fields, const FieldRecord& record);
+
+// Takes the values that differ from the record's. Returns the control of the first fault, after its message, or 0.
+int TakeFields(HWND dialog, std::span<const FieldControl> fields, FieldRecord& record);
+
+// Gives each control a tooltip: its key and what it takes.
+void AddTooltips(HWND dialog, std::span<const FieldControl> fields, const FieldRecord& record);
+
+// What the controls of a dialog say, in one text, to tell later whether anything was changed.
+std::string StateOfControls(HWND dialog);
+
+} // namespace bv

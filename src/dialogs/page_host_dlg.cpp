@@ -1,0 +1,131 @@
+#include "dialogs/page_host_dlg.h"
+
+#include <commctrl.h>
+#include <uxtheme.h>
+
+#include "dialogs/fields_dlg.h"
+#include "resources/ids.h"
+
+namespace bv {
+namespace {
+
+// The pages' ground is that of the tab control, where the system draws one.
+void GiveTexture(HWND page) {
+    using Entry = HRESULT(WINAPI*)(HWND, DWORD);
+    const HMODULE themes = GetModuleHandleA("UXTHEME.DLL");
+    if (themes == nullptr) return;
+    const auto enable =
+        reinterpret_cast<Entry>(reinterpret_cast<void*>(GetProcAddress(themes, "EnableThemeDialogTexture")));
+    if (enable != nullptr) enable(page, ETDT_ENABLETAB);
+}
+
+} // namespace
+
+void PageHost::Begin(HWND dialog, int tabs, std::vector<Page> pages) {
+    dialog_ = dialog;
+    tabs_ = GetDlgItem(dialog, tabs);
+    for (const Page& page : pages) {
+        TCITEMA item{};
+        item.mask = TCIF_TEXT;
+        std::string title = page.Title;
+        item.pszText = title.data();
+        SendMessageA(tabs_, TCM_INSERTITEMA, pages_.size(), reinterpret_cast<LPARAM>(&item));
+        pages_.emplace_back(page);
+    }
+    TakeUp(dialog, *this);
+    Show(0);
+}
+
+void PageHost::Place(HWND window) const {
+    RECT area = PlaceInParent(tabs_);
+    SendMessageA(tabs_, TCM_ADJUSTRECT, FALSE, reinterpret_cast<LPARAM>(&area));
+    // Behind the tab control in the order of the keyboard, in front of it on the screen.
+    SetWindowPos(window, HWND_TOP, area.left, area.top, area.right - area.left, area.bottom - area.top, SWP_NOACTIVATE);
+    SetWindowPos(tabs_, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+    SetWindowPos(window, tabs_, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+}
+
+HWND PageHost::Window(std::size_t page) {
+    Shown& shown = pages_.at(page);
+    if (shown.Window != nullptr) return shown.Window;
+    shown.Opened = std::make_unique<OpenedDialog>(shown.What.Template, OpenedOf(dialog_)->Context());
+    shown.Window = CreatePlannedDialog(*shown.Opened, dialog_, shown.What.Procedure);
+    GiveTexture(shown.Window);
+    Place(shown.Window);
+    shown.State = StateOfControls(shown.Window);
+    return shown.Window;
+}
+
+void PageHost::Show(std::size_t page, int control) {
+    const HWND window = Window(page);
+    const HWND before = pages_.at(front_).Window;
+    SendMessageA(tabs_, TCM_SETCURSEL, page, 0);
+    ShowWindow(window, SW_SHOWNA);
+    if (before != nullptr && before != window) {
+        if (IsChild(before, GetFocus())) SetFocus(tabs_);
+        ShowWindow(before, SW_HIDE);
+    }
+    front_ = page;
+    if (control != 0) SendMessageA(dialog_, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(GetDlgItem(window, control)), TRUE);
+}
+
+void PageHost::ShowFault(const char* pageTemplate, int control) {
+    for (std::size_t i = 0; i < pages_.size(); ++i)
+        if (std::string_view(pages_[i].What.Template) == pageTemplate) return Show(i, control);
+}
+
+int PageHost::Take(Shown& page) const {
+    if (page.Window == nullptr || page.What.Take == nullptr) return 0;
+    return page.What.Take(page.Window, page.Opened->Context());
+}
+
+bool PageHost::Leave() {
+    const int fault = Take(pages_.at(front_));
+    if (fault != 0) Show(front_, fault);
+    return fault == 0;
+}
+
+bool PageHost::TakeAll() {
+    for (std::size_t i = 0; i < pages_.size(); ++i) {
+        const int fault = Take(pages_[i]);
+        if (fault == 0) continue;
+        Show(i, fault);
+        return false;
+    }
+    return true;
+}
+
+bool PageHost::IsEdited() const {
+    for (const Shown& page : pages_)
+        if (page.Window != nullptr && StateOfControls(page.Window) != page.State) return true;
+    return false;
+}
+
+bool PageHost::Answer(const DialogMessage& message, INT_PTR& result) {
+    if (message.Number == WM_COMMAND && LOWORD(message.WParam) == ID_HELP_BUTTON) {
+        SendMessageA(pages_.at(front_).Window, WM_COMMAND, ID_HELP_BUTTON, 0);
+        return true;
+    }
+    if (message.Number != WM_NOTIFY) return false;
+    const auto& notice = *reinterpret_cast<const NMHDR*>(message.LParam);
+    if (notice.hwndFrom != tabs_) return false;
+    if (notice.code == TCN_SELCHANGING) {
+        SetWindowLongPtrA(dialog_, DWLP_MSGRESULT, Leave() ? FALSE : TRUE);
+        result = TRUE;
+    }
+    if (notice.code == TCN_SELCHANGE) Show(static_cast<std::size_t>(SendMessageA(tabs_, TCM_GETCURSEL, 0, 0)));
+    return true;
+}
+
+void PageHost::Step(int by) {
+    const auto count = static_cast<int>(pages_.size());
+    if (Leave()) Show(static_cast<std::size_t>((static_cast<int>(front_) + by + count) % count));
+}
+
+bool PageHost::TakeKey(const MSG& message) {
+    if (message.message != WM_KEYDOWN || message.wParam != VK_TAB || GetKeyState(VK_CONTROL) >= 0) return false;
+    Step(GetKeyState(VK_SHIFT) < 0 ? -1 : 1);
+    return true;
+}
+
+} // namespace bv

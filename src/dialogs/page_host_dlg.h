@@ -1,0 +1,73 @@
+// A dialog of pages behind a tab control. A page is a child dialog with a plan of its own over the same context; it is
+// made when it is first shown. A page with a fault is not left.
+#pragma once
+
+#include <windows.h>
+
+#include <functional>
+#include <memory>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "dialogs/dialog_dlg.h"
+
+namespace bv {
+
+struct Page {
+    const char* Template;
+    const char* Title;
+    DLGPROC Procedure;
+    // Takes what the page's controls say into the context. Returns the control of the first fault, after its message,
+    // or 0. None: the page takes it as it goes.
+    int (*Take)(HWND page, void* context) = nullptr;
+};
+
+// The Take of a page, for a function that knows the context's type.
+template <class Context, int (*kTake)(HWND, Context&)>
+int TakePage(HWND page, void* context) {
+    return kTake(page, *static_cast<Context*>(context));
+}
+
+class PageHost : public DialogPart {
+  public:
+    // Takes up the tab control of a dialog that is being filled, and shows the first page.
+    void Begin(HWND dialog, int tabs, std::vector<Page> pages);
+
+    // Has all pages that were shown taken, in their order. False at the first fault, whose page and control then have
+    // the focus.
+    bool TakeAll();
+
+    // Brings a page to the front, whatever the one in front says; its control, if one is given, gets the focus.
+    void Show(std::size_t page, int control = 0);
+    void ShowFault(const char* pageTemplate, int control);
+
+    // The page's window; made if it was not there yet.
+    HWND Window(std::size_t page);
+
+    // Whether the person has changed anything on a page.
+    [[nodiscard]] bool IsEdited() const;
+
+    bool Answer(const DialogMessage& message, INT_PTR& result) override;
+    bool TakeKey(const MSG& message) override;
+
+  private:
+    struct Shown {
+        explicit Shown(const Page& page) : What(page) {}
+        Page What;
+        std::unique_ptr<OpenedDialog> Opened;
+        HWND Window = nullptr;
+        std::string State; // of its controls, when it was filled
+    };
+    bool Leave();
+    int Take(Shown& page) const;
+    void Step(int by);
+    void Place(HWND window) const;
+
+    HWND dialog_ = nullptr;
+    HWND tabs_ = nullptr;
+    std::size_t front_ = 0;
+    std::vector<Shown> pages_;
+};
+
+} // namespace bv

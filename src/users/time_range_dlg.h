@@ -1,0 +1,53 @@
+// Controls for a time such as "AFTER 18:00 BEFORE 08:00  SAT SUN": at any time or only at these, two times of day, seven
+// days, and the line that the file gets.
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+
+#include "dialogs/dialog_dlg.h"
+
+namespace bv {
+
+// The controls, counted from the first one's number.
+enum TimeRangeControl : int {
+    kTimeAny,
+    kTimeOnly,
+    kTimeAfter,
+    kTimeBefore,
+    kTimeMonday, // six more days follow
+    kTimeDaysAtOnce = kTimeMonday + 7,
+    kTimeClearDays,
+    kTimeLine,
+};
+
+class TimeRange : public DialogPart {
+  public:
+    // Takes up the controls of a dialog that is being filled. The key's text; empty: at any time.
+    void Begin(HWND dialog, int base, const std::string& text);
+
+    // The text that the controls make; what is no time stands in it as it was typed.
+    [[nodiscard]] std::string Text() const;
+
+    // The control to look at when the text is refused.
+    [[nodiscard]] int Fault() const;
+
+    bool Answer(const DialogMessage& message, INT_PTR& result) override;
+
+  private:
+    void Show(const std::string& text);
+    void Update();
+    void CheckDays(std::uint16_t days);
+    [[nodiscard]] std::string Time(int which) const;
+    static LRESULT CALLBACK TimeKeys(HWND edit, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
+                                     DWORD_PTR data);
+
+    HWND dialog_ = nullptr;
+    int base_ = 0;
+};
+
+// "130" and "1:30" as "01:30"; another text as it is.
+std::string FullTime(const std::string& text);
+
+} // namespace bv

@@ -1,0 +1,145 @@
+#include "users/user_rows.h"
+
+#include <array>
+#include <string>
+#include <unordered_map>
+
+#include "ctlfile/reading.h"
+#include "ctlfile/records.h"
+#include "platform/ascii.h"
+#include "shell/server_files.h"
+#include "users/permissions.h"
+#include "users/user_file.h"
+#include "users/user_list.h"
+
+namespace bv {
+namespace {
+
+// What the lists show, by its index among the keys that are looked for.
+enum Key : std::size_t {
+    kName,
+    kFullname,
+    kGroup,
+    kUsername,
+    kNetware,
+    kLanManager,
+    kMailName,
+    kSentDevice,
+    kRecdDevice,
+    kFirstPermission
+};
+constexpr std::array<std::string_view, kFirstPermission> kTextKeys = {
+    kNameKey,      "Fullname:", "Group:",           "Username:",        "Netware:",
+    "LanManager:", "MailName:", "PrintSentDevice:", "PrintRecdDevice:",
+};
+
+constexpr auto kKeys = [] {
+    std::array<std::string_view, kFirstPermission + kPermissionKeys.size()> keys{};
+    for (std::size_t i = 0; i < kTextKeys.size(); ++i) keys[i] = kTextKeys[i];
+    for (std::size_t i = 0; i < kPermissionKeys.size(); ++i) keys[kFirstPermission + i] = kPermissionKeys[i].Key;
+    return keys;
+}();
+
+class Reader {
+  public:
+    Reader(ControlStream& list, RecordKind kind) : records_(list, RecordHeader(kind), kKeys) {}
+
+    // To the next record that is not the default one.
+    bool Next() {
+        while (records_.Next())
+            if (!IsDefaultName(Value(kName))) return true;
+        return false;
+    }
+
+    // Valid until the next value is asked for.
+    std::string_view Value(std::size_t key) {
+        records_.Get(key, value_);
+        return value_;
+    }
+
+    std::string NetworkName() {
+        for (const Key key : {kUsername, kNetware, kLanManager})
+            if (const std::string_view name = Value(key); !name.empty()) return std::string(name);
+        return {};
+    }
+
+    std::string Rights() {
+        std::string text;
+        for (std::size_t i = 0; i < kPermissionKeys.size(); ++i) {
+            const PermissionKey& key = kPermissionKeys[i];
+            std::uint8_t flags = kDefaultPermissionFlags;
+            if (!records_.Get(kFirstPermission + i, value_) || !ParsePermission(value_, key.Flag, flags)) continue;
+            if (flags == kDefaultPermissionFlags) continue;
+            const std::string_view name = key.Key.substr(0, key.Key.size() - 1);
+            text.append(text.empty() ? "" : ", ").append((flags & key.Flag) == 0 ? "no " : "").append(name);
+        }
+        return text;
+    }
+
+    // The printer of received faxes, and behind a stroke that of sent ones.
+    std::string Printing() {
+        std::string text(Value(kRecdDevice));
+        const std::string_view sent = Value(kSentDevice);
+        if (!sent.empty() && sent != text) text.append(" / ").append(sent);
+        return text;
+    }
+
+  private:
+    RecordWalker records_;
+    WholeValue value_;
+};
+
+bool IsProfile(std::string_view mailName) { return mailName.starts_with('(') || mailName.starts_with('*'); }
+
+void AddUsers(ControlStream& list, bool profilesOnly, RowTable& rows) {
+    rows.Begin(kUserColumns);
+    Reader reader(list, RecordKind::User);
+    while (reader.Next()) {
+        if (profilesOnly && !IsProfile(reader.Value(kMailName))) continue;
+        for (const Key key : {kName, kFullname, kGroup}) rows.Add(reader.Value(key));
+        rows.Add(reader.NetworkName());
+        rows.Add(reader.Value(kMailName));
+        rows.Add(reader.Rights());
+        rows.Add(reader.Printing());
+    }
+}
+
+using MemberCounts = std::unordered_map<std::string, std::size_t>;
+
+MemberCounts CountMembers(ControlStream& list) {
+    MemberCounts counts;
+    Reader reader(list, RecordKind::User);
+    while (reader.Next())
+        if (const std::string_view group = reader.Value(kGroup); !group.empty()) ++counts[UpperText(group)];
+    return counts;
+}
+
+void AddGroups(ControlStream& list, RowTable& rows) {
+    rows.Begin(kGroupColumns);
+    const MemberCounts members = CountMembers(list);
+    list.Rewind();
+    Reader reader(list, RecordKind::Group);
+    while (reader.Next()) {
+        const std::string name(reader.Value(kName));
+        rows.Add(name);
+        rows.Add(reader.Value(kFullname));
+        const auto counted = members.find(UpperText(name));
+        rows.Add(std::to_string(counted == members.end() ? 0 : counted->second));
+        rows.Add(reader.Printing());
+    }
+}
+
+} // namespace
+
+bool ReadUserRows(UserListKind kind, RowTable& rows) {
+    rows.Begin(kind == UserListKind::Groups ? std::size_t{kGroupColumns} : std::size_t{kUserColumns});
+    ControlStream list = OpenForReading(PathOf(ServerFile::UserList));
+    if (!list) return false;
+    if (kind == UserListKind::Groups)
+        AddGroups(list, rows);
+    else
+        AddUsers(list, kind == UserListKind::Profiles, rows);
+    return WasRead(list);
+}
+
+} // namespace bv
