@@ -23,7 +23,8 @@ constexpr int kFailed = 1; // exit code after a message that says why
 
 bool TakeCommandLine(const char* commandLine) {
     const int fault = ParseCommandLine(commandLine, Startup());
-    if (fault != 0) CurrentFront().ShowBox({FillMessage(5201), FillMessage(fault), BoxIcon::Warning});
+    if (fault != 0)
+        CurrentFront().ShowBox({FillMessage(kCaptionOfQuestion), FillMessage(Message(fault)), BoxIcon::Warning});
     return fault == 0;
 }
 
@@ -32,7 +33,7 @@ bool OpenMainWindow(MainWindow& window, int showCommand) {
     ControlStream setupFile;
     const bool loaded = LoadServerPaths(&setupFile) == kDone;
     if (!window.Open(showCommand) || !loaded) {
-        ShowError(5030);
+        ShowError(kUnableToInitialise);
         return false;
     }
     ReadServerSwitches(setupFile);

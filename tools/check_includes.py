@@ -38,6 +38,7 @@ CONSOLE_USES = {
     "platform/processes.h": "dry_run.*",
     "platform/terminal.h": "standard_console.*",
     "ctlfile/csv_import.h": "csv_import.*",
+    "ctlfile/digits.h": "secret_command.*",
     "ctlfile/entered_values.h": "assignments.*",
     "ctlfile/key_fields.h": "shown_values.* password_input.* file_command.*",
     "ctlfile/leftover.h": "run_console.*",

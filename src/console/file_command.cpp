@@ -48,7 +48,7 @@ std::optional<std::string> FaultOfValue(std::string_view key, std::string_view v
     if (TrimBlanks(value) != value)
         return FormatText("Readers would lose the blank that VALUE \"%s\" begins or ends with", value);
     if (value == kPasswordMark && IsPasswordKey(key.substr(0, key.size() - 1)))
-        return FillMessage(9110, key.substr(0, key.size() - 1));
+        return FillMessage(kAsterisksForPassword, key.substr(0, key.size() - 1));
     if (KeyedLine(key, value).size() > kMaxLine)
         return "A line holds at most " + std::to_string(kMaxLine) + " characters: readers would lose the end of VALUE";
     return {};
@@ -168,13 +168,13 @@ int Get(Session& session, const Arguments& arguments) {
 }
 
 bool Rewrite(const std::string& path, const KeyChange& change) {
-    ShowStatus(470, path);
+    ShowStatus(kUpdatingFile, path);
     if (UpdateControlFile(path, change)) {
-        ShowStatus(471, path);
+        ShowStatus(kUpdatedFile, path);
         return true;
     }
     const bool canOpen{OpenShared(path, "r+b", OpenTimeout{0})};
-    ShowError(canOpen ? 5000 : 413, path);
+    ShowError(canOpen ? kErrorUpdatingFile : kUnableToOpenFile, path);
     return false;
 }
 

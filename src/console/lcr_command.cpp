@@ -35,8 +35,10 @@ constexpr std::string_view kDropLost = "--drop-lost";
 // Says that there are changes which were never saved, to those who do not decide about them.
 void TellOfPendingRules(const Session& session) {
     const PendingRules pending = LookForPendingRules();
-    if (pending == PendingRules::Whole) session.Streams.PrintNotice(FillMessage(9170, PendingRulesPath()) + '\n');
-    if (pending == PendingRules::CutOff) session.Streams.PrintNotice(FillMessage(9167, PendingRulesPath()) + '\n');
+    if (pending == PendingRules::Whole)
+        session.Streams.PrintNotice(FillMessage(kUnsavedRuleChanges, PendingRulesPath()) + '\n');
+    if (pending == PendingRules::CutOff)
+        session.Streams.PrintNotice(FillMessage(kPendingRulesCutOff, PendingRulesPath()) + '\n');
 }
 
 template <Command command>
@@ -78,7 +80,7 @@ int SwitchLcr(Session& session, bool isOn) {
     lcr.Options.LCR = isOn;
     return Perform(session, [&] {
         if (!SaveServerOptions(lcr.Options, lcr.Saved)) return false;
-        ShowStatus(isOn ? "Least-cost routing is enabled" : "Least-cost routing is disabled");
+        ShowStatus("Least-cost routing is %s", isOn ? "enabled" : "disabled");
         return true;
     });
 }
@@ -164,7 +166,7 @@ int Recover(Session& session, const Arguments& arguments) {
     const auto recover = arguments.Has(kDropPending) ? DropPendingRules : RecoverPendingRules;
     return Perform(session, [&] {
         if (!RunLcrEditor(recover)) return false;
-        ShowStatus(arguments.Has(kDropPending) ? "Dropped the unsaved changes" : "Took up the unsaved changes");
+        ShowStatus("%s the unsaved changes", arguments.Has(kDropPending) ? "Dropped" : "Took up");
         return true;
     });
 }
@@ -271,7 +273,7 @@ int Match(Session& session, const Arguments& arguments) {
     const std::optional<CalendarTime> moment = MomentGiven(arguments);
     if (!moment) return kExitRefused;
     const std::optional<TimeRange> offpeak = ReadOffpeak();
-    if (!offpeak && arguments.Has(kAt)) return session.Refuse(FillMessage(5328));
+    if (!offpeak && arguments.Has(kAt)) return session.Refuse(FillMessage(kOffpeakUnknown));
     std::optional<RuleList> rules = ReadRules();
     if (!rules) return kExitRefused;
     if (!CheckReferences(*rules, names).empty())

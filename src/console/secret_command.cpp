@@ -30,7 +30,7 @@ int Scramble(Session& session, const Arguments& arguments) {
 
     const auto scrambled = letters ? ScrambleText(*text, *letters + 2) : ScrambleForPage(*text);
     if (!scrambled) {
-        ShowError(5033);
+        ShowError(kUnableToEncrypt);
         return kExitRefused;
     }
     PrintLines(session, {*scrambled});

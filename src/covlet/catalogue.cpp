@@ -28,9 +28,9 @@ constexpr OpenTimeout kTimeout{10};
 // What the kinds differ in.
 struct KindFacts {
     std::string_view Directory; // below the system area
-    int Word;
-    int NoName;
-    int NoFiles;
+    MessageId<0> Word;
+    MessageId<0> NoName;
+    MessageId<2> NoFiles;
     std::span<const std::string_view> Extensions; // of the files that make an item
     std::string_view InstallablePattern;
     std::span<const std::string_view> InstallableExtensions;
@@ -40,8 +40,10 @@ constexpr std::string_view kCoversheetFiles[] = {".EPN", ".G3N", ".G3F"};
 constexpr std::string_view kEditorFiles[] = {".EPN"};
 constexpr std::string_view kLetterheadFiles[] = {".G3N", ".G3F"};
 
-constexpr KindFacts kCoversheets = {"B-COVER\\", 5191, 5148, 5018, kCoversheetFiles, "*.EPN", kEditorFiles};
-constexpr KindFacts kLetterheads = {"B-LETTER\\", 5190, 5147, 5017, kLetterheadFiles, "*.G3?", kLetterheadFiles};
+constexpr KindFacts kCoversheets = {"B-COVER\\",      kCoversheetWord, kSpecifyCoversheet, kNoCoversheetFiles,
+                                    kCoversheetFiles, "*.EPN",         kEditorFiles};
+constexpr KindFacts kLetterheads = {"B-LETTER\\",     kLetterheadWord, kSpecifyLetterhead, kNoLetterheadFiles,
+                                    kLetterheadFiles, "*.G3?",         kLetterheadFiles};
 
 const KindFacts& FactsOf(ItemKind kind) { return kind == ItemKind::Coversheet ? kCoversheets : kLetterheads; }
 
@@ -210,7 +212,7 @@ std::optional<std::vector<std::string>> FindInstallable(ItemKind kind) {
     const std::string directory = ItemDirectory(kind);
     const platform::FileError error = platform::Files().ReadDirectory(directory, facts.InstallablePattern, files);
     if (error != platform::FileError::None && error != platform::FileError::NotFound) {
-        ShowError(9105, directory, platform::ErrorWords(error));
+        ShowError(kDirectoryUnreadable, directory, platform::ErrorWords(error));
         return {};
     }
     std::vector<std::string> names;
@@ -272,14 +274,14 @@ bool CheckNotInstalled(ItemKind kind, std::string_view name) {
     const auto entries = ReadEntries(kind);
     if (!entries) return false;
     if (!Contains(*entries, name)) return true;
-    ShowError(5019, name);
+    ShowError(kAlreadyInstalled, name);
     return false;
 }
 
 bool CheckItemName(ItemKind kind, std::string_view name) {
     const std::string_view fault = platform::FaultOfFileName(name);
     if (fault.empty()) return true;
-    ShowError(9104, name, KindWord(kind), fault);
+    ShowError(kNotAFileName, name, KindWord(kind), fault);
     return false;
 }
 
@@ -313,29 +315,27 @@ bool CheckNewItem(ItemKind kind, ItemName& name) {
 
 bool CheckDescription(std::string_view description) {
     if (description.size() > ItemDescription::kLimit) {
-        ShowError("A description has at most %d characters", ItemDescription::kLimit);
+        ShowError(kDescriptionTooLong, ItemDescription::kLimit);
         return false;
     }
     if (description.find('"') == std::string_view::npos) return true;
-    ShowError("A description cannot contain a double quote");
+    ShowError(kDescriptionHasQuote);
     return false;
 }
 
 bool AddCatalogueEntry(ItemKind kind, std::string_view name, std::string_view description) {
     Rewrite rewrite(CataloguePath(kind));
     if (rewrite.Fault() == Rewrite::Problem::Temporary) {
-        ShowError(5015);
+        ShowError(kNoTemporaryCatalogue);
         return false;
     }
     if (!CheckOpened(rewrite)) return false;
     if (ReplaceText(rewrite, WithNewEntry(rewrite.Control.Rest(), name, description)) && rewrite.Finish()) return true;
-    ShowError(5016);
+    ShowError(kCatalogueNotReplaced);
     return false;
 }
 
-void ShowNotCatalogued(ItemKind kind, std::string_view name) {
-    ShowError("There is no %s %s in the catalogue", KindWord(kind), name);
-}
+void ShowNotCatalogued(ItemKind kind, std::string_view name) { ShowError(kNotInCatalogue, KindWord(kind), name); }
 
 bool ChangeCatalogueEntry(ItemKind kind, std::string_view name, std::string_view description) {
     return RewriteEntry(kind, name, EntryLine(name, description));

@@ -7,7 +7,7 @@ namespace bv {
 bool AddItem(ItemKind kind, const CatalogueEntry& entry) {
     if (!CheckDescription(entry.Description)) return false;
     if (!AddCatalogueEntry(kind, entry.Name, entry.Description)) return false;
-    ShowStatus(455, KindWord(kind), entry.Name.View());
+    ShowStatus(kAdded, KindWord(kind), entry.Name.View());
     return true;
 }
 
@@ -15,14 +15,14 @@ bool ChangeItem(ItemKind kind, const CatalogueEntry& entry, std::string_view des
     if (entry.Description == description) return true;
     if (!CheckDescription(description)) return false;
     if (!ChangeCatalogueEntry(kind, entry.Name, description)) return false;
-    ShowStatus(456, KindWord(kind), entry.Name.View());
+    ShowStatus(kModified, KindWord(kind), entry.Name.View());
     return true;
 }
 
 bool DeleteItem(ItemKind kind, const CatalogueEntry& entry) {
     if (!AskDelete(KindWord(kind), entry.Name, entry.Description)) return false;
     const bool deleted = DeleteCatalogueEntry(kind, entry.Name);
-    ShowStatus(deleted ? 458 : 457, KindWord(kind), entry.Name.View());
+    ShowStatus(deleted ? kDeleted : kUnableToDelete, KindWord(kind), entry.Name.View());
     return deleted;
 }
 

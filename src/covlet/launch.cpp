@@ -16,12 +16,13 @@ bool ViewItem(ItemKind kind, std::string_view itemName) {
     std::string path = directory + name + ".G3F";
     if (!FileExists(path)) path = directory + name + ".G3N";
     if (!FileExists(path)) {
-        ShowWarning(kind == ItemKind::Coversheet ? 5112 : 5111, name, ".G3F", name, ".G3N", directory);
+        ShowWarning(kind == ItemKind::Coversheet ? kCoversheetNotViewable : kLetterheadNotViewable, name, ".G3F", name,
+                    ".G3N", directory);
         return false;
     }
     const std::string viewer = FormatText("\"%sBRIVANE.EXE\" \"%s\"", Paths().SystemArea, path);
     const bool started = platform::TheProcesses().StartRestored(viewer).Started != nullptr;
-    if (!started) ShowError(5020);
+    if (!started) ShowError(kUnableToRunViewer);
     return started;
 }
 

@@ -36,7 +36,7 @@ template <class Row, class Record>
 bool EnterValues(std::span<const Row> rows, const EnteredValues& values, Record& record) {
     return std::ranges::all_of(values, [&](const auto& given) {
         const Row* row = FindRow(rows, given.Key);
-        if (row == nullptr) ShowError(9180, given.Key, given.Value);
+        if (row == nullptr) ShowError(kNoSuchKey, given.Key, given.Value);
         return row != nullptr && EnterValue(row->Field, given.Value, record);
     });
 }
@@ -48,7 +48,7 @@ bool AreKept(std::span<const Row> rows, const EnteredValues& values, const Recor
     return std::ranges::all_of(values, [&](const auto& given) {
         const Row* row = FindRow(rows, given.Key);
         const bool isKept = row->Field.Text(record) == row->Field.Text(asRead);
-        if (!isKept) ShowError(9181, given.Key, ShownText(row->Field.Rule, given.Value));
+        if (!isKept) ShowError(kNotKeptBeside, given.Key, ShownText(row->Field.Rule, given.Value));
         return isKept;
     });
 }

@@ -67,12 +67,12 @@ std::optional<std::string> StoredPassword(std::string_view stored, const std::st
 
 std::optional<std::string> ScrambledPassword(std::string_view text, std::string_view stored) {
     if (text.starts_with('*')) {
-        auto kept = StoredPassword(stored, FillMessage(9211));
-        return !kept || text == kPasswordMark || AskWarning(9212) ? kept : std::nullopt;
+        auto kept = StoredPassword(stored, FillMessage(kAsteriskIsNoPassword));
+        return !kept || text == kPasswordMark || AskWarning(kKeepStoredPassword) ? kept : std::nullopt;
     }
     if (IsScrambledText(text)) return std::string(text);
     std::optional<std::string> scrambled = ScrambleForPage(text);
-    if (!scrambled) ShowError(5033);
+    if (!scrambled) ShowError(kUnableToEncrypt);
     return scrambled;
 }
 
@@ -107,7 +107,7 @@ std::optional<std::string> TextToStore(std::string_view key, const ValueRule& ru
                                        std::string_view stored) {
     if (rule.Kind == ValueRule::Form::ScrambledPassword) return ScrambledPassword(text, stored);
     if (rule.Kind == ValueRule::Form::Password && text == kPasswordMark)
-        return StoredPassword(stored, FillMessage(9110, key));
+        return StoredPassword(stored, FillMessage(kAsterisksForPassword, key));
     const std::optional<std::string> fault = FaultOfValue(key, rule, text);
     if (!fault) return std::string(text);
     ShowError("%s", *fault);

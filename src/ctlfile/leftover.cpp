@@ -81,7 +81,7 @@ void SayLeftover(ControlStream& control) {
     platform::OpenResult found = Files().Open(path, {});
     if (!found.Opened || !IsLeftover(ControlStream(std::move(found.Opened), path), control).value_or(false)) return;
     if (!SaidFiles().insert(UpperText(control.Path())).second) return;
-    SetStatusLine(FillMessage(9013, control.Path(), FilePart(path)), 2);
+    SetStatusLine(FillMessage(kSaveWasCutOff, control.Path(), FilePart(path)), 2);
 }
 
 void ForgetSaidLeftovers() { SaidFiles().clear(); }
@@ -95,7 +95,7 @@ bool PutLeftoverAside(ControlStream& control, OpenTimeout timeout) {
     const std::optional<std::string> isFree = FreeNameBeside(control.Path(), kSaved);
     const std::string saved = isFree.value_or(NamesBeside(control.Path(), kSaved).back());
     const FileError error = isFree ? Files().Rename(path, saved) : Files().Replace(path, saved);
-    if (error == FileError::None) SetStatusLine(FillMessage(9014, control.Path(), FilePart(saved)), 2);
+    if (error == FileError::None) SetStatusLine(FillMessage(kCutOffTextKept, control.Path(), FilePart(saved)), 2);
     return error == FileError::None;
 }
 

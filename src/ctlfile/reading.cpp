@@ -9,7 +9,7 @@ namespace bv {
 
 ControlStream OpenForReading(const std::string& path, OpenTimeout timeout) {
     std::optional<ControlStream> stream = OpenIfThere(path, timeout);
-    if (stream && !*stream) ShowError(413, path);
+    if (stream && !*stream) ShowError(kUnableToOpenFile, path);
     return stream ? *std::move(stream) : ControlStream();
 }
 
@@ -18,7 +18,7 @@ std::optional<ControlStream> OpenIfThere(const std::string& path, OpenTimeout ti
     if (stream) {
         SayLeftover(stream);
     } else if (!IsMissing(path)) {
-        ShowError(413, path);
+        ShowError(kUnableToOpenFile, path);
         return {};
     }
     return stream;
@@ -26,7 +26,7 @@ std::optional<ControlStream> OpenIfThere(const std::string& path, OpenTimeout ti
 
 bool WasRead(const ControlStream& stream) {
     if (!stream.Failed()) return true;
-    ShowError(9011, stream.Path());
+    ShowError(kNotReadToEnd, stream.Path());
     return false;
 }
 

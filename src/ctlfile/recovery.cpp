@@ -16,16 +16,16 @@ bool KeepText(const std::string& path, std::string_view text) {
     const std::optional<std::string> name = FreeNameBeside(path, "old");
     ControlStream copy = OpenShared(name.value_or(WithExtension(path, "old")), "c+b");
     if (!copy) {
-        ShowError(5002, name.value_or(WithExtension(path, "old")));
+        ShowError(kUnableToCreateFile, name.value_or(WithExtension(path, "old")));
         return false;
     }
     copy.Write(text);
     if (!copy.Close()) {
-        ShowError(5001, *name);
+        ShowError(kErrorWritingFile, *name);
         platform::Files().Delete(*name);
         return false;
     }
-    SetStatusLine(FillMessage(9017, path, FilePart(*name)), 2);
+    SetStatusLine(FillMessage(kOldTextKept, path, FilePart(*name)), 2);
     return true;
 }
 
@@ -39,7 +39,7 @@ bool PutOver(const std::string& path, std::string_view text, std::string_view ne
     Rewrite rewrite(path);
     if (!CheckOpened(rewrite)) return false;
     if (rewrite.Control.Rest() != text || rewrite.Control.Failed()) {
-        ShowError(9025, path);
+        ShowError(kChangedMeanwhile, path);
         return false;
     }
     // The constructor has put the temporary that was left over aside, so this is all there is.
@@ -47,11 +47,11 @@ bool PutOver(const std::string& path, std::string_view text, std::string_view ne
     if (!KeepText(path, text)) return false;
     const bool copied = ReplaceText(rewrite, newText);
     if (!rewrite.Finish() || !copied) {
-        ShowError(5000, path);
+        ShowError(kErrorUpdatingFile, path);
         return false;
     }
     DropSaved(saved, newText);
-    ShowStatus(471, path);
+    ShowStatus(kUpdatedFile, path);
     return true;
 }
 
@@ -59,30 +59,30 @@ bool PutOver(const std::string& path, std::string_view text, std::string_view ne
 bool RecoverMissingFile(const std::string& path, const AgreeToRecover& agrees) {
     const ReplacedFile file{path, WithExtension(path, "new"), ""};
     if (!IsCutOff(file)) {
-        ShowError(9016, path);
+        ShowError(kNoCutOffText, path);
         return false;
     }
     const std::optional<TextOfFile> left = ReadText(file.NewPath, file.NotOpened);
     if (!left || !agrees({file.NewPath, left->Text}, "") || !RecoverReplacedFile(file)) return false;
-    ShowStatus(471, path);
+    ShowStatus(kUpdatedFile, path);
     return true;
 }
 
 } // namespace
 
 bool RecoverFile(const std::string& path, const AgreeToRecover& agrees) {
-    const std::optional<TextOfFile> file = ReadText(path, 413);
+    const std::optional<TextOfFile> file = ReadText(path, kUnableToOpenFile);
     if (!file) return false;
     if (!file->IsThere) return RecoverMissingFile(path, agrees);
     const std::vector<Leftover> found = FindLeftovers(path, file->Text);
-    if (found.empty()) ShowError(9016, path);
+    if (found.empty()) ShowError(kNoCutOffText, path);
     const auto agreed = std::ranges::find_if(found, [&](const Leftover& one) { return agrees(one, file->Text); });
     return agreed != found.end() && PutOver(path, file->Text, agreed->Text);
 }
 
 bool AskToRecover(const std::string& path, const Leftover& leftover) {
-    if (leftover.IsCutOff()) ShowWarning(9018, leftover.Path);
-    return AskQuestion(9015, leftover.Path, path);
+    if (leftover.IsCutOff()) ShowWarning(kTextHasNoEnd, leftover.Path);
+    return AskQuestion(kReplaceByCutOffText, leftover.Path, path);
 }
 
 } // namespace bv

@@ -21,7 +21,7 @@ TextStamp StampOf(const TextOfFile& file) {
     return stamp;
 }
 
-std::optional<TextOfFile> ReadText(const std::string& path, const Message& notOpened) {
+std::optional<TextOfFile> ReadText(const std::string& path, const MessageWith<1>& notOpened) {
     ControlStream stream = OpenToRead(path);
     if (!stream && IsMissing(path)) return TextOfFile{};
     if (!stream) {
@@ -35,7 +35,7 @@ std::optional<TextOfFile> ReadText(const std::string& path, const Message& notOp
 
 std::string PathToRead(const ReplacedFile& file) {
     if (!IsCutOff(file)) return file.Path;
-    ShowWarning(9012, file.Path, file.NewPath);
+    ShowWarning(kUsingNewText, file.Path, file.NewPath);
     return file.NewPath;
 }
 
@@ -66,10 +66,10 @@ bool IsCutOff(const ReplacedFile& file) {
 
 bool KeepAsOld(const std::string& path) {
     const std::string oldPath = WithExtension(path, "old");
-    const std::optional<TextOfFile> file = ReadText(path, 413);
+    const std::optional<TextOfFile> file = ReadText(path, kUnableToOpenFile);
     if (!file) return false;
     if (!file->IsThere || WriteWholeFile(oldPath, file->Text, path)) return true;
-    ShowError(5002, oldPath);
+    ShowError(kUnableToCreateFile, oldPath);
     return false;
 }
 
@@ -81,7 +81,7 @@ bool RecoverReplacedFile(const ReplacedFile& file) {
 
 bool OfferRecovery(const ReplacedFile& file) {
     if (!IsCutOff(file)) return true;
-    return AskForItself(9166, file.Path, file.NewPath) && RecoverReplacedFile(file);
+    return AskForItself(kPutNewTextInPlace, file.Path, file.NewPath) && RecoverReplacedFile(file);
 }
 
 bool WriteNewText(const ReplacedFile& file, std::string_view text) {
@@ -109,7 +109,7 @@ bool ChangeReplacedFile(const ReplacedFile& file, const TextChange& change, cons
     const std::optional<TextOfFile> live = ReadText(file.Path, file.NotOpened);
     if (!live) return false;
     if (expected && *expected != StampOf(*live)) {
-        ShowError(9025, file.Path);
+        ShowError(kChangedMeanwhile, file.Path);
         return false;
     }
     const std::optional<std::string> text = change(*live);

@@ -22,9 +22,9 @@ struct ReplacedFile {
     std::string Path;      // the live file
     std::string NewPath;   // its new text
     std::string_view Type; // of its header "[BRIVANE]", in any case; empty: it has none
-    Message NotOpened = 413;
-    int NotWritten = 5000;
-    int NotReplaced = 5000;
+    MessageWith<1> NotOpened = kUnableToOpenFile;
+    MessageWith<1> NotWritten = kErrorUpdatingFile;
+    MessageWith<1> NotReplaced = kErrorUpdatingFile;
     bool MayBePending = false; // the new text can be changes that wait for their save
 };
 
@@ -43,7 +43,7 @@ struct TextStamp {
 TextStamp StampOf(const TextOfFile& file);
 
 // None, after the message or 9011, for a file that is there and cannot be read to its end.
-std::optional<TextOfFile> ReadText(const std::string& path, const Message& notOpened);
+std::optional<TextOfFile> ReadText(const std::string& path, const MessageWith<1>& notOpened);
 
 // The path for a reader: the live file's, or after warning 9012 that of its new text when a replacement was cut off. A
 // file that is not there because it is being replaced is waited for.

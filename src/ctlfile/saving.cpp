@@ -5,15 +5,15 @@
 namespace bv {
 
 bool SayingSave(const std::string& path, const std::function<bool()>& save, AfterFailure after) {
-    ShowStatus(470, path);
+    ShowStatus(kUpdatingFile, path);
     const bool saved = save();
-    if (!saved) ShowError(5000, path);
-    if (saved || after == AfterFailure::SayUpdated) ShowStatus(471, path);
+    if (!saved) ShowError(kErrorUpdatingFile, path);
+    if (saved || after == AfterFailure::SayUpdated) ShowStatus(kUpdatedFile, path);
     return saved;
 }
 
 bool CheckOpened(const Rewrite& rewrite) {
-    if (!rewrite) ShowError(413, rewrite.UnopenedPath());
+    if (!rewrite) ShowError(kUnableToOpenFile, rewrite.UnopenedPath());
     return bool{rewrite};
 }
 

@@ -10,7 +10,7 @@
 namespace bv {
 namespace {
 
-bool Refuse(const Message& message, std::string_view name) {
+bool Refuse(const MessageWith<1>& message, std::string_view name) {
     ShowError(message, name);
     return false;
 }
@@ -51,7 +51,7 @@ bool AddDevice(std::string_view name, Device& device) {
     if (!CheckDevice(name, device) || !WriteDeviceSettings(name, device)) return false;
     if (!UpdateDeviceList(name, device.Settings.Description, {.Printers = device.Type == DeviceType::Printer}))
         return false;
-    ShowStatus(459, name);
+    ShowStatus(kAddedDevice, name);
     return true;
 }
 
@@ -64,7 +64,7 @@ bool ChangeDevice(std::string_view name, Device& device) {
     const bool relist = isDescribed && std::ranges::any_of(found.ListedAs, isOther);
     if (!IsChanged(device) && !relist) return true;
     const bool changed = WriteDeviceSettings(name, device) && (!relist || UpdateLists(name, device, found));
-    ShowStatus(changed ? 461 : 460, name);
+    ShowStatus(changed ? kModifiedDevice : kUnableToModifyDevice, name);
     return changed;
 }
 
@@ -73,9 +73,9 @@ bool RepairDevice(std::string_view name, DeviceType type) {
     if (!FindForChange(name, found)) return false;
     if (found.IsScanner) return Refuse("Device %s is a scanner", name);
     if (found.Type || !found.TypeText.empty()) {
-        ShowError(found.Type ? "Device %s has the type %s already"
-                             : "Device %s has the type %s, which this program does not know",
-                  name, found.TypeText);
+        constexpr MessageWith<2> kKnown = "Device %s has the type %s already";
+        constexpr MessageWith<2> kUnknown = "Device %s has the type %s, which this program does not know";
+        ShowError(found.Type ? kKnown : kUnknown, name, found.TypeText);
         return false;
     }
     Device device;
@@ -85,7 +85,7 @@ bool RepairDevice(std::string_view name, DeviceType type) {
     const bool relist = type == DeviceType::Printer && !found.IsPrinter;
     const bool repaired = WriteDeviceSettings(name, device) &&
                           (!relist || UpdateDeviceList(name, found.ListedAs.front(), {.Printers = true}));
-    ShowStatus(repaired ? 461 : 460, name);
+    ShowStatus(repaired ? kModifiedDevice : kUnableToModifyDevice, name);
     return repaired;
 }
 
@@ -94,7 +94,7 @@ bool DeleteDevice(std::string_view name) {
     if (!FindForChange(name, found)) return false;
     if (!AskDelete("device", name, found.Description)) return false;
     const bool deleted = UpdateDeviceList(name, {});
-    ShowStatus(deleted ? 463 : 462, name);
+    ShowStatus(deleted ? kDeletedDevice : kUnableToDeleteDevice, name);
     return deleted;
 }
 

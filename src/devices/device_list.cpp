@@ -164,7 +164,7 @@ bool FindDevice(std::string_view name, FoundDevice& found) {
 }
 
 bool CountDevices(std::size_t& count, CountedDevices which) {
-    ShowStatus(472);
+    ShowStatus(kCheckingDevices);
     std::vector<ListedDevice> devices;
     if (!ReadDeviceList(devices)) return false;
     const auto counts = [which](const ListedDevice& device) {

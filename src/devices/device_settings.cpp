@@ -172,8 +172,8 @@ Device NewDevice(DeviceType type, std::string_view organisation) {
 
 bool ReadDeviceSettings(std::string_view name, DeviceType type, Device& device) {
     const std::string path = PathOf(ServerFile::Setup);
-    ShowStatus(468);
-    ShowStatus(469, path);
+    ShowStatus(kReadingDeviceSettings);
+    ShowStatus(kUsingFile, path);
     ControlStream setup = OpenForReading(path);
     if (!setup) return false;
     device = NewDevice(type);

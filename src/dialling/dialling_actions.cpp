@@ -12,7 +12,7 @@ namespace bv {
 namespace {
 
 bool Refuse(std::string_view reason) {
-    ShowError(std::string_view("%s"), reason);
+    ShowError("%s", reason);
     return false;
 }
 
@@ -81,10 +81,10 @@ bool SelectForChange(std::optional<std::string_view> location, DialProperties& p
     if (status == kDone || status == kNumbersNotEdited) return true;
     if (status == kKeyMissing && location) {
         SelectLocation(properties, *location);
-        return properties.Mode != kDialLocation || AskWarning(9146, *location);
+        return properties.Mode != kDialLocation || AskWarning(kMakeNewLocation, *location);
     }
-    ShowError(status == kKeyMissing ? 9102 : 413, path);
-    return status == kKeyMissing ? Refuse(FillMessage(9147)) : false;
+    ShowError(status == kKeyMissing ? kNoSelectedLocation : kUnableToOpenFile, path);
+    return status == kKeyMissing ? Refuse(FillMessage(kSelectLocation)) : false;
 }
 
 bool EnterDialValue(DialProperties& properties, std::string_view key, std::string_view value) {

@@ -237,18 +237,18 @@ std::string DiallingFileToRead() { return PathToRead(File()); }
 
 bool WithDiallingFileHeld(const std::function<bool()>& change) {
     const FileGate gate(PathOf(ServerFile::Dialling));
-    if (!gate) ShowError(413, PathOf(ServerFile::Dialling));
+    if (!gate) ShowError(kUnableToOpenFile, PathOf(ServerFile::Dialling));
     return gate && change();
 }
 
 bool WriteDiallingProperties(const DialProperties& properties) {
     const std::string path = PathOf(ServerFile::Dialling);
     const auto newText = [&](const TextOfFile& live) {
-        ShowStatus(470, path);
+        ShowStatus(kUpdatingFile, path);
         return NewText(live.IsThere ? live.Text : kNewFile, properties);
     };
     if (!ChangeReplacedFile(File(), newText)) return false;
-    ShowStatus(471, path);
+    ShowStatus(kUpdatedFile, path);
     Startup().SettingsChanged = true;
     return true;
 }

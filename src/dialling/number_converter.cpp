@@ -9,7 +9,7 @@ bool LoadDialProperties() {
     const std::string path = DiallingFileToRead();
     const StatusCode status = ReadDiallingProperties(path);
     if (status == kDone || status == kNumbersNotEdited) return true;
-    ShowError(status == kKeyMissing ? 9102 : 413, path);
+    ShowError(status == kKeyMissing ? kNoSelectedLocation : kUnableToOpenFile, path);
     return false;
 }
 
@@ -31,7 +31,7 @@ bool NumberConverter::Load(const std::string& application) {
     telephony_.emplace(application);
     if (const StatusCode status = telephony_->Read(nullptr, ""); status != kDone) {
         telephony_.reset();
-        ShowWarning(9101, TapiFailureText(status));
+        ShowWarning(kNoFileProperties, TapiFailureText(status));
     }
     return true;
 }

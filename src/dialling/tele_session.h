@@ -62,7 +62,7 @@ inline constexpr int kTapiFault = 3;
 inline constexpr int kTapiGrave = 5;
 
 template <class... Values>
-void TraceTapi(const char* text, const Values&... values) {
+void TraceTapi(const MessageWith<sizeof...(Values)>& text, const Values&... values) {
     ReportMessage(kTapiTrace, text, values...);
 }
 

@@ -177,7 +177,7 @@ INT_PTR AnswerForAll(const DialogMessage& message, int helpContext) {
     return ColourDialog(message);
 }
 
-bool AgreesToLoseChanges() { return AskWarning(5331); }
+bool AgreesToLoseChanges() { return AskWarning(kLoseChanges); }
 
 namespace {
 
@@ -241,7 +241,7 @@ bool TakeText(HWND dialog, int control, std::string& text) {
     std::size_t lacking = 0;
     std::string taken = Encoded(LettersIn(GetDlgItem(dialog, control)), lacking);
     if (lacking != 0) {
-        ShowError(9209, taken);
+        ShowError(kNotInCodePage, taken);
         FocusControl(dialog, control);
         return false;
     }

@@ -66,7 +66,7 @@ void ShowField(HWND dialog, const FieldControl& field, const FieldRecord& record
     }
 }
 
-// What the controls say; none after 9209.
+// What the controls say; none after kNotInCodePage.
 std::optional<std::string> FieldText(HWND dialog, const FieldControl& field) {
     std::string text;
     switch (field.Form) {

@@ -45,7 +45,7 @@ void ShowHelp(HWND dialog, int context) {
     const HelpPlace place = FindHelp(context);
     if (place.Kind == HelpKind::HelpFile && OpenHelpFile(dialog, place.Path, context)) return;
     if (place.Kind == HelpKind::Page && OpenPage(dialog, place.Path)) return;
-    ShowWarning(9010, Startup().HelpFile.View(), PageBesideProgram(context));
+    ShowWarning(kHelpNotFound, Startup().HelpFile.View(), PageBesideProgram(context));
 }
 
 void CloseHelp() {

@@ -236,13 +236,13 @@ void ListView::ShowArrow() const {
 
 void ListView::ShowCount() const {
     if (plan_.Count == 0) return;
-    std::string text = FillMessage(9200, order_.Shown(), rows_.Count(), CountSelected());
+    std::string text = FillMessage(kRowsShown, order_.Shown(), rows_.Count(), CountSelected());
     if (!isRead_)
-        text = FillMessage(9202);
+        text = FillMessage(kListUnreadable);
     else if (rows_.Count() == 0)
-        text = FillMessage(9203);
+        text = FillMessage(kListEmpty);
     else if (order_.Shown() == 0)
-        text = FillMessage(9201, GetText(dialog_, plan_.Filter));
+        text = FillMessage(kNothingFits, GetText(dialog_, plan_.Filter));
     SetText(dialog_, plan_.Count, text);
 }
 
@@ -383,7 +383,7 @@ void ListView::OpenMenu(POINT at) {
                     Widen(plan_.Columns[i].Title).c_str());
     }
     AppendMenuW(menu, MF_SEPARATOR, 0, nullptr);
-    AppendMenuW(menu, MF_POPUP, reinterpret_cast<UINT_PTR>(columns), Widen(FillMessage(9470)).c_str());
+    AppendMenuW(menu, MF_POPUP, reinterpret_cast<UINT_PTR>(columns), Widen(FillMessage(kSortBy)).c_str());
     RunMenuItem(TrackPopupMenu(menu, TPM_RETURNCMD | TPM_RIGHTBUTTON, at.x, at.y, 0, dialog_, nullptr));
     DestroyMenu(menu);
 }

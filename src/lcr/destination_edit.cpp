@@ -77,7 +77,7 @@ bool Change(DestinationEdit& edit, const WorkingCopy& copy, const TextChange& ch
 
 std::optional<std::string> OrNotFound(std::optional<std::string> text, std::string_view kind,
                                       std::string_view identifier) {
-    if (!text) ShowError(9130, kind, identifier);
+    if (!text) ShowError(kThereIsNo, kind, identifier);
     return text;
 }
 
@@ -138,7 +138,7 @@ bool GetIn(const WorkingCopy& copy, std::list<FileGate>& gates) {
     }
     const std::optional<TextOfFile> live = ReadTextFile(path);
     if (!live) return false;
-    if (StampOf(*live) != copy.Before) ShowError(9025, path);
+    if (StampOf(*live) != copy.Before) ShowError(kChangedMeanwhile, path);
     return StampOf(*live) == copy.Before;
 }
 
@@ -213,7 +213,7 @@ bool CommitDestinationEdit(DestinationEdit& edit) {
 }
 
 bool AbandonDestinationEdit(DestinationEdit& edit) {
-    if (edit.Changed && !AskWarning(5331)) return false;
+    if (edit.Changed && !AskWarning(kLoseChanges)) return false;
     DropDestinationEdit(edit);
     return true;
 }

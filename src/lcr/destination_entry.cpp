@@ -109,7 +109,7 @@ bool AgreeToReplaced(const Kind& kind, const DestinationEdit& edit, const std::s
         std::ranges::find_if(all, [&](const auto& entry) { return StartsWithFolded(entry.Identifier, identifier); });
     if (first == all.end() || EqualFolded(first->Identifier, identifier)) return true;
     const bool isThere = Find(all, identifier) != nullptr;
-    return AskWarning(9141, identifier, first->Identifier, isThere ? ", and is there twice then" : "");
+    return AskWarning(kTakesPlaceOf, identifier, first->Identifier, isThere ? ", and is there twice then" : "");
 }
 
 // Whether references may lose their place by what has been changed since.
@@ -123,13 +123,13 @@ bool Write(const Kind& kind, DestinationEdit& edit, const typename Kind::Entry& 
            const typename Kind::Entry& old) {
     const bool isRenamed = !EqualFolded(entry.Identifier, old.Identifier);
     if (isRenamed && Find(kind.All(edit), entry.Identifier) != nullptr) {
-        ShowError(9142, entry.Identifier, Kind::kName);
+        ShowError(kIdentifierTaken, entry.Identifier, Kind::kName);
         return false;
     }
     const auto nameFault =
         old.Identifier.empty() ? RowsOf(entry).front().Field.FaultOf(entry.Identifier) : std::nullopt;
     if (const std::string fault = nameFault.value_or(kind.FaultOf(edit, entry, old)); !fault.empty()) {
-        ShowError(std::string_view("%s"), fault);
+        ShowError("%s", fault);
         return false;
     }
     const Destinations before = edit.Tables;
@@ -164,21 +164,21 @@ std::string AreaKind::FaultOf(const DestinationEdit&, const AreaEntry& entry, co
 
 std::optional<AreaKind> AreasOf(const Destinations& tables, std::string_view country) {
     if (const CountryEntry* found = tables.FindCountry(country)) return AreaKind{found->DiallingCode};
-    ShowError(9130, CountryKind::kName, country);
+    ShowError(kThereIsNo, CountryKind::kName, country);
     return {};
 }
 
 template <class Kind>
 const typename Kind::Entry* FindEntry(const Kind& kind, const DestinationEdit& edit, std::string_view identifier) {
     const auto* found = Find(kind.All(edit), identifier);
-    if (found == nullptr) ShowError(9130, Kind::kName, identifier);
+    if (found == nullptr) ShowError(kThereIsNo, Kind::kName, identifier);
     return found;
 }
 
 template <class Kind>
 bool AddDestination(const Kind& kind, DestinationEdit& edit, const typename Kind::Entry& entry) {
     if (!Write(kind, edit, entry, {})) return false;
-    ShowStatus("Added %s %s", Kind::kName, entry.Identifier);
+    ShowStatus(kAdded, Kind::kName, entry.Identifier);
     return true;
 }
 
@@ -190,7 +190,7 @@ bool ChangeDestination(const Kind& kind, DestinationEdit& edit, std::string_view
     const typename Kind::Entry old = *found;
     if (entry == old) return true;
     if (!Write(kind, edit, entry, old)) return false;
-    ShowStatus("Modified %s %s", Kind::kName, entry.Identifier);
+    ShowStatus(kModified, Kind::kName, entry.Identifier);
     return true;
 }
 
@@ -198,7 +198,7 @@ template <class Kind>
 bool RemoveDestination(const Kind& kind, DestinationEdit& edit, std::string_view identifier) {
     const Destinations before = edit.Tables;
     if (!kind.Delete(edit, identifier) || !AgreeToLost(before, edit, identifier)) return false;
-    ShowStatus("Deleted %s %s", Kind::kName, identifier);
+    ShowStatus(kDeleted, Kind::kName, identifier);
     return true;
 }
 

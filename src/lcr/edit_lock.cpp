@@ -48,14 +48,14 @@ platform::OpenResult OpenAlone(const std::string& path) {
     }
 }
 
-constexpr std::array<std::string_view, 4> kLackMessages = {
+constexpr std::array<MessageWith<0>, 4> kLackMessages = {
     "",
     "You must configure the General Settings for this server before LCR can be enabled",
     "You must set up some links to remote servers before LCR can be enabled",
     "You must set up some fax destination definitions before LCR can be enabled",
 };
 
-constexpr std::string_view kRulesQuestion =
+constexpr MessageWith<0> kRulesQuestion =
     "No routing rules have been configured.\n\nNo faxes will be sent via remote servers, but fax submissions may still "
     "be recieved from remote servers\n\nSet up rules now?";
 
@@ -74,7 +74,7 @@ bool LockLcrEdit() {
     ShowError("LCR settings are being edited by another user.  Please try again later");
     // Who holds the file denies access to it; anything else is no other user's doing.
     if (notMade != FileError::None || lock.Error != FileError::AccessDenied)
-        ShowStatus(9103, path, platform::ErrorWords(lock.Error));
+        ShowStatus(kLockFileUnusable, path, platform::ErrorWords(lock.Error));
     return false;
 }
 

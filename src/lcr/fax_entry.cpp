@@ -14,7 +14,7 @@ namespace {
 
 bool CheckName(std::string_view key, const std::string& name, const NameSet& names) {
     if (name.empty() || names.Has(name)) return true;
-    ShowError(9185, key, name);
+    ShowError(kNotDefined, key, name);
     return false;
 }
 
@@ -26,7 +26,7 @@ bool EnterDestination(const std::string& given, const Destinations& places, Rule
     }
     const RegionEntry* region = places.FindRegion(given);
     if (region != nullptr) fax.Destination = region->Identifier;
-    if (region == nullptr) ShowError(9185, "Destination", given);
+    if (region == nullptr) ShowError(kNotDefined, "Destination", given);
     return region != nullptr;
 }
 
@@ -80,14 +80,14 @@ std::optional<TimeRange> EnterTimeRange(std::string_view words) {
         range = ReadOffpeak();
     else if (IsValidSendTime(words))
         range = ParseTimeRange(words);
-    if (!range && isOffpeak) ShowError(9186);
-    if (!range && !isOffpeak) ShowError(9187, words);
+    if (!range && isOffpeak) ShowError(kOffpeakUndetermined);
+    if (!range && !isOffpeak) ShowError(kNotATime, words);
     return range;
 }
 
 std::optional<CalendarTime> EnterMoment(std::string_view text) {
     const std::optional<CalendarTime> moment = ParseMoment(text);
-    if (!moment) ShowError(9188, text);
+    if (!moment) ShowError(kNotAMoment, text);
     return moment;
 }
 

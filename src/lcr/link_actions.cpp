@@ -24,7 +24,7 @@ bool AgreeToNewIdentifier(std::string_view identifier) {
 bool CheckLink(const LinkRecord& link, const LinkTable& others, const RouterSettings& router,
                const EnteredValues& values) {
     if (const auto fault = FaultOfLink(link, others, router)) {
-        ShowError(9182, fault->Key, fault->Message);
+        ShowError(kFaultOf, fault->Key, fault->Message);
         return false;
     }
     LinkRecord asRead;
@@ -50,7 +50,7 @@ LinkRecord* FindLink(LinkTable& links, std::string_view identifier) {
     const auto isIt = [&](const LinkRecord& link) { return EqualFolded(link.Identifier, identifier); };
     const auto found = std::ranges::find_if(links, isIt);
     if (found != links.end()) return &*found;
-    ShowError(9130, "link", identifier);
+    ShowError(kThereIsNo, "link", identifier);
     return nullptr;
 }
 

@@ -15,11 +15,11 @@ void EnableKinds(const EnteredValues& values, RouterSettings& settings) {
 // Whether the settings can be saved; false after a message.
 bool CheckRouter(const RouterSettings& settings) {
     if (settings.LocalServerId.empty()) {
-        ShowError(9183);
+        ShowError(kServerNeedsName);
         return false;
     }
     const auto fault = FaultOfRouter(settings);
-    if (fault) ShowError(9182, fault->Key, fault->Message);
+    if (fault) ShowError(kFaultOf, fault->Key, fault->Message);
     return !fault;
 }
 
@@ -35,7 +35,9 @@ bool EnterRouterSettings(const EnteredValues& values) {
         return CheckRouter(settings) && AreKept(RouterKeys(), values, settings, AsRead(settings));
     };
     if (!ChangeRouterSettings(enter)) return false;
-    ShowStatus(isChanged ? "Changed the general settings of routing" : "Nothing was to be changed");
+    constexpr MessageWith<0> kChanged = "Changed the general settings of routing";
+    constexpr MessageWith<0> kUnchanged = "Nothing was to be changed";
+    ShowStatus(isChanged ? kChanged : kUnchanged);
     return true;
 }
 

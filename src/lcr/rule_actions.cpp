@@ -16,7 +16,7 @@ namespace {
 // Opens the rules for editing, unless there are pending ones.
 std::optional<OpenedRules> OpenForEdit() {
     if (LookForPendingRules() != PendingRules::Whole) return OpenRules();
-    ShowError(9170, PendingRulesPath());
+    ShowError(kUnsavedRuleChanges, PendingRulesPath());
     return {};
 }
 
@@ -51,7 +51,7 @@ std::optional<std::size_t> FindRule(const RuleList& rules, std::string_view numb
     const char* const end = number.data() + number.size();
     const auto [read, error] = std::from_chars(number.data(), end, found);
     if (error == std::errc() && read == end && found >= 1 && found <= rules.size()) return found - 1;
-    ShowError(9184, number, RuleNumbers(rules.size()));
+    ShowError(kFaultOfRule, number, RuleNumbers(rules.size()));
     return {};
 }
 

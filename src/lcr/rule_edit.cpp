@@ -24,10 +24,10 @@ constexpr int kMostPages = 100;
 constexpr int kEndOfDay = 24;
 
 // Whether a field holds at most two digits and a number below the limit; a message says when not.
-bool CheckField(int messageId, std::string_view name, const std::string& text, int limit) {
+bool CheckField(MessageId<2> fault, std::string_view name, const std::string& text, int limit) {
     const std::optional<int> number = ParseDigits(text);
     if (number && text.size() <= 2 && *number < limit) return true;
-    ShowError(messageId, name, text);
+    ShowError(fault, name, text);
     return false;
 }
 
@@ -38,7 +38,7 @@ struct EnteredTime {
 
     [[nodiscard]] bool IsLeftOut() const { return Hour.empty() && Minute.empty(); }
     [[nodiscard]] bool IsFine() const {
-        return CheckField(9161, Word, Hour, kEndOfDay) && CheckField(9162, Word, Minute, 60);
+        return CheckField(kNotAnHour, Word, Hour, kEndOfDay) && CheckField(kNotMinutes, Word, Minute, 60);
     }
     [[nodiscard]] std::string Clock() const {
         return FormatText("%.2d:%.2d", ParseDigits(Hour).value_or(0), ParseDigits(Minute).value_or(0));
@@ -60,11 +60,11 @@ std::optional<std::string> MakeSpecificText(const RuleTime& time) {
     }
     // Without AFTER the period starts at midnight.
     if (!before.IsLeftOut() && after.Clock() == before.Clock()) {
-        ShowError(9163, before.Clock());
+        ShowError(kTimesAreEqual, before.Clock());
         return {};
     }
     if (!text.empty()) return text;
-    ShowError(9164);
+    ShowError(kTimeIsEmpty);
     return {};
 }
 
@@ -107,15 +107,16 @@ std::string TextOr(std::string_view text, std::string_view otherwise) {
 
 // Whether the rule may be kept although it has no criteria.
 bool CheckWithoutCriteria(const RoutingRule& rule) {
-    if (!rule.Servers.empty()) return AskFilled(5151, BoxIcon::Warning, FillMessage(5337), BoxButtons::OkCancel);
-    ShowError(5336);
+    if (!rule.Servers.empty())
+        return AskFilled(kCaptionOfWarning, BoxIcon::Warning, FillMessage(kKeepRuleForAll), BoxButtons::OkCancel);
+    ShowError(kRuleSelectsNothing);
     return false;
 }
 
 bool CheckDescription(const RuleList& rules, std::optional<std::size_t> position, const RoutingRule& edited) {
     for (std::size_t i = 0; i < rules.size(); ++i) {
         if (i == position || !EqualFolded(rules[i].Description, edited.Description)) continue;
-        ShowError(5338);
+        ShowError(kDescriptionInUse);
         return false;
     }
     return true;
@@ -168,11 +169,11 @@ std::optional<std::string> MakeSizeText(const RuleSize& size) {
     const std::optional<int> pages = ParseDigits(size.Pages);
     const bool isLarge = size.Which == RuleSize::Choice::Large;
     if (isLarge && pages && *pages < 2) {
-        ShowWarning(5332);
+        ShowWarning(kOnePageIsAnySize);
         return "";
     }
     if (!pages || *pages < 1 || *pages > kMostPages) {
-        ShowError(9165, size.Pages);
+        ShowError(kNotPages, size.Pages);
         return {};
     }
     return FormatText(isLarge ? "PAGES GE %d" : "PAGES LE %d", *pages);
@@ -208,7 +209,7 @@ void SetServers(RoutingRule& rule, std::span<const std::string> names) {
 
 bool CheckServers(const RoutingRule& rule) {
     if (!rule.Servers.empty() || rule.AllowsLocalServer) return true;
-    ShowError(5333);
+    ShowError(kSelectSomeServers);
     return false;
 }
 
@@ -216,7 +217,7 @@ RuleCheck CheckRule(const RuleList& rules, std::optional<std::size_t> position, 
                     const RuleNames& names, RuleLeaving leaving) {
     CheckReferences(edited, names);
     if (IsUnchanged(rules, position, edited)) return RuleCheck::Unchanged;
-    if (leaving == RuleLeaving::PreviousOrNext && !AskQuestion(5335)) return RuleCheck::Discarded;
+    if (leaving == RuleLeaving::PreviousOrNext && !AskQuestion(kKeepRuleChanges)) return RuleCheck::Discarded;
     return CheckChanged(rules, position, edited) ? RuleCheck::Fine : RuleCheck::Refused;
 }
 
@@ -240,7 +241,7 @@ RuleCheck AcceptRule(RuleList& rules, std::optional<std::size_t> position, Routi
 
 RuleCheck ChangeRule(RuleList& rules, std::optional<std::size_t> position, RoutingRule edited) {
     if (!position && edited.Description.IsEmpty()) {
-        ShowError(9149);
+        ShowError(kRuleNeedsDescription);
         return RuleCheck::Refused;
     }
     if (IsUnchanged(rules, position, edited)) return RuleCheck::Unchanged;
@@ -248,7 +249,7 @@ RuleCheck ChangeRule(RuleList& rules, std::optional<std::size_t> position, Routi
     if (!CheckChanged(rules, position, edited)) return RuleCheck::Refused;
     if (edited.Description.IsEmpty()) edited.Description = kNoDescription; // as its written line reads back
     if (!IsKeptByFile(edited)) {
-        ShowError(9136, edited.Description.View());
+        ShowError(kRuleReadsDifferently, edited.Description.View());
         return RuleCheck::Refused;
     }
     StoreRule(rules, position, edited);

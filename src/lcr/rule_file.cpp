@@ -197,7 +197,7 @@ bool RecoverPendingRules() {
         return false;
     }
     if (LookForPendingRules() != PendingRules::Whole) {
-        ShowError(9171, file.NewPath);
+        ShowError(kNoWholeText, file.NewPath);
         return false;
     }
     if (!KeepAsOld(file.Path) || !PutNewTextInPlace(file)) return false;
@@ -208,7 +208,7 @@ bool RecoverPendingRules() {
 bool DropPendingRules() {
     const platform::FileError error = platform::Files().Delete(PendingRulesPath());
     if (error == platform::FileError::None || error == platform::FileError::NotFound) return true;
-    ShowError(5004, PendingRulesPath());
+    ShowError(kUnableToUpdateFile, PendingRulesPath());
     return false;
 }
 
@@ -216,10 +216,10 @@ std::optional<OpenedRules> OpenRules() {
     bool recovers = false;
     switch (LookForPendingRules()) {
     case PendingRules::None: break;
-    case PendingRules::CutOff: ShowWarning(9167, PendingRulesPath()); break;
-    case PendingRules::Unreadable: ShowError(413, PendingRulesPath()); return {};
+    case PendingRules::CutOff: ShowWarning(kPendingRulesCutOff, PendingRulesPath()); break;
+    case PendingRules::Unreadable: ShowError(kUnableToOpenFile, PendingRulesPath()); return {};
     case PendingRules::Whole:
-        recovers = AskQuestion(5329);
+        recovers = AskQuestion(kRecoverLastSession);
         if (!recovers) platform::Files().Delete(PendingRulesPath());
         break;
     }
@@ -227,7 +227,7 @@ std::optional<OpenedRules> OpenRules() {
     if (!saved) return {};
     std::optional<LoadedRules> shown = recovers ? LoadRulesFrom(PendingRulesPath()) : saved;
     if (!shown) return {};
-    if (shown->HasOther) ShowWarning(9168, recovers ? PendingRulesPath() : RulesPath());
+    if (shown->HasOther) ShowWarning(kTextOutsideRules, recovers ? PendingRulesPath() : RulesPath());
     return OpenedRules{std::move(shown->Rules), saved->Stamp, recovers};
 }
 
@@ -237,7 +237,7 @@ std::optional<RuleList> ReadRules() {
 }
 
 bool AbandonRules(bool isChanged) {
-    if (isChanged && !AskWarning(5331)) return false;
+    if (isChanged && !AskWarning(kLoseChanges)) return false;
     platform::Files().Delete(PendingRulesPath());
     return true;
 }

@@ -74,13 +74,14 @@ void Append(std::vector<LostReference>& all, std::vector<LostReference> lost, bo
 }
 
 // What a rule means without the last of its kind.
-int MeaningWithout(std::string_view kind) {
-    if (kind == kUserKind) return 9133;
-    return kind == kServerKind ? 9134 : 9132;
+MessageId<0> MeaningWithout(std::string_view kind) {
+    if (kind == kUserKind) return kRuleTakesAllUsers;
+    return kind == kServerKind ? kRuleHasNoServer : kRuleTakesAllDestinations;
 }
 
 std::string LossText(const RuleList& rules, const LostReference& lost) {
-    std::string text = FillMessage(9131, lost.Rule + 1, rules[lost.Rule].Description.View(), lost.Kind, lost.Name);
+    std::string text =
+        FillMessage(kNoLongerDefined, lost.Rule + 1, rules[lost.Rule].Description.View(), lost.Kind, lost.Name);
     if (lost.IsLast) text.append("  ").append(FillMessage(MeaningWithout(lost.Kind)));
     return text;
 }
@@ -135,8 +136,8 @@ bool DropLostReferences(RuleList& rules, const RuleNames& names, LostNames lost)
     if (!all.empty()) {
         std::string text;
         for (const LostReference& one : all) text.append(text.empty() ? "" : "\n").append(LossText(rules, one));
-        ShowWarning(std::string_view("%s"), text);
-        if (lost == LostNames::Ask && !AskWarning(9135)) return false;
+        ShowWarning("%s", text);
+        if (lost == LostNames::Ask && !AskWarning(kRemoveLostNames)) return false;
     }
     rules = std::move(checked);
     return true;

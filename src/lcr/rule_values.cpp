@@ -113,7 +113,7 @@ bool EnterDescription(RoutingRule& rule, std::string_view, std::string_view valu
         return false;
     }
     if (value.empty()) {
-        ShowError(9149);
+        ShowError(kRuleNeedsDescription);
         return false;
     }
     rule.Description = value;

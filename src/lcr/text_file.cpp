@@ -6,9 +6,7 @@
 namespace bv {
 namespace {
 
-constexpr std::string_view kOpenFault = "File error: couldn't open %s";
-constexpr int kNotWritten = 5000;
-constexpr int kNotReplaced = 5004;
+constexpr MessageWith<1> kOpenFault = "File error: couldn't open %s";
 
 } // namespace
 
@@ -16,8 +14,8 @@ void ShowOpenFault(std::string_view path) { ShowError(kOpenFault, path); }
 
 ReplacedFile LcrFile(ReplacedFile file) {
     file.NotOpened = kOpenFault;
-    file.NotWritten = kNotWritten;
-    file.NotReplaced = kNotReplaced;
+    file.NotWritten = kErrorUpdatingFile;
+    file.NotReplaced = kUnableToUpdateFile;
     return file;
 }
 

@@ -33,7 +33,7 @@ MailState& State() {
 }
 
 template <class... Values>
-void Report(MailSeverity severity, std::string_view text, const Values&... values) {
+void Report(MailSeverity severity, const MessageWith<sizeof...(Values)>& text, const Values&... values) {
     ReportMessage(static_cast<int>(severity), text, values...);
 }
 
@@ -53,7 +53,7 @@ class LibraryBuffer {
     void* buffer_;
 };
 
-StatusCode Refuse(std::string_view text) {
+StatusCode Refuse(const MessageWith<0>& text) {
     Report(MailSeverity::Status, text);
     return kMailNotSupported;
 }
@@ -73,7 +73,7 @@ StatusCode CheckReadyWithoutNotes() {
 }
 
 // The status of an operation, and its message when it has failed.
-StatusCode Outcome(std::string_view text, bool isDone, Error error) {
+StatusCode Outcome(const MessageWith<1>& text, bool isDone, Error error) {
     if (isDone) return kDone;
     Report(MailSeverity::Status, text, error);
     return kMailFailed;
@@ -165,7 +165,9 @@ StatusCode LogoffNotes() {
     const NotesTable& notes = State().Notes;
     const int terminated = notes.Term();
     const int ended = notes.PostTerm();
-    return Outcome("Logoff from Lotus Notes failed", terminated == 0 && ended == 0, 0);
+    if (terminated == 0 && ended == 0) return kDone;
+    Report(MailSeverity::Status, "Logoff from Lotus Notes failed");
+    return kMailFailed;
 }
 
 Error NextMapiId(mapi::Handle session, const std::string& seed, std::string& id) {
@@ -189,7 +191,7 @@ bool ReadMapiMessage(mapi::Handle session, const std::string& id, mapi::Flags fl
 }
 
 StatusCode ReadNextMapi(std::string& id, MailMessage& message) {
-    constexpr std::string_view kUnread = "Mail message could not be read (%lu)";
+    constexpr MessageWith<1> kUnread = "Mail message could not be read (%lu)";
     std::string next;
     Error error = NextMapiId(State().Session, id, next);
     if (error == mapi::kNoMessages || (error == 0 && next.empty())) {
@@ -239,7 +241,7 @@ bool ClearMapiSession(mapi::Handle session, const std::string& subject) {
     return isDone;
 }
 
-StatusCode ReportTidying(std::string_view text, StatusCode status) {
+StatusCode ReportTidying(const MessageWith<0>& text, StatusCode status) {
     Report(MailSeverity::Status, text);
     return status;
 }

@@ -30,7 +30,7 @@ bool HasChanged(bool isDone) {
 }
 
 bool IsDone(MailListOutcome outcome) {
-    if (outcome == MailListOutcome::NoList) ShowError(413, PathOf(ServerFile::MailList));
+    if (outcome == MailListOutcome::NoList) ShowError(kUnableToOpenFile, PathOf(ServerFile::MailList));
     return HasChanged(outcome == MailListOutcome::Done);
 }
 
@@ -50,7 +50,7 @@ bool AgreeToOthers(std::string_view serverName, std::string_view emailName) {
     if (IsDefaultName(serverName)) return true; // which is refused anyway
     if (!FindMailUser(emailName, user)) return false;
     if (!user || EqualFolded(user->Brivname, serverName) || EqualFolded(EffectiveUser(*user), serverName)) return true;
-    return AskWarning(9148, user->Emailname.View(), EffectiveUser(*user), serverName);
+    return AskWarning(kDeleteOtherMailUser, user->Emailname.View(), EffectiveUser(*user), serverName);
 }
 
 // A user whose mail user becomes another one; either may be empty.
@@ -116,26 +116,26 @@ bool WarnOfLostProfile(const UserChange& user) {
     const auto& [name, before, after] = user;
     if (before == nullptr || after != nullptr || !IsProfile(before->MailName) || IsDefaultName(name)) return true;
     const std::optional<std::size_t> count = CountMailUsers(name);
-    if (count && *count != 0) ShowWarning(9191, name, *count);
+    if (count && *count != 0) ShowWarning(kMailUsersStay, name, *count);
     return count.has_value();
 }
 
 } // namespace
 
-int FaultOfEmailName(std::string_view emailName) {
+bool IsEmailName(std::string_view emailName) {
     const bool fits = !emailName.empty() && emailName.size() <= kMaxEmailName;
-    return fits && TrimBlanks(emailName) == emailName && FindControl(emailName, 0) == emailName.size() ? 0 : 9190;
+    return fits && TrimBlanks(emailName) == emailName && FindControl(emailName, 0) == emailName.size();
 }
 
 bool EnableMailUser(std::string_view serverName, std::string_view emailName,
                     std::optional<std::string_view> previousEmailName) {
-    if (const int fault = FaultOfEmailName(emailName); fault != 0) {
-        ShowError(fault, emailName, kMaxEmailName);
+    if (!IsEmailName(emailName)) {
+        ShowError(kNotAnEmailName, emailName, kMaxEmailName);
         return false;
     }
     const std::optional<std::string> listed = ListedUser(serverName);
     if (!listed || !HasChanged(AddMailUser(*listed, emailName, previousEmailName))) return false;
-    ShowStatus(455, "mail user", emailName);
+    ShowStatus(kAdded, "mail user", emailName);
     return true;
 }
 

@@ -9,11 +9,10 @@
 
 namespace bv {
 
-// The number of the string, to be filled with the name and kMaxEmailName, that says why the mail list cannot keep an
-// e-mail name: 9190; 0 without a fault.
-int FaultOfEmailName(std::string_view emailName);
+// Whether the mail list can keep a text as an e-mail name; 9190 is what is said of one that it cannot keep.
+bool IsEmailName(std::string_view emailName);
 
-// Adds a mail user, in place of that of the previous name if there is one. The name must pass FaultOfEmailName, and the
+// Adds a mail user, in place of that of the previous name if there is one. The name must pass IsEmailName, and the
 // server user be in the user list; it is written as it stands there. Status 455. False after 9190, a message about the
 // user list, or those of AddMailUser.
 bool EnableMailUser(std::string_view serverName, std::string_view emailName,

@@ -34,7 +34,7 @@ bool EnsureMailUserList(std::uintptr_t ownerWindow, bool force) {
         return false;
     const std::string made = DatabaseFile("MAILUSER.TMP");
     if (!FileExists(made) || PutInPlace(made, PathOf(ServerFile::MailUsers))) return true;
-    ShowError(5004, PathOf(ServerFile::MailUsers));
+    ShowError(kUnableToUpdateFile, PathOf(ServerFile::MailUsers));
     return false;
 }
 

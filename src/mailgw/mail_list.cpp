@@ -100,7 +100,7 @@ class HeldMailList {
     // Reads it. False after 5002, when it or its temporary is not open, or 5004.
     bool Load() {
         if (!rewrite_) {
-            ShowError(5002, rewrite_.UnopenedPath());
+            ShowError(kUnableToCreateFile, rewrite_.UnopenedPath());
             return false;
         }
         size_ = rewrite_.Control.Rest().size();
@@ -122,7 +122,7 @@ class HeldMailList {
     // Writes the new text in place of the old. False after a message.
     bool Replace(std::string_view text) {
         if (!rewrite_.Temporary.Write(text) || !rewrite_.Temporary.Flush()) {
-            ShowError(5001, rewrite_.TemporaryName());
+            ShowError(kErrorWritingFile, rewrite_.TemporaryName());
             return false;
         }
         return (rewrite_.CopyBack() && rewrite_.Finish()) || Refuse();
@@ -130,7 +130,7 @@ class HeldMailList {
 
   private:
     bool Refuse() {
-        ShowError(5004, rewrite_.Path());
+        ShowError(kUnableToUpdateFile, rewrite_.Path());
         return false;
     }
 
@@ -220,12 +220,12 @@ std::string ChangedText(HeldMailList& list, const LeavingRecords& leaving, const
 // Makes an empty list when there is none. False after 5002.
 bool CreateIfMissing() {
     if (FileExists(PathOf(ServerFile::MailList)) || OpenShared(PathOf(ServerFile::MailList), "c+b")) return true;
-    ShowError(5002, PathOf(ServerFile::MailList));
+    ShowError(kUnableToCreateFile, PathOf(ServerFile::MailList));
     return false;
 }
 
 void ShowNotListed(std::string_view serverName, std::string_view emailName) {
-    ShowError(5427, emailName.substr(0, emailName.find('\t')), serverName);
+    ShowError(kDisableInMailSystem, emailName.substr(0, emailName.find('\t')), serverName);
     MustDisableInMailSystem() = true;
 }
 
@@ -235,7 +235,7 @@ MailListOutcome TellLeft(std::span<const MailUserChange> changes, const LeavingR
     for (std::size_t i = 0; i < changes.size(); ++i) {
         const auto& [serverName, leaves, comes] = changes[i];
         if (leaving.ByChange.contains(i)) {
-            ShowStatus(474, serverName);
+            ShowStatus(kUserKeptFromGateway, serverName);
         } else if (leaves && !comes) {
             ShowNotListed(serverName, *leaves);
             outcome = MailListOutcome::NotListed;

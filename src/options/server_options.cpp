@@ -162,8 +162,8 @@ OptionsFound ReadServerOptions(ControlStream& setup, ServerOptions& options, Sav
 
 bool LoadServerOptions(ServerOptions& options, SavedOptions& saved, OptionsFound* found) {
     const std::string path = PathOf(ServerFile::Setup);
-    ShowStatus(467);
-    ShowStatus(469, path);
+    ShowStatus(kReadingSettings);
+    ShowStatus(kUsingFile, path);
     ControlStream setup = OpenForReading(path, kTimeout);
     if (!setup) return false;
     const OptionsFound read = ReadServerOptions(setup, options, saved);

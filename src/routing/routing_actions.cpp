@@ -49,7 +49,7 @@ std::optional<std::vector<SenderIdRule>> SenderRulesForChange() {
 template <class Rule>
 bool CheckKept(const Rule& rule, std::string_view what, std::string_view text) {
     if (CanBeKept(rule)) return true;
-    ShowError(9138, what, text);
+    ShowError(kNotKeptInRouting, what, text);
     return false;
 }
 
@@ -71,7 +71,7 @@ std::vector<SenderIdRule> RecordsOf(const std::vector<SenderIdRule>& rules, std:
 // Whether the sender has no more than one record, of which a single rule can be changed.
 bool CheckOneRecord(const std::vector<SenderIdRule>& records, std::string_view sender) {
     if (records.size() < 2) return true;
-    ShowError(9139, sender, records.size());
+    ShowError(kSenderHasManyRecords, sender, records.size());
     return false;
 }
 
@@ -86,7 +86,7 @@ bool CheckSenderParts(const SenderIdRule& rule) {
 }
 
 bool SayThereIsNone(std::string_view what, std::string_view name) {
-    ShowError(9140, what, name);
+    ShowError(kNoRuleFor, what, name);
     return false;
 }
 

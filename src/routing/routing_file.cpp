@@ -258,9 +258,9 @@ bool HasLineOf(std::string_view paragraph, std::string_view name) {
     const std::optional<std::string> other = OtherKeyOf(paragraph, name);
     const std::optional<bool> hasOther = other ? HasKeyLine(path, paragraph, *other) : false;
     if (!hasKey || !hasOther)
-        ShowError(9011, path);
+        ShowError(kNotReadToEnd, path);
     else if (!*hasKey && !*hasOther)
-        ShowError(9137, path, name);
+        ShowError(kRoutingRuleGone, path, name);
     return hasKey.value_or(false) || hasOther.value_or(false);
 }
 

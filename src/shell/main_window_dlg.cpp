@@ -100,7 +100,7 @@ void MainWindow::RegisterWindowClass() {
 }
 
 bool MainWindow::Open(int showCommand) {
-    const std::string title = FillMessage(5226);
+    const std::string title = FillMessage(kWindowTitle);
     CreateWindowExA(0, kMainWindowClass, title.c_str(), WS_POPUP, 0, 0, 0, 0, nullptr, nullptr, Instance(), this);
     if (window_ == nullptr) return false;
     font_ = MessageFont(DpiOf(window_));
@@ -111,7 +111,7 @@ bool MainWindow::Open(int showCommand) {
     ShowWindow(window_, showCommand);
     if (grows) Grow(window_, full);
     SetStatusLine(2, "");
-    SetStatusLine(3, FillMessage(5227, kProgramVersion));
+    SetStatusLine(3, FillMessage(kProgramAndVersion, kProgramVersion));
     return true;
 }
 

@@ -16,17 +16,17 @@ namespace {
 struct Area {
     MenuEntry Entry;
     int Button;               // its radio button
-    int Name;                 // the string that names it
+    MessageId<0> Name;        // the string that names it
     void (*Open)(HWND owner); // runs its dialog; none: this version has none, and the entry is disabled
 };
 
 // In the menu's order.
 constexpr Area kAreas[] = {
-    {MenuEntry::Users, ID_MENU_USERS, 9001, nullptr},
-    {MenuEntry::Devices, ID_MENU_DEVICES, 9002, nullptr},
-    {MenuEntry::Settings, ID_MENU_SETTINGS, 9003, nullptr},
-    {MenuEntry::InwardRouting, ID_MENU_ROUTING, 9004, nullptr},
-    {MenuEntry::Coversheets, ID_MENU_COVLET, 9005, ConfigureCoversheets},
+    {MenuEntry::Users, ID_MENU_USERS, kAreaOfUsers, nullptr},
+    {MenuEntry::Devices, ID_MENU_DEVICES, kAreaOfDevices, nullptr},
+    {MenuEntry::Settings, ID_MENU_SETTINGS, kAreaOfSettings, nullptr},
+    {MenuEntry::InwardRouting, ID_MENU_ROUTING, kAreaOfRouting, nullptr},
+    {MenuEntry::Coversheets, ID_MENU_COVLET, kAreaOfCoversheets, ConfigureCoversheets},
 };
 
 // Runs the dialog of an area, or says that this version has none.
@@ -36,7 +36,7 @@ void OpenArea(MenuEntry entry, HWND owner) {
         if (area.Open != nullptr)
             area.Open(owner);
         else
-            ShowWarning(9000, FillMessage(area.Name));
+            ShowWarning(kCannotConfigure, FillMessage(area.Name));
     }
 }
 
@@ -72,7 +72,7 @@ void TakeStep(HWND dialog, const MenuStep& step) {
 }
 
 void FillMenu(HWND dialog, StartupOptions& options) {
-    const std::string_view users = FindString(502);
+    const std::string_view users = FindString(kUsersAndGroups);
     if (!users.empty()) SetText(dialog, ID_MENU_USERS, "&" + std::string(users));
     for (const Area& area : kAreas) EnableControl(dialog, area.Button, area.Open != nullptr);
     TakeStep(dialog, FirstStep(options));

@@ -36,7 +36,7 @@ MenuStep NextStep(MenuEntry closed, StartupOptions& options) {
 void LeaveMenu(const StartupOptions& options) {
     platform::Files().Delete(DatabaseFile("LOCAL.TMP"));
     platform::Files().Delete(DatabaseFile("PRIMARY.TMP"));
-    if (options.SettingsChanged && !options.InstallerModeA && !options.InstallerModeU) ShowWarning(5079);
+    if (options.SettingsChanged && !options.InstallerModeA && !options.InstallerModeU) ShowWarning(kRestartNeeded);
 }
 
 } // namespace bv

@@ -94,7 +94,7 @@ void RowOrder::Sort(std::optional<SortBy> by) {
     sort_ = by;
     order_.resize(rows_.Count());
     std::iota(order_.begin(), order_.end(), Row{0});
-    if (by) {
+    if (by && by->Column < rows_.Columns()) {
         std::vector<SortKey> keys;
         keys.reserve(order_.size());
         for (const Row row : order_) keys.push_back({HeadOf(rows_.Text(row, by->Column)), row});

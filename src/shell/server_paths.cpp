@@ -93,7 +93,7 @@ StatusCode ReadIniFile(ServerPaths& paths) {
 // Shows a message for each area that is required and empty.
 bool CheckAreas(const ServerPaths& paths) {
     bool complete = true;
-    const auto check = [&](const FixedText<255>& area, const char* message) {
+    const auto check = [&](const FixedText<255>& area, const MessageWith<1>& message) {
         if (!area.IsEmpty()) return;
         ShowError(message, kIniFile);
         complete = false;

@@ -5,12 +5,10 @@
 #include "platform/ascii.h"
 #include "platform/environment.h"
 #include "shell/server_paths.h"
+#include "voice/message_ids.h"
 
 namespace bv {
 namespace {
-
-constexpr int kInvalidSwitch = 5235;
-constexpr int kInvalidParameter = 5236;
 
 StartupOptions startupOptions;
 ServerSwitches serverSwitches;

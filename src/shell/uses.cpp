@@ -8,8 +8,9 @@ bool AskDespiteUses(std::span<const Use> uses, std::string_view name) {
     if (uses.empty()) return true;
     std::string places;
     for (const Use& use : uses)
-        places.append(FillMessage(9144, use.File, use.Where, use.Widens ? FillMessage(9145) : std::string()));
-    return AskWarning(9143, name, places);
+        places.append(
+            FillMessage(kUsedInPlace, use.File, use.Where, use.Widens ? FillMessage(kTakesMoreFaxes) : std::string()));
+    return AskWarning(kUsedIn, name, places);
 }
 
 } // namespace bv

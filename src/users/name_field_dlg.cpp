@@ -6,7 +6,7 @@
 #include "platform/ascii.h"
 #include "resources/ids.h"
 #include "users/user_list.h"
-#include "voice/strings.h"
+#include "voice/messages.h"
 
 namespace bv {
 namespace {
@@ -23,7 +23,6 @@ UserListView ViewOf(NameKinds kinds) {
     return view;
 }
 
-// "Choose a user" and so on.
 constexpr ListColumn kColumns[] = {{"Name", 50}, {"Full name", 150}, {"Group", 50}};
 constexpr ListPlan kList{.List = ID_CHOOSE_LIST,
                          .Columns = kColumns,
@@ -50,8 +49,8 @@ bool ReadNames(ChooseDialog& context) {
 
 void FillChoice(HWND dialog, ChooseDialog& context) {
     const WaitCursor wait;
-    const int title = context.Kinds == kGroupNames ? 9471 : context.Kinds == kUserNames ? 9472 : 9473;
-    SetWindowTextA(dialog, std::string(FindString(static_cast<std::uint16_t>(title))).c_str());
+    const auto title = context.Kinds == kGroupNames ? kChooseGroup : context.Kinds == kUserNames ? kChooseUser : kChooseUserOrGroup;
+    SetWindowTextA(dialog, FillMessage(title).c_str());
     const HWND list = GetDlgItem(dialog, ID_CHOOSE_LIST);
     if (!context.Several) SetWindowLongA(list, GWL_STYLE, GetWindowLongA(list, GWL_STYLE) | LVS_SINGLESEL);
     context.List.Begin(dialog);

@@ -58,7 +58,7 @@ bool RemoveDirectories(std::string_view name) {
     for (const std::string& path : std::span(left).first(std::min(left.size(), kNamed)))
         paths.append(path).append("\n");
     if (left.size() > kNamed) paths += FormatText("and %d more\n", left.size() - kNamed);
-    ShowError(9026, name, paths, name);
+    ShowError(kDirectoriesRemain, name, paths, name);
     return false;
 }
 
@@ -74,7 +74,7 @@ bool Update(std::string_view name, const UserRecord& before, const UserRecord& a
     if (!ChangeUserRecords({.Updated = updated, .Before = {&before, 1}}, kind)) return false;
     Startup().SettingsChanged = true;
     if (!TellMailList({{name, &before, &after}})) return false;
-    ShowStatus(456, "user", WithKind(name, kind));
+    ShowStatus(kModified, "user", WithKind(name, kind));
     return true;
 }
 
@@ -84,7 +84,7 @@ std::size_t CreateAllDirectories(std::span<const NamedRecord> added, RecordKind 
     for (const auto& [name, record] : added) {
         if (!goOn(done)) break;
         if (!CreateUserDirectories(name, SenderName(record), kind)) {
-            ShowStatus(465, WithKind(name, kind));
+            ShowStatus(kUnableToAddUser, WithKind(name, kind));
             break;
         }
         ++done;
@@ -96,10 +96,10 @@ std::size_t CreateAllDirectories(std::span<const NamedRecord> added, RecordKind 
 
 std::optional<std::string> FaultOfNewName(std::string_view name) {
     const std::string shown = CleanLine(name);
-    if (name.empty() || name.size() > RecordName::kLimit) return FillMessage(9020, shown);
-    if (IsDefaultName(name)) return FillMessage(9021, shown);
+    if (name.empty() || name.size() > RecordName::kLimit) return FillMessage(kNameLength, shown);
+    if (IsDefaultName(name)) return FillMessage(kNameInBrackets, shown);
     const std::string_view fault = platform::FaultOfFileName(name);
-    if (!fault.empty()) return FillMessage(9022, shown, fault);
+    if (!fault.empty()) return FillMessage(kNotADirectoryName, shown, fault);
     return {};
 }
 
@@ -112,7 +112,7 @@ bool CheckNewUser(UserList& list, std::string_view name, const UserRecord& recor
     const bool isTaken = list.Has(name, RecordKind::User) || list.Has(name, RecordKind::Group);
     if (!list.IsRead()) return false;
     if (isTaken) {
-        ShowError(9023, name);
+        ShowError(kNameTaken, name);
         return false;
     }
     return kind == RecordKind::Group || CheckGroup(list, record);
@@ -120,13 +120,13 @@ bool CheckNewUser(UserList& list, std::string_view name, const UserRecord& recor
 
 bool CheckGroup(UserList& list, const UserRecord& record) {
     if (record.Group.IsEmpty() || list.Has(record.Group, RecordKind::Group)) return true;
-    if (list.IsRead()) ShowError(9024, record.Group.View());
+    if (list.IsRead()) ShowError(kNoSuchGroup, record.Group.View());
     return false;
 }
 
 bool AddUser(std::string_view name, const UserRecord& record, RecordKind kind) {
     const bool added = AddEverywhere(name, record, kind);
-    ShowStatus(added ? 466 : 465, WithKind(name, kind));
+    ShowStatus(added ? kAddedUser : kUnableToAddUser, WithKind(name, kind));
     return added;
 }
 
@@ -137,7 +137,7 @@ bool UpdateUser(std::string_view name, const UserRecord& before, const UserRecor
 bool UpdateUser(const RecordEntry& entry) {
     if (!entry.IsToBeWritten()) return true;
     for (const RecordEntry::Change& change : entry.Changes()) {
-        if (!change.IsEntered) ShowStatus(9028, change.Text);
+        if (!change.IsEntered) ShowStatus(kChangesWithIt, change.Text);
     }
     return Update(entry.Name(), entry.Before(), entry.After(), entry.Kind());
 }
@@ -149,7 +149,8 @@ bool DeleteUser(std::string_view name, RecordKind kind) {
     {
         UserList list;
         if (!list) return false;
-        if (IsLeftOver(list, name)) return AskQuestion(9027, KindWord(kind), name) && RemoveDirectories(name);
+        if (IsLeftOver(list, name))
+            return AskQuestion(kDeleteLeftDirectories, KindWord(kind), name) && RemoveDirectories(name);
         if (!list.ReadNamed(stored, record, kind)) return false;
     }
     if (!AskDelete(KindWord(kind), stored, record.Fullname)) return false;

@@ -169,8 +169,9 @@ void RemoveUserDirectory(std::string_view name, std::string_view below) {
 
 bool CreateUserDirectories(std::string_view name, std::string_view senderName, RecordKind kind) {
     const bool isUser = kind == RecordKind::User;
-    ShowStatus(isUser ? "Creating directory structure for user %s" : "Creating directory structure for usergroup %s",
-               name);
+    constexpr MessageWith<1> kForUser = "Creating directory structure for user %s";
+    constexpr MessageWith<1> kForGroup = "Creating directory structure for usergroup %s";
+    ShowStatus(isUser ? kForUser : kForGroup, name);
     if (!IsDirectoryName(name)) {
         ShowError("Unable to create directory %s", UserPath(name));
         return false;
@@ -211,7 +212,7 @@ bool WriteUserOptionsFile(std::string_view name, std::string_view senderName) {
     const std::string path = UserPath(name, "\\B-DB\\").append(NameOf(ServerFile::UserTemplate));
     ControlStream source = OpenShared(templatePath, "rb");
     if (!source) {
-        ShowError(413, templatePath);
+        ShowError(kUnableToOpenFile, templatePath);
         return false;
     }
     OptionsText text(senderName);
@@ -219,7 +220,7 @@ bool WriteUserOptionsFile(std::string_view name, std::string_view senderName) {
     while (ReadControlLine(source, line)) text.Add(line);
     const WriteFault fault = source.Failed() ? WriteFault::NotWritten : PutWholeFile(path, text.Finish());
     if (fault == WriteFault::None) return true;
-    ShowError(fault == WriteFault::NotOpened ? 5002 : 5001, path);
+    ShowError(fault == WriteFault::NotOpened ? kUnableToCreateFile : kErrorWritingFile, path);
     return false;
 }
 

@@ -81,8 +81,11 @@ RecordEntry RecordEntry::OfNew(RecordKind kind, std::string name, StoredRecord d
 
 std::optional<std::string> RecordEntry::Enter(std::string_view keyName, std::string_view value) {
     const RecordKey* key = FindRecordKey(kind_, keyName);
-    if (key == nullptr || value != key->Show(stored_.Record)) {
-        if (auto fault = EnterValue(after_, kind_, keyName, value)) return fault;
+    const bool isAsStored = key != nullptr && value == key->Show(stored_.Record);
+    if (!isAsStored || value != key->Show(after_)) {
+        const auto fault = EnterValue(after_, kind_, keyName, value);
+        if (fault && !isAsStored) return fault;
+        if (fault) key->Read(after_, value); // what the file has is taken back, whether it could be entered or not
     }
     entered_.push_back(key);
     return {};

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "users/user_list.h"
@@ -40,6 +41,9 @@ class RecordEntry {
 
     // A new one, which begins with the default record.
     static RecordEntry OfNew(RecordKind kind, std::string name, StoredRecord defaultRecord);
+
+    // Names a new record, which had no name or another one until now.
+    void SetName(std::string name) { stored_.Name = std::move(name); }
 
     // As EnterValue; a value that is in force already is taken as it is, whether it could be entered or not.
     std::optional<std::string> Enter(std::string_view keyName, std::string_view value);

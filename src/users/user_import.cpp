@@ -83,7 +83,7 @@ class RowJudge {
 
     void CheckNewName(const std::string& name, const KnownRecords& known, RowVerdict& verdict) const {
         if (const auto fault = FaultOfNewName(name)) AddFault(verdict, nameAt_, *fault);
-        if (known.Groups.contains(UpperText(name))) AddFault(verdict, nameAt_, FillMessage(9023, name));
+        if (known.Groups.contains(UpperText(name))) AddFault(verdict, nameAt_, FillMessage(kNameTaken, name));
     }
 
     void EnterField(const std::string& value, std::size_t at, const KnownRecords& known, RecordEntry& entry,
@@ -93,7 +93,7 @@ class RowJudge {
         if (const auto fault = entry.Enter(key, value)) AddFault(verdict, at, *fault);
         const bool isGroup = key == "Group" && !value.empty() && !isInForce;
         if (isGroup && !known.Groups.contains(UpperText(value)))
-            AddFault(verdict, at, FillMessage(9024, CleanLine(value)));
+            AddFault(verdict, at, FillMessage(kNoSuchGroup, CleanLine(value)));
     }
 
     void CheckWhole(const RecordEntry& entry, RowVerdict& verdict) const {

@@ -179,7 +179,9 @@ std::optional<StoredRecord> UserList::ReadStored(std::optional<std::string_view>
 bool UserList::IsRead() const { return WasRead(stream_); }
 
 void ShowNotFound(std::string_view name, RecordKind kind) {
-    ShowError(kind == RecordKind::User ? "Brivane user %s not found" : "Brivane usergroup %s not found", name);
+    constexpr MessageWith<1> kNoUser = "Brivane user %s not found";
+    constexpr MessageWith<1> kNoGroup = "Brivane usergroup %s not found";
+    ShowError(kind == RecordKind::User ? kNoUser : kNoGroup, name);
 }
 
 bool ReadUserRecord(std::optional<std::string_view> name, UserRecord& record, RecordKind kind) {

@@ -53,7 +53,7 @@ template <class Plan>
 bool RewriteUserList(Plan plan) {
     Rewrite rewrite(PathOf(ServerFile::UserList));
     if (rewrite.Fault() == Rewrite::Problem::Temporary) {
-        ShowError(5002, rewrite.TemporaryName());
+        ShowError(kUnableToCreateFile, rewrite.TemporaryName());
         return false;
     }
     if (!CheckOpened(rewrite)) return false;
@@ -62,11 +62,11 @@ bool RewriteUserList(Plan plan) {
     const std::optional<Splices> splices = isRead ? plan(list) : std::nullopt;
     if (isRead && !splices) return false;
     if (isRead && !WriteSpliced(list, *splices, rewrite.Temporary)) {
-        ShowError(5001, rewrite.TemporaryName());
+        ShowError(kErrorWritingFile, rewrite.TemporaryName());
         return false;
     }
     if (isRead && rewrite.CopyBack() && rewrite.Finish()) return true;
-    ShowError(5004, rewrite.Path());
+    ShowError(kUnableToUpdateFile, rewrite.Path());
     return false;
 }
 
@@ -121,7 +121,7 @@ class ChangePlanner {
             while (records.Next()) {
                 records.Get(0, name);
                 if (!names.contains(UpperText(name))) continue;
-                ShowError(9023, name.View());
+                ShowError(kNameTaken, name.View());
                 return false;
             }
         }
@@ -134,7 +134,7 @@ class ChangePlanner {
         list.Stream.Seek(placed.Place.BodyStart);
         ReadRecordBody(list.Stream, kind_, IsDefaultName(placed.Record->Name), current);
         if (current == *placed.Before) return true;
-        ShowError(9025, placed.Record->Name);
+        ShowError(kChangedMeanwhile, placed.Record->Name);
         return false;
     }
 
@@ -224,7 +224,7 @@ bool DeleteUserRecord(std::string_view name, RecordKind kind) {
         return {};
     };
     if (!RewriteUserList(cutRecord)) return false;
-    ShowStatus(473, kind == RecordKind::Group ? " group" : "", name);
+    ShowStatus(kUserDeleted, kind == RecordKind::Group ? " group" : "", name);
     return true;
 }
 
@@ -234,7 +234,7 @@ bool ChangeUserRecords(const UserListChanges& changes, RecordKind kind) {
 
 bool CheckDeletable(std::string_view name) {
     if (!IsDefaultName(name)) return true;
-    ShowError(5021, name);
+    ShowError(kDefaultUserStays, name);
     return false;
 }
 

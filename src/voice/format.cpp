@@ -6,52 +6,10 @@
 #include <optional>
 
 #include "platform/ascii.h"
+#include "voice/placeholder.h"
 
 namespace bv {
 namespace {
-
-constexpr int kMaxField = 999; // widest width and precision taken at their word
-
-struct Placeholder {
-    bool LeftAligned = false;
-    bool ZeroPadded = false;
-    bool PlusSign = false;
-    int Width = 0;
-    std::optional<int> Precision;
-    char Conversion = 0;
-    std::size_t Length = 0; // of its text, the "%" included
-};
-
-// Reads digits at `at` and steps over them.
-int ReadField(std::string_view text, std::size_t& at) {
-    int value = 0;
-    for (; at < text.size() && IsDigit(text[at]); ++at) value = std::min(value * 10 + (text[at] - '0'), kMaxField + 1);
-    return value;
-}
-
-// Reads the placeholder that a "%" at the start of the text opens, or none when its form is not known.
-std::optional<Placeholder> ReadPlaceholder(std::string_view text) {
-    Placeholder holder;
-    std::size_t at = 1;
-    for (; at < text.size(); ++at) {
-        if (text[at] == '-')
-            holder.LeftAligned = true;
-        else if (text[at] == '0')
-            holder.ZeroPadded = true;
-        else if (text[at] == '+')
-            holder.PlusSign = true;
-        else
-            break;
-    }
-    holder.Width = ReadField(text, at);
-    if (at < text.size() && text[at] == '.') holder.Precision = ReadField(text, ++at);
-    while (at < text.size() && (text[at] == 'h' || text[at] == 'l')) ++at;
-    if (at == text.size() || holder.Width > kMaxField || holder.Precision.value_or(0) > kMaxField) return {};
-    if (std::string_view("sdiucxX%").find(text[at]) == std::string_view::npos) return {};
-    holder.Conversion = text[at];
-    holder.Length = at + 1;
-    return holder;
-}
 
 std::string Digits(std::uint64_t magnitude, int base) {
     char buffer[24];

@@ -52,23 +52,23 @@ std::string Message::Fill(std::span<const FormatValue> values) const {
 void ReportFilled(int style, const std::string& text) {
     switch (static_cast<MessageStyle>(style)) {
     case MessageStyle::Status: SetStatusLine(text, 1); break;
-    case MessageStyle::Warning: CurrentFront().ShowBox({FillMessage(5151), text, BoxIcon::Warning}); break;
+    case MessageStyle::Warning: CurrentFront().ShowBox({FillMessage(kCaptionOfWarning), text, BoxIcon::Warning}); break;
     case MessageStyle::Error:
-    case MessageStyle::GraveError: CurrentFront().ShowBox({FillMessage(5228), text, BoxIcon::Error}); break;
+    case MessageStyle::GraveError: CurrentFront().ShowBox({FillMessage(kCaptionOfError), text, BoxIcon::Error}); break;
     }
 }
 
-bool AskFilled(int captionId, BoxIcon icon, const std::string& text, BoxButtons buttons) {
-    return CurrentFront().Ask({FillMessage(captionId), text, icon, buttons});
+bool AskFilled(MessageId<0> caption, BoxIcon icon, const std::string& text, BoxButtons buttons) {
+    return CurrentFront().Ask({FillMessage(caption), text, icon, buttons});
 }
 
 bool AskFilledForItself(const std::string& text) {
-    return CurrentFront().Ask({FillMessage(5201), text, BoxIcon::Question, BoxButtons::YesNo, true});
+    return CurrentFront().Ask({FillMessage(kCaptionOfQuestion), text, BoxIcon::Question, BoxButtons::YesNo, true});
 }
 
 bool AskDelete(std::string_view kind, std::string_view name, std::string_view description) {
-    return AskFilled(5192, BoxIcon::Question,
-                     FillMessage(5193, kind, name, description.empty() ? "" : "-", description));
+    return AskFilled(kCaptionOfDelete, BoxIcon::Question,
+                     FillMessage(kReallyDelete, kind, name, description.empty() ? "" : "-", description));
 }
 
 void SetStatusLine(std::string_view text, int line) {
@@ -78,13 +78,14 @@ void SetStatusLine(std::string_view text, int line) {
 bool RunProgram(const std::string& commandLine, WaitForProgram wait) {
     Front& front = CurrentFront();
     front.EnableInput(false);
-    ShowStatus(5083);
+    ShowStatus(kLoadingModule);
     front.ShowWaitCursor(true);
     platform::StartResult result = platform::TheProcesses().Start(commandLine);
-    if (!result.Started) ShowError(5031, result.SystemError, commandLine);
+    if (!result.Started) ShowError(kErrorRunningProgram, result.SystemError, commandLine);
     SetStatusLine("", 1);
     front.ShowWaitCursor(false);
-    if (result.Started && wait == WaitForProgram::Yes && !front.WaitForEnd(*result.Started)) ShowError(5032);
+    if (result.Started && wait == WaitForProgram::Yes && !front.WaitForEnd(*result.Started))
+        ShowError(kUnableToCreateTimer);
     front.EnableInput(true);
     return result.Started != nullptr;
 }

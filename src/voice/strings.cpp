@@ -12,7 +12,7 @@ struct NumberedString {
 };
 
 constexpr NumberedString kStrings[] = {
-#define STR(id, text) {id, text},
+#define STR(id, name, text) {id, text},
 #include "resources/strings.def"
 #undef STR
 };

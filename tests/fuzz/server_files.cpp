@@ -114,7 +114,7 @@ void TryRouting(const Case& one) {
 
 void TryCatalogue(const Case& one) {
     test::VectorList list;
-    Require(ListCatalogue(ItemKind::Coversheet, list), "the list");
+    Require(ListCatalogue(ItemKind::Coversheet, list).has_value(), "the list");
     Require(AddCatalogueEntry(ItemKind::Coversheet, one.Name, one.Value), "AddCatalogueEntry");
     if (!ChangeCatalogueEntry(ItemKind::Coversheet, one.Name, one.Value)) return;
     Require(DeleteCatalogueEntry(ItemKind::Coversheet, one.Name), "DeleteCatalogueEntry");

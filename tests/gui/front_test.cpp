@@ -54,7 +54,7 @@ class SpeakingFront : public testing::Test {
 };
 
 TEST_F(SpeakingFront, BoxesAreModalOverTheWindowInFrontAndGiveTheFocusBack) {
-    RunDriven([] { ShowError(413, "F:\\X.INI"); },
+    RunDriven([] { ShowError(kUnableToOpenFile, "F:\\X.INI"); },
               [&](const Windows& windows) {
                   EXPECT_EQ(windows.WaitBox("Brivane Setup - Error!"), "Unable to open file F:\\X.INI");
                   const HWND box = windows.Box("Brivane Setup - Error!");
@@ -65,7 +65,7 @@ TEST_F(SpeakingFront, BoxesAreModalOverTheWindowInFrontAndGiveTheFocusBack) {
     EXPECT_TRUE(IsWindowEnabled(Window));
     EXPECT_EQ(GetFocus(), Field);
 
-    RunDriven([] { ShowWarning(5079); },
+    RunDriven([] { ShowWarning(kRestartNeeded); },
               [&](const Windows& windows) {
                   EXPECT_THAT(windows.WaitBox("Brivane Setup - Warning!"), HasSubstr("will need to be re-started"));
                   EnableWindow(Field, FALSE);
@@ -85,8 +85,8 @@ TEST_F(SpeakingFront, QuestionsAreAnsweredNoByEnter) {
         {[] { return AskIgnoreError("Cannot read %s", "A"); }, "Brivane Setup - Error!",
          "Cannot read A - Ignore error and continue?"},
         {[] { return AskContinue("No %s", "B"); }, "Brivane Configuration", "No B - Would you like to continue?"},
-        {[] { return AskFilled(5151, BoxIcon::Warning, "Keep it?", BoxButtons::OkCancel); }, "Brivane Setup - Warning!",
-         "Keep it?", IDCANCEL, IDOK},
+        {[] { return AskFilled(kCaptionOfWarning, BoxIcon::Warning, "Keep it?", BoxButtons::OkCancel); },
+         "Brivane Setup - Warning!", "Keep it?", IDCANCEL, IDOK},
     };
     for (const Case& one : cases) {
         bool answer = true;

@@ -124,12 +124,15 @@ void DrawItems(const Painter& painter, HWND owner) {
 }
 
 void DrawBoxes(const Painter& painter) {
-    painter.Draw("box-delete", FillMessage(5192), [] {
-        AskFilled(5192, BoxIcon::Question, FillMessage(5193, "coversheet", "ORDER", "-", "Order to a supplier"));
+    painter.Draw("box-delete", FillMessage(kCaptionOfDelete), [] {
+        AskFilled(kCaptionOfDelete, BoxIcon::Question,
+                  FillMessage(kReallyDelete, "coversheet", "ORDER", "-", "Order to a supplier"));
     });
-    painter.Draw("box-restart", FillMessage(5151), [] { ShowWarning(5079); });
-    painter.Draw("box-unbuilt", FillMessage(5151), [] { ShowWarning(9000, FillMessage(9002)); });
-    painter.Draw("box-no-help", FillMessage(5151), [] { ShowWarning(9010, "F:\\BVSETUP.HLP", "C:\\help\\100.html"); });
+    painter.Draw("box-restart", FillMessage(kCaptionOfWarning), [] { ShowWarning(kRestartNeeded); });
+    painter.Draw("box-unbuilt", FillMessage(kCaptionOfWarning),
+                 [] { ShowWarning(kCannotConfigure, FillMessage(kAreaOfDevices)); });
+    painter.Draw("box-no-help", FillMessage(kCaptionOfWarning),
+                 [] { ShowWarning(kHelpNotFound, "F:\\BVSETUP.HLP", "C:\\help\\100.html"); });
 }
 
 void DrawProgress(const Painter& painter, HWND owner) {

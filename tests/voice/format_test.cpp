@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "voice/placeholder.h"
+
 namespace bv {
 namespace {
 
@@ -15,20 +17,23 @@ TEST(Format, PlaceholdersAreFilledAsPrintfFillsThem) {
 }
 
 TEST(Format, AWrongTextNeitherReadsPastItsValuesNorGrowsWithoutLimit) {
-    const std::pair<const char*, const char*> cases[] = {
-        {"%s and %s and %d", "A and %s and %d"}, // more placeholders than values
-        {"no placeholder", "no placeholder"},    // fewer
-        {"%d", "A"},                             // of the other kind
-        {"%c", "A"},                             //
-        {"%n %p %f %*d %s", "%n %p %f %*d A"},   // not taken
-        {"%99999999999s", "%99999999999s"},      // wider than any field
-        {"%.1000s", "%.1000s"},                  //
-        {"50%", "50%"},                          // cut short
-        {"%-08.3l", "%-08.3l"},                  //
-        {"%", "%"},                              //
-        {"%5%|%s", "%|A"},                       // a sign needs no value
+    const std::tuple<const char*, const char*, std::size_t> cases[] = {
+        {"%s and %s and %d", "A and %s and %d", 3}, // more placeholders than values
+        {"no placeholder", "no placeholder", 0},    // fewer
+        {"%d", "A", 1},                             // of the other kind
+        {"%c", "A", 1},                             //
+        {"%n %p %f %*d %s", "%n %p %f %*d A", 1},   // not taken
+        {"%99999999999s", "%99999999999s", 0},      // wider than any field
+        {"%.1000s", "%.1000s", 0},                  //
+        {"50%", "50%", 0},                          // cut short
+        {"%-08.3l", "%-08.3l", 0},                  //
+        {"%", "%", 0},                              //
+        {"%5%|%s", "%|A", 1},                       // a sign needs no value
     };
-    for (const auto& [format, text] : cases) EXPECT_EQ(FormatText(format, "A"), text) << format;
+    for (const auto& [format, text, places] : cases) {
+        EXPECT_EQ(FormatText(format, "A"), text) << format;
+        EXPECT_EQ(CountPlaces(format), places) << format;
+    }
     EXPECT_EQ(FormatText("%999s", "A").size(), 999U);
     EXPECT_EQ(FormatText("[%s]", 12), "[12]");
 }

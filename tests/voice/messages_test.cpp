@@ -27,14 +27,14 @@ TEST(Messages, EachStyleHasItsBoxAndOtherNumbersShowNothing) {
     for (const auto& [style, said, captions] : cases) {
         SCOPED_TRACE(style);
         RecordingFront front;
-        EXPECT_EQ(ReportMessage(style, 459, "COM1"), style - 3);
+        EXPECT_EQ(ReportMessage(style, kAddedDevice, "COM1"), style - 3);
         EXPECT_THAT(front.Said, ElementsAreArray(said));
         EXPECT_THAT(front.Captions, ElementsAreArray(captions));
     }
 }
 
 TEST(Messages, ATextMustExistAndFit) {
-    EXPECT_EQ(FillMessage(64000, "unused"), "ERROR - 64000");
+    EXPECT_EQ(FillMessage(Message(64000), "unused"), "ERROR - 64000");
     EXPECT_EQ(FillMessage(""), "ERROR - message string too long");
     EXPECT_EQ(FillMessage(std::string(1001, 'x')), std::string(1001, 'x'));
     EXPECT_EQ(FillMessage(std::string(1002, 'x')), "ERROR - message string too long");
