@@ -74,6 +74,11 @@ void PageHost::ShowFault(const char* pageTemplate, int control) {
         if (std::string_view(pages_[i].What.Template) == pageTemplate) return Show(i, control);
 }
 
+void PageHost::FocusFirst() {
+    const HWND first = GetNextDlgTabItem(pages_.at(front_).Window, nullptr, FALSE);
+    SendMessageA(dialog_, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(first), TRUE);
+}
+
 int PageHost::Take(Shown& page) const {
     if (page.Window == nullptr || page.What.Take == nullptr) return 0;
     return page.What.Take(page.Window, page.Opened->Context());

@@ -42,6 +42,9 @@ class PageHost : public DialogPart {
     void Show(std::size_t page, int control = 0);
     void ShowFault(const char* pageTemplate, int control);
 
+    // Puts the focus on the first control of the page in front.
+    void FocusFirst();
+
     // The page's window; made if it was not there yet.
     HWND Window(std::size_t page);
 

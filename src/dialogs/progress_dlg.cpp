@@ -16,7 +16,6 @@ ProgressBox::ProgressBox(HWND owner, int total) : owner_(owner), state_{false, t
     dialog_ = CreatePlannedDialog(opened_, owner, Procedure);
     ShowWindow(dialog_, SW_SHOW);
     EnableWindow(owner_, FALSE);
-    SetFocus(dialog_); // not on Cancel: a key that was meant for something else must not press it
     Pump();
 }
 
@@ -48,6 +47,14 @@ INT_PTR CALLBACK ProgressBox::Procedure(HWND dialog, UINT message, WPARAM wParam
     return FollowPlan(kPlan, {dialog, message, wParam, lParam});
 }
 
+// Cancel has the focus, as there is nothing else. Keys that press a button are passed over for a second: they were
+// typed at what was in front before.
+bool ProgressBox::IsMeantForAnother(const MSG& message) const {
+    constexpr DWORD kGrace = 1000; // milliseconds
+    const bool presses = message.message == WM_KEYDOWN && (message.wParam == VK_RETURN || message.wParam == VK_SPACE);
+    return presses && GetTickCount() - openedAt_ < kGrace;
+}
+
 void ProgressBox::Pump() {
     MSG message;
     while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
@@ -56,7 +63,7 @@ void ProgressBox::Pump() {
             PostQuitMessage(static_cast<int>(message.wParam));
             return;
         }
-        if (IsDialogMessageW(dialog_, &message)) continue;
+        if (IsMeantForAnother(message) || IsDialogMessageW(dialog_, &message)) continue;
         TranslateMessage(&message);
         DispatchMessageW(&message);
     }

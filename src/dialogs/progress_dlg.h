@@ -31,11 +31,13 @@ class ProgressBox {
     static void Cancel(HWND dialog, State& state);
     static INT_PTR CALLBACK Procedure(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
     void Pump();
+    [[nodiscard]] bool IsMeantForAnother(const MSG& message) const;
 
     HWND owner_;
     State state_;
     OpenedDialog opened_{"PROGRESS_DLG", &state_};
     HWND dialog_ = nullptr;
+    DWORD openedAt_ = GetTickCount();
 };
 
 } // namespace bv

@@ -7,8 +7,10 @@
 #include "resources/ids.h"
 #include "shell/menu_walk.h"
 #include "shell/startup.h"
+#include "users/user_list_dlg.h"
 #include "voice/messages.h"
 #include "voice/strings.h"
+#include "whereused/where_used.h"
 
 namespace bv {
 namespace {
@@ -20,9 +22,17 @@ struct Area {
     void (*Open)(HWND owner); // runs its dialog; none: this version has none, and the entry is disabled
 };
 
+bool AgreeTo(NamedThing kind, std::string_view name) {
+    return AgreeToDeletion(kind == NamedThing::UserGroup ? RecordKind::Group : RecordKind::User, name);
+}
+
+constexpr DialogServices kServices{AgreeTo};
+
+void OpenUsers(HWND owner) { ConfigureUsers(owner, kServices); }
+
 // In the menu's order.
 constexpr Area kAreas[] = {
-    {MenuEntry::Users, ID_MENU_USERS, kAreaOfUsers, nullptr},
+    {MenuEntry::Users, ID_MENU_USERS, kAreaOfUsers, OpenUsers},
     {MenuEntry::Devices, ID_MENU_DEVICES, kAreaOfDevices, nullptr},
     {MenuEntry::Settings, ID_MENU_SETTINGS, kAreaOfSettings, nullptr},
     {MenuEntry::InwardRouting, ID_MENU_ROUTING, kAreaOfRouting, nullptr},

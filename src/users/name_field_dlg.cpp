@@ -33,9 +33,9 @@ constexpr ListPlan kList{.List = ID_CHOOSE_LIST,
 struct ChooseDialog {
     NameKinds Kinds;
     bool Several;
-    RowTable Rows;
+    RowTable Rows{};
     ListView List{Rows, kList};
-    std::vector<std::string> Names;
+    std::vector<std::string> Names{};
 };
 
 bool ReadNames(ChooseDialog& context) {
@@ -49,7 +49,9 @@ bool ReadNames(ChooseDialog& context) {
 
 void FillChoice(HWND dialog, ChooseDialog& context) {
     const WaitCursor wait;
-    const auto title = context.Kinds == kGroupNames ? kChooseGroup : context.Kinds == kUserNames ? kChooseUser : kChooseUserOrGroup;
+    const auto title = context.Kinds == kGroupNames  ? kChooseGroup
+                       : context.Kinds == kUserNames ? kChooseUser
+                                                     : kChooseUserOrGroup;
     SetWindowTextA(dialog, FillMessage(title).c_str());
     const HWND list = GetDlgItem(dialog, ID_CHOOSE_LIST);
     if (!context.Several) SetWindowLongA(list, GWL_STYLE, GetWindowLongA(list, GWL_STYLE) | LVS_SINGLESEL);
@@ -75,8 +77,12 @@ constexpr DialogCommand<ChooseDialog> kCommands[] = {
     {IDCANCEL, BN_CLICKED, EndWithCancel},
 };
 constexpr Anchor kAnchors[] = {
-    {ID_CHOOSE_FILTER, kGrowsAcross}, {ID_CHOOSE_LIST, kGrowsBoth}, {ID_CHOOSE_COUNT, kMovesDown | kGrowsAcross},
-    {IDOK, kMovesBoth},               {IDCANCEL, kMovesBoth},       {ID_HELP_BUTTON, kMovesBoth},
+    {ID_CHOOSE_FILTER, kGrowsAcross},
+    {ID_CHOOSE_LIST, kGrowsBoth},
+    {ID_CHOOSE_COUNT, kMovesDown | kGrowsAcross},
+    {IDOK, kMovesBoth},
+    {IDCANCEL, kMovesBoth},
+    {ID_HELP_BUTTON, kMovesBoth},
 };
 constexpr DialogPlan<ChooseDialog> kPlan{HELP_SELECT_USER, FillChoice, kCommands, kAnchors};
 
@@ -138,7 +144,7 @@ bool NameField::Answer(const DialogMessage& message, INT_PTR&) {
 }
 
 std::vector<std::string> ChooseNames(HWND owner, NameKinds kinds, bool several) {
-    ChooseDialog context{kinds, several, {}};
+    ChooseDialog context{.Kinds = kinds, .Several = several};
     if (OpenDialog("SelectUserBox", owner, SelectUserDlgBox, &context) != IDOK) return {};
     return context.Names;
 }

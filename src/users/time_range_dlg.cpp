@@ -27,7 +27,9 @@ int NumberOf(const std::string& digits) {
 int MinutesOf(const std::string& text) {
     const std::string time = FullTime(text);
     if (time.size() != kLongestTime || time[2] != ':') return -1;
-    return NumberOf(time.substr(0, 2)) * 60 + NumberOf(time.substr(3));
+    const int hours = NumberOf(time.substr(0, 2));
+    const int minutes = NumberOf(time.substr(3));
+    return minutes < 60 && hours * 60 + minutes <= kMinutesADay ? hours * 60 + minutes : -1;
 }
 
 } // namespace
@@ -100,8 +102,7 @@ int TimeRange::Fault() const {
 
 void TimeRange::Update() {
     const bool only = IsDlgButtonChecked(dialog_, base_ + kTimeOnly) == BST_CHECKED;
-    for (int control = kTimeAfter; control <= kTimeClearDays; ++control)
-        EnableControl(dialog_, base_ + control, only);
+    for (int control = kTimeAfter; control <= kTimeClearDays; ++control) EnableControl(dialog_, base_ + control, only);
     SetText(dialog_, base_ + kTimeLine, Text());
 }
 

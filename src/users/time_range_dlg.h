@@ -1,5 +1,5 @@
-// Controls for a time such as "AFTER 18:00 BEFORE 08:00  SAT SUN": at any time or only at these, two times of day, seven
-// days, and the line that the file gets.
+// Controls for a time such as "AFTER 18:00 BEFORE 08:00  SAT SUN": at any time or only at these, two times of day,
+// seven days, and the line that the file gets.
 #pragma once
 
 #include <windows.h>

@@ -103,7 +103,7 @@ std::optional<std::string> FaultOfNewName(std::string_view name) {
     return {};
 }
 
-bool CheckNewUser(UserList& list, std::string_view name, const UserRecord& record, RecordKind kind) {
+bool CheckNewName(UserList& list, std::string_view name) {
     if (const auto fault = FaultOfNewName(name)) {
         ShowError("%s", *fault);
         return false;
@@ -111,11 +111,12 @@ bool CheckNewUser(UserList& list, std::string_view name, const UserRecord& recor
     // Users and groups share the directories of a name.
     const bool isTaken = list.Has(name, RecordKind::User) || list.Has(name, RecordKind::Group);
     if (!list.IsRead()) return false;
-    if (isTaken) {
-        ShowError(kNameTaken, name);
-        return false;
-    }
-    return kind == RecordKind::Group || CheckGroup(list, record);
+    if (isTaken) ShowError(kNameTaken, name);
+    return !isTaken;
+}
+
+bool CheckNewUser(UserList& list, std::string_view name, const UserRecord& record, RecordKind kind) {
+    return CheckNewName(list, name) && (kind == RecordKind::Group || CheckGroup(list, record));
 }
 
 bool CheckGroup(UserList& list, const UserRecord& record) {
@@ -128,6 +129,13 @@ bool AddUser(std::string_view name, const UserRecord& record, RecordKind kind) {
     const bool added = AddEverywhere(name, record, kind);
     ShowStatus(added ? kAddedUser : kUnableToAddUser, WithKind(name, kind));
     return added;
+}
+
+bool AddDefaultRecord(RecordKind kind) {
+    UserRecord record;
+    if (!ReadUserRecord(std::nullopt, record, kind) || !AddUserRecord("(default)", record, kind)) return false;
+    Startup().SettingsChanged = true;
+    return true;
 }
 
 bool UpdateUser(std::string_view name, const UserRecord& before, const UserRecord& after, RecordKind kind) {

@@ -15,9 +15,12 @@
 
 namespace bv {
 
-// What an add box does on OK: the name must pass FaultOfNewName and be neither a user's nor a group's, and the record's
-// group must be there. False after 9020 to 9024 or 9011.
+// What an add box does on OK: the name must pass CheckNewName, and the record's group must be there.
 bool CheckNewUser(UserList& list, std::string_view name, const UserRecord& record, RecordKind kind);
+
+// Whether a new record can have the name: it passes FaultOfNewName and is neither a user's nor a group's. False after
+// 9020 to 9023 or 9011.
+bool CheckNewName(UserList& list, std::string_view name);
 
 // Whether the record's Group: is empty or a user group of the list. False after 9024 or 9011.
 bool CheckGroup(UserList& list, const UserRecord& record);
@@ -40,6 +43,10 @@ bool UpdateUser(std::string_view name, const UserRecord& before, const UserRecor
 // The same for a record that was entered key by key, if it is to be written. Its keys that change without having been
 // entered are said first, each a status text.
 bool UpdateUser(const RecordEntry& entry);
+
+// Adds the kind's default record to a list that has none, as new records begin without one; it has no directories.
+// False after a message.
+bool AddDefaultRecord(RecordKind kind);
 
 // Asks 5193 and deletes a record the other way round: from the mail list, from the user list, then its directories.
 // Status 473. When something of the directories is left, 9026 names it; to delete the name once more, which no record

@@ -69,7 +69,7 @@ class Reader {
             const PermissionKey& key = kPermissionKeys[i];
             std::uint8_t flags = kDefaultPermissionFlags;
             if (!records_.Get(kFirstPermission + i, value_) || !ParsePermission(value_, key.Flag, flags)) continue;
-            if (flags == kDefaultPermissionFlags) continue;
+            if (flags == kDefaultPermissionFlags || key.Flag == kGroupAdmin) continue;
             const std::string_view name = key.Key.substr(0, key.Key.size() - 1);
             text.append(text.empty() ? "" : ", ").append((flags & key.Flag) == 0 ? "no " : "").append(name);
         }

@@ -28,10 +28,9 @@ std::string BesideTest(std::string_view name) {
 
 DiskServer::DiskServer() {
     const fs::path sample = fs::path(test::SamplesDirectory()) / "server" / "BRIVANE";
-    for (const char* directory : {"B-COVER", "B-LETTER"})
+    for (const char* directory : {"B-COVER", "B-LETTER", "B-DB", "USERS"})
         fs::copy(sample / directory, files_.HostPath(directory), fs::copy_options::recursive);
-    for (const char* directory : {"B-DB", "SERVER", "i386"}) fs::create_directories(files_.HostPath(directory));
-    fs::copy_file(sample / "B-DB" / "SETUP.INI", files_.HostPath("B-DB\\SETUP.INI"));
+    for (const char* directory : {"SERVER", "i386"}) fs::create_directories(files_.HostPath(directory));
     InstallProgram("BRIVANE");
     InstallProgram("i386\\covedit");
     const std::string& path = files_.Path();

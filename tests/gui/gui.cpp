@@ -254,6 +254,12 @@ void Type(const std::string& text) {
     Inject(inputs);
 }
 
+HWND FrontPage(HWND dialog) {
+    for (const HWND child : Children(dialog))
+        if (ClassOf(child) == "#32770" && IsWindowVisible(child)) return child;
+    return nullptr;
+}
+
 std::vector<HWND> Children(HWND window) {
     std::vector<HWND> children;
     for (HWND child = GetWindow(window, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT))

@@ -47,6 +47,9 @@ void Select(HWND dialog, int list, int index);
 void Key(WORD key, WORD modifier = 0);
 void Type(const std::string& text); // ASCII
 
+// The page of a dialog that is in front.
+HWND FrontPage(HWND dialog);
+
 // The child windows in their order.
 std::vector<HWND> Children(HWND window);
 

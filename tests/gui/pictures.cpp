@@ -1,5 +1,9 @@
 #include "gui/pictures.h"
 
+#include <windows.h>
+
+#include <commctrl.h>
+
 #include <cstdio>
 #include <fstream>
 
@@ -15,6 +19,9 @@
 #include "shell/menu_dlg.h"
 #include "shell/server_paths.h"
 #include "shell/startup.h"
+#include "users/name_field_dlg.h"
+#include "users/user_details_dlg.h"
+#include "users/user_list_dlg.h"
 #include "voice/messages.h"
 
 namespace bv::gui {
@@ -123,6 +130,37 @@ void DrawItems(const Painter& painter, HWND owner) {
     painter.Draw("letterhead-add", "Add new letterhead", [&] { AskNewItem(owner, item); });
 }
 
+// All pages of a record's details, one after the other.
+void DrawPages(const Painter& painter, const std::string& name, const std::string& title, int pages,
+               const std::function<void()>& open) {
+    for (int page = 0; page < pages; ++page)
+        painter.Draw(name + "-" + std::to_string(page + 1), title, open, [&](HWND dialog) {
+            SetForegroundWindow(dialog);
+            for (int i = 0; i < page; ++i) {
+                Key(VK_TAB, VK_CONTROL);
+                Until([&] { return SendTo(dialog, ID_USER_PAGES, TCM_GETCURSEL) == i + 1; });
+            }
+        });
+}
+
+void DrawUsers(const Painter& painter, HWND owner) {
+    static constexpr DialogServices kServices{[](NamedThing, std::string_view) { return true; }};
+    painter.Draw("users", "Brivane - users and user groups", [&] { ConfigureUsers(owner, kServices); });
+    painter.Draw(
+        "groups", "Brivane - users and user groups", [&] { ConfigureUsers(owner, kServices); },
+        [](HWND dialog) {
+            Click(dialog, ID_USERS_SHOW_GROUPS);
+            Until(
+                [&] { return !Entries(dialog, ID_USERS_LIST).empty() && Entries(dialog, ID_USERS_LIST)[0][0] == '@'; });
+        });
+    DrawPages(painter, "user", "Brivane user details - ANNA", 6,
+              [&] { EditUserByDialog(owner, RecordKind::User, "ANNA"); });
+    DrawPages(painter, "group", "Brivane user group details - @SALES", 2,
+              [&] { EditUserByDialog(owner, RecordKind::Group, "@SALES"); });
+    painter.Draw("user-new", "Add new user", [&] { AddUserByDialog(owner, {}); });
+    painter.Draw("choose-user", "Choose a user", [&] { ChooseNames(owner, kUserNames, true); });
+}
+
 void DrawBoxes(const Painter& painter) {
     painter.Draw("box-delete", FillMessage(kCaptionOfDelete), [] {
         AskFilled(kCaptionOfDelete, BoxIcon::Question,
@@ -156,6 +194,7 @@ int DrawPictures(const std::string& directory) {
     DrawMenus(painter, window.Handle());
     DrawCatalogues(painter, window.Handle());
     DrawItems(painter, window.Handle());
+    DrawUsers(painter, window.Handle());
     DrawBoxes(painter);
     DrawProgress(painter, window.Handle());
     DrawFullCatalogue(painter, window.Handle(), server);

@@ -34,7 +34,7 @@ TEST_F(Setup, OpensTheMenuOverItsBannerAndEndsWithIt) {
     EXPECT_TRUE(IsWindowVisible(Banner()));
     EXPECT_EQ(GetWindow(menu, GW_OWNER), Banner());
     EXPECT_NE(GetDlgItem(menu, ID_MENU_ROUTING), nullptr);
-    EXPECT_TRUE(FocusMovesTo(menu, ID_MENU_COVLET));
+    EXPECT_TRUE(FocusMovesTo(menu, ID_MENU_USERS));
     Key(VK_ESCAPE);
     EXPECT_EQ(setup.WaitForEnd(), 0);
 }
@@ -53,6 +53,8 @@ TEST_F(Setup, AKeyboardUserAddsDescribesViewsAndDeletesACoversheet) {
     const std::size_t place = before.find("File: ORDER");
     const Program setup(Command());
     const HWND menu = setup.Shown().Wait(kMenuTitle);
+    ASSERT_TRUE(FocusMovesTo(menu, ID_MENU_USERS));
+    Key('C', VK_MENU);
     ASSERT_TRUE(FocusMovesTo(menu, ID_MENU_COVLET));
     Key(VK_RETURN);
     const HWND catalogue = setup.Shown().Wait(kCatalogueTitle);
@@ -218,7 +220,9 @@ TEST_F(Setup, HelpOpensThePageOfTheDialogInFront) {
         EXPECT_TRUE(FocusMovesTo(dialog, focus)) << page;
     };
     const HWND menu = setup.Shown().Wait(kMenuTitle);
-    opens(menu, ID_MENU_COVLET, HELP_MENU);
+    opens(menu, ID_MENU_USERS, HELP_MENU);
+    Key('C', VK_MENU);
+    ASSERT_TRUE(FocusMovesTo(menu, ID_MENU_COVLET));
     Key(VK_RETURN);
     const HWND catalogue = setup.Shown().Wait(kCatalogueTitle);
     ASSERT_TRUE(FocusMovesTo(catalogue, ID_COVLET_LIST));

@@ -52,8 +52,14 @@ class Sample {
   public:
     Sample(const std::string& name, int percent) : template_(Scaled(name, percent)) {
         dialog_ = CreateDialogIndirectParamA(
-            GetModuleHandleA(nullptr), reinterpret_cast<LPCDLGTEMPLATEA>(template_.data()), nullptr,
-            [](HWND, UINT, WPARAM, LPARAM) -> INT_PTR { return FALSE; }, 0);
+            GetModuleHandleA(nullptr), reinterpret_cast<LPCDLGTEMPLATEA>(template_.data()), GetDesktopWindow(),
+            [](HWND, UINT message, WPARAM, LPARAM data) -> INT_PTR {
+                constexpr LONG kLarge = 5000; // than the screen, which would cut a window that can be resized
+                if (message != WM_GETMINMAXINFO) return FALSE;
+                reinterpret_cast<MINMAXINFO*>(data)->ptMaxTrackSize = {kLarge, kLarge};
+                return TRUE;
+            },
+            0);
     }
     ~Sample() { DestroyWindow(dialog_); }
     Sample(const Sample&) = delete;
@@ -90,9 +96,15 @@ bool IsRadioButton(HWND control) {
     return ClassOf(control) == "Button" && (Style(control) & BS_TYPEMASK) == BS_AUTORADIOBUTTON;
 }
 
+bool IsGroupBox(HWND control) { return ClassOf(control) == "Button" && (Style(control) & BS_TYPEMASK) == BS_GROUPBOX; }
+
+// A page stands in a dialog that has the buttons, and ends where its controls do.
+bool IsPage(HWND dialog) { return (Style(dialog) & WS_CHILD) != 0; }
+
+// A tab control has a mnemonic for no page; the arrows choose one.
 bool TakesInput(HWND control) {
     const std::string name = ClassOf(control);
-    return name != "Static" && name != "msctls_progress32";
+    return name != "Static" && name != "msctls_progress32" && name != "SysTabControl32" && !IsGroupBox(control);
 }
 
 char Mnemonic(const std::string& text) {
@@ -117,6 +129,7 @@ SIZE TextSize(HWND control) {
 SIZE NeededSize(HWND control, const Sample& sample) {
     SIZE size = TextSize(control);
     if (ClassOf(control) != "Button") return size;
+    if (IsGroupBox(control)) return size;
     size.cx += IsRadioButton(control) ? sample.Units(12, 0).right : sample.Units(6, 0).right;
     if (!IsRadioButton(control)) size.cy += sample.Units(0, 2).bottom;
     return size;
@@ -151,15 +164,24 @@ TEST_P(ScaledTemplates, HaveEvenMarginsAndNoOverlaps) {
             for (std::size_t j = 0; j < i; ++j) {
                 const RECT other = PlaceOf(controls[j]);
                 RECT common{};
-                EXPECT_FALSE(IntersectRect(&common, &place, &other))
+                const bool overlaps = IntersectRect(&common, &place, &other);
+                const bool isInside = IsGroupBox(controls[j]) && EqualRect(&common, &place);
+                EXPECT_FALSE(overlaps && !isInside)
                     << name << ": " << Named(controls[i]) << " on " << Named(controls[j]);
             }
         }
         const RECT margin = sample.Units(kMargin, kMargin);
         EXPECT_NEAR(all.left, margin.right, 1) << name;
         EXPECT_NEAR(all.top, margin.bottom, 1) << name;
+        if (IsPage(sample.Dialog())) {
+            EXPECT_GE(client.right - all.right, margin.right - 2) << name;
+            EXPECT_GE(client.bottom - all.bottom, margin.bottom - 2) << name;
+            continue;
+        }
         EXPECT_NEAR(client.right - all.right, margin.right, 2) << name;
         EXPECT_NEAR(client.bottom - all.bottom, margin.bottom, 2) << name;
+        const RECT largest = sample.Units(480, 270); // of a screen of 1366 x 768 at 150 %
+        EXPECT_TRUE(client.right <= largest.right && client.bottom <= largest.bottom) << name;
     }
 }
 
@@ -167,14 +189,15 @@ INSTANTIATE_TEST_SUITE_P(Percent, ScaledTemplates, testing::Values(100, 150, 200
                          [](const auto& percent) { return std::to_string(percent.param); });
 
 TEST(Templates, AreAllThere) {
-    EXPECT_EQ(TemplateNames().size(), 8u); // so that no test here passes for want of templates
+    EXPECT_EQ(TemplateNames().size(), 18u); // so that no test here passes for want of templates
 }
 
 TEST(Templates, GiveEachInputAMnemonicOfItsOwn) {
     for (const std::string& name : TemplateNames()) {
         const Sample sample(name, 100);
         std::set<char> seen;
-        char before = '\0'; // the mnemonic of the text before the control
+        if (IsPage(sample.Dialog())) seen.insert('H'); // of the Help beside it
+        char before = '\0';                            // the mnemonic of the text before the control
         for (const HWND control : Children(sample.Dialog())) {
             const char own = Mnemonic(Text(control));
             EXPECT_TRUE(own == '\0' || seen.insert(own).second) << name << " has two of " << own;
@@ -208,8 +231,9 @@ TEST(Templates, HaveADefaultButtonAndHelp) {
         int defaults = 0;
         for (const HWND control : Children(sample.Dialog()))
             if ((Send(control, WM_GETDLGCODE) & DLGC_DEFPUSHBUTTON) != 0) ++defaults;
-        EXPECT_EQ(defaults, name == "PROGRESS_DLG" ? 0 : 1) << name;
-        EXPECT_EQ(GetDlgItem(sample.Dialog(), ID_HELP_BUTTON) != nullptr, name != "PROGRESS_DLG") << name;
+        const bool isWhole = name != "PROGRESS_DLG" && !IsPage(sample.Dialog());
+        EXPECT_EQ(defaults, isWhole ? 1 : 0) << name;
+        EXPECT_EQ(GetDlgItem(sample.Dialog(), ID_HELP_BUTTON) != nullptr, isWhole) << name;
     }
 }
 

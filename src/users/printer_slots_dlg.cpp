@@ -1,0 +1,76 @@
+#include "users/printer_slots_dlg.h"
+
+#include "resources/ids.h"
+
+namespace bv {
+namespace {
+
+constexpr ListColumn kColumns[] = {{"For", 54}, {"Printer", 94}, {"Bin", 44}, {"Paper", 44}, {"Squash", 34}};
+constexpr ListPlan kList{.List = ID_PRINT_SLOTS, .Columns = kColumns, .IsSorted = false};
+
+} // namespace
+
+void PrinterSlots::Begin(HWND page, std::span<const PrinterSlot> slots, FieldRecord& record, std::string empty) {
+    page_ = page;
+    slots_ = slots;
+    record_ = &record;
+    empty_ = std::move(empty);
+    list_ = std::make_unique<ListView>(*this, kList);
+    list_->Begin(page);
+    list_->Refill([] { return true; });
+    shown_ = 0;
+    ShowFields(page, FieldsOf(slots_.front()), record);
+    EnableFields();
+}
+
+std::vector<FieldControl> PrinterSlots::FieldsOf(const PrinterSlot& slot) const {
+    return {{ID_PRINT_PRINTER, slot.Device},
+            {ID_PRINT_BIN, slot.Bin},
+            {ID_PRINT_PAPER, slot.Paper},
+            {ID_PRINT_SQUASH, slot.Squash, FieldForm::Choice, slot.SquashWords}};
+}
+
+std::string_view PrinterSlots::Text(std::size_t row, std::size_t column) const {
+    const PrinterSlot& slot = slots_[row];
+    const std::string_view keys[] = {{}, slot.Device, slot.Bin, slot.Paper, slot.Squash};
+    if (column == 0) return slot.Title;
+    const bool isEmpty = record_->TextOf(slot.Device).empty();
+    if (isEmpty) return column == 1 ? std::string_view(empty_) : std::string_view();
+    cell_ = record_->TextOf(keys[column]);
+    return cell_;
+}
+
+void PrinterSlots::EnableFields() const {
+    const bool hasPrinter = !GetText(page_, ID_PRINT_PRINTER).empty();
+    for (const int control : {ID_PRINT_BIN, ID_PRINT_PAPER, ID_PRINT_SQUASH, ID_PRINT_CLEAR})
+        EnableControl(page_, control, hasPrinter);
+}
+
+int PrinterSlots::Take() {
+    const int fault = TakeFields(page_, FieldsOf(slots_[shown_]), *record_);
+    InvalidateRect(GetDlgItem(page_, ID_PRINT_SLOTS), nullptr, FALSE);
+    return fault;
+}
+
+void PrinterSlots::ShowSelected() {
+    const std::vector<std::size_t> selected = list_->Selected();
+    if (selected.empty() || selected.front() == shown_) return;
+    if (const int fault = Take(); fault != 0) return FocusControl(page_, fault);
+    shown_ = selected.front();
+    ShowFields(page_, FieldsOf(slots_[shown_]), *record_);
+    EnableFields();
+}
+
+void PrinterSlots::ChangePrinter() {
+    EnableFields();
+    Take();
+}
+
+void PrinterSlots::ClearPrinter() {
+    for (const int control : {ID_PRINT_PRINTER, ID_PRINT_BIN, ID_PRINT_PAPER}) SetText(page_, control, {});
+    SendDlgItemMessageA(page_, ID_PRINT_SQUASH, CB_SETCURSEL, 0, 0);
+    ChangePrinter();
+    FocusControl(page_, ID_PRINT_PRINTER);
+}
+
+} // namespace bv

@@ -1,0 +1,53 @@
+// The choice of several printers, for sent and for received faxes: a list of them, and the controls of the selected
+// one.
+#pragma once
+
+#include <windows.h>
+
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "dialogs/fields_dlg.h"
+#include "dialogs/list_view_dlg.h"
+
+namespace bv {
+
+// One printer and its keys, without their colons.
+struct PrinterSlot {
+    const char* Title;
+    std::string_view Device, Bin, Paper, Squash;
+    std::span<const std::string_view> SquashWords;
+};
+
+class PrinterSlots : public RowModel {
+  public:
+    // Takes up the page's controls while it is filled; what stands for a slot without a printer.
+    void Begin(HWND page, std::span<const PrinterSlot> slots, FieldRecord& record, std::string empty);
+
+    // Takes the selected slot's controls. Returns the control of the first fault, after its message, or 0.
+    int Take();
+
+    // Commands of the page: another slot is selected, its printer is typed, chosen, or taken away.
+    void ShowSelected();
+    void ChangePrinter();
+    void ClearPrinter();
+
+    [[nodiscard]] std::size_t Count() const override { return slots_.size(); }
+    [[nodiscard]] std::size_t Columns() const override { return 5; }
+    [[nodiscard]] std::string_view Text(std::size_t row, std::size_t column) const override;
+
+  private:
+    [[nodiscard]] std::vector<FieldControl> FieldsOf(const PrinterSlot& slot) const;
+    void EnableFields() const;
+
+    HWND page_ = nullptr;
+    std::span<const PrinterSlot> slots_;
+    FieldRecord* record_ = nullptr;
+    std::string empty_;
+    std::size_t shown_ = 0;
+    mutable std::string cell_;
+    std::unique_ptr<ListView> list_;
+};
+
+} // namespace bv

@@ -1,0 +1,263 @@
+// The dialogs of users and user groups inside this process, on a copy of the sample server.
+#include <windows.h>
+
+#include <commctrl.h>
+#include <gmock/gmock.h>
+
+#include "gui/disk_server.h"
+#include "gui/gui.h"
+#include "resources/ids.h"
+#include "shell/server_paths.h"
+#include "shell/startup.h"
+#include "support/recording_front.h"
+#include "users/user_details_dlg.h"
+#include "users/user_list_dlg.h"
+
+namespace bv::gui {
+namespace {
+
+using testing::Contains;
+using testing::Each;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
+
+constexpr const char* kListTitle = "Brivane - users and user groups";
+constexpr const char* kDetails = "Brivane user details - ANNA";
+constexpr const char* kList = "B-DB\\USERLIST.INI";
+
+class UserDialogs : public testing::Test {
+  protected:
+    void SetUp() override {
+        Startup() = {};
+        ASSERT_EQ(LoadServerPaths(), kDone);
+        Before = File();
+    }
+
+    void WithList(const std::function<void(HWND, const Windows&)>& drive) {
+        static constexpr DialogServices kServices{[](NamedThing, std::string_view) { return true; }};
+        RunDriven([] { ConfigureUsers(nullptr, kServices); },
+                  [&](const Windows& windows) { drive(windows.Wait(kListTitle), windows); });
+    }
+    void WithAnna(const std::function<void(HWND)>& drive) {
+        RunDriven([] { EditUserByDialog(nullptr, RecordKind::User, "ANNA"); },
+                  [&](const Windows& windows) { drive(windows.Wait(kDetails)); });
+    }
+
+    [[nodiscard]] std::string File() const { return Server.Files().Read(kList); }
+
+    // Whether such a text is said, soon.
+    [[nodiscard]] bool Says(const std::string& text) const {
+        return Until([&] {
+            return std::ranges::any_of(Front.Said, [&](const auto& said) { return said.find(text) != said.npos; });
+        });
+    }
+
+    // The lines of one record.
+    [[nodiscard]] std::string Record(const std::string& name) const {
+        const std::string file = File();
+        const std::size_t start = file.find("Name: " + name + "\r\n");
+        return start == file.npos ? "(none)" : file.substr(start, file.find("\r\n\r\n", start) - start);
+    }
+
+    DiskServer Server;
+    test::RecordingFront Front;
+    std::string Before;
+};
+
+// Brings a page to the front by the keyboard, and returns it.
+HWND ShowPage(HWND dialog, int page) {
+    const auto now = [&] { return static_cast<int>(SendTo(dialog, ID_USER_PAGES, TCM_GETCURSEL)); };
+    SetForegroundWindow(dialog);
+    for (int step = now(); step < page; ++step) {
+        Key(VK_TAB, VK_CONTROL);
+        Until([&] { return now() == step + 1; });
+    }
+    return FrontPage(dialog);
+}
+
+enum PageNumber { kGeneral, kPermissions, kTimes, kDial, kPrint, kMail };
+
+struct Setting {
+    PageNumber Page;
+    int Control;
+    const char* Text; // none: a click
+    const char* Line; // of the record afterwards; none: another row's
+};
+
+void Make(HWND page, const Setting& setting) {
+    if (setting.Text != nullptr) return SetTextOf(page, setting.Control, setting.Text);
+    Send(GetDlgItem(page, setting.Control), BM_CLICK);
+}
+
+TEST_F(UserDialogs, EachPageWritesItsKeysAndNothingElse) {
+    constexpr Setting kSettings[] = {
+        {kGeneral, ID_USER_FULLNAME, "Anna Müller", "Fullname: Anna M\xFCller"},
+        {kGeneral, ID_USER_GROUP, "@SALES", "Group: @SALES"},
+        {kGeneral, ID_USER_USERNAME, "amuller", "Username: amuller"},
+        {kGeneral, ID_USER_SAME_NAME, nullptr, "Netware: amuller"},
+        {kPermissions, ID_PERMISSIONS_DEFAULT, nullptr, "SubmitAny: NO"},
+        {kTimes, ID_TIMES + 1, nullptr, nullptr},
+        {kTimes, ID_TIMES + 2, "900", nullptr},
+        {kTimes, ID_TIMES + 3, "17:30", nullptr},
+        {kTimes, ID_TIMES + 11, nullptr, "SendTime: AFTER 09:00 BEFORE 17:30  MON TUE WED THU FRI"},
+        {kDial, ID_DIAL_NATIONAL, nullptr, "Dial: Local National International1"},
+        {kPrint, ID_PRINT_SENT_DEFAULT, nullptr, nullptr},
+        {kPrint, ID_PRINT_SENT_WORDS + 1, nullptr, "PrintSentOptions: MESSAGE"},
+        {kPrint, ID_PRINT_PRINTER, "PRINT-2", "PrintSentDevice: PRINT-2"},
+        {kPrint, ID_PRINT_RECD_WORDS + 2, nullptr, "PrintRecdOptions: STATUS MESSAGE DELETE"},
+        {kMail, ID_MAIL_GATEWAY, nullptr, "MailGateway: YES"},
+        {kMail, ID_MAIL_NAME, "anna.m@example.com", "MailName: anna.m@example.com"},
+    };
+    const std::string beforeAnna = Before.substr(0, Before.find("Name: ANNA"));
+    const std::string afterAnna = Before.substr(Before.find("Name: BEN"));
+    WithAnna([&](HWND dialog) {
+        for (const Setting& setting : kSettings) Make(ShowPage(dialog, setting.Page), setting);
+        Click(dialog, IDOK);
+        EXPECT_TRUE(Until([&] { return !IsWindow(dialog); }));
+    });
+    for (const Setting& setting : kSettings) {
+        if (setting.Line == nullptr) continue;
+        EXPECT_THAT(Record("ANNA"), HasSubstr(std::string("\r\n") + setting.Line + "\r\n"));
+    }
+    EXPECT_THAT(Record("ANNA"), HasSubstr("CostCentre: 210"));
+    EXPECT_EQ(File().substr(0, beforeAnna.size()), beforeAnna);
+    EXPECT_EQ(File().substr(File().find("Name: BEN")), afterAnna);
+    EXPECT_THAT(Front.Said, Contains("status 1: Modified user ANNA"));
+    EXPECT_TRUE(Startup().SettingsChanged);
+}
+
+TEST_F(UserDialogs, FaultsKeepTheirPageAndGetTheFocus) {
+    constexpr struct {
+        Setting Wrong;
+        const char* Message;
+    } kFaults[] = {
+        {{kGeneral, ID_USER_GROUP, "@NOBODY", nullptr}, "error: Group: \"@NOBODY\" - there is no user group"},
+        {{kGeneral, ID_USER_FULLNAME, "Ж", nullptr}, "error: \"?\" holds characters"},
+        {{kGeneral, ID_USER_FULLNAME, "Anna ", nullptr}, "error: Fullname: \"Anna \" has a blank at its end"},
+        {{kMail, ID_MAIL_NAME, "(anna", nullptr}, "error: MailName: \"(anna\" is not"},
+        {{kTimes, ID_TIMES + 2, "25:00", nullptr}, "error: SendTime: "},
+    };
+    for (const auto& [wrong, message] : kFaults) {
+        Front.Said.clear();
+        WithAnna([&](HWND dialog) {
+            const HWND page = ShowPage(dialog, wrong.Page);
+            if (wrong.Page == kTimes) Send(GetDlgItem(page, ID_TIMES + 1), BM_CLICK);
+            Make(page, wrong);
+            Click(dialog, IDOK);
+            EXPECT_TRUE(Until([&] { return !Front.Said.empty() && FocusOf(FrontPage(dialog)) == wrong.Control; }))
+                << message;
+            EXPECT_EQ(FrontPage(dialog), page);
+            Front.Answer = true; // to lose the changes
+        });
+        EXPECT_THAT(Front.Said, Contains(StartsWith(message)));
+        EXPECT_EQ(File(), Before);
+    }
+}
+
+TEST_F(UserDialogs, OkWithoutAChangeAndCancelWriteNothing) {
+    WithAnna([&](HWND dialog) {
+        for (int page = kGeneral; page <= kMail; ++page) ShowPage(dialog, page);
+        Click(dialog, IDOK);
+        EXPECT_TRUE(Until([&] { return !IsWindow(dialog); }));
+    });
+    EXPECT_THAT(Front.Said, Each(StartsWith("wait cursor")));
+    Front.Said.clear();
+    WithAnna([&](HWND dialog) {
+        SetTextOf(FrontPage(dialog), ID_USER_FULLNAME, "Nobody");
+        Click(dialog, IDCANCEL);
+        EXPECT_TRUE(Says("Lose changes?"));
+        EXPECT_TRUE(IsWindow(dialog)) << "although the answer was No";
+        Front.Answer = true;
+        Click(dialog, IDCANCEL);
+        EXPECT_TRUE(Until([&] { return !IsWindow(dialog); }));
+    });
+    EXPECT_EQ(File(), Before);
+    EXPECT_FALSE(Startup().SettingsChanged);
+}
+
+TEST_F(UserDialogs, TheListIsWorkedByKeyboard) {
+    WithList([&](HWND list, const Windows& windows) {
+        const auto counts = [&](const std::string& text) {
+            return Until([&] { return Text(list, ID_USERS_COUNT) == text; });
+        };
+        EXPECT_TRUE(counts("15 of 15 shown, 1 selected"));
+        FocusControlOf(list, ID_USERS_LIST);
+        Key('F', VK_CONTROL);
+        EXPECT_TRUE(Until([&] { return FocusOf(list) == ID_USERS_FILTER; }));
+        Type("@sales LENA");
+        EXPECT_TRUE(counts("1 of 15 shown, 1 selected"));
+        EXPECT_THAT(Entries(list, ID_USERS_LIST), ElementsAre(StartsWith("LENA\tLena, sales\t@SALES\t")));
+        Type("q");
+        EXPECT_TRUE(counts("Nothing fits the filter \"@sales LENAq\""));
+        Key(VK_ESCAPE);
+        EXPECT_TRUE(counts("15 of 15 shown, 1 selected"));
+        Key(VK_DOWN);
+        EXPECT_TRUE(Until([&] { return FocusOf(list) == ID_USERS_LIST; }));
+        Key('A', VK_CONTROL);
+        EXPECT_TRUE(counts("15 of 15 shown, 15 selected"));
+        EXPECT_FALSE(IsEnabled(list, ID_USERS_CLONE));
+        Key(VK_HOME);
+        EXPECT_TRUE(counts("15 of 15 shown, 1 selected"));
+
+        Key(VK_F2);
+        HWND details = windows.Wait(kDetails);
+        EXPECT_TRUE(Until([&] { return FocusOf(FrontPage(details)) == ID_USER_FULLNAME; }));
+        Key(VK_ESCAPE);
+        EXPECT_TRUE(Until([&] { return !IsWindow(details); }));
+
+        Key(VK_INSERT);
+        details = windows.Wait("Add new user");
+        EXPECT_TRUE(Until([&] { return FocusOf(FrontPage(details)) == ID_USER_NAME; }));
+        Type("anna");
+        Key(VK_RETURN);
+        EXPECT_TRUE(Says("\"ANNA\" - there is a user or user group of that name already"));
+        Type("adam");
+        Key(VK_RETURN);
+        EXPECT_TRUE(counts("16 of 16 shown, 1 selected"));
+        EXPECT_EQ(Selection(list, ID_USERS_LIST), 0);
+        EXPECT_THAT(Record("ADAM"), HasSubstr("SubmitAny: NO")) << "as the default user";
+        EXPECT_TRUE(Server.Files().Has("USERS\\ADAM"));
+
+        Front.Said.clear();
+        Key(VK_DELETE);
+        EXPECT_TRUE(Until([&] { return !Front.Captions.empty(); }));
+        EXPECT_TRUE(counts("16 of 16 shown, 1 selected")) << "although the answer was No";
+        Front.Answer = true;
+        Key(VK_DELETE);
+        EXPECT_TRUE(counts("15 of 15 shown, 1 selected"));
+        EXPECT_EQ(File(), Before);
+    });
+}
+
+TEST_F(UserDialogs, GroupsShowAndChangeTheirMembers) {
+    WithList([&](HWND list, const Windows& windows) {
+        Click(list, ID_USERS_SHOW_GROUPS);
+        EXPECT_TRUE(Until([&] { return Text(list, ID_USERS_COUNT) == "3 of 3 shown, 1 selected"; }));
+        Select(list, ID_USERS_LIST, 1);
+        Click(list, ID_USERS_EDIT);
+        const HWND details = windows.Wait("Brivane user group details - @SALES");
+        const HWND page = FrontPage(details);
+        EXPECT_THAT(Entries(page, ID_GROUP_MEMBERS),
+                    ElementsAre("CLARA\tClara, sales", StartsWith("DIETER"), "LENA\tLena, sales"));
+        Select(page, ID_GROUP_MEMBERS, 0);
+        Click(page, ID_GROUP_REMOVE);
+        EXPECT_TRUE(Until([&] { return Entries(page, ID_GROUP_MEMBERS).size() == 2; }));
+        Click(page, ID_GROUP_ADD);
+        const HWND choice = windows.Wait("Choose a user");
+        SetTextOf(choice, ID_CHOOSE_FILTER, "anna");
+        EXPECT_TRUE(Until([&] { return Entries(choice, ID_CHOOSE_LIST).size() == 1; }));
+        Click(choice, IDOK);
+        EXPECT_TRUE(Until([&] { return Entries(page, ID_GROUP_MEMBERS).size() == 3; }));
+        EXPECT_EQ(File(), Before);
+        Click(details, IDOK);
+        EXPECT_TRUE(Until([&] { return !IsWindow(details); }));
+    });
+    EXPECT_THAT(Record("ANNA"), HasSubstr("Group: @SALES\r\n"));
+    EXPECT_THAT(Record("CLARA"), Not(HasSubstr("Group: @")));
+    EXPECT_THAT(Front.Said, Contains("status 1: Users changed: 2"));
+}
+
+} // namespace
+} // namespace bv::gui
