@@ -14,6 +14,8 @@
 #include "platform/drives.h"
 #include "platform/environment.h"
 #include "platform/files.h"
+#include "shell/server_paths.h"
+#include "voice/format.h"
 
 namespace bv::console {
 namespace {
@@ -78,8 +80,8 @@ int UseIniDirectory(const Session& session, const GlobalOptions& global) {
         return session.Refuse(global.Ini.From + ": " + fault);
     if (directory.find(';') != std::string::npos)
         return session.WrongUsage(global.Ini.From + " takes one directory, without ';'");
-    if (!platform::Files().Find(WithBackslash(directory) + "BRIVANE.INI"))
-        return session.Refuse("There is no BRIVANE.INI in directory " + directory);
+    if (!platform::Files().Find(WithBackslash(directory).append(kIniFile)))
+        return session.Refuse(FormatText("There is no %s in directory %s", kIniFile, directory));
     platform::TheEnvironment().SetVariable("BVAXINIT", directory);
     return 0;
 }

@@ -71,12 +71,8 @@ class KeyEdit {
     }
 
     void TargetLine(std::string_view line, LineWriter& out) {
-        const std::string_view part = CountingPart(line);
-        if (part.empty()) return;
-        if (!IsSignificantLine(part)) {
-            out.Copy(part);
-        } else if (hasKey_ && !BeginsWith(part, *change_.Key)) {
-            out.Copy(part);
+        if (hasKey_ && !BeginsWith(line, *change_.Key)) {
+            out.Copy(line);
         } else if (hasKey_ && change_.Where == Placing::InPlace) {
             WritePending(out);
             keyDone_ = true;
@@ -118,16 +114,12 @@ class RecordEdit {
     }
 
     void TargetLine(std::string_view line, LineWriter& out) {
-        const std::string_view part = CountingPart(line);
-        if (part.empty()) return;
-        if (!IsSignificantLine(part)) {
-            out.Copy(part);
-        } else if (part.front() == change_.Marker) {
-            OpeningLine(part, out);
+        if (line.front() == change_.Marker) {
+            OpeningLine(line, out);
         } else if (recordOpen_) {
-            FieldLine(part, out);
+            FieldLine(line, out);
         } else {
-            out.Copy(part);
+            out.Copy(line);
         }
     }
 
@@ -206,6 +198,16 @@ void CopyToTarget(std::string_view& text, Edit& edit, LineWriter& out) {
     edit.Enter();
 }
 
+// Copies a line of the paragraph, or gives it to the edit when it says anything; empty lines go.
+template <class Edit>
+void CopyTargetLine(std::string_view line, Edit& edit, LineWriter& out) {
+    const std::string_view part = CountingPart(line);
+    if (IsSignificantLine(part))
+        edit.TargetLine(part, out);
+    else if (!part.empty())
+        out.Copy(part);
+}
+
 template <class Edit>
 bool CopyEdited(ControlStream& source, ControlStream& destination, Edit edit) {
     std::string_view text = source.Rest();
@@ -213,7 +215,7 @@ bool CopyEdited(ControlStream& source, ControlStream& destination, Edit edit) {
     while (!text.empty()) {
         if (edit.InTarget() && IsParagraphLine(text)) edit.Leave(out);
         if (edit.InTarget()) {
-            edit.TargetLine(TakeLine(text), out);
+            CopyTargetLine(TakeLine(text), edit, out);
         } else {
             CopyToTarget(text, edit, out);
         }

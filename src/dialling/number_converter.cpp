@@ -1,6 +1,6 @@
 #include "dialling/number_converter.h"
 
-#include "shell/server_paths.h"
+#include "shell/server_files.h"
 #include "voice/messages.h"
 
 namespace bv {
@@ -12,8 +12,6 @@ bool LoadDialProperties() {
     ShowError(status == kKeyMissing ? kNoSelectedLocation : kUnableToOpenFile, path);
     return false;
 }
-
-std::string CountryFile() { return DatabaseFile("COUNTRY.INI"); }
 
 TelephonyUse::TelephonyUse(const std::string& application)
     : opened_(TAPIInit(application, nullptr, TapiNegotiation::Test)) {}
@@ -41,8 +39,10 @@ StatusCode NumberConverter::Convert(NumberForm form, std::string_view number, Te
     const bool isDialable = form == NumberForm::Dialable;
     if (!telephony_)
         return isDialable ? MakeDialableNumber(number, result, trace) : MakeInternationalNumber(number, result, trace);
-    return isDialable ? TAPIMakeDialable(number, result, CountryFile(), trace)
-                      : TAPIMakeInternational(number, result, CountryFile(), trace);
+    // By this file the telephony tells a local number from others.
+    const std::string countries = PathOf(ServerFile::Countries);
+    return isDialable ? TAPIMakeDialable(number, result, countries, trace)
+                      : TAPIMakeInternational(number, result, countries, trace);
 }
 
 std::string FaultOfNumber(std::string_view number, StatusCode status) {

@@ -15,9 +15,6 @@ namespace bv {
 // location) or 413.
 bool LoadDialProperties();
 
-// COUNTRY.INI, by which the telephony's properties tell a local number from others.
-std::string CountryFile();
-
 // The system's telephony, asked while this lives. There may be no line device, so the version is agreed on without one.
 class TelephonyUse {
   public:

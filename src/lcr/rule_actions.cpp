@@ -1,9 +1,9 @@
 #include "lcr/rule_actions.h"
 
 #include <algorithm>
-#include <charconv>
 #include <utility>
 
+#include "ctlfile/digits.h"
 #include "lcr/rule_file.h"
 #include "lcr/rule_values.h"
 #include "platform/ascii.h"
@@ -47,10 +47,8 @@ bool EditRules(LostNames lost, const RuleChange& change) {
 }
 
 std::optional<std::size_t> FindRule(const RuleList& rules, std::string_view number) {
-    std::size_t found = 0;
-    const char* const end = number.data() + number.size();
-    const auto [read, error] = std::from_chars(number.data(), end, found);
-    if (error == std::errc() && read == end && found >= 1 && found <= rules.size()) return found - 1;
+    const auto found = static_cast<std::size_t>(ParseDigits(number).value_or(0));
+    if (found >= 1 && found <= rules.size()) return found - 1;
     ShowError(kFaultOfRule, number, RuleNumbers(rules.size()));
     return {};
 }

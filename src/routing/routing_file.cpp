@@ -14,7 +14,6 @@
 namespace bv {
 namespace {
 
-constexpr std::string_view kDatabase = "B-DB\\";
 constexpr std::string_view kNewFile = "[BRIVANE]\r\nType: RoutingInit\r\nRevision: A\r\n\r\n"
                                       "[SENDERID]\r\n\r\n[SUBADDR]\r\n\r\n[FORWARD]\r\n";
 constexpr std::string_view kSenderId = "[SENDERID]";
@@ -71,8 +70,7 @@ bool EnterParagraph(ControlStream& file, std::string_view header, std::string_vi
     file.Rewind();
     if (FindParagraph(file, header, line)) return true;
     if (WasRead(file)) {
-        ShowError("No %s rules in routing file.  Add %s paragraph to %s%s%s", kind, header, Paths().SystemArea.View(),
-                  kDatabase, NameOf(ServerFile::Routing));
+        ShowError("No %s rules in routing file.  Add %s paragraph to %s", kind, header, PathOf(ServerFile::Routing));
     }
     return false;
 }

@@ -23,8 +23,8 @@ constexpr FileNames kFiles[] = {
     {"DIALLING.INI", "DIALLING.INI", "DIALLING.NEW", "DiallingProperties"},
     {"LINK.INI", "Link.ini", "Link.new", "LinkDatabase"},
     {"LCRRULES.INI", "LCRRules.ini", "LCRRules.new", "LCRRules"},
-    {"COUNTRY.INI", "Country.ini", "Country.new", "Country"},
-    {"REGION.INI", "Region.ini", "Region.new", "Region"},
+    {"COUNTRY.INI"}, // the editor names it and the next by their types (lcr/destination_files.h)
+    {"REGION.INI"},
 };
 
 const FileNames& NamesOf(ServerFile file) { return kFiles[static_cast<std::size_t>(file)]; }

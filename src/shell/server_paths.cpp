@@ -18,7 +18,6 @@
 namespace bv {
 namespace {
 
-constexpr std::string_view kIniFile = "BRIVANE.INI";
 constexpr std::string_view kDatabaseDirectory = "B-DB\\";
 constexpr std::size_t kMaxSearchList = 511;
 constexpr OpenTimeout kIniTimeout{10};

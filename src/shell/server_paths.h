@@ -30,6 +30,9 @@ struct ServerPaths {
 // The one record of the process: empty until LoadServerPaths succeeds, read-only for everybody else.
 const ServerPaths& Paths();
 
+// The file that leads to them.
+inline constexpr std::string_view kIniFile = "BRIVANE.INI";
+
 // Finds the directory (upper-cased, ending in "\") of BRIVANE.INI along BVAXINIT, INIT, PATH, the Windows directory
 // and the current directory. 0 or -4072. Shows nothing.
 StatusCode FindIniDirectory(std::string& directory);

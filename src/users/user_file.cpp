@@ -9,7 +9,7 @@ namespace bv {
 
 std::string_view RecordHeader(RecordKind kind) { return kind == RecordKind::User ? "[USER]" : "[GROUP]"; }
 
-std::optional<RecordPlace> FindRecord(ControlStream& list, RecordKind kind, std::optional<std::string_view> name) {
+std::optional<FoundRecord> FindRecord(ControlStream& list, RecordKind kind, std::optional<std::string_view> name) {
     static constexpr std::array kKeys = {kNameKey};
     list.Rewind();
     RecordWalker records(list, RecordHeader(kind), kKeys);
@@ -17,7 +17,7 @@ std::optional<RecordPlace> FindRecord(ControlStream& list, RecordKind kind, std:
     while (records.Next()) {
         records.Get(0, found);
         if (name ? EqualFolded(found, *name) : IsDefaultName(found)) {
-            return RecordPlace{records.Start(), records.BodyStart(), records.End()};
+            return FoundRecord{{records.Start(), records.BodyStart(), records.End()}, found};
         }
     }
     return {};

@@ -31,8 +31,13 @@ struct RecordPlace {
     Position End = 0;
 };
 
+// A record with its name as the list has it.
+struct FoundRecord : RecordPlace {
+    WholeValue Name;
+};
+
 // The first record of the kind with that name, in any case; without a name, the default record. Searches from the
 // file's start and leaves the stream anywhere. Shows nothing.
-std::optional<RecordPlace> FindRecord(ControlStream& list, RecordKind kind, std::optional<std::string_view> name);
+std::optional<FoundRecord> FindRecord(ControlStream& list, RecordKind kind, std::optional<std::string_view> name);
 
 } // namespace bv

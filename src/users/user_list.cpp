@@ -139,15 +139,8 @@ bool FindUserListEntry(std::string_view key, FindBy by, std::optional<std::strin
 UserList::UserList() : stream_(OpenForReading(PathOf(ServerFile::UserList))) {}
 
 std::optional<std::string> UserList::NameOf(std::string_view name, RecordKind kind) {
-    static constexpr std::array kKeys = {kNameKey};
-    stream_.Rewind();
-    RecordWalker records(stream_, RecordHeader(kind), kKeys);
-    WholeValue found;
-    while (records.Next()) {
-        records.Get(0, found);
-        if (EqualFolded(found, name)) return found.String();
-    }
-    return {};
+    const auto found = FindRecord(stream_, kind, name);
+    return found ? std::optional(found->Name.String()) : std::nullopt;
 }
 
 bool UserList::ReadRecord(std::optional<std::string_view> name, UserRecord& record, RecordKind kind) {
