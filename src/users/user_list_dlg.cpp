@@ -14,8 +14,8 @@ constexpr int kActions[] = {ID_USERS_ADD,     ID_USERS_EDIT, ID_USERS_CLONE,  ID
                             ID_USERS_NETWORK, ID_USERS_MAIL, ID_USERS_IMPORT, ID_USERS_EXPORT, ID_USERS_DEFAULTS};
 
 // In the order of UserColumn and GroupColumn.
-constexpr ListColumn kUserTitles[] = {{"Name", 44}, {"Full name", 84}, {"Group", 40}, {"Network", 46},
-                                      {"E-mail", 72}, {"Rights", 56}, {"Printing", 44}};
+constexpr ListColumn kUserTitles[] = {{"Name", 44},   {"Full name", 84}, {"Group", 40},   {"Network", 46},
+                                      {"E-mail", 72}, {"Rights", 56},    {"Printing", 44}};
 constexpr ListColumn kGroupTitles[] = {{"Name", 48}, {"Full name", 130}, {"Members", 44, true}, {"Printing", 90}};
 static_assert(std::size(kUserTitles) == kUserColumns && std::size(kGroupTitles) == kGroupColumns);
 

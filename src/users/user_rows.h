@@ -10,7 +10,8 @@ namespace bv {
 enum class UserListKind { Users, Groups, Profiles };
 
 // The columns of users and profiles: name, full name, group, name on the network, e-mail name, what rights differ from
-// those of a plain user ("Admin, no Urgent"; group administrators excepted), the printers for received and for sent faxes.
+// those of a plain user ("Admin, no Urgent"; group administrators excepted), the printers for received and for sent
+// faxes.
 enum UserColumn {
     kUserName,
     kUserFullname,
