@@ -84,11 +84,6 @@ TEST_F(CovletCommands, StartsTheServersPrograms) {
     EXPECT_EQ(Console.Results,
               "{\n  \"changes\": [],\n  \"starts\": [\n    \"F:\\\\BRIVANE\\\\i386\\\\covedit.exe *\"\n  ]\n}\n");
     EXPECT_EQ(Server.Processes.Started, std::vector<std::string>());
-
-    EXPECT_EQ(Console.Run({"coversheet", "view", "memo"}), 0);
-    EXPECT_EQ(Console.Run({"coversheet", "edit", "MEMO"}), 0);
-    EXPECT_EQ(Server.Processes.Started,
-              (std::vector<std::string>{"restored: " + viewer, "F:\\BRIVANE\\i386\\covedit.exe MEMO"}));
 }
 
 } // namespace

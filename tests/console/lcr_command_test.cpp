@@ -34,6 +34,7 @@ struct Scene {
 
     Scene() {
         Server.Load();
+        Server.Put("F:\\BRIVANE\\B-REQ\\QUEUE", "");
         Server.Put(kArea + "SETUP.INI", kSetup);
         Server.Put(kArea + "USERLIST.INI", "[USER]\r\nName: ANN\r\n[USER]\r\nName: BEN\r\n");
         Server.Put(kArea + "LINK.INI", "[LINK]\r\nRemoteServerID: LON, \"L\"\r\n[LINK]\r\nRemoteServerID: PAR\r\n");
