@@ -27,18 +27,6 @@ bool FocusMovesTo(HWND dialog, int control) {
     return Until([&] { return FocusOf(dialog) == control && GetForegroundWindow() == dialog; });
 }
 
-TEST_F(Setup, OpensTheMenuOverItsBannerAndEndsWithIt) {
-    const Program setup(Command());
-    const HWND menu = setup.Shown().Wait(kMenuTitle);
-    ASSERT_NE(menu, nullptr);
-    EXPECT_TRUE(IsWindowVisible(Banner()));
-    EXPECT_EQ(GetWindow(menu, GW_OWNER), Banner());
-    EXPECT_NE(GetDlgItem(menu, ID_MENU_ROUTING), nullptr);
-    EXPECT_TRUE(FocusMovesTo(menu, ID_MENU_COVLET));
-    Key(VK_ESCAPE);
-    EXPECT_EQ(setup.WaitForEnd(), 0);
-}
-
 TEST_F(Setup, LeavesInwardRoutingOutWhereItIsSwitchedOff) {
     Server.Files().Write("B-DB\\SETUP.INI", "[OPTIONS]\r\nEnableRouting: FALSE\r\n");
     const Program setup(Command());
@@ -54,6 +42,9 @@ TEST_F(Setup, AKeyboardUserAddsDescribesViewsAndDeletesACoversheet) {
     const Program setup(Command());
     const HWND menu = setup.Shown().Wait(kMenuTitle);
     ASSERT_TRUE(FocusMovesTo(menu, ID_MENU_COVLET));
+    EXPECT_TRUE(IsWindowVisible(Banner()));
+    EXPECT_EQ(GetWindow(menu, GW_OWNER), Banner());
+    EXPECT_NE(GetDlgItem(menu, ID_MENU_ROUTING), nullptr);
     Key(VK_RETURN);
     const HWND catalogue = setup.Shown().Wait(kCatalogueTitle);
     ASSERT_TRUE(FocusMovesTo(catalogue, ID_COVLET_COVERSHEETS));
@@ -138,12 +129,6 @@ TEST_F(Setup, WaitsForTheEditorAndNotForTheViewer) {
 }
 
 TEST_F(Setup, ADigitOpensOneAreaAndTheProgramEndsWithIt) {
-    const Program coversheets(Command("-5"));
-    const HWND catalogue = coversheets.Shown().Wait(kCatalogueTitle);
-    ASSERT_TRUE(FocusMovesTo(catalogue, ID_COVLET_COVERSHEETS));
-    Key(VK_ESCAPE);
-    EXPECT_EQ(coversheets.WaitForEnd(), 0);
-
     const Program devices(Command("/2"));
     EXPECT_EQ(devices.Shown().WaitBox(kWarningCaption), "This version of the program cannot configure devices.");
     EXPECT_TRUE(devices.Shown().AnswerBox(kWarningCaption, IDOK));

@@ -1,10 +1,11 @@
-#include "gui/pictures.h"
-
+// pictures DIRECTORY: draws every dialog, filled from the sample server, into a .bmp file of the directory, for a
+// person to look at. Built with the Windows tests, whose way to drive dialogs it takes.
 #include <cstdio>
 #include <fstream>
 
 #include "covlet/catalogue_dlg.h"
 #include "covlet/item_dlg.h"
+#include "dialogs/colours_dlg.h"
 #include "dialogs/dialog_dlg.h"
 #include "dialogs/progress_dlg.h"
 #include "gui/disk_server.h"
@@ -141,8 +142,7 @@ void DrawProgress(const Painter& painter, HWND owner) {
     painter.DrawOpen("progress", Windows().Wait("Brivane Setup"));
 }
 
-} // namespace
-
+// Returns the exit code of the program.
 int DrawPictures(const std::string& directory) {
     const DiskServer server;
     MainWindow window;
@@ -162,4 +162,13 @@ int DrawPictures(const std::string& directory) {
     return 0;
 }
 
+} // namespace
 } // namespace bv::gui
+
+int main(int count, char** arguments) {
+    if (count != 2) return 2;
+    bv::gui::MakeDesktop();
+    bv::StartCommonControls();
+    bv::MainWindow::RegisterWindowClass();
+    return bv::gui::DrawPictures(arguments[1]);
+}
