@@ -34,6 +34,8 @@ function(bv_library name)
   target_link_libraries(bv_${name} PRIVATE $<BUILD_INTERFACE:bv_warnings>)
   if(name STREQUAL "platform")
     bv_precompiled(bv_platform)
+  elseif(name STREQUAL "console")
+    bv_precompiled(bv_console <CLI/CLI.hpp> <nlohmann/json.hpp>) # four and two files of it take them, 4 s each
   else()
     target_precompile_headers(bv_${name} REUSE_FROM bv_platform)
   endif()

@@ -14,7 +14,10 @@ else()
   endif()
 endif()
 if(BV_SANITIZE)
-  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  # Without what is asked of every pointer before its use, a fifth of the compiler's time: AddressSanitizer ends a
+  # program that uses a null one, and processors take odd addresses.
+  add_compile_options(-fsanitize=address,undefined -fno-sanitize=null,alignment -fno-sanitize-recover=all
+    -fno-omit-frame-pointer)
   add_link_options(-fsanitize=address,undefined)
   # Checked indexes. The checking iterators (_GLIBCXX_DEBUG) would find more, but clang 14 does not take them with this
   # library's headers; GCC does.

@@ -56,4 +56,18 @@ class CsvImport {
     virtual ImportCounts Apply(const ImportProgress& goOn) = 0;
 };
 
+// Which of the rows that are not wrong go into the list.
+struct ImportChoice {
+    bool Replace = true; // also those that replace an entry
+};
+
+std::size_t CountOf(std::span<const RowVerdict> verdicts, RowState state);
+
+// The rows that are to be imported: new ones, and those that replace as the choice has it.
+CsvTable ChosenRows(const CsvTable& table, std::span<const RowVerdict> verdicts, const ImportChoice& choice);
+
+// The wrong rows with a last column "Fault", so that a person can mend them and import them again.
+std::string WrongRowsAsCsv(const CsvTable& table, std::span<const RowVerdict> verdicts,
+                           std::span<const std::string_view> columns);
+
 } // namespace bv

@@ -1,5 +1,8 @@
 #include "users/many_users.h"
 
+#include <algorithm>
+#include <functional>
+#include <map>
 #include <unordered_set>
 
 #include "platform/ascii.h"
@@ -22,11 +25,46 @@ void PlanUser(const StoredRecord& stored, const EnteredValues& values, ManyUsers
     if (entry.IsToBeWritten()) plan.Updates.push_back({stored.Name, entry.Before(), entry.After()});
 }
 
+std::unordered_set<std::string> FoldedNames(std::span<const std::string> names) {
+    std::unordered_set<std::string> folded;
+    for (const std::string& name : names) folded.insert(UpperText(name));
+    return folded;
+}
+
+// The keys that many users can have the same value of.
+std::vector<const RecordKey*> KeysOfMany() {
+    constexpr std::string_view kNames[] = {"Fullname:", "Username:", "Netware:", "LanManager:", "MailName:"};
+    std::vector<const RecordKey*> keys;
+    for (const RecordKey& key : RecordKeys()) {
+        if (!HasKey(key, RecordKind::User) || std::ranges::find(kNames, key.Key) != std::end(kNames)) continue;
+        keys.push_back(&key);
+    }
+    return keys;
+}
+
+// The most frequent values first.
+std::string SummaryOf(const std::map<std::string, std::size_t>& counts) {
+    constexpr std::size_t kMostNamed = 3;
+    std::vector<std::pair<std::string, std::size_t>> values(counts.begin(), counts.end());
+    std::ranges::stable_sort(values, std::ranges::greater(), &std::pair<std::string, std::size_t>::second);
+    std::string text;
+    std::size_t others = 0;
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        const auto& [value, count] = values[i];
+        if (i >= kMostNamed) {
+            others += count;
+            continue;
+        }
+        const std::string shown = value.empty() ? "\"\"" : value;
+        text.append(text.empty() ? "" : ", ").append(values.size() == 1 ? shown : FormatText("%s %d", shown, count));
+    }
+    return others == 0 ? text : text.append(", ").append(FillMessage(kOtherValues, others));
+}
+
 } // namespace
 
 std::optional<ManyUsersPlan> PlanManyUsers(std::span<const std::string> names, const EnteredValues& values) {
-    std::unordered_set<std::string> wanted;
-    for (const std::string& name : names) wanted.insert(UpperText(name));
+    std::unordered_set<std::string> wanted = FoldedNames(names);
     ManyUsersPlan plan;
     const bool isRead = VisitUserRecords(RecordKind::User, [&](const StoredRecord& stored) {
         if (wanted.erase(UpperText(stored.Name)) > 0) PlanUser(stored, values, plan);
@@ -36,6 +74,21 @@ std::optional<ManyUsersPlan> PlanManyUsers(std::span<const std::string> names, c
     if (wanted.empty()) return plan;
     ShowNotFound(*wanted.begin(), RecordKind::User);
     return std::nullopt;
+}
+
+std::optional<std::vector<ValueSummary>> SummariseUsers(std::span<const std::string> names) {
+    const std::unordered_set<std::string> wanted = FoldedNames(names);
+    const std::vector<const RecordKey*> keys = KeysOfMany();
+    std::vector<std::map<std::string, std::size_t>> counts(keys.size());
+    const bool isRead = VisitUserRecords(RecordKind::User, [&](const StoredRecord& stored) {
+        if (!wanted.contains(UpperText(stored.Name))) return true;
+        for (std::size_t i = 0; i < keys.size(); ++i) ++counts[i][keys[i]->Show(stored.Record)];
+        return true;
+    });
+    if (!isRead) return std::nullopt;
+    std::vector<ValueSummary> summaries;
+    for (std::size_t i = 0; i < keys.size(); ++i) summaries.push_back({keys[i], SummaryOf(counts[i])});
+    return summaries;
 }
 
 bool ChangeManyUsers(const ManyUsersPlan& plan) {

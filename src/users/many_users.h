@@ -21,6 +21,15 @@ struct ManyUsersPlan {
 // found".
 std::optional<ManyUsersPlan> PlanManyUsers(std::span<const std::string> names, const EnteredValues& values);
 
+// What several users have of a key: "YES 2, NO 38", at most three values and how many have others.
+struct ValueSummary {
+    const RecordKey* Key;
+    std::string Text;
+};
+
+// A summary for each key of users but their names and mail names. None after 413 or 9011.
+std::optional<std::vector<ValueSummary>> SummariseUsers(std::span<const std::string> names);
+
 // Writes a plan without faults. Status 9235 "Users changed: %d". False after a message, with nothing written: a user
 // was changed by somebody else meanwhile (9025), or is gone.
 bool ChangeManyUsers(const ManyUsersPlan& plan);

@@ -1,5 +1,8 @@
 #include "users/user_export.h"
 
+#include <functional>
+#include <unordered_set>
+
 #include "ctlfile/csv.h"
 #include "ctlfile/lines.h"
 #include "users/user_entry.h"
@@ -8,14 +11,18 @@
 
 namespace bv {
 
-std::optional<std::string> UsersAsCsv() {
+namespace {
+
+using IsWanted = std::function<bool(std::string_view name)>;
+
+std::optional<std::string> RowsAsCsv(const IsWanted& isWanted) {
     std::string text = "Name";
     for (const RecordKey& key : RecordKeys()) {
         if (HasKey(key, RecordKind::User)) text.append(",").append(KeyName(key));
     }
     text += kLineEnd;
-    const auto addRow = [&text](const StoredRecord& user) {
-        if (IsDefaultName(user.Name)) return true;
+    const auto addRow = [&](const StoredRecord& user) {
+        if (IsDefaultName(user.Name) || !isWanted(user.Name)) return true;
         text += CsvText(user.Name);
         for (const RecordKey& key : RecordKeys()) {
             if (HasKey(key, RecordKind::User)) text.append(",").append(CsvText(key.Show(user.Record)));
@@ -25,6 +32,17 @@ std::optional<std::string> UsersAsCsv() {
     };
     if (!VisitUserRecords(RecordKind::User, addRow)) return {};
     return text;
+}
+
+} // namespace
+
+std::optional<std::string> UsersAsCsv() {
+    return RowsAsCsv([](std::string_view) { return true; });
+}
+
+std::optional<std::string> UsersAsCsv(std::span<const std::string> names) {
+    const std::unordered_set<std::string_view> wanted(names.begin(), names.end());
+    return RowsAsCsv([&](std::string_view name) { return wanted.contains(name); });
 }
 
 } // namespace bv

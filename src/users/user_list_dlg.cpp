@@ -1,9 +1,13 @@
 #include "users/user_list_dlg.h"
 
+#include "dialogs/csv_import_dlg.h"
 #include "dialogs/list_view_dlg.h"
 #include "resources/ids.h"
+#include "users/many_users_dlg.h"
 #include "users/user_actions.h"
 #include "users/user_details_dlg.h"
+#include "users/user_export.h"
+#include "users/user_import.h"
 #include "users/user_rows.h"
 #include "voice/messages.h"
 
@@ -47,10 +51,14 @@ RecordKind KindOf(const UserListDialog& context) {
 void EnableButtons(HWND dialog, UserListDialog& context) {
     const std::size_t selected = context.List.CountSelected();
     EnableControl(dialog, ID_USERS_ADD, context.IsRead);
-    for (const int button : {ID_USERS_EDIT, ID_USERS_CLONE}) EnableControl(dialog, button, selected == 1);
+    const bool listsGroups = context.Kind == UserListKind::Groups;
+    EnableControl(dialog, ID_USERS_EDIT, selected == 1 || (selected > 1 && !listsGroups));
+    EnableControl(dialog, ID_USERS_CLONE, selected == 1);
+    for (const int button : {ID_USERS_IMPORT, ID_USERS_EXPORT})
+        EnableControl(dialog, button, context.Kind == UserListKind::Users && context.IsRead);
     EnableControl(dialog, ID_USERS_DELETE, selected == 1);
     // What these open is not there yet.
-    for (const int button : {ID_USERS_WHERE_USED, ID_USERS_NETWORK, ID_USERS_MAIL, ID_USERS_IMPORT, ID_USERS_EXPORT})
+    for (const int button : {ID_USERS_WHERE_USED, ID_USERS_NETWORK, ID_USERS_MAIL})
         EnableControl(dialog, button, false);
 }
 
@@ -115,8 +123,8 @@ void PressClone(HWND dialog, UserListDialog& context) {
 
 void Edit(HWND dialog, UserListDialog& context, bool atFullname) {
     const std::vector<std::string> names = context.List.SelectedNames();
-    if (names.size() != 1) return;
-    EditUserByDialog(dialog, KindOf(context), names.front(), atFullname);
+    if (names.size() == 1) EditUserByDialog(dialog, KindOf(context), names.front(), atFullname);
+    if (names.size() > 1 && context.Kind != UserListKind::Groups) ChangeUsersByDialog(dialog, names);
     ListUsers(dialog, context);
 }
 
@@ -130,6 +138,21 @@ void PressDelete(HWND dialog, UserListDialog& context) {
     if (context.Services.AgreeToDeletion(isGroup ? NamedThing::UserGroup : NamedThing::User, names.front()))
         DeleteUser(names.front(), KindOf(context));
     ListUsers(dialog, context);
+}
+
+void PressImport(HWND dialog, UserListDialog& context) {
+    UserImport import;
+    if (ImportByDialog(dialog, import)) ListUsers(dialog, context);
+}
+
+// What the filter shows.
+void PressExport(HWND dialog, UserListDialog& context) {
+    std::vector<std::string> names;
+    const RowOrder& order = context.List.Order();
+    for (std::size_t place = 0; place < order.Shown(); ++place)
+        names.emplace_back(context.Rows.Text(order.RowAt(place), kUserName));
+    const WaitCursor wait;
+    if (const auto text = UsersAsCsv(names)) ExportByDialog(dialog, *text);
 }
 
 void PressDefaults(HWND dialog, UserListDialog& context) {
@@ -148,6 +171,8 @@ constexpr DialogCommand<UserListDialog> kCommands[] = {
     {ID_USERS_LIST, kListDelete, PressDelete},
     {ID_USERS_LIST, kListReload, ListUsers},
     {ID_USERS_ADD, BN_CLICKED, PressAdd},
+    {ID_USERS_IMPORT, BN_CLICKED, PressImport},
+    {ID_USERS_EXPORT, BN_CLICKED, PressExport},
     {ID_USERS_EDIT, BN_CLICKED, PressEdit},
     {ID_USERS_CLONE, BN_CLICKED, PressClone},
     {ID_USERS_DELETE, BN_CLICKED, PressDelete},

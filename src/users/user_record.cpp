@@ -27,14 +27,18 @@ bool IsEnterable(std::string_view value, std::size_t limit) {
 
 // --- The forms of values. Each has what a row of the table needs. ---
 
+constexpr std::array<std::string_view, 2> kYesAndNo = {"YES", "NO"};
+
 struct ShortForm {
     static constexpr std::size_t kLimit = 0; // it is not a text of its own
+    static constexpr std::span<const std::string_view> kWords{};
 };
 
 template <auto... kPath>
 struct Text {
     using Field = std::remove_cvref_t<decltype(FieldAt<kPath...>(std::declval<UserRecord&>()))>;
     static constexpr std::size_t kLimit = Field::kLimit;
+    static constexpr std::span<const std::string_view> kWords{};
 
     static void Read(UserRecord& record, std::string_view value) { FieldAt<kPath...>(record) = value; }
     static std::optional<std::string> Write(const UserRecord& record) {
@@ -69,6 +73,8 @@ struct GroupName : Text<&UserRecord::Group> {
 
 template <auto kPrinter>
 struct Squash : ShortForm {
+    static constexpr std::span<const std::string_view> kWords = ChoiceWords<SquashMode>::kWords;
+
     static void Read(UserRecord& record, std::string_view value) {
         if (!Enter(record, value)) (record.*kPrinter).Squash = SquashMode::None;
     }
@@ -86,6 +92,8 @@ struct Squash : ShortForm {
 
 // Groups have never kept VERTICAL for their first printer; the server relies on that.
 struct GroupSquash : Squash<&UserRecord::PrintRecd> {
+    static constexpr std::array<std::string_view, 2> kWords = {"NO", "YES"};
+
     static std::optional<std::string> Write(const UserRecord& record) {
         return record.PrintRecd.Squash == SquashMode::Yes ? Squash::Write(record) : std::nullopt;
     }
@@ -169,6 +177,8 @@ struct PrintOptions : ShortForm {
 
 template <auto kField>
 struct YesOrNo : ShortForm {
+    static constexpr std::span<const std::string_view> kWords = kYesAndNo;
+
     static void Read(UserRecord& record, std::string_view value) { Enter(record, value); }
     static std::optional<std::string> Write(const UserRecord& record) {
         return record.*kField ? std::optional(Show(record)) : std::nullopt;
@@ -193,6 +203,7 @@ struct MailName : Text<&UserRecord::MailName> {
 
 template <PermissionFlag kFlag>
 struct Permission : ShortForm {
+    static constexpr std::span<const std::string_view> kWords = kYesAndNo;
     static constexpr const PermissionKey& kKey = *std::ranges::find(kPermissionKeys, kFlag, &PermissionKey::Flag);
 
     static void Read(UserRecord& record, std::string_view value) {
@@ -260,7 +271,8 @@ struct SendTime : ShortForm {
 
 template <class Form>
 constexpr RecordKey Row(std::string_view key, RecordSet readIn, RecordSet writtenIn) {
-    return {key, readIn, writtenIn, Form::Read, Form::Write, Form::Show, Form::Enter, Form::Values, Form::kLimit};
+    return {key,        readIn,      writtenIn,    Form::Read,   Form::Write,
+            Form::Show, Form::Enter, Form::Values, Form::kLimit, Form::kWords};
 }
 
 template <PermissionFlag kFlag>

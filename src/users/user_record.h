@@ -95,6 +95,9 @@ struct RecordKey {
 
     // The characters that a text has at most; 0 for values of another form.
     std::size_t Limit;
+
+    // The values that there are, of a key with a few; none where others can be given.
+    std::span<const std::string_view> Words;
 };
 
 // In the order in which they are written. A key that the kinds write differently has a row for each; of the rows that a

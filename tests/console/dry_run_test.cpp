@@ -2,7 +2,6 @@
 
 #include "console/text_console.h"
 #include "platform/files.h"
-#include "support/fakes.h"
 #include "support/temporary_directory.h"
 
 namespace bv::console {
@@ -80,24 +79,6 @@ TEST(DryRun, IsOneJsonDocument) {
     const std::string end = "@@ -1,2 +1,1 @@\\n [A]\\n-K: \xC3\xBC\\n\"\n    }\n  ],\n  \"starts\": []\n}\n";
     ASSERT_GT(console.Results.size(), end.size());
     EXPECT_EQ(console.Results.substr(console.Results.size() - end.size()), end);
-}
-
-TEST(DryRun, NeedsNoAnswer) {
-    test::FakeEnvironment environment;
-    const platform::Substitute<platform::Environment> substitute(environment);
-    const TemporaryDirectory directory;
-    const std::string area = directory.Path() + "\\\r\n";
-    const std::string before = "[DIRECTORY]\r\nFile: MEMO \"Memo\"\r\n";
-    directory.Write("BRIVANE.INI", "[SERVER]\r\nSystemArea: " + area + "ServerArea: " + area + "AllUserArea: " + area +
-                                       "RequestArea: " + area);
-    directory.Write("B-DB\\SETUP.INI", "");
-    directory.Write("B-COVER\\MSGDIR.CTL", before);
-    TextConsole console;
-    EXPECT_EQ(console.Run({"--ini", directory.Path(), "--dry-run", "coversheet", "delete", "memo"}), 0);
-    EXPECT_EQ(console.Results,
-              Title(directory.Path("B-COVER\\MSGDIR.CTL")) + "@@ -1,2 +1,1 @@\n [DIRECTORY]\n-File: MEMO \"Memo\"\n");
-    EXPECT_EQ(console.Notices, "");
-    EXPECT_EQ(directory.Read("B-COVER\\MSGDIR.CTL"), before);
 }
 
 } // namespace

@@ -136,20 +136,6 @@ TEST(FileCommand, RefusesWhatWouldNotReadBack) {
     EXPECT_EQ(console.Results, kLongest + "\n");
 }
 
-TEST(FileCommand, SaysWhyAFileIsNotRead) {
-    const std::vector<std::string> commands[] = {{"list"},       {"list", "A"},          {"get", "A", "K"},
-                                                 {"empty", "A"}, {"set", "A", "K", "1"}, {"delete", "A", "K"}};
-    MemoryServer server;
-    for (std::vector<std::string> arguments : commands) {
-        SCOPED_TRACE(arguments.front());
-        arguments.insert(arguments.begin(), "file");
-        arguments.insert(arguments.begin() + 2, kPath);
-        TextConsole console;
-        EXPECT_EQ(console.Run(arguments), 1);
-        EXPECT_EQ(console.Notices, "Unable to open file F:\\X\\SETUP.INI\n");
-    }
-}
-
 TEST(FileCommand, ShowsNothingOfAFileThatCannotBeReadToItsEnd) {
     const std::vector<std::string> commands[] = {{"list"}, {"list", "A"}, {"get", "A", "K"}, {"delete", "A", "K"}};
     MemoryServer server;

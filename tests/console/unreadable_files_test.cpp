@@ -36,6 +36,8 @@ const Case kCases[] = {
     {"device set MODEM-1 RecdUser=NOBODY", kUsers},
     {"device list", kSetup, "ERROR - Unable to open file "},
     {"paths", kSetup, "ERROR - Unable to open file "},
+    {"file list " + kSetup, kSetup},
+    {"file set " + kSetup + " A K 1", kSetup},
     {"coversheet list", kCovers},
     {"coversheet installable", kCovers},
     {"coversheet add NEW x", kCovers},

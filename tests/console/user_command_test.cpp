@@ -5,6 +5,7 @@
 #include <set>
 #include <sstream>
 
+#include "console/command_case.h"
 #include "console/text_console.h"
 #include "support/memory_server.h"
 #include "support/texts.h"
@@ -38,21 +39,13 @@ struct Scene {
         Server.Put("F:\\BRIVANE\\B-DB\\USER.INI", "[OPTIONS]\r\n");
         Server.Put(kPath, kList);
     }
-    std::string List() { return Server.Get(kPath); }
+    std::string File() { return Server.Get(kPath); }
     bool HasDirectory(const std::string& name) {
         return Server.Files.Find("F:\\BRIVANE\\USERS\\" + name + "\\B-IN").has_value();
     }
 };
 
-struct Case {
-    std::string Command;
-    int Status;
-    std::string Results;
-    std::string LastNotice;
-    std::string After = kList;
-};
-
-const Case kCases[] = {
+const test::CommandCase kCases[] = {
     {"user list", 0, "ANN\tAnn, \"A\"\t@S\nCARL\t\t\n", ""},
     {"user list --group @s", 0, "ANN\tAnn, \"A\"\t@S\n", ""},
     {"user list --group @X", 1, "", "Brivane usergroup @X not found\n"},
@@ -99,21 +92,10 @@ const Case kCases[] = {
 };
 
 TEST(UserCommand, DoesOneThingAndSaysIt) {
-    for (const Case& one : kCases) {
-        SCOPED_TRACE(one.Command);
-        Scene scene;
-        EXPECT_EQ(scene.Console.Type(one.Command), one.Status);
-        EXPECT_EQ(scene.Console.Results, one.Results);
-        EXPECT_THAT(scene.Console.Notices, testing::EndsWith(one.LastNotice));
-        EXPECT_EQ(scene.Console.Notices.empty(), one.LastNotice.empty());
-        EXPECT_EQ(scene.List(), one.After);
-        Scene rehearsal;
-        EXPECT_EQ(rehearsal.Console.Type(one.Command + " --dry-run"),
-                  one.Command == "user delete ann" ? 0 // nobody need be asked
-                                                   : one.Status);
-        EXPECT_EQ(rehearsal.List(), kList);
-        EXPECT_FALSE(rehearsal.HasDirectory("BEN"));
-    }
+    test::ExpectEach<Scene>(kCases, kList);
+    Scene rehearsal;
+    EXPECT_EQ(rehearsal.Console.Type("user add BEN --dry-run"), 0);
+    EXPECT_FALSE(rehearsal.HasDirectory("BEN"));
 }
 
 TEST(UserCommand, SetsARecordToWhatItReadsAs) {
@@ -140,7 +122,7 @@ TEST(UserCommand, SetsARecordToWhatItReadsAs) {
         scene.Server.Put(kPath, head + lines);
         EXPECT_EQ(scene.Console.Run({"user", "set", "ODD", value}), lines.starts_with("GroupAdmin") ? 1 : 0);
         EXPECT_EQ(scene.Console.Notices, notice);
-        EXPECT_EQ(scene.List(), head + after);
+        EXPECT_EQ(scene.File(), head + after);
     }
 }
 
@@ -156,7 +138,7 @@ TEST(UserCommand, ALimitThatTheDefaultUserLiftsIsSaid) {
     scene.Server.Put("F:\\U.CSV", "Name,Admin,Dial\nBEN,NO,Local\n");
     EXPECT_EQ(scene.Console.Run({"user", "import", "F:\\U.CSV"}), 1);
     EXPECT_THAT(scene.Console.Notices, HasSubstr("F:\\U.CSV, line 2, column 3: Dial: \"Local\" does not count"));
-    EXPECT_EQ(scene.List(), list);
+    EXPECT_EQ(scene.File(), list);
 }
 
 TEST(UserExport, IsImportedWithoutAChange) {
@@ -173,7 +155,7 @@ TEST(UserExport, IsImportedWithoutAChange) {
     scene.Server.Put("F:\\U.CSV", "\xEF\xBB\xBF" + scene.Console.Results);
     EXPECT_EQ(scene.Console.Run({"user", "import", "F:\\U.CSV"}), 0);
     EXPECT_EQ(scene.Console.Notices, "Added 0 users, changed 0\n");
-    EXPECT_EQ(scene.List(), kList + odd);
+    EXPECT_EQ(scene.File(), kList + odd);
 }
 
 TEST(UserImport, AddsAndChangesInOneRewrite) {
@@ -183,13 +165,13 @@ TEST(UserImport, AddsAndChangesInOneRewrite) {
     EXPECT_EQ(scene.Console.Run({"user", "import", "F:\\U.CSV", "--dry-run"}), 0);
     EXPECT_EQ(scene.Console.Notices, "Would add user BEN\nWould change user CARL\n    Group: \"\" to \"@S\"\n");
     EXPECT_THAT(scene.Console.Results, HasSubstr("+Name: BEN\n"));
-    EXPECT_EQ(scene.List(), kList);
+    EXPECT_EQ(scene.File(), kList);
 
     EXPECT_EQ(scene.Console.Run({"user", "import", "F:\\U.CSV"}), 0);
     EXPECT_EQ(scene.Console.Notices, "Added 1 user, changed 1\n");
-    EXPECT_THAT(scene.List(), HasSubstr("Name: BEN\r\nFullname: Ben \"B\"\r\nGroup: @s\r\n"));
-    EXPECT_THAT(scene.List(), HasSubstr("Name: CARL\r\nFullname: \r\nGroup: @S\r\n"));
-    EXPECT_THAT(scene.List(), HasSubstr(kAnn)) << "not changed, not written";
+    EXPECT_THAT(scene.File(), HasSubstr("Name: BEN\r\nFullname: Ben \"B\"\r\nGroup: @s\r\n"));
+    EXPECT_THAT(scene.File(), HasSubstr("Name: CARL\r\nFullname: \r\nGroup: @S\r\n"));
+    EXPECT_THAT(scene.File(), HasSubstr(kAnn)) << "not changed, not written";
     EXPECT_TRUE(scene.HasDirectory("BEN"));
     EXPECT_FALSE(scene.HasDirectory("CARL"));
 }
@@ -205,7 +187,7 @@ TEST(UserImport, TakesWhatSpreadsheetsMake) {
         scene.Server.Put("F:\\U.CSV", file);
         EXPECT_EQ(scene.Console.Run({"user", "import", "F:\\U.CSV"}), 0);
         EXPECT_EQ(scene.Console.Notices, "Added 1 user, changed 0\n");
-        EXPECT_THAT(scene.List(), HasSubstr(added));
+        EXPECT_THAT(scene.File(), HasSubstr(added));
     }
 }
 
@@ -250,7 +232,7 @@ TEST(UserImport, NamesEveryBadRowAndWritesNothing) {
         std::set<std::string> expected;
         for (const std::string& fault : faults) expected.insert("F:\\U.CSV, " + fault);
         EXPECT_EQ(said, expected);
-        EXPECT_EQ(scene.List(), kList);
+        EXPECT_EQ(scene.File(), kList);
     }
 }
 
@@ -283,11 +265,11 @@ TEST(UserImport, StoppedHalfWayLeavesWholeUsers) {
     ImpatientConsole console;
     EXPECT_EQ(console.Run({"user", "import", "F:\\U.CSV"}), 1);
     EXPECT_THAT(console.Notices, testing::EndsWith("\nStopped: added 2 of 4 users, changed 0 of 1\n"));
-    EXPECT_THAT(scene.List(), HasSubstr("Name: A2\r\n"));
-    EXPECT_EQ(scene.List().find("Name: A3\r\n"), std::string::npos);
+    EXPECT_THAT(scene.File(), HasSubstr("Name: A2\r\n"));
+    EXPECT_EQ(scene.File().find("Name: A3\r\n"), std::string::npos);
     EXPECT_TRUE(scene.HasDirectory("A2"));
     EXPECT_FALSE(scene.HasDirectory("A3"));
-    EXPECT_THAT(scene.List(), HasSubstr(kAnn));
+    EXPECT_THAT(scene.File(), HasSubstr(kAnn));
 }
 
 } // namespace

@@ -90,13 +90,9 @@ const Change kChanges[] = {
     {kHead + kAlpha + kMemo, "ALPHA", {}, kHead + kMemo},
     {kHead + kAlpha, "ALPHA", {}, kHead},
     {kHead + kAlpha + "; c\r\nfile:ALPHA\r\n", "ALPHA", {}, kHead + "; c\r\n"}, // every entry of that name
-    {kAlpha + "[DIRECTORY] 2\r\n" + kAlpha + "[Directory] \r\n" + kAlpha + "[X]\r\n" + kAlpha,
-     "ALPHA",
-     {},
+    {kAlpha + "[DIRECTORY] 2\r\n" + kAlpha + "[Directory] \r\n" + kAlpha + "[X]\r\n" + kAlpha, "ALPHA", std::nullopt,
      kAlpha + "[DIRECTORY] 2\r\n" + kAlpha + "[Directory]\r\n[X]\r\n" + kAlpha},
-    {"\n[DIRECTORY]\nFile: ALPHA\t\"x\"\n\n" + std::string(300, 'x') + "\nFile: MEMO\t\"y\" \t",
-     "ALPHA",
-     {},
+    {"\n[DIRECTORY]\nFile: ALPHA\t\"x\"\n\n" + std::string(300, 'x') + "\nFile: MEMO\t\"y\" \t", "ALPHA", std::nullopt,
      "\r\n[DIRECTORY]\r\n\r\n" + std::string(280, 'x') + "\r\nFile: MEMO \"y\"\r\n"},
 };
 

@@ -15,18 +15,19 @@ using testing::ElementsAre;
 using testing::ElementsAreArray;
 using testing::IsEmpty;
 using enum ItemKind;
+using Texts = std::vector<std::string>;
 
 const std::string kCovers = "F:\\BRIVANE\\B-COVER\\";
 const std::string kLetters = "F:\\BRIVANE\\B-LETTER\\";
 
 TEST(Catalogue, ListsItsEntries) {
     const std::string d = "[DIRECTORY]\r\n";
-    const std::pair<std::string, std::vector<std::string>> cases[] = {
+    const std::pair<std::string, Texts> cases[] = {
         {"", {}},
         {"\0\xFF[DIRECTORY]\n[DIR\0CTORY]\nFile: A \"a\"\n"s, {}},
         {"File: X \"x\"\r\n[BRIVANE]\r\nFile: Y \"y\"\r\n" + d + "File: MEMO     \"Short\"\r\n\r\n; File: C \"c\"\r\n" +
              " File: I \"i\"\r\nType: T \"t\"\r\nFile: ALPHA \"First\"\r\n" + d + "File: Z \"z\"\r\n",
-         {"MEMO\tShort", "ALPHA\tFirst"}},
+         Texts{"MEMO\tShort", "ALPHA\tFirst"}},
         {"[directory] x\nfile:a \"A\"\nFILE: b,\"B\"", {"a\tA", "b\tB"}},
         {d + "File: TWELVE789012 \"a\"\r\nFile: THIRTEEN90123 \"b\"\r\n", {"TWELVE789012\ta"}},
         {d + "File: A\r\nFile:\r\nFile: B \"\"\r\nFile: C x y\r\nFile: D \"\r\n", {"B\t", "C\tx", "D\t"}},
@@ -98,28 +99,20 @@ TEST(Catalogue, OffersTheFilesThatAreNotInItYet) {
 }
 
 TEST(Catalogue, ANewItemNeedsANameAndFilesAndMustNotBeThereYet) {
-    const std::tuple<ItemKind, const char*, const char*, std::vector<std::string>> cases[] = {
+    const std::tuple<ItemKind, const char*, const char*, Texts> cases[] = {
         {Coversheet, "", "", {"error: Please specify a coversheet file name"}},
         {Letterhead, "", "", {"error: Please specify a letterhead file name"}},
-        {Coversheet,
-         "zulu",
-         "ZULU",
-         {"error: ZULU coversheet files (*.EPN, *.G3N, *.G3F) not found in " + kCovers + " directory"}},
-        {Letterhead,
-         "draft",
-         "DRAFT",
-         {"error: DRAFT letterhead files (*.G3N, *.G3F) not found in " + kLetters + " directory"}},
-        {Coversheet,
-         "nul",
-         "NUL",
-         {"error: Name: \"NUL\" - Windows keeps CON, PRN, AUX, NUL, "
-          "COM1 "
-          "to COM9 and LPT1 to LPT9 for devices."}},
-        {Letterhead,
-         "a.",
-         "A.",
-         {"error: Name: \"A.\" - no file name has a dot at its "
-          "end."}},
+        {Coversheet, "zulu", "ZULU",
+         Texts{"error: ZULU coversheet files (*.EPN, *.G3N, *.G3F) not found in " + kCovers + " directory"}},
+        {Letterhead, "draft", "DRAFT",
+         Texts{"error: DRAFT letterhead files (*.G3N, *.G3F) not found in " + kLetters + " directory"}},
+        {Coversheet, "nul", "NUL",
+         Texts{"error: Name: \"NUL\" - Windows keeps CON, PRN, AUX, NUL, "
+               "COM1 "
+               "to COM9 and LPT1 to LPT9 for devices."}},
+        {Letterhead, "a.", "A.",
+         Texts{"error: Name: \"A.\" - no file name has a dot at its "
+               "end."}},
         {Coversheet, "there", "THERE", {"error: Coversheet THERE is already installed"}},
         {Letterhead, "there", "THERE", {"error: Coversheet THERE is already installed"}},
         {Coversheet, "draft", "DRAFT", {}},

@@ -7,20 +7,30 @@
 namespace bv::test {
 namespace {
 
-class WatchedLibrary final : public platform::Library {
-  public:
-    WatchedLibrary(std::unique_ptr<platform::Library> library, FakeTelephony& watcher)
-        : library_(std::move(library)), watcher_(watcher) {}
-    ~WatchedLibrary() override { watcher_.Note("freed"); }
-    WatchedLibrary(const WatchedLibrary&) = delete;
-    WatchedLibrary& operator=(const WatchedLibrary&) = delete;
+using PlainEntry = void (*)();
 
-    void (*Entry(const std::string& name))() override {
-        return watcher_.Missing.count(name) != 0 ? nullptr : library_->Entry(name);
+const std::map<std::string, PlainEntry> kEntries = {
+    {"lineInitialize", reinterpret_cast<PlainEntry>(line::Initialize)},
+    {"lineShutdown", reinterpret_cast<PlainEntry>(line::Shutdown)},
+    {"lineGetTranslateCaps", reinterpret_cast<PlainEntry>(line::GetTranslateCaps)},
+    {"lineNegotiateAPIVersion", reinterpret_cast<PlainEntry>(line::NegotiateAPIVersion)},
+    {"lineGetCountry", reinterpret_cast<PlainEntry>(line::GetCountry)},
+    {"lineTranslateDialog", reinterpret_cast<PlainEntry>(line::TranslateDialog)},
+    {"lineTranslateAddress", reinterpret_cast<PlainEntry>(line::TranslateAddress)},
+};
+
+class WatchedTable final : public platform::Library {
+  public:
+    explicit WatchedTable(FakeTelephony& watcher) : watcher_(watcher) {}
+    ~WatchedTable() override { watcher_.Note("freed"); }
+    WatchedTable(const WatchedTable&) = delete;
+    WatchedTable& operator=(const WatchedTable&) = delete;
+
+    PlainEntry Entry(const std::string& name) override {
+        return watcher_.Missing.count(name) != 0 ? nullptr : kEntries.at(name);
     }
 
   private:
-    std::unique_ptr<platform::Library> library_;
     FakeTelephony& watcher_;
 };
 
@@ -33,17 +43,12 @@ TelephonySession::TelephonySession() {
     TakeCalls();
 }
 
-std::vector<std::string> FakeTelephony::TakeCalls() {
-    std::vector<std::string> calls;
-    calls.swap(Calls);
-    return calls;
-}
+std::vector<std::string> FakeTelephony::TakeCalls() { return std::exchange(Calls, {}); }
 
 std::unique_ptr<platform::Library> FakeTelephony::Load(const std::string& name) {
     Note("load " + name);
-    auto library = Present ? LoadTelephony(name, this) : nullptr;
-    if (!library) return nullptr;
-    return std::make_unique<WatchedLibrary>(std::move(library), *this);
+    AnswerBy(this);
+    return Present ? std::make_unique<WatchedTable>(*this) : nullptr;
 }
 
 } // namespace bv::test

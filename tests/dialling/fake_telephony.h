@@ -12,10 +12,6 @@
 
 namespace bv::test {
 
-// The library, with the answers to go by: the table that lies in the tests' program or, in the tests of the DLL, what
-// the system loads by the name.
-std::unique_ptr<platform::Library> LoadTelephony(const std::string& name, TelephonyAnswers* answers);
-
 // In place of the system's libraries, with a server in memory, while it lives; then the session is ended.
 class FakeTelephony : public TelephonyAnswers, public platform::Libraries {
   public:

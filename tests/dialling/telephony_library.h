@@ -1,6 +1,5 @@
-// A telephony library of the tests' own, which answers as told. It is compiled twice: as a table of functions within
-// the tests' program, and for Windows also as a TAPI32.DLL (tests/telephony). Its structures are put together word by
-// word from the published layout, not from the engine's description of it.
+// A telephony library of the tests' own, which answers as told. Its structures are put together word by word from the
+// published layout, not from the engine's description of it.
 #pragma once
 
 #include <cstddef>

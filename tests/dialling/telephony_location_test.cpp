@@ -15,6 +15,8 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 using Lines = std::vector<std::string>;
+using Nonsense = std::vector<FakeNonsense>;
+using Translations = std::map<std::string, std::string>;
 constexpr std::uint32_t kBadDevice = 0x80000002;
 const std::string kBadDeviceSaid =
     "status 1: TAPI reports 'The specified device identifier or line device identifier is invalid'";
@@ -143,15 +145,12 @@ TEST(TelephonyLocation, TakesTheTollPrefixesApart) {
 
 TEST(TelephonyLocation, SaysThatItCannotBeHad) {
     const std::string caps = "lineGetTranslateCaps";
-    const std::tuple<const char*, std::uint32_t, std::vector<FakeNonsense>, StatusCode, Lines> cases[] = {
+    const std::tuple<const char*, std::uint32_t, Nonsense, StatusCode, Lines> cases[] = {
         {"current location is none", 0, {{caps, 6, 2}}, kTapiCallFailed, {}},
         {"no locations", 0, {{caps, 3, 0}}, kTapiCallFailed, {}},
         {"call fails", kBadDevice, {}, kTapiCallFailed, {kBadDeviceSaid}},
-        {"answers with a request's number",
-         5,
-         {},
-         kTapiCallFailed,
-         {"status 1: TAPI reports 'Unknown/unspecified error'"}},
+        {"answers with a request's number", 5, Nonsense{}, kTapiCallFailed,
+         Lines{"status 1: TAPI reports 'Unknown/unspecified error'"}},
         {"wants 4 GiB", 0, {{caps, 1, 0xFFFFFFFF}}, kTapiNoMemory, {}},
         {"wants a byte over 16 MiB", 0, {{caps, 1, 0x1000001}}, kTapiNoMemory, {}},
         {"list begins outside", 0, {{caps, 5, 0xFFFFFFFF}}, kTapiCallFailed, {}},
@@ -179,7 +178,7 @@ TEST(TelephonyLocation, SaysThatItCannotBeHad) {
 TEST(TelephonyLocation, ReadsNothingOutsideWhatItGave) {
     constexpr std::size_t kEntry = 11; // the first word of the only location
     const std::string caps = "lineGetTranslateCaps";
-    const std::tuple<const char*, std::vector<FakeNonsense>, const char*, const char*> cases[] = {
+    const std::tuple<const char*, Nonsense, const char*, const char*> cases[] = {
         {"name far outside", {{caps, kEntry + 2, 0xFFFFFFF0}}, "", "171"},
         {"name one byte too long", {{caps, kEntry + 1, 31}, {caps, kEntry + 2, 112}}, "", "171"},
         {"name up to its end", {{caps, kEntry + 1, 18}, {caps, kEntry + 2, 112}}, "London", "171"},
@@ -212,49 +211,39 @@ struct Deduction {
     const char* Name;
     std::uint32_t Country;
     const char* City;
-    std::map<std::string, std::string> Dialled;
+    Translations Dialled;
     const char* Rules; // international, long distance, same area
 };
 
 TEST(TelephonyRules, AreDeducedFromTranslations) {
     const Deduction cases[] = {
-        {"no area code at home",
-         44,
-         "171",
-         {{"+33 (130) 1234567", "00331301234567"},
-          {"+44 (130) 1234567", "0 (130) 123 4567"},
-          {"+44 (171) 1234567", "1234567"}},
+        {"no area code at home", 44, "171",
+         Translations{{"+33 (130) 1234567", "00331301234567"},
+                      {"+44 (130) 1234567", "0 (130) 123 4567"},
+                      {"+44 (171) 1234567", "1234567"}},
          "00EFG|0FG|"},
-        {"own country's city with its prefix",
-         44,
-         "0171",
-         {{"+33 (171) 1234567", "00 33-171-1234567"},
-          {"+44 (171) 1234567", "01711234567"},
-          {"+44 (0171) 1234567", "01711234567"}},
+        {"own country's city with its prefix", 44, "0171",
+         Translations{{"+33 (171) 1234567", "00 33-171-1234567"},
+                      {"+44 (171) 1234567", "01711234567"},
+                      {"+44 (0171) 1234567", "01711234567"}},
          "00EFG|0FG|0FG"},
-        {"ten digits at home",
-         1,
-         "206",
-         {{"+44 (171) 1234567", "011441711234567"},
-          {"+1 (171) 1234567", "11711234567"},
-          {"+1 (206) 1234567", "2061234567"}},
+        {"ten digits at home", 1, "206",
+         Translations{{"+44 (171) 1234567", "011441711234567"},
+                      {"+1 (171) 1234567", "11711234567"},
+                      {"+1 (206) 1234567", "2061234567"}},
          "011EFG|1FG|1FG"},
-        {"prefix that repeats the number's digits",
-         1,
-         "206",
-         {{"+44 (171) 1234567", "171 44 171 1234567"},
-          {"+1 (171) 1234567", "171 171 1234567"},
-          {"+1 (206) 1234567", "1234567"}},
+        {"prefix that repeats the number's digits", 1, "206",
+         Translations{{"+44 (171) 1234567", "171 44 171 1234567"},
+                      {"+1 (171) 1234567", "171 171 1234567"},
+                      {"+1 (206) 1234567", "1234567"}},
          "171EFG|171FG|"},
-        {"translations that end in another number",
-         1,
-         "206",
-         {{"+44 (171) 1234567", "0119999999"}, {"+1 (171) 1234567", "234567"}, {"+1 (206) 1234567", ""}},
+        {"translations that end in another number", 1, "206",
+         Translations{{"+44 (171) 1234567", "0119999999"}, {"+1 (171) 1234567", "234567"}, {"+1 (206) 1234567", ""}},
          "||"},
-        {"without a city",
-         1,
-         "",
-         {{"+44 (171) 1234567", "011441711234567"}, {"+1 (171) 1234567", "1711234567"}, {"+1 () 1234567", "1234567"}},
+        {"without a city", 1, "",
+         Translations{{"+44 (171) 1234567", "011441711234567"},
+                      {"+1 (171) 1234567", "1711234567"},
+                      {"+1 () 1234567", "1234567"}},
          "011EFG|FG|"},
     };
     for (const Deduction& c : cases) {
@@ -276,7 +265,7 @@ TEST(TelephonyRules, AreDeducedFromTranslations) {
 
 TEST(TelephonyRules, AreDeducedWheneverTheLibraryDoesNotGiveThem) {
     const std::string entry = "lineGetCountry";
-    const std::tuple<const char*, std::uint32_t, std::vector<FakeNonsense>, Lines> cases[] = {
+    const std::tuple<const char*, std::uint32_t, Nonsense, Lines> cases[] = {
         {"call fails", kBadDevice, {}, {kBadDeviceSaid}},   {"no country", 0, {{entry, 3, 0}}, {}},
         {"two countries", 0, {{entry, 3, 2}}, {}},          {"another country", 0, {{entry, 6, 441}}, {}},
         {"entry outside", 0, {{entry, 5, 0xFFFFFFFF}}, {}}, {"entry ends outside", 0, {{entry, 5, 60}}, {}},

@@ -1,19 +1,13 @@
-// gui_tests [--pictures DIRECTORY | GoogleTest's arguments]
-// With --pictures it draws every dialog into a .bmp file of the directory instead of testing.
 #include <gtest/gtest.h>
-
-#include <string_view>
 
 #include "dialogs/colours_dlg.h"
 #include "gui/gui.h"
-#include "gui/pictures.h"
 #include "shell/main_window_dlg.h"
 
 int main(int count, char** arguments) {
     bv::gui::MakeDesktop();
     bv::StartCommonControls();
     bv::MainWindow::RegisterWindowClass();
-    if (count == 3 && std::string_view(arguments[1]) == "--pictures") return bv::gui::DrawPictures(arguments[2]);
     testing::InitGoogleTest(&count, arguments);
     return RUN_ALL_TESTS();
 }

@@ -27,6 +27,7 @@ bool FocusMovesTo(HWND dialog, int control) {
     return Until([&] { return FocusOf(dialog) == control && GetForegroundWindow() == dialog; });
 }
 
+<<<<<<< HEAD
 TEST_F(Setup, OpensTheMenuOverItsBannerAndEndsWithIt) {
     const Program setup(Command());
     const HWND menu = setup.Shown().Wait(kMenuTitle);
@@ -39,6 +40,8 @@ TEST_F(Setup, OpensTheMenuOverItsBannerAndEndsWithIt) {
     EXPECT_EQ(setup.WaitForEnd(), 0);
 }
 
+=======
+>>>>>>> main
 TEST_F(Setup, LeavesInwardRoutingOutWhereItIsSwitchedOff) {
     Server.Files().Write("B-DB\\SETUP.INI", "[OPTIONS]\r\nEnableRouting: FALSE\r\n");
     const Program setup(Command());
@@ -56,6 +59,9 @@ TEST_F(Setup, AKeyboardUserAddsDescribesViewsAndDeletesACoversheet) {
     ASSERT_TRUE(FocusMovesTo(menu, ID_MENU_USERS));
     Key('C', VK_MENU);
     ASSERT_TRUE(FocusMovesTo(menu, ID_MENU_COVLET));
+    EXPECT_TRUE(IsWindowVisible(Banner()));
+    EXPECT_EQ(GetWindow(menu, GW_OWNER), Banner());
+    EXPECT_NE(GetDlgItem(menu, ID_MENU_ROUTING), nullptr);
     Key(VK_RETURN);
     const HWND catalogue = setup.Shown().Wait(kCatalogueTitle);
     ASSERT_TRUE(FocusMovesTo(catalogue, ID_COVLET_LIST));
@@ -134,12 +140,15 @@ TEST_F(Setup, WaitsForTheEditorAndNotForTheViewer) {
 }
 
 TEST_F(Setup, ADigitOpensOneAreaAndTheProgramEndsWithIt) {
+<<<<<<< HEAD
     const Program coversheets(Command("-5"));
     const HWND catalogue = coversheets.Shown().Wait(kCatalogueTitle);
     ASSERT_TRUE(FocusMovesTo(catalogue, ID_COVLET_LIST));
     Key(VK_ESCAPE);
     EXPECT_EQ(coversheets.WaitForEnd(), 0);
 
+=======
+>>>>>>> main
     const Program devices(Command("/2"));
     EXPECT_EQ(devices.Shown().WaitBox(kWarningCaption), "This version of the program cannot configure devices.");
     EXPECT_TRUE(devices.Shown().AnswerBox(kWarningCaption, IDOK));

@@ -20,12 +20,13 @@ using testing::ElementsAre;
 using testing::ElementsAreArray;
 using testing::IsEmpty;
 using Texts = std::vector<std::string>;
+using Faults = std::map<std::string, Error>;
 using EntryMap = std::map<std::string, PlainEntry>;
 
 // What the libraries of the test answer, and what they were called with.
 struct Answers : test::MailPartner {
     Texts Calls;
-    std::map<std::string, Error> Fail; // by entry
+    Faults Fail; // by entry
 
     Texts TakeCalls() { return std::exchange(Calls, {}); }
 };
@@ -166,33 +167,21 @@ TEST_F(MailAccess, LogsOnAndOffWithExtendedMapiWhereItCan) {
     const struct {
         const char* What;
         const char* Missing;
-        std::map<std::string, Error> Fail;
+        Faults Fail;
         bool GivesNothing;
         Texts Calls;
     } rows[] = {
-        {"all",
-         "",
-         {},
-         false,
-         {"Initialize", "Logon 5 gate (none) 2", "OpenExtended 7777777777", "Release", "Logoff 7777777777",
-          "Uninitialize"}},
-        {"no session",
-         "",
-         {},
-         true,
-         {"Initialize", "Logon 5 gate (none) 2", "OpenExtended 7777777777", "Logoff 7777777777", "Uninitialize"}},
+        {"all", "", Faults{}, false,
+         Texts{"Initialize", "Logon 5 gate (none) 2", "OpenExtended 7777777777", "Release", "Logoff 7777777777",
+               "Uninitialize"}},
+        {"no session", "", Faults{}, true,
+         Texts{"Initialize", "Logon 5 gate (none) 2", "OpenExtended 7777777777", "Logoff 7777777777", "Uninitialize"}},
         {"half a pair", "MAPIUninitialize", {}, false, plain},
         {"the other half", "MAPIInitialize", {}, false, plain},
-        {"not initialised",
-         "",
-         {{"Initialize", 0x80004005}},
-         false,
-         {"Initialize", "Logon 5 gate (none) 2", "Logoff 7777777777"}},
-        {"refused",
-         "",
-         {{"OpenExtended", 0x80004005}},
-         false,
-         {"Initialize", "Logon 5 gate (none) 2", "OpenExtended 7777777777", "Logoff 7777777777", "Uninitialize"}},
+        {"not initialised", "", Faults{{"Initialize", 0x80004005}}, false,
+         Texts{"Initialize", "Logon 5 gate (none) 2", "Logoff 7777777777"}},
+        {"refused", "", Faults{{"OpenExtended", 0x80004005}}, false,
+         Texts{"Initialize", "Logon 5 gate (none) 2", "OpenExtended 7777777777", "Logoff 7777777777", "Uninitialize"}},
     };
     for (const auto& [what, missing, fail, givesNothing, calls] : rows) {
         libraries_.There["MAPI32.DLL"] = kMapi;

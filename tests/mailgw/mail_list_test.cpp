@@ -93,18 +93,12 @@ TEST_F(MailList, ReplacingCarriesAlongWhatIsTheGateways) {
         std::string After;
         Texts Said;
     } rows[] = {
-        {kHead + kRich + Entry("X", "x"),
-         "ANN",
-         "Z",
-         kHead + Entry("ANN", "Z", carried) + Entry("X", "x"),
-         {kPrevented}},
+        {kHead + kRich + Entry("X", "x"), "ANN", "Z", kHead + Entry("ANN", "Z", carried) + Entry("X", "x"),
+         Texts{kPrevented}},
         {Entry("X", "a") + kRich, "ANN", "Z", Entry("ANN", "Z", carried) + Entry("X", "a"), {kPrevented}},
         {kRich + Entry("X", "z"), "ANN", "zz", Entry("X", "z") + Entry("ANN", "zz", carried), {kPrevented}},
-        {kRich + "[USER]\r\nEmailname: z",
-         "ANN",
-         "zz",
-         "[USER]\r\nEmailname: z\r\n" + Entry("ANN", "zz", carried),
-         {kPrevented}},
+        {kRich + "[USER]\r\nEmailname: z", "ANN", "zz", "[USER]\r\nEmailname: z\r\n" + Entry("ANN", "zz", carried),
+         Texts{kPrevented}},
         {kHead + kRich, "ANN", "Z", kHead + Entry("ANN", "Z", carried), {kPrevented}},
         // the first of that name alone
         {kRich + Entry("X", "KAY K"), "ANN", "Z", Entry("X", "KAY K") + Entry("ANN", "Z", carried), {kPrevented}},
@@ -130,21 +124,12 @@ TEST_F(MailList, DeletingTakesTheFirstRecordOfTheName) {
         Texts Said;
     } rows[] = {
         {"ANN", "KAY K", MailListOutcome::Done, head + "[OTHER]\r\n" + Entry("Y", "kay k"), {kPrevented}},
-        {"ANN",
-         "KAY",
-         MailListOutcome::NotListed,
-         list,
-         {"error: User: 'KAY' (ANN)\n\nThis user must be disabled using the mail system"}},
-        {"ANN",
-         "",
-         MailListOutcome::NotListed,
-         list,
-         {"error: User: '' (ANN)\n\nThis user must be disabled using the mail system"}},
-        {"ANN",
-         "Kay\tK",
-         MailListOutcome::NotListed,
-         list,
-         {"error: User: 'Kay' (ANN)\n\nThis user must be disabled using the mail system"}},
+        {"ANN", "KAY", MailListOutcome::NotListed, list,
+         Texts{"error: User: 'KAY' (ANN)\n\nThis user must be disabled using the mail system"}},
+        {"ANN", "", MailListOutcome::NotListed, list,
+         Texts{"error: User: '' (ANN)\n\nThis user must be disabled using the mail system"}},
+        {"ANN", "Kay\tK", MailListOutcome::NotListed, list,
+         Texts{"error: User: 'Kay' (ANN)\n\nThis user must be disabled using the mail system"}},
         {"(x)", "KAY K", MailListOutcome::Failed, list, {"error: Not allowed to delete default user (x)"}},
     };
     for (const auto& [user, email, outcome, after, said] : rows) {

@@ -84,26 +84,6 @@ TEST(TelephoneTypes, ReplaceTheOldOnesInThePlaceOfTheFirst) {
     }
 }
 
-TEST(TelephoneTypes, ASaveThatFailsIsReportedAndLeavesTheFile) {
-    const std::string before = "[QUEUEMAN]\nTelnumType: Local \"x\"\n";
-    const std::string after = "[QUEUEMAN]\nTelnumType: Local           \"y\"\n";
-    const auto save = [] {
-        TelephoneTypes saved;
-        return SaveTelephoneTypes({{1, "y"}}, saved);
-    };
-    EXPECT_THAT(test::TextsLeftByFaults(before, save), ElementsAre(before, after));
-    SetupServer server(before);
-    test::FaultyFiles full(server.Files, {test::FaultKind::ShortWrite, 3});
-    const platform::Substitute<platform::FileSystem> use(full);
-    EXPECT_FALSE(save());
-    EXPECT_THAT(server.Front.TakeSaid(), ElementsAre(kUpdating, "error: Error updating file " + test::kSetupFile));
-    const ControlStream other = OpenShared(test::kSetupFile, "r+b");
-    TelephoneTypes types;
-    EXPECT_FALSE(save() || LoadTelephoneTypes(types));
-    const std::string refused = "error: Unable to open file " + test::kSetupFile;
-    EXPECT_THAT(server.Front.TakeSaid(), ElementsAre(refused, refused));
-}
-
 TEST(TelephoneTypes, ADescriptionStandsInQuotes) {
     EXPECT_EQ(FaultOfTypeDescription(std::string(100, 'x')), std::nullopt);
     EXPECT_EQ(FaultOfTypeDescription(""), std::nullopt);

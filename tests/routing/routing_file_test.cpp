@@ -16,6 +16,7 @@ using test::Replaced;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using Texts = std::vector<std::string>;
 
 const std::string kPath = "F:\\BRIVANE\\B-DB\\ROUTING.INI";
 const std::string kHead = "[BRIVANE]\nType: RoutingInit\nRevision: A\n\n";
@@ -97,21 +98,18 @@ TEST(RoutingFile, GivesItsRulesInTheirOrderAndSkipsWhatIsNone) {
         std::vector<std::string> Rules;
     };
     const Case cases[] = {
-        {"[SENDERID]\n",
-         "A: B\n@44: \"+44\" \"Smith, Ltd\"\n\\(un): ANN\nBOB:CARL \n",
-         {"44|+44|Smith, Ltd|(un)|ANN", "44|+44|Smith, Ltd|BOB|CARL"}},
+        {"[SENDERID]\n", "A: B\n@44: \"+44\" \"Smith, Ltd\"\n\\(un): ANN\nBOB:CARL \n",
+         Texts{"44|+44|Smith, Ltd|(un)|ANN", "44|+44|Smith, Ltd|BOB|CARL"}},
         {"[SENDERID]\n", "@44: \"\" \"S\"\n@45: \"x\"\nA: B\n@46: \"\n", {"44|44|S||", "45|x||A|B", "46|46|||"}},
         {"[SENDERID]\n", "@44 \"x\" \"y\"\nA: B\n@45: x \"y\"\nA: B\n@46:\nA: B\n@\n", {}},
         {"[SENDERID]\n", "@44: \"x\" y z\nno entry\nA=B\n: B\n\\: B\n ; C: D\n;E: F\nG:\n", {"44|x|y|G|"}},
-        {"[SUBADDR]\n",
-         "\\*1: ann bob\n22: BOB\n2 2: BOB\n:\n7 ANN\n\\: ANN\n\\\\9:\tz\n3:\n",
-         {"*1|ANN", "22|BOB", "\\9|Z", "3|"}},
+        {"[SUBADDR]\n", "\\*1: ann bob\n22: BOB\n2 2: BOB\n:\n7 ANN\n\\: ANN\n\\\\9:\tz\n3:\n",
+         Texts{"*1|ANN", "22|BOB", "\\9|Z", "3|"}},
         {"[FORWARD]\n",
          "A: \"\" LAN-ANY \"b\"\nC: lan-any \"D e\" delete x\nF: \"\" \"\" LAN-ANY \"G\"\nH: \"\" LAN-ONE \"I\"\n",
-         {"A|B|copies", "C|D E|moves"}},
-        {"[FORWARD]\n",
-         "A: \"\" LAN-ANY b DELETE\nC: \"\" LAN-ANY\n\\(x): \"a b\",LAN-ANY,\"D\",DELETED\nE:\n",
-         {"(x)|D|copies"}},
+         Texts{"A|B|copies", "C|D E|moves"}},
+        {"[FORWARD]\n", "A: \"\" LAN-ANY b DELETE\nC: \"\" LAN-ANY\n\\(x): \"a b\",LAN-ANY,\"D\",DELETED\nE:\n",
+         Texts{"(x)|D|copies"}},
     };
     for (const Case& one : cases) {
         RoutingServer server(Replaced(kEmpty, one.Paragraph, one.Paragraph + one.Lines));
@@ -141,6 +139,12 @@ TEST(RoutingFile, ASenderIsFiledUnderItsLettersAndDigits) {
     EXPECT_EQ(SenderRecordKey("+- "), "");
 }
 
+SenderIdRule Sender(const char* number, const char* organisation, const char* addressee, const char* user) {
+    return {"", number, organisation, addressee, user};
+}
+SubAddressRule SubAddress(const char* number, const char* user) { return {number, user}; }
+ForwardRule Forward(const char* user, const char* target, bool deletes) { return {user, target, deletes}; }
+
 struct Change {
     std::string Name;
     std::function<bool()> Make;
@@ -149,48 +153,22 @@ struct Change {
 };
 
 const Change kChanges[] = {
-    {"a new sender",
-     [] {
-         return WriteSenderIdRule({"", "+1-x", "", "ANN", "BOB"});
-     },
-     "@49: \"\"\n", "@49: \"\"\n@1X: \"+1-x\" \"\"\nANN: BOB\n"},
-    {"a new addressee",
-     [] {
-         return WriteSenderIdRule({"", "49", "O", "(u)", "BOB"});
-     },
-     "@49: \"\"\n", "@49: \"49\" \"O\"\n\\(u): BOB\n"},
-    {"an addressee again",
-     [] {
-         return WriteSenderIdRule({"", "44 181", "S", "(UNADDRESSED)", "ANN"});
-     },
+    {"a new sender", [] { return WriteSenderIdRule(Sender("+1-x", "", "ANN", "BOB")); }, "@49: \"\"\n",
+     "@49: \"\"\n@1X: \"+1-x\" \"\"\nANN: BOB\n"},
+    {"a new addressee", [] { return WriteSenderIdRule(Sender("49", "O", "(u)", "BOB")); }, "@49: \"\"\n",
+     "@49: \"49\" \"O\"\n\\(u): BOB\n"},
+    {"an addressee again", [] { return WriteSenderIdRule(Sender("44 181", "S", "(UNADDRESSED)", "ANN")); },
      "@44181: \"+44 181\" \"Smith, \"\nANN: BOB\n\\(unaddressed): CARL\n",
      "@44181: \"44 181\" \"S\"\nANN: BOB\n\\(UNADDRESSED): ANN\n"},
-    {"an addressee less",
-     [] {
-         return DeleteSenderIdRule({"", "44181", "Smith, ", "(unaddressed)", ""});
-     },
+    {"an addressee less", [] { return DeleteSenderIdRule(Sender("44181", "Smith, ", "(unaddressed)", "")); },
      "\\(unaddressed): CARL\n", ""},
-    {"a sub-address",
-     [] {
-         return WriteSubAddressRule({"#2", "ANN"});
-     },
-     "22: BOB\n", "22: BOB\n\\#2: ANN\n"},
-    {"a sub-address again",
-     [] {
-         return WriteSubAddressRule({"*1", "BOB"});
-     },
-     "\\*1: ann\n", "\\*1: BOB\n"},
+    {"a sub-address", [] { return WriteSubAddressRule(SubAddress("#2", "ANN")); }, "22: BOB\n", "22: BOB\n\\#2: ANN\n"},
+    {"a sub-address again", [] { return WriteSubAddressRule(SubAddress("*1", "BOB")); }, "\\*1: ann\n", "\\*1: BOB\n"},
     {"a sub-address less", [] { return DeleteSubAddressRule("*1"); }, "\\*1: ann\n", ""},
-    {"a copy",
-     [] {
-         return WriteForwardRule({"BOB", "ANN", false});
-     },
-     "BOB: \"x y\" lan-any \"carl\" delete\n", "BOB: \"\" LAN-ANY \"ANN\" \n"},
-    {"a forwarding",
-     [] {
-         return WriteForwardRule({"(x)", "ANN", true});
-     },
-     "\"carl\" delete\n", "\"carl\" delete\n\\(x): \"\" LAN-ANY \"ANN\" DELETE\n"},
+    {"a copy", [] { return WriteForwardRule(Forward("BOB", "ANN", false)); }, "BOB: \"x y\" lan-any \"carl\" delete\n",
+     "BOB: \"\" LAN-ANY \"ANN\" \n"},
+    {"a forwarding", [] { return WriteForwardRule(Forward("(x)", "ANN", true)); }, "\"carl\" delete\n",
+     "\"carl\" delete\n\\(x): \"\" LAN-ANY \"ANN\" DELETE\n"},
     {"a forwarding less", [] { return DeleteForwardRule("ann"); }, "ANN: \"\" LAN-ANY \"BOB\"\n", ""},
 };
 

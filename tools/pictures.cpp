@@ -1,5 +1,5 @@
-#include "gui/pictures.h"
-
+// pictures DIRECTORY: draws every dialog, filled from the sample server, into a .bmp file of the directory, for a
+// person to look at. Built with the Windows tests, whose way to drive dialogs it takes.
 #include <windows.h>
 
 #include <commctrl.h>
@@ -9,6 +9,8 @@
 
 #include "covlet/catalogue_dlg.h"
 #include "covlet/item_dlg.h"
+#include "dialogs/colours_dlg.h"
+#include "dialogs/csv_import_dlg.h"
 #include "dialogs/dialog_dlg.h"
 #include "dialogs/progress_dlg.h"
 #include "gui/disk_server.h"
@@ -19,8 +21,10 @@
 #include "shell/menu_dlg.h"
 #include "shell/server_paths.h"
 #include "shell/startup.h"
+#include "users/many_users_dlg.h"
 #include "users/name_field_dlg.h"
 #include "users/user_details_dlg.h"
+#include "users/user_import.h"
 #include "users/user_list_dlg.h"
 #include "voice/messages.h"
 
@@ -143,7 +147,9 @@ void DrawPages(const Painter& painter, const std::string& name, const std::strin
         });
 }
 
-void DrawUsers(const Painter& painter, HWND owner) {
+void DrawUsers(const Painter& painter, HWND owner, const DiskServer& server) {
+    server.Files().Write("users.csv",
+                         "Name,Fullname,Group\r\nADAM,Adam,@SALES\r\nBEN,Ben,@NOBODY\r\nANNA,Anna,@ACCTS\r\n");
     static constexpr DialogServices kServices{[](NamedThing, std::string_view) { return true; }};
     painter.Draw("users", "Brivane - users and user groups", [&] { ConfigureUsers(owner, kServices); });
     painter.Draw(
@@ -158,6 +164,19 @@ void DrawUsers(const Painter& painter, HWND owner) {
     DrawPages(painter, "group", "Brivane user group details - @SALES", 2,
               [&] { EditUserByDialog(owner, RecordKind::Group, "@SALES"); });
     painter.Draw("user-new", "Add new user", [&] { AddUserByDialog(owner, {}); });
+    painter.Draw("users-many", "Change 3 users", [&] { ChangeUsersByDialog(owner, {"ANNA", "BEN", "CLARA"}); });
+    painter.Draw(
+        "import", "Import users",
+        [&] {
+            UserImport import;
+            ImportByDialog(owner, import);
+        },
+        [&](HWND dialog) {
+            SetTextOf(dialog, ID_IMPORT_FILE, server.Files().Path("users.csv"));
+            FocusControlOf(dialog, ID_IMPORT_FILE);
+            Key(VK_RETURN);
+            Until([&] { return !Text(dialog, ID_IMPORT_COUNT).empty(); });
+        });
     painter.Draw("choose-user", "Choose a user", [&] { ChooseNames(owner, kUserNames, true); });
 }
 
@@ -179,8 +198,7 @@ void DrawProgress(const Painter& painter, HWND owner) {
     painter.DrawOpen("progress", Windows().Wait("Brivane Setup"));
 }
 
-} // namespace
-
+// Returns the exit code of the program.
 int DrawPictures(const std::string& directory) {
     const DiskServer server;
     MainWindow window;
@@ -194,11 +212,20 @@ int DrawPictures(const std::string& directory) {
     DrawMenus(painter, window.Handle());
     DrawCatalogues(painter, window.Handle());
     DrawItems(painter, window.Handle());
-    DrawUsers(painter, window.Handle());
+    DrawUsers(painter, window.Handle(), server);
     DrawBoxes(painter);
     DrawProgress(painter, window.Handle());
     DrawFullCatalogue(painter, window.Handle(), server);
     return 0;
 }
 
+} // namespace
 } // namespace bv::gui
+
+int main(int count, char** arguments) {
+    if (count != 2) return 2;
+    bv::gui::MakeDesktop();
+    bv::StartCommonControls();
+    bv::MainWindow::RegisterWindowClass();
+    return bv::gui::DrawPictures(arguments[1]);
+}

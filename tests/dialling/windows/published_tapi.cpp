@@ -1,23 +1,13 @@
-// The tests' telephony library as TAPI32.DLL: its entries by the names, types and calling convention of the system's
-// own header, which the engine's description of them is held against here.
+// Holds tele_interface.h to the system's own header of the telephony: sizes, places and values.
 #define TAPI_CURRENT_VERSION 0x00010004
 #include <windows.h>
 
 #include <tapi.h>
 
-// Names of later versions.
-#undef lineGetCountry
-#undef lineGetTranslateCaps
-#undef lineTranslateAddress
-#undef lineTranslateDialog
-
 #include "dialling/tele_interface.h"
-#include "dialling/telephony_library.h"
 
+namespace bv::telephony {
 namespace {
-
-using namespace bv::telephony;
-using bv::test::line::Word;
 
 #define BV_SAME_SIZE(own, published) static_assert(sizeof(own) == sizeof(published))
 #define BV_SAME_FIELD(own, field, published, publishedField)                                                           \
@@ -53,44 +43,5 @@ BV_SAME_SIZE(ExtensionID, LINEEXTENSIONID);
 static_assert(static_cast<LONG>(kIncompatibleVersion) == static_cast<LONG>(LINEERR_INCOMPATIBLEAPIVERSION));
 static_assert(static_cast<LONG>(kStructureTooSmall) == static_cast<LONG>(LINEERR_STRUCTURETOOSMALL));
 
-// The published types are of the same words under other names.
-Word* Words(DWORD* place) { return reinterpret_cast<Word*>(place); }
-
 } // namespace
-
-namespace line = bv::test::line;
-
-extern "C" {
-
-LONG WINAPI lineInitialize(LPHLINEAPP app, HINSTANCE instance, LINECALLBACK callback, LPCSTR name, LPDWORD devices) {
-    return line::Initialize(Words(app), instance, reinterpret_cast<line::Callback>(callback), name, Words(devices));
-}
-
-LONG WINAPI lineShutdown(HLINEAPP app) { return line::Shutdown(app); }
-
-LONG WINAPI lineGetTranslateCaps(HLINEAPP app, DWORD version, LPLINETRANSLATECAPS caps) {
-    return line::GetTranslateCaps(app, version, caps);
-}
-
-LONG WINAPI lineNegotiateAPIVersion(HLINEAPP app, DWORD device, DWORD low, DWORD high, LPDWORD version,
-                                    LPLINEEXTENSIONID extension) {
-    return line::NegotiateAPIVersion(app, device, low, high, Words(version), extension);
-}
-
-LONG WINAPI lineGetCountry(DWORD country, DWORD version, LPLINECOUNTRYLIST list) {
-    return line::GetCountry(country, version, list);
-}
-
-LONG WINAPI lineTranslateDialog(HLINEAPP app, DWORD device, DWORD version, HWND owner, LPCSTR address) {
-    return line::TranslateDialog(app, device, version, owner, address);
-}
-
-LONG WINAPI lineTranslateAddress(HLINEAPP app, DWORD device, DWORD version, LPCSTR address, DWORD card, DWORD options,
-                                 LPLINETRANSLATEOUTPUT output) {
-    return line::TranslateAddress(app, device, version, address, card, options, output);
-}
-
-// Not of the published interface: the tests tell the library what to answer.
-void AnswerTestsBy(bv::test::TelephonyAnswers* answers) { bv::test::AnswerBy(answers); }
-
-} // extern "C"
+} // namespace bv::telephony
