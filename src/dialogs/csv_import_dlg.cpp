@@ -60,7 +60,8 @@ ImportChoice ChoiceOf(HWND dialog) { return {IsDlgButtonChecked(dialog, ID_IMPOR
 
 void EnableImport(HWND dialog, ImportDialog& context) {
     const CsvTable chosen = ChosenRows(context.Table, context.Verdicts, ChoiceOf(dialog));
-    EnableControl(dialog, IDOK, !chosen.Rows.empty());
+    const bool isToBeRead = !context.IsRead && !GetText(dialog, ID_IMPORT_FILE).empty();
+    EnableControl(dialog, IDOK, isToBeRead || !chosen.Rows.empty());
     EnableControl(dialog, ID_IMPORT_SAVE_WRONG, CountOf(context.Verdicts, RowState::Wrong) > 0);
 }
 
@@ -126,9 +127,13 @@ bool Apply(HWND dialog, ImportDialog& context, std::size_t added, std::size_t ch
     return isWhole || done.Added + done.Changed > 0;
 }
 
+void ChangeFile(HWND dialog, ImportDialog& context) {
+    context.IsRead = false;
+    EnableImport(dialog, context);
+}
+
 void PressImport(HWND dialog, ImportDialog& context) {
-    // Enter in the file's field reads the file.
-    if (GetFocus() == GetDlgItem(dialog, ID_IMPORT_FILE)) return ReadFile(dialog, context);
+    if (!context.IsRead) return ReadFile(dialog, context); // and is looked at before it is imported
     if (Wrong(context) > 0 && IsDlgButtonChecked(dialog, ID_IMPORT_GOOD_ONLY) != BST_CHECKED)
         return ShowError(kNothingImported, Wrong(context));
     const CsvTable chosen = ChosenRows(context.Table, context.Verdicts, ChoiceOf(dialog));
@@ -145,11 +150,9 @@ void SaveWrong(HWND dialog, ImportDialog& context) {
 }
 
 constexpr DialogCommand<ImportDialog> kCommands[] = {
-    {ID_IMPORT_BROWSE, BN_CLICKED, Browse},
-    {ID_IMPORT_REPLACE, BN_CLICKED, EnableImport},
-    {ID_IMPORT_SAVE_WRONG, BN_CLICKED, SaveWrong},
-    {ID_IMPORT_ROWS, kListReload, ReadFile},
-    {IDOK, BN_CLICKED, PressImport},
+    {ID_IMPORT_FILE, EN_CHANGE, ChangeFile},       {ID_IMPORT_BROWSE, BN_CLICKED, Browse},
+    {ID_IMPORT_REPLACE, BN_CLICKED, EnableImport}, {ID_IMPORT_SAVE_WRONG, BN_CLICKED, SaveWrong},
+    {ID_IMPORT_ROWS, kListReload, ReadFile},       {IDOK, BN_CLICKED, PressImport},
     {IDCANCEL, BN_CLICKED, EndWithCancel},
 };
 constexpr Anchor kAnchors[] = {

@@ -82,7 +82,14 @@ void OpenedDialog::Begin(HWND dialog, std::span<const Anchor> anchors) {
     isResizable_ = !anchors.empty();
     ScaleOnOurOwn(dialog);
     FollowStatus(dialog);
-    layout_.Begin(dialog, anchors);
+    layout_.Begin(dialog, anchors, {UnitsAcross(dialog, units_.cx), UnitsDown(dialog, units_.cy)});
+    layout_.Apply(dialog);
+}
+
+DialogTemplate OpenedDialog::Load(int dpi) {
+    DialogTemplate source = LoadDialogTemplate(templateName_.c_str(), dpi);
+    if (!source.empty()) units_ = UnitsOf(source);
+    return source;
 }
 
 INT_PTR OpenedDialog::FinishFilling(HWND dialog) {
@@ -212,9 +219,9 @@ class KeyFilter {
 } // namespace
 
 INT_PTR OpenDialog(const char* templateName, HWND owner, DLGPROC procedure, void* context) {
-    const DialogTemplate resource = LoadDialogTemplate(templateName, DpiOf(owner));
-    if (resource.empty()) return IDCANCEL;
     OpenedDialog opened(templateName, context);
+    const DialogTemplate resource = opened.Load(DpiOf(owner));
+    if (resource.empty()) return IDCANCEL;
     const KeyFilter keys;
     const INT_PTR result = DialogBoxIndirectParamW(Instance(), reinterpret_cast<LPCDLGTEMPLATEW>(resource.data()),
                                                    owner, procedure, reinterpret_cast<LPARAM>(&opened));
@@ -222,7 +229,7 @@ INT_PTR OpenDialog(const char* templateName, HWND owner, DLGPROC procedure, void
 }
 
 HWND CreatePlannedDialog(OpenedDialog& opened, HWND owner, DLGPROC procedure) {
-    const DialogTemplate resource = LoadDialogTemplate(opened.TemplateName().c_str(), DpiOf(owner));
+    const DialogTemplate resource = opened.Load(DpiOf(owner));
     if (resource.empty()) return nullptr;
     return CreateDialogIndirectParamW(Instance(), reinterpret_cast<LPCDLGTEMPLATEW>(resource.data()), owner, procedure,
                                       reinterpret_cast<LPARAM>(&opened));

@@ -74,6 +74,9 @@ class OpenedDialog {
   public:
     OpenedDialog(const char* templateName, void* context) : templateName_(templateName), context_(context) {}
 
+    // Its template at a resolution; empty when there is none.
+    DialogTemplate Load(int dpi);
+
     [[nodiscard]] void* Context() const { return context_; }
     [[nodiscard]] const std::string& TemplateName() const { return templateName_; }
     [[nodiscard]] bool IsFilled() const { return isFilled_; }
@@ -94,6 +97,7 @@ class OpenedDialog {
 
     std::string templateName_;
     void* context_;
+    SIZE units_{};
     bool isFilled_ = false;
     bool isResizable_ = false;
     int dpi_ = USER_DEFAULT_SCREEN_DPI;

@@ -80,6 +80,13 @@ MessageFont::~MessageFont() {
     if (font_ != nullptr) DeleteObject(font_);
 }
 
+SIZE UnitsOf(const DialogTemplate& source) {
+    constexpr std::size_t kWidthAt = 22;
+    WORD size[2] = {};
+    std::memcpy(size, source.data() + kWidthAt, sizeof size);
+    return {size[0], size[1]};
+}
+
 DialogTemplate LoadDialogTemplate(const char* name, int dpi) {
     const HRSRC resource = FindResourceA(nullptr, name, RT_DIALOG);
     if (resource == nullptr) return {};

@@ -34,4 +34,7 @@ using DialogTemplate = std::vector<std::byte>;
 // empty when there is none of that name.
 DialogTemplate LoadDialogTemplate(const char* name, int dpi);
 
+// The size of a template's client area, in dialog units.
+SIZE UnitsOf(const DialogTemplate& source);
+
 } // namespace bv

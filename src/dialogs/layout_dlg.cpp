@@ -57,14 +57,15 @@ RECT Moved(RECT at, unsigned edges, LONG across, LONG down) {
 
 } // namespace
 
-void Layout::Begin(HWND dialog, std::span<const Anchor> anchors) {
+void Layout::Begin(HWND dialog, std::span<const Anchor> anchors, SIZE client) {
     places_.clear();
     if (anchors.empty()) return;
-    RECT client{};
-    GetClientRect(dialog, &client);
-    client_ = {client.right, client.bottom};
-    const RECT window = WindowPlace(dialog);
-    smallest_ = {Width(window), Height(window)};
+    client_ = client;
+    RECT frame{0, 0, client.cx, client.cy};
+    AdjustWindowRectExForDpi(&frame, static_cast<DWORD>(GetWindowLongA(dialog, GWL_STYLE)), FALSE,
+                             static_cast<DWORD>(GetWindowLongA(dialog, GWL_EXSTYLE)), GetDpiForWindow(dialog));
+    const RECT area = WorkAreaAt(WindowPlace(dialog));
+    smallest_ = {std::min(Width(frame), Width(area)), std::min(Height(frame), Height(area))};
     for (const Anchor& anchor : anchors) {
         const HWND control = GetDlgItem(dialog, anchor.Control);
         if (control != nullptr) places_.push_back({control, anchor.Edges, PlaceInParent(control)});
@@ -75,8 +76,8 @@ void Layout::Apply(HWND dialog) const {
     if (places_.empty()) return;
     RECT client{};
     GetClientRect(dialog, &client);
-    const LONG across = std::max(client.right - client_.cx, 0L);
-    const LONG down = std::max(client.bottom - client_.cy, 0L);
+    const LONG across = client.right - client_.cx;
+    const LONG down = client.bottom - client_.cy;
     HDWP moves = BeginDeferWindowPos(static_cast<int>(places_.size()));
     for (const Place& place : places_) {
         const RECT to = Moved(place.At, place.Edges, across, down);

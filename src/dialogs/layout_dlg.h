@@ -28,8 +28,9 @@ struct Anchor {
 // The places of a dialog's controls while its size changes.
 class Layout {
   public:
-    // Notes how the dialog stands now, which is its smallest size.
-    void Begin(HWND dialog, std::span<const Anchor> anchors);
+    // Notes where the controls stand in a client area of so many pixels, the template's, which is also the smallest:
+    // a small screen may have made the window smaller already.
+    void Begin(HWND dialog, std::span<const Anchor> anchors, SIZE client);
 
     // Moves the controls to where the dialog's size puts them.
     void Apply(HWND dialog) const;

@@ -32,10 +32,9 @@ void FillDetails(HWND dialog, UserDialog& context) {
     context.Pages.Begin(dialog, ID_USER_PAGES, PagesOf(context));
     if (IsDefaultRecord(context) && !context.Entry.Before().Fullname.IsEmpty())
         SetText(dialog, ID_USER_HINT, FillMessage(kDefaultFullnameGoes));
-    if (context.FirstControl != 0)
-        context.Pages.Show(0, context.FirstControl);
-    else
-        context.Pages.FocusFirst();
+    const bool beginsWithFullname = !context.Entry.IsNew() && !IsDefaultRecord(context); // the name stays as it is
+    if (beginsWithFullname) return context.Pages.Show(0, IsGroup(context) ? ID_GROUP_FULLNAME : ID_USER_FULLNAME);
+    context.Pages.FocusFirst();
 }
 
 // The page whose controls have the key.
@@ -142,7 +141,7 @@ std::optional<std::string> AddUserByDialog(HWND owner, const NewUser& what) {
     return context.Entry.Name();
 }
 
-void EditUserByDialog(HWND owner, RecordKind kind, const std::optional<std::string>& name, bool atFullname) {
+void EditUserByDialog(HWND owner, RecordKind kind, const std::optional<std::string>& name) {
     std::optional<StoredRecord> stored;
     if (name) {
         UserList list;
@@ -152,7 +151,6 @@ void EditUserByDialog(HWND owner, RecordKind kind, const std::optional<std::stri
     }
     if (!stored) return;
     UserDialog context(RecordEntry(kind, std::move(*stored)));
-    if (atFullname) context.FirstControl = kind == RecordKind::Group ? ID_GROUP_FULLNAME : ID_USER_FULLNAME;
     RunDetails(owner, context);
 }
 

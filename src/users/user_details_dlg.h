@@ -21,7 +21,7 @@ std::optional<std::string> AddUserByDialog(HWND owner, const NewUser& what);
 
 // Shows a record and changes it; the default record without a name, which is made first when there is none and the
 // person agrees.
-void EditUserByDialog(HWND owner, RecordKind kind, const std::optional<std::string>& name, bool atFullname = false);
+void EditUserByDialog(HWND owner, RecordKind kind, const std::optional<std::string>& name);
 
 INT_PTR CALLBACK ConfigUsersDlgBox(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
 

@@ -43,7 +43,6 @@ struct UserDialog {
     RecordFields Fields{Entry};
     PageHost Pages;
     bool IsProfile = false; // a new mail user profile
-    int FirstControl = 0;   // of the first page, where the focus begins; 0: its first one
 
     // The parts of the pages.
     NameField Group;

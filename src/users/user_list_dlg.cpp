@@ -121,15 +121,12 @@ void PressClone(HWND dialog, UserListDialog& context) {
     ShowNew(dialog, context, AddUserByDialog(dialog, {KindOf(context), false, names.front()}));
 }
 
-void Edit(HWND dialog, UserListDialog& context, bool atFullname) {
+void PressEdit(HWND dialog, UserListDialog& context) {
     const std::vector<std::string> names = context.List.SelectedNames();
-    if (names.size() == 1) EditUserByDialog(dialog, KindOf(context), names.front(), atFullname);
+    if (names.size() == 1) EditUserByDialog(dialog, KindOf(context), names.front());
     if (names.size() > 1 && context.Kind != UserListKind::Groups) ChangeUsersByDialog(dialog, names);
     ListUsers(dialog, context);
 }
-
-void PressEdit(HWND dialog, UserListDialog& context) { Edit(dialog, context, false); }
-void PressRename(HWND dialog, UserListDialog& context) { Edit(dialog, context, true); }
 
 void PressDelete(HWND dialog, UserListDialog& context) {
     const std::vector<std::string> names = context.List.SelectedNames();
@@ -166,7 +163,7 @@ constexpr DialogCommand<UserListDialog> kCommands[] = {
     {ID_USERS_SHOW_PROFILES, BN_CLICKED, ChooseKind},
     {ID_USERS_LIST, kListSelected, SelectRows},
     {ID_USERS_LIST, kListOpen, PressEdit},
-    {ID_USERS_LIST, kListRename, PressRename},
+    {ID_USERS_LIST, kListRename, PressEdit},
     {ID_USERS_LIST, kListAdd, PressAdd},
     {ID_USERS_LIST, kListDelete, PressDelete},
     {ID_USERS_LIST, kListReload, ListUsers},

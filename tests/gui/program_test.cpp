@@ -27,21 +27,6 @@ bool FocusMovesTo(HWND dialog, int control) {
     return Until([&] { return FocusOf(dialog) == control && GetForegroundWindow() == dialog; });
 }
 
-<<<<<<< HEAD
-TEST_F(Setup, OpensTheMenuOverItsBannerAndEndsWithIt) {
-    const Program setup(Command());
-    const HWND menu = setup.Shown().Wait(kMenuTitle);
-    ASSERT_NE(menu, nullptr);
-    EXPECT_TRUE(IsWindowVisible(Banner()));
-    EXPECT_EQ(GetWindow(menu, GW_OWNER), Banner());
-    EXPECT_NE(GetDlgItem(menu, ID_MENU_ROUTING), nullptr);
-    EXPECT_TRUE(FocusMovesTo(menu, ID_MENU_USERS));
-    Key(VK_ESCAPE);
-    EXPECT_EQ(setup.WaitForEnd(), 0);
-}
-
-=======
->>>>>>> main
 TEST_F(Setup, LeavesInwardRoutingOutWhereItIsSwitchedOff) {
     Server.Files().Write("B-DB\\SETUP.INI", "[OPTIONS]\r\nEnableRouting: FALSE\r\n");
     const Program setup(Command());
@@ -140,15 +125,6 @@ TEST_F(Setup, WaitsForTheEditorAndNotForTheViewer) {
 }
 
 TEST_F(Setup, ADigitOpensOneAreaAndTheProgramEndsWithIt) {
-<<<<<<< HEAD
-    const Program coversheets(Command("-5"));
-    const HWND catalogue = coversheets.Shown().Wait(kCatalogueTitle);
-    ASSERT_TRUE(FocusMovesTo(catalogue, ID_COVLET_LIST));
-    Key(VK_ESCAPE);
-    EXPECT_EQ(coversheets.WaitForEnd(), 0);
-
-=======
->>>>>>> main
     const Program devices(Command("/2"));
     EXPECT_EQ(devices.Shown().WaitBox(kWarningCaption), "This version of the program cannot configure devices.");
     EXPECT_TRUE(devices.Shown().AnswerBox(kWarningCaption, IDOK));
