@@ -12,6 +12,7 @@ file must always be there, and whole. Ends with 1 when a change was lost, the fi
 --server     where the server's directory lies for the first, and for the second, workstation: two mounts of a share
 """
 import argparse
+import collections
 import contextlib
 import pathlib
 import re
@@ -21,52 +22,63 @@ import subprocess
 import sys
 import tempfile
 import threading
+import time
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 DATABASE = "BRIVANE/B-DB"
 
-# A race: the file, its last line of which a reader makes sure, and two verbs. A verb is its arguments, with a value that
-# is different each time, and how the file then shows it.
+# Verbs: their arguments, with a value that is different each time, and the line by which the file then shows it. Where
+# they reach into the same paragraph they change different keys of it, so that both have to be there afterwards.
+ROUTER = (["router", "set", "LocalServerID=S{n}"], r"LocalServerID: S{n}(, .*)?")
+ROUTER_TEXT = (["router", "set", "Description=D{n}"], r'LocalServerID: .*, "D{n}"')
+OPTION = (["option", "set", "QUEUEMAN/SendRetryWait={n}"], r"SendRetryWait: {n}")
+TRIES = (["option", "set", "QUEUEMAN/SendTries={n}"], r"SendTries: {n}")
+DEVICE = (["device", "set", "MODEM-1", "Description=D{n}"], r"Description: D{n}")
+DIALLING = (["dialling", "set", "Area={n}"], r"Area: {n}")
+LOCAL = (["dialling", "set", "DialAsLocal={n}"], r"DialAsLocal: {n}")
+LINK = (["link", "set", "LEEDS", "Description=D{n}"], r'RemoteServerID: LEEDS, "D{n}"')
+OTHER_LINK = (["link", "set", "MUNICH", "Description=D{n}"], r'RemoteServerID: MUNICH, "D{n}"')
+RULE = (["lcr", "set", "1", "Description=D{n}"], r"Description: D{n}")
+OTHER_RULE = (["lcr", "set", "2", "Description=E{n}"], r"Description: E{n}")
+COUNTRY = (["destination", "country", "set", "UK", "Description=D{n}"], r'44: UK, "D{n}".*')
+OTHER_COUNTRY = (["destination", "country", "set", "DE", "Description=E{n}"], r'49: DE, "E{n}".*')
+REGION = (["destination", "region", "set", "EU", "Description=D{n}"], r'Region: EU, "D{n}"')
+OTHER_REGION = (["destination", "region", "set", "ALPS", "Description=E{n}"], r'Region: ALPS, "E{n}"')
+AREA = (["destination", "area", "set", "UK", "LON", "Description=D{n}"], r'Area: LON, "D{n}"')
+OTHER_AREA = (["destination", "area", "set", "UK", "MAN", "Description=E{n}"], r'Area: MAN, "E{n}"')
+START_UP = (["option", "list"], None)
+
+
+def in_place(paragraph, key, value):
+    """The verb that changes a key of any file in place."""
+    return ["file", "set", "{file}", paragraph, key, value], f"{key}: " + re.escape(value).replace(r"\{n\}", "{n}")
+
+
+# A race: the file and two verbs.
 RACES = {
-    "two dialling": ("DIALLING.INI", "LOCATION",
-                     (["dialling", "set", "DialAsLocal={n}"], r"^DialAsLocal: {n}\r$"),
-                     (["dialling", "set", "Area={n}"], r"^Area: {n}\r$")),
-    "dialling and file": ("DIALLING.INI", "LOCATION",
-                          (["dialling", "set", "Area={n}"], r"^Area: {n}\r$"),
-                          (["file", "set", "{file}", "DIALPROPERTIES", "Other", "{n}"], None)),
-    "router and option": ("SETUP.INI", "OPTIONS",
-                          (["router", "set", "LocalServerID=S{n}"], r"^LocalServerID: S{n}[\r,]"),
-                          (["option", "set", "QUEUEMAN/SendRetryWait={n}"], r"^SendRetryWait: {n}\r$")),
-    "router and file": ("SETUP.INI", "OPTIONS",
-                        (["router", "set", "LocalServerID=S{n}"], r"^LocalServerID: S{n}[\r,]"),
-                        (["file", "set", "{file}", "OPTIONS", "Other", "{n}"], r"^Other: {n}\r$")),
-    "router and start-up": ("SETUP.INI", "OPTIONS",
-                            (["router", "set", "LocalServerID=S{n}"], r"^LocalServerID: S{n}[\r,]"),
-                            (["option", "list"], None)),
-    "two options": ("SETUP.INI", "OPTIONS",
-                    (["option", "set", "QUEUEMAN/SendRetryWait={n}"], r"^SendRetryWait: {n}\r$"),
-                    (["option", "set", "QUEUEMAN/SendTries={n}"], r"^SendTries: {n}\r$")),
-    "link and file": ("LINK.INI", "BRIVANE",
-                      (["link", "set", "LEEDS", "Description=D{n}"], r"^RemoteServerID: LEEDS, \"D{n}\"\r$"),
-                      (["file", "set", "{file}", "BRIVANE", "Other", "{n}"], None)),
-    "two links": ("LINK.INI", "BRIVANE",
-                  (["link", "set", "LEEDS", "Description=D{n}"], r"^RemoteServerID: LEEDS, \"D{n}\"\r$"),
-                  (["link", "set", "MUNICH", "Description=D{n}"], r"^RemoteServerID: MUNICH, \"D{n}\"\r$")),
-    "two rules": ("LCRRULES.INI", "BRIVANE",
-                  (["lcr", "set", "1", "Description=D{n}"], r"^Description: D{n}\r$"),
-                  (["lcr", "set", "2", "Description=E{n}"], r"^Description: E{n}\r$")),
-    "rule and file": ("LCRRULES.INI", "BRIVANE",
-                      (["lcr", "set", "1", "Description=D{n}"], r"^Description: D{n}\r$"),
-                      (["file", "set", "{file}", "RULE", "Other", "{n}"], None)),
-    "two keys": ("SETUP.INI", "OPTIONS",
-                 (["file", "set", "{file}", "OPTIONS", "K{n}", "1"], r"^K{n}: 1\r$"),
-                 (["file", "set", "{file}", "OPTIONS", "L{n}", "1"], r"^L{n}: 1\r$")),
-    "two users": ("USERLIST.INI", "BRIVANE",
-                  (["user", "add", "K{n}A"], r"^Name: K{n}A\r$"),
-                  (["user", "add", "K{n}B"], r"^Name: K{n}B\r$")),
-    "two countries": ("COUNTRY.INI", "COUNTRIES",
-                      (["destination", "country", "set", "UK", "Description=D{n}"], r"UK, \"D{n}\""),
-                      (["destination", "country", "set", "DE", "Description=E{n}"], r"DE, \"E{n}\"")),
+    "two routers": ("SETUP.INI", ROUTER, ROUTER_TEXT),
+    "router and option": ("SETUP.INI", ROUTER, OPTION),
+    "router and device": ("SETUP.INI", ROUTER, DEVICE),
+    "router and file": ("SETUP.INI", ROUTER, in_place("OPTIONS", "Other", "{n}")),
+    "router and start-up": ("SETUP.INI", ROUTER, START_UP),
+    "two options": ("SETUP.INI", OPTION, TRIES),
+    "option and device": ("SETUP.INI", OPTION, DEVICE),
+    "two keys": ("SETUP.INI", in_place("OPTIONS", "K{n}", "1"), in_place("OPTIONS", "L{n}", "1")),
+    "two dialling": ("DIALLING.INI", LOCAL, DIALLING),
+    "dialling and file": ("DIALLING.INI", DIALLING, in_place("LOCATION", "IntlAccess", "{n}")),
+    "two links": ("LINK.INI", LINK, OTHER_LINK),
+    "link and file": ("LINK.INI", LINK, in_place("LINK", "RemoteServerAddress", "\\\\ISAR\\FAX\\L{n}")),
+    "two rules": ("LCRRULES.INI", RULE, OTHER_RULE),
+    "rule and file": ("LCRRULES.INI", OTHER_RULE, in_place("RULE", "Description", "F{n}")),
+    "two countries": ("COUNTRY.INI", COUNTRY, OTHER_COUNTRY),
+    "country and file": ("COUNTRY.INI", COUNTRY, in_place("COUNTRIES", "33", 'FR, "F{n}", 1')),
+    "two regions": ("REGION.INI", REGION, OTHER_REGION),
+    "region and file": ("REGION.INI", REGION, in_place("REGIONS", "Other", "{n}")),
+    "two areas": ("Area44.ini", AREA, OTHER_AREA),
+    "area and file": ("Area44.ini", AREA, in_place("AREAS", "Other", "{n}")),
+    "two routings": ("ROUTING.INI", (["routing", "add", "subaddr", "1{n}", "GRETA"], r"1{n}: GRETA"),
+                     (["routing", "add", "subaddr", "2{n}", "GRETA"], r"2{n}: GRETA")),
+    "two users": ("USERLIST.INI", (["user", "add", "K{n}A"], r"Name: K{n}A"), (["user", "add", "K{n}B"], r"Name: K{n}B")),
 }
 
 
@@ -74,9 +86,11 @@ class Race:
     def __init__(self, programs, servers, name):
         self.programs = programs
         self.servers = servers
-        self.file, self.paragraph, *self.verbs = RACES[name]
+        self.file, *self.verbs = RACES[name]
         self.faults = []
         self.refused = [0, 0]
+        self.reads = 0
+        self.notices = collections.Counter()  # of those that were refused
         self.done = threading.Event()
 
     def command(self, side, arguments, n):
@@ -84,24 +98,29 @@ class Race:
         values = [argument.replace("{n}", str(n)).replace("{file}", windows) for argument in arguments]
         return [*self.programs[side], "--drive", f"F:={self.servers[side]}", "--ini", "F:\\", "--yes", *values]
 
-    def run(self, side, arguments, n):
-        done = subprocess.run(self.command(side, arguments, n), capture_output=True, check=False)
-        if done.returncode:
+    def start(self, side, n):
+        command = self.command(side, self.verbs[side][0], n)
+        return subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.PIPE)
+
+    def end(self, side, running):
+        notice = running.communicate()[1].decode(errors="replace").strip()
+        if running.returncode:
             self.refused[side] += 1
-            self.notice = done.stderr.decode(errors="replace").strip()
-        return done.returncode == 0
+            self.notices[notice.splitlines()[-1] if notice else f"status {running.returncode}"] += 1
+        return running.returncode == 0
 
     def read(self):
         """The reader: the file is always there, and its paragraphs are complete."""
-        whole = None
+        whole = b""  # its paragraphs; none of these verbs takes one away
         while not self.done.is_set():
             shown = subprocess.run(self.command(0, ["file", "list", "{file}"], 0), capture_output=True, check=False)
             if shown.returncode:
                 self.faults.append("a reader: " + shown.stderr.decode(errors="replace").strip())
-            paragraphs = len(re.findall(rb"^\[", shown.stdout, re.MULTILINE))
-            whole = paragraphs if whole is None else max(whole, paragraphs)
-            if not shown.returncode and paragraphs < whole:
+                continue
+            self.reads += 1
+            if len(shown.stdout) < len(whole):
                 self.faults.append("a reader saw a part of the file")
+            whole = max(whole, shown.stdout, key=len)
 
     def text(self):
         try:
@@ -110,19 +129,11 @@ class Race:
             return self.faults.append(f"gone: {error}") or ""
 
     def pair(self, n):
-        said = [None, None]
-
-        def act(side):
-            said[side] = self.run(side, self.verbs[side][0], n)
-
-        threads = [threading.Thread(target=act, args=(side,)) for side in (0, 1)]
-        for thread in threads:
-            thread.start()
-        for thread in threads:
-            thread.join()
+        running = [self.start(side, n) for side in (0, 1)]
+        said = [self.end(side, running[side]) for side in (0, 1)]
         text = self.text()
         for side, (arguments, shown) in enumerate(self.verbs):
-            if said[side] and shown and not re.search(shown.replace("{n}", str(n)), text, re.MULTILINE):
+            if said[side] and shown and not re.search(f"^{shown}\r$".replace("{n}", str(n)), text, re.MULTILINE):
                 self.faults.append(f"pair {n}: lost {' '.join(arguments)}")
 
     def go(self, pairs):
@@ -155,12 +166,17 @@ def main():
                 subprocess.run([ROOT / "tools/layout-demo", f"{place}/server"], check=True)
                 servers = [f"{place}/server"] * 2
             race = Race(programs, servers, name)
+            start = time.monotonic()
             race.go(options.pairs)
-        print(f"{'FAILED' if race.faults else 'ok':6} {name}: {options.pairs} pairs, refused {race.refused}")
+            seconds = time.monotonic() - start
         if any(refused == options.pairs for refused in race.refused):
-            race.faults.append("one of them was always refused: " + race.notice)
+            race.faults.append("one of them was always refused")
+        print(f"{'FAILED' if race.faults else 'ok':6} {name}: {options.pairs} pairs, refused {race.refused}, "
+              f"{race.reads} reads, {seconds:.0f} s", flush=True)
+        for notice, count in race.notices.most_common(5):
+            print(f"       refused {count} times: {notice}", flush=True)
         for fault in race.faults[:5]:
-            print("       " + fault)
+            print("       " + fault, flush=True)
         failed += bool(race.faults)
     return 1 if failed else 0
 
