@@ -57,8 +57,8 @@ TEST(OpenToRead, WaitsForAFileThatIsMissingWhileItsGateIsHeld) {
         bool ComesBack;
         bool IsLetGo;
     } rows[] = {{"swapped", true, true}, {"deleted", false, true}, {"held for good", false, false}};
-    for (const auto& [name, comesBack, isLetGo] : rows) {
-        SCOPED_TRACE(name);
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.Name);
         MemoryServer server;
         server.Put(kGate, "");
         auto other = server.Files.Open(kGate, kAlone);
@@ -66,12 +66,12 @@ TEST(OpenToRead, WaitsForAFileThatIsMissingWhileItsGateIsHeld) {
         BusyClock clock;
         const platform::Substitute<platform::Clock> use(clock);
         clock.OnSleep = [&](int sleeps) {
-            if (comesBack && sleeps == 3) server.Put(kPath, "new");
-            if (isLetGo && sleeps == 5) other.Opened.reset();
+            if (row.ComesBack && sleeps == 3) server.Put(kPath, "new");
+            if (row.IsLetGo && sleeps == 5) other.Opened.reset();
         };
-        EXPECT_EQ(OpenToRead(kPath, 10).Rest(), comesBack ? "new" : "");
-        EXPECT_EQ(clock.Sleeps, comesBack ? 3 : isLetGo ? 5 : 1000);
-        EXPECT_EQ(IsMissing(kPath), !comesBack && isLetGo);
+        EXPECT_EQ(OpenToRead(kPath, 10).Rest(), row.ComesBack ? "new" : "");
+        EXPECT_EQ(clock.Sleeps, row.ComesBack ? 3 : row.IsLetGo ? 5 : 1000);
+        EXPECT_EQ(IsMissing(kPath), !row.ComesBack && row.IsLetGo);
     }
 }
 
@@ -88,7 +88,7 @@ TEST(ChangeReplacedFile, KeepsTheNewTextWhenTheLiveFileIsHeldTooLong) {
         };
         EXPECT_FALSE(ChangeReplacedFile(file, change));
         EXPECT_GE(server.Clock.Milliseconds, kGatePatience * 1000);
-        EXPECT_THAT(server.Front.TakeSaid(), testing::ElementsAre("error: " + FormatText(file.NotReplaced, kPath)));
+        EXPECT_THAT(server.Front.TakeSaid(), testing::ElementsAre("error: Error updating file " + kPath));
         EXPECT_EQ(server.Get(file.NewPath), mayBeRead ? "(none)" : "[A]\r\nk: 1\r\n");
         other.Opened.reset();
         EXPECT_EQ(server.Get(kPath), "[A]\r\n");

@@ -1,15 +1,18 @@
 #!/usr/bin/env python3
 """Two programs at a time change one file of the server, and a third one reads it, again and again.
 
-usage: races.py BVCTL [--pairs N] [--only NAME...] [--other BVCTL] [--server DIRECTORY [--server DIRECTORY]]
+usage: races.py PROGRAM [--loop] [--pairs N] [--only NAME...] [--other PROGRAM] [--server DIRECTORY]...
 
 Every pair of verbs that write the same file is started at once. What ended with 0 must be in the file afterwards; the
 file must always be there, and whole. Ends with 1 when a change was lost, the file gone or half of it read.
 
+PROGRAM      bvctl, which is started for each verb; or, with --loop, tests/programs/verb_loop, which is started once
+             for each of the three and is a hundred times as fast. May be a whole command ("wine X.exe")
 --pairs N    how many times each pair of verbs is started (20)
 --only NAME  these races alone, by their names below
---other      the program of the second workstation, where it is another one; may be a whole command ("tools/winrun X")
+--other      the program of the second workstation, where it is another one
 --server     where the server's directory lies for the first, and for the second, workstation: two mounts of a share
+--mapped     drive F: of the programs is that directory already, as Windows needs it
 """
 import argparse
 import collections
@@ -82,9 +85,46 @@ RACES = {
 }
 
 
+class Started:
+    """A program that is started for each verb."""
+
+    def __init__(self, program):
+        self.program = program
+
+    def begin(self, arguments):
+        self.running = subprocess.Popen([*self.program, *arguments], stdin=subprocess.DEVNULL,
+                                        stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+
+    def end(self):
+        """The exit status, the length of the results, the last line of what was said."""
+        results, notices = self.running.communicate()
+        return self.running.returncode, len(results), (notices.splitlines() or [b""])[-1].decode(errors="replace")
+
+    def close(self):
+        pass
+
+
+class Looping:
+    """A program that does verb after verb."""
+
+    def __init__(self, program):
+        self.running = subprocess.Popen(program, stdin=subprocess.PIPE, stdout=subprocess.PIPE)
+
+    def begin(self, arguments):
+        self.running.stdin.write("\t".join(arguments).encode() + b"\n")
+        self.running.stdin.flush()
+
+    def end(self):
+        status, length, notice = self.running.stdout.readline().decode(errors="replace").rstrip("\r\n").split("\t")
+        return int(status), int(length), notice
+
+    def close(self):
+        self.running.stdin.close()
+        self.running.wait()
+
+
 class Race:
-    def __init__(self, programs, servers, name):
-        self.programs = programs
+    def __init__(self, options, servers, name):
         self.servers = servers
         self.file, *self.verbs = RACES[name]
         self.faults = []
@@ -92,45 +132,48 @@ class Race:
         self.reads = 0
         self.notices = collections.Counter()  # of those that were refused
         self.done = threading.Event()
+        kind = Looping if options.loop else Started
+        self.places = [[] if options.mapped else ["--drive", f"F:={server}"] for server in servers]
+        commands = [options.program, options.other or options.program, options.program]
+        self.programs = [kind(shlex.split(command)) for command in commands]
 
-    def command(self, side, arguments, n):
+    def begin(self, side, arguments, n):
         windows = f"F:\\{DATABASE}\\{self.file}".replace("/", "\\")
         values = [argument.replace("{n}", str(n)).replace("{file}", windows) for argument in arguments]
-        return [*self.programs[side], "--drive", f"F:={self.servers[side]}", "--ini", "F:\\", "--yes", *values]
+        self.programs[side].begin([*self.places[side % 2], "--ini", "F:\\", "--yes", *values])
 
-    def start(self, side, n):
-        command = self.command(side, self.verbs[side][0], n)
-        return subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.PIPE)
-
-    def end(self, side, running):
-        notice = running.communicate()[1].decode(errors="replace").strip()
-        if running.returncode:
+    def end(self, side):
+        status, _, notice = self.programs[side].end()
+        if status:
             self.refused[side] += 1
-            self.notices[notice.splitlines()[-1] if notice else f"status {running.returncode}"] += 1
-        return running.returncode == 0
+            self.notices[notice or f"status {status}"] += 1
+        return status == 0
 
     def read(self):
-        """The reader: the file is always there, and its paragraphs are complete."""
-        whole = b""  # its paragraphs; none of these verbs takes one away
+        """The reader: the file is always there, and none of its paragraphs goes, since none of these verbs takes one."""
+        longest = 0
         while not self.done.is_set():
-            shown = subprocess.run(self.command(0, ["file", "list", "{file}"], 0), capture_output=True, check=False)
-            if shown.returncode:
-                self.faults.append("a reader: " + shown.stderr.decode(errors="replace").strip())
-                continue
+            self.begin(2, ["file", "list", "{file}"], 0)
+            status, length, notice = self.programs[2].end()
             self.reads += 1
-            if len(shown.stdout) < len(whole):
+            if status:
+                self.faults.append("a reader: " + notice)
+            elif length < longest:
                 self.faults.append("a reader saw a part of the file")
-            whole = max(whole, shown.stdout, key=len)
+            longest = max(longest, length)
 
     def text(self):
-        try:
-            return (pathlib.Path(self.servers[0]) / DATABASE / self.file).read_bytes().decode("latin-1")
-        except OSError as error:
-            return self.faults.append(f"gone: {error}") or ""
+        """What lies there, once and under its name in any case, when nobody is at work."""
+        directory = pathlib.Path(self.servers[0]) / DATABASE
+        files = [path for path in directory.iterdir() if path.name.upper() == self.file.upper()]
+        if len(files) != 1:
+            self.faults.append(f"{len(files)} files of the name {self.file}")
+        return files[0].read_bytes().decode("latin-1") if files else ""
 
     def pair(self, n):
-        running = [self.start(side, n) for side in (0, 1)]
-        said = [self.end(side, running[side]) for side in (0, 1)]
+        for side in (0, 1):
+            self.begin(side, self.verbs[side][0], n)
+        said = [self.end(side) for side in (0, 1)]
         text = self.text()
         for side, (arguments, shown) in enumerate(self.verbs):
             if said[side] and shown and not re.search(f"^{shown}\r$".replace("{n}", str(n)), text, re.MULTILINE):
@@ -143,17 +186,20 @@ class Race:
             self.pair(n + 100)
         self.done.set()
         reader.join()
+        for program in self.programs:
+            program.close()
 
 
 def main():
     parser = argparse.ArgumentParser(usage=__doc__)
     parser.add_argument("program")
+    parser.add_argument("--loop", action="store_true")
+    parser.add_argument("--mapped", action="store_true")
     parser.add_argument("--pairs", type=int, default=20)
     parser.add_argument("--only", choices=RACES, nargs="+", default=list(RACES))
     parser.add_argument("--other")
     parser.add_argument("--server", action="append", default=[])
     options = parser.parse_args()
-    programs = [shlex.split(options.program), shlex.split(options.other or options.program)]
     failed = 0
     for name in options.only:
         with contextlib.ExitStack() as stack:
@@ -165,12 +211,14 @@ def main():
                 place = stack.enter_context(tempfile.TemporaryDirectory())
                 subprocess.run([ROOT / "tools/layout-demo", f"{place}/server"], check=True)
                 servers = [f"{place}/server"] * 2
-            race = Race(programs, servers, name)
+            race = Race(options, servers, name)
             start = time.monotonic()
             race.go(options.pairs)
             seconds = time.monotonic() - start
         if any(refused == options.pairs for refused in race.refused):
             race.faults.append("one of them was always refused")
+        if not race.reads:
+            race.faults.append("nobody has read the file")
         print(f"{'FAILED' if race.faults else 'ok':6} {name}: {options.pairs} pairs, refused {race.refused}, "
               f"{race.reads} reads, {seconds:.0f} s", flush=True)
         for notice, count in race.notices.most_common(5):
