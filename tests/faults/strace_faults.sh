@@ -66,6 +66,7 @@ prepare() {
     esac
     "before_$change" >"$work/before"
     cp "$work/before" "$file"
+    rm -f "$temporary"
 }
 
 has_its_message() { grep -Eiq "^($message)" "$work/errors"; }
@@ -75,9 +76,12 @@ on_server=("$program" --drive "F:=$server" --ini "F:\\" --yes)
 # make_change [STRACE...]
 make_change() { "$@" "${on_server[@]}" "${verb[@]}" </dev/null >"$work/output" 2>"$work/errors"; }
 
-# Who is in the list cannot be added again.
+# Who is in the list cannot be added again, and a new text of the rules waits until somebody says what becomes of it.
 make_change_again() {
-    [ "$change" != user_is_added ] || "${on_server[@]}" user delete IVY >/dev/null 2>&1
+    case $change in
+        user_is_added) "${on_server[@]}" user delete IVY >/dev/null 2>&1 ;;
+        rule_is_set) "${on_server[@]}" lcr recover --drop >/dev/null 2>&1 ;;
+    esac
     make_change
 }
 
@@ -138,7 +142,7 @@ whole_somewhere() { whole || same "$temporary" "$work/after"; }
 numbers() {
     local count
     count=$(grep -Ec "^[0-9]+ +$1\(" "$work/log")
-    if [ $every = yes ]; then seq "$count"; else printf '%s\n' 1 $(((count + 1) / 2)) "$count" | sort -nu | grep -v '^0'; fi
+    if [ $every = yes ] || [ "$count" -lt 3 ]; then seq "$count"; else printf '%s\n' 1 $(((count + 1) / 2)) "$count"; fi
 }
 
 # fail CALL FAULT: FAULT has # where the number of the call goes.
