@@ -37,14 +37,14 @@ before_rule_is_set() { cat "$root/samples/server/BRIVANE/B-DB/LCRRULES.INI"; }
 
 # use FILE TEMPORARY MESSAGE [LOCK...]: what the calls are for, and how the verb's message about it begins.
 use() {
-    file=$1 temporary=$2 message=$3 watched=()
+    file=$1 temporary=$2 message=$3 beside=("$2" "${@:4}") watched=()
     local path
-    for path in "$file" "$temporary" "${@:4}"; do watched+=(-P "$path"); done
+    for path in "$file" "${beside[@]}"; do watched+=(-P "$path"); done
 }
 
 # The files of the change and the verb that makes it.
 prepare() {
-    local error='(Unable to (open|create|update)|Error (writing to|updating)) file'
+    local error="((ERROR - )?Unable to (open|create|update) file|Error (writing to|updating) file|File error: couldn't open)"
     case $change in
         user_is_added)
             use "$database/USERLIST.INI" "$database/USERLIST.TMP" "$error .*USERLIST\.(INI|TMP)\$"
@@ -55,7 +55,7 @@ prepare() {
             verb=(router set LocalServerID=OTHER)
             ;;
         rule_is_set)
-            use "$database/LCRRULES.INI" "$database/LCRRules.new" "$error .*LCRRULES\.(INI|NEW)\$|LCR settings are" \
+            use "$database/LCRRULES.INI" "$database/LCRRules.new" "$error .*LCRRULES\.(INI|NEW)\$|LCR settings are being edited" \
                 "$database/LCRRULES.LCK" "$server/BRIVANE/B-REQ/LCREDIT.LOK"
             verb=(lcr set 2 Description=Longer)
             ;;
@@ -66,7 +66,7 @@ prepare() {
     esac
     "before_$change" >"$work/before"
     cp "$work/before" "$file"
-    rm -f "$temporary"
+    rm -f "${beside[@]}"
 }
 
 has_its_message() { grep -Eiq "^($message)" "$work/errors"; }
@@ -89,7 +89,7 @@ make_change_again() {
 run_with() {
     local call=$1 fault=$2 status=0
     cp "$work/before" "$file"
-    rm -f "$temporary" "$work/log"
+    rm -f "${beside[@]}" "$work/log"
     make_change strace -f -o "$work/log" "${watched[@]}" -e "trace=$call" -e "inject=$call:$fault" \
         2>"$work/shell" || status=$?
     where="$change, $call:$fault, status $status"
