@@ -22,8 +22,8 @@ bool EnsureMailUserList(std::uintptr_t ownerWindow, bool force);
 bool DeleteMailUserList();
 
 // The address, of at most `size` characters, on the first line that has a tab and begins with the display name, in any
-// case, or with its words after the first followed by the first ("John Smith" finds "Smith John"). kKeyMissing where there
-// is none, also without a file or a name; kFileFailed after 413 or 9011, when nobody can tell.
+// case, or with its words after the first followed by the first ("John Smith" finds "Smith John"). kKeyMissing where
+// there is none, also without a file or a name; kFileFailed after 413 or 9011, when nobody can tell.
 StatusCode LookupMailUser(std::string_view displayName, std::size_t size, std::string& address);
 
 } // namespace bv

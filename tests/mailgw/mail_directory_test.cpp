@@ -144,7 +144,8 @@ TEST(MailDirectory, FindsNamesEitherWayRound) {
     EXPECT_THAT(server.Front.TakeSaid(), IsEmpty());
 
     server.Put(kDirectory, file);
-    const platform::OpenResult writer = server.Files.Open(kDirectory, {platform::Access::ReadWrite, platform::Deny::ReadingAndWriting});
+    const platform::OpenResult writer =
+        server.Files.Open(kDirectory, {platform::Access::ReadWrite, platform::Deny::ReadingAndWriting});
     EXPECT_EQ(LookupMailUser("jo", 99, found), kFileFailed);
     EXPECT_THAT(server.Front.TakeSaid(), testing::ElementsAre("error: Unable to open file " + kDirectory));
 }

@@ -1,7 +1,7 @@
 // bvctl again and again in one process, for races.py: starting a process for each verb takes most of a race's time.
 //
-// Each line of standard input is a command, its arguments parted by tabs. It is answered by a line: the exit status, how
-// many bytes of results there were, and the last line of what was said, parted by tabs.
+// Each line of standard input is a command, its arguments parted by tabs. It is answered by a line: the exit status,
+// how many bytes of results there were, and the last line of what was said, parted by tabs.
 #include <iostream>
 #include <string>
 #include <string_view>
