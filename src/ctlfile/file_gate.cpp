@@ -105,8 +105,8 @@ ControlStream OpenToRead(const std::string& path, OpenTimeout timeout) {
     constexpr std::int64_t kPause = 10; // milliseconds
     platform::Clock& clock = platform::TheClock();
     const std::int64_t end = clock.Ticks() + std::int64_t{SecondsOf(timeout)} * 1000;
-    for (int tries = 5;
-         ;) { // while the gate is free: the file can be back at each look, and gone again before it is opened
+    int tries = 5; // with the gate free: the file can be back at each look, and gone again before it is opened
+    for (;;) {
         ControlStream file = OpenShared(path, "rb", static_cast<int>((end - clock.Ticks() + 999) / 1000));
         if (file || clock.Ticks() >= end) return file;
         if (!GateIsHeldElsewhere(path) && (--tries == 0 || IsMissing(path))) return file;

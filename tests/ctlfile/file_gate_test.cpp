@@ -7,6 +7,7 @@
 #include "ctlfile/replaced_file.h"
 #include "ctlfile/rewriter.h"
 #include "ctlfile/whole_file.h"
+#include "support/faulty_files.h"
 #include "support/memory_server.h"
 
 namespace bv::test {
@@ -72,6 +73,21 @@ TEST(OpenToRead, WaitsForAFileThatIsMissingWhileItsGateIsHeld) {
         EXPECT_EQ(OpenToRead(kPath, 10).Rest(), row.ComesBack ? "new" : "");
         EXPECT_EQ(clock.Sleeps, row.ComesBack ? 3 : row.IsLetGo ? 5 : 1000);
         EXPECT_EQ(IsMissing(kPath), !row.ComesBack && row.IsLetGo);
+    }
+}
+
+// Each look finds the file back, and the opening after the first look finds it gone again.
+TEST(OpenToRead, WaitsForAFileThatIsSwappedTwiceInARow) {
+    const auto goneAt = [](int call) {
+        return FaultPlan{FaultKind::FailOnce, call, CallKind::Looks, platform::FileError::NotFound};
+    };
+    for (int call = 1; call <= 4; ++call) {
+        MemoryServer server;
+        server.Put(kPath, "new");
+        FaultyFiles second(server.Files, goneAt(call));
+        FaultyFiles first(second, goneAt(1));
+        const platform::Substitute<platform::FileSystem> use(first);
+        EXPECT_TRUE(OpenToRead(kPath, 10)) << call;
     }
 }
 
