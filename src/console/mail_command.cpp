@@ -85,9 +85,11 @@ int Refresh(Session& session, const Arguments& arguments) {
 
 int Lookup(Session& session, const Arguments& arguments) {
     const std::string& name = arguments["DISPLAYNAME"];
-    const std::optional<std::string> address = LookupMailUser(name, std::string::npos);
-    if (!address) return session.Refuse(FormatText("Mail user %s not found", name));
-    PrintLines(session, {*address});
+    std::string address;
+    const StatusCode status = LookupMailUser(name, std::string::npos, address);
+    if (status == kKeyMissing) return session.Refuse(FormatText("Mail user %s not found", name));
+    if (status != kDone) return kExitRefused;
+    PrintLines(session, {address});
     return kExitDone;
 }
 

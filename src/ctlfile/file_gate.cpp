@@ -105,11 +105,11 @@ ControlStream OpenToRead(const std::string& path, OpenTimeout timeout) {
     constexpr std::int64_t kPause = 10; // milliseconds
     platform::Clock& clock = platform::TheClock();
     const std::int64_t end = clock.Ticks() + std::int64_t{SecondsOf(timeout)} * 1000;
-    for (bool mayBeBack = true;;) {
+    int tries = 5; // with the gate free: the file can be back at each look, and gone again before it is opened
+    for (;;) {
         ControlStream file = OpenShared(path, "rb", static_cast<int>((end - clock.Ticks() + 999) / 1000));
-        if (file || !mayBeBack || clock.Ticks() >= end) return file;
-        mayBeBack = GateIsHeldElsewhere(path);
-        if (!mayBeBack && IsMissing(path)) return file;
+        if (file || clock.Ticks() >= end) return file;
+        if (!GateIsHeldElsewhere(path) && (--tries == 0 || IsMissing(path))) return file;
         YieldToSystem();
         clock.Sleep(kPause);
     }

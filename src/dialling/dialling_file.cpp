@@ -212,7 +212,7 @@ std::string_view SelectedLocation(const DialProperties& properties) {
 StatusCode ReadDialLocation(const std::string& path, std::optional<std::string_view> location,
                             DialProperties& properties) {
     properties = {};
-    ControlStream file = OpenShared(path, "rb");
+    ControlStream file = OpenToRead(path);
     if (!file) return kDialFileUnreadable;
     const StatusCode found = ReadFrom(file, location, properties);
     const StatusCode status = WasRead(file) ? found : kDialFileUnreadable;

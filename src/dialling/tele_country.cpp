@@ -1,6 +1,7 @@
 #include <optional>
 
 #include "ctlfile/control_stream.h"
+#include "ctlfile/file_gate.h"
 #include "ctlfile/reader.h"
 #include "ctlfile/reading.h"
 #include "dialling/tele_session.h"
@@ -120,7 +121,7 @@ std::uint16_t GetLocalNumberLen(const std::string& countryFile, std::string_view
         ReportMessage(kTapiNote, "'GetLocalNumberLen()' function called with invalid parameters - returning '0'");
         return 0;
     }
-    ControlStream stream = OpenShared(countryFile, "rb");
+    ControlStream stream = OpenToRead(countryFile);
     if (!stream) {
         ReportMessage(kShown, "Unable to find file '%s' (for TAPI number editing)", countryFile);
         return 0;

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "ctlfile/control_stream.h"
+#include "ctlfile/file_gate.h"
 #include "ctlfile/reader.h"
 #include "shell/server_files.h"
 #include "voice/messages.h"
@@ -41,7 +42,7 @@ std::optional<TimeRange> ParseTimeRange(std::string_view text) {
 }
 
 std::optional<TimeRange> ReadOffpeak() {
-    ControlStream setup = OpenShared(PathOf(ServerFile::Setup), "rb");
+    ControlStream setup = OpenToRead(PathOf(ServerFile::Setup));
     ControlLine line;
     ControlLine value;
     const bool isFound =

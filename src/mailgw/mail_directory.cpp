@@ -43,20 +43,20 @@ bool DeleteMailUserList() {
     return error == platform::FileError::None || error == platform::FileError::NotFound;
 }
 
-std::optional<std::string> LookupMailUser(std::string_view displayName, std::size_t size) {
-    if (displayName.empty() || IsMissing(PathOf(ServerFile::MailUsers))) return {};
+StatusCode LookupMailUser(std::string_view displayName, std::size_t size, std::string& address) {
+    if (displayName.empty() || IsMissing(PathOf(ServerFile::MailUsers))) return kKeyMissing;
     ControlStream file = OpenForReading(PathOf(ServerFile::MailUsers));
-    if (!file) return {};
+    if (!file) return kFileFailed;
     const std::string reversed = Reversed(displayName);
     for (std::string_view line = file.NextRawLine(); !line.empty(); line = file.NextRawLine()) {
         const bool begins =
             StartsWithFolded(line, displayName) || (!reversed.empty() && StartsWithFolded(line, reversed));
         const std::size_t tab = line.find('\t');
-        if (begins && tab != std::string_view::npos)
-            return std::string(WithoutLineEnd(line.substr(tab + 1)).substr(0, size));
+        if (!begins || tab == std::string_view::npos) continue;
+        address = WithoutLineEnd(line.substr(tab + 1)).substr(0, size);
+        return kDone;
     }
-    WasRead(file);
-    return {};
+    return WasRead(file) ? kKeyMissing : kFileFailed;
 }
 
 } // namespace bv

@@ -4,9 +4,10 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <string_view>
+
+#include "ctlfile/status.h"
 
 namespace bv {
 
@@ -19,8 +20,8 @@ bool EnsureMailUserList(std::uintptr_t ownerWindow, bool force);
 bool DeleteMailUserList();
 
 // The address, of at most `size` characters, on the first line that has a tab and begins with the display name, in any
-// case, or with its words after the first followed by the first ("John Smith" finds "Smith John"). None also without a
-// file or a name, and after 413 or 9011.
-std::optional<std::string> LookupMailUser(std::string_view displayName, std::size_t size);
+// case, or with its words after the first followed by the first ("John Smith" finds "Smith John"). kKeyMissing where
+// there is none, also without a file or a name; kFileFailed after 413 or 9011, when nobody can tell.
+StatusCode LookupMailUser(std::string_view displayName, std::size_t size, std::string& address);
 
 } // namespace bv

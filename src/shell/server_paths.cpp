@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "ctlfile/file_gate.h"
 #include "ctlfile/leftover.h"
 #include "ctlfile/paths.h"
 #include "ctlfile/reader.h"
@@ -129,12 +130,12 @@ void ReadLogSettings(ControlStream& setupFile, ServerPaths& paths) {
 
 // Opens SETUP.INI. A save of it that was cut off left only its new text; then it is offered to put that in place.
 ControlStream OpenSetupFile(const ServerPaths& paths, const std::string& path) {
-    ControlStream file = OpenShared(path, "rb", kSetupTimeout);
+    ControlStream file = OpenToRead(path, kSetupTimeout);
     if (file || !IsMissing(path)) return file;
     ReplacedFile setup = ReplacedFileOf(ServerFile::Setup, paths);
     setup.Path = path;
     if (!OfferRecovery(setup)) return file;
-    return OpenShared(path, "rb", kSetupTimeout);
+    return OpenToRead(path, kSetupTimeout);
 }
 
 } // namespace

@@ -38,6 +38,14 @@ VERBS
 done
 report "directories that cannot be listed"
 
+# A file system that knows no modes does not stop a save; the new file is then for its owner alone.
+where="modes are refused"
+add_area() { "$@" "${on_server[@]}" destination area add FR PAR Description=Paris >"$work/output" 2>"$work/errors"; }
+check "fails" add_area strace -f -o "$work/log" -e trace=fchmod -e inject=fchmod:error=EPERM
+check "the fault was not met" grep -q INJECTED "$work/log"
+check "no new file of the owner's alone" test "$(stat -c %a "$database"/[Aa]rea33.ini)" = 600
+report "modes that are refused"
+
 # An opening that the system refuses for a moment.
 printf '[A]\r\nk: 1\r\n' >"$work/before"
 set_key() { "$@" "$program" file set "$file" A k 2 </dev/null >"$work/output" 2>"$work/errors"; }

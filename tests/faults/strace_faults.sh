@@ -1,10 +1,15 @@
 #!/usr/bin/env bash
-# tests/faults/strace_faults.sh [BVCTL [CALL...]]: each call to the system that changes a control file or its temporary
-# during "bvctl file set" or "bvctl user add" fails in its turn, once and from then on, or ends the program; what is
-# left is checked. All such calls or those named. A close that fails is not among the faults: strace would keep the
+# tests/faults/strace_faults.sh [--all] [BVCTL [CALL...]]: calls to the system for a control file, its temporary or its
+# locks fail while a verb changes it, in place or by replacing it whole, once and from then on, or end the program; what
+# is left is checked. All such calls or those named. A close that fails is not among the faults: strace would keep the
 # file open.
+#
+# Of the calls of one name that a verb makes, the first, the one in the middle and the last fail; with --all every one
+# in its turn, and two more ways in which a rewrite changes the length are gone through (4 minutes).
 # shellcheck disable=SC2317 # check calls functions by name
 set -u
+every=no
+if [ "${1:-}" = --all ]; then every=yes && shift; fi
 # shellcheck source=checks.bash
 . "$(dirname "$0")/checks.bash"
 
@@ -14,48 +19,78 @@ padding=xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx
 
 server=$work/server
 "$root/tools/layout-demo" "$server"
+database=$server/BRIVANE/B-DB
 
-# The text before: in the four ways in which a rewrite changes the length, where the large ones need several calls to
-# copy; and a user list.
+# The changes: in the four ways in which a rewrite changes the length, where the large ones need several calls to copy; in
+# a list; of a file that is replaced whole; and the same under the lock of routing.
+changes=(small_grows large_shrinks user_is_added router_is_set rule_is_set)
+[ $every = no ] || changes+=(large_grows large_keeps)
+
+# The texts before them.
 before_small_grows() { printf '[A]\r\nk: 1\r\n\r\n[B]\r\nm: 2\r\n'; }
 before_large_grows() { repeat 12000 "$padding" && before_small_grows; }
 before_large_shrinks() { repeat 12000 "$padding$blanks"$'\r' && before_small_grows; }
 before_large_keeps() { repeat 12000 "$padding"$'\r' && printf '[A]\r\nk: 123456\r\n'; }
 before_user_is_added() { cat "$root/samples/server/BRIVANE/B-DB/USERLIST.INI"; }
+before_router_is_set() { cat "$root/samples/server/BRIVANE/B-DB/SETUP.INI"; }
+before_rule_is_set() { cat "$root/samples/server/BRIVANE/B-DB/LCRRULES.INI"; }
 
-# The control file of the change, the verb that makes it, and how to find what the verb says when it cannot.
+# use FILE TEMPORARY MESSAGE [LOCK...]: what the calls are for, and how the verb's message about it begins.
+use() {
+    file=$1 temporary=$2 message=$3 beside=("$2" "${@:4}") watched=()
+    local path
+    for path in "$file" "${beside[@]}"; do watched+=(-P "$path"); done
+}
+
+# The files of the change and the verb that makes it.
 prepare() {
-    if [ "$change" = user_is_added ]; then
-        file=$server/BRIVANE/B-DB/USERLIST.INI
-        verb=(user add IVY)
-        find_message=(grep -Eq '^(Unable to (open|create|update)|Error writing to) file .*USERLIST\.(INI|TMP)$')
-    else
-        file=$work/SETUP.INI
-        verb=(file set "$file" A k longer)
-        find_message=(has_message)
-    fi
-    temporary=${file%INI}TMP
+    local error="((ERROR - )?Unable to (open|create|update) file|Error (writing to|updating) file|File error: couldn't open)"
+    case $change in
+        user_is_added)
+            use "$database/USERLIST.INI" "$database/USERLIST.TMP" "$error .*USERLIST\.(INI|TMP)\$"
+            verb=(user add IVY)
+            ;;
+        router_is_set)
+            use "$database/SETUP.INI" "$database/Setup.new" "$error .*SETUP\.(INI|NEW)\$" "$database/SETUP.LCK"
+            verb=(router set LocalServerID=OTHER)
+            ;;
+        rule_is_set)
+            use "$database/LCRRULES.INI" "$database/LCRRules.new" "$error .*LCRRULES\.(INI|NEW)\$|LCR settings are being edited" \
+                "$database/LCRRULES.LCK" "$server/BRIVANE/B-REQ/LCREDIT.LOK"
+            verb=(lcr set 2 Description=Longer)
+            ;;
+        *)
+            use "$work/SETUP.INI" "$work/SETUP.TMP" '(Unable to open|Error updating) file .*SETUP\.INI$'
+            verb=(file set "$file" A k longer)
+            ;;
+    esac
     "before_$change" >"$work/before"
     cp "$work/before" "$file"
+    rm -f "${beside[@]}"
 }
+
+has_its_message() { grep -Eiq "^($message)" "$work/errors"; }
 
 on_server=("$program" --drive "F:=$server" --ini "F:\\" --yes)
 
 # make_change [STRACE...]
 make_change() { "$@" "${on_server[@]}" "${verb[@]}" </dev/null >"$work/output" 2>"$work/errors"; }
 
-# Who is in the list cannot be added again.
+# Who is in the list cannot be added again, and a new text of the rules waits until somebody says what becomes of it.
 make_change_again() {
-    [ "$change" != user_is_added ] || "${on_server[@]}" user delete IVY >/dev/null 2>&1
+    case $change in
+        user_is_added) "${on_server[@]}" user delete IVY >/dev/null 2>&1 ;;
+        rule_is_set) "${on_server[@]}" lcr recover --drop >/dev/null 2>&1 ;;
+    esac
     make_change
 }
 
-# Runs with one fault and checks what is left; false when the fault was not met any more.
+# Runs with one fault and checks what is left.
 run_with() {
     local call=$1 fault=$2 status=0
     cp "$work/before" "$file"
-    rm -f "$temporary" "$work/log"
-    make_change strace -f -o "$work/log" -P "$file" -P "$temporary" -e "trace=$call" -e "inject=$call:$fault" \
+    rm -f "${beside[@]}" "$work/log"
+    make_change strace -f -o "$work/log" "${watched[@]}" -e "trace=$call" -e "inject=$call:$fault" \
         2>"$work/shell" || status=$?
     where="$change, $call:$fault, status $status"
     case $status in
@@ -64,7 +99,7 @@ run_with() {
         137) check_kill ;;
         *) check "an end that is none of the three" false ;;
     esac
-    grep -Eq 'INJECTED|killed by SIGKILL' "$work/log"
+    check "the fault was not met" grep -Eq 'INJECTED|killed by SIGKILL' "$work/log"
 }
 
 # Only the temporary's own deletion may fail with success.
@@ -83,7 +118,7 @@ whole() { same "$file" "$work/before" || same "$file" "$work/after"; }
 is_cut() { same "$temporary" "$work/after" && head -c "$(stat -c %s "$file")" "$work/after" | cmp -s - "$file"; }
 
 check_refusal() {
-    check "no message" "${find_message[@]}" "$work/errors"
+    check "no message" has_its_message
     case $1 in
         pwrite64:*+) if ! whole; then check "torn" is_cut && return; fi ;;
     esac
@@ -103,16 +138,25 @@ check_kill() {
 
 whole_somewhere() { whole || same "$temporary" "$work/after"; }
 
-# fail CALL FAULT: at each call, until there are no more; FAULT has # where the number goes.
+# numbers CALL: which of the calls are to fail in their turn.
+numbers() {
+    local count
+    count=$(grep -Ec "^[0-9]+ +$1\(" "$work/log")
+    if [ $every = yes ] || [ "$count" -lt 3 ]; then seq "$count"; else printf '%s\n' 1 $(((count + 1) / 2)) "$count"; fi
+}
+
+# fail CALL FAULT: FAULT has # where the number of the call goes.
 fail() {
     local n met=0
-    for change in small_grows large_grows large_shrinks large_keeps user_is_added; do
+    for change in "${changes[@]}"; do
         where="$change without a fault"
         prepare
-        check "fails" make_change
+        check "fails" make_change strace -f -o "$work/log" "${watched[@]}" -e "trace=$1"
         cp "$file" "$work/after"
-        for ((n = 1; n < 100; n++)); do run_with "$1" "${2/\#/$n}" || break; done
-        met=$((met + n - 1))
+        for n in $(numbers "$1"); do
+            run_with "$1" "${2/\#/$n}"
+            met=$((met + 1))
+        done
     done
     where="in all"
     check "the fault was never met" test "$met" -gt 0
@@ -120,7 +164,7 @@ fail() {
 }
 
 calls=("${@:2}")
-[ ${#calls[@]} -gt 0 ] || calls=(pwrite64 ftruncate openat unlink close)
+[ ${#calls[@]} -gt 0 ] || calls=(pwrite64 ftruncate openat unlink rename fchmod close)
 for call in "${calls[@]}"; do
     fail "$call" signal=KILL:when=#
     [ "$call" != close ] || continue

@@ -131,12 +131,23 @@ TEST(MailDirectory, FindsNamesEitherWayRound) {
         {"", 99, {}},
         {"Nobody", 99, {}},
     };
-    for (const auto& [name, size, address] : rows) EXPECT_EQ(LookupMailUser(name, size), address) << name;
+    std::string found;
+    for (const auto& [name, size, address] : rows) {
+        found.clear();
+        EXPECT_EQ(LookupMailUser(name, size, found), address ? kDone : kKeyMissing) << name;
+        EXPECT_EQ(found, address.value_or("")) << name;
+    }
     EXPECT_THAT(server.Front.TakeSaid(), IsEmpty());
 
     server.Files.Delete(kDirectory);
-    EXPECT_EQ(LookupMailUser("jo", 99), std::nullopt);
+    EXPECT_EQ(LookupMailUser("jo", 99, found), kKeyMissing);
     EXPECT_THAT(server.Front.TakeSaid(), IsEmpty());
+
+    server.Put(kDirectory, file);
+    const platform::OpenResult writer =
+        server.Files.Open(kDirectory, {platform::Access::ReadWrite, platform::Deny::ReadingAndWriting});
+    EXPECT_EQ(LookupMailUser("jo", 99, found), kFileFailed);
+    EXPECT_THAT(server.Front.TakeSaid(), testing::ElementsAre("error: Unable to open file " + kDirectory));
 }
 
 } // namespace

@@ -88,17 +88,18 @@ std::string Join(std::string path, const std::vector<std::string>& names, char s
     return path;
 }
 
+// Most of a path is there as it is written: only the names behind that are looked for.
 HostPath FindNames(const std::string& directory, const std::vector<std::string>& names) {
-    HostPath exact{Join(directory, names, '/')};
-    if (Exists(*exact)) return exact;
+    std::string path = Join(directory, names, '/');
+    auto name = names.end();
+    while (name != names.begin() && !Exists(path)) path.resize(path.size() - (--name)->size() - 1);
 
-    std::string path = directory;
     bool missing = false;
-    for (const std::string& name : names) {
-        HostPath found = missing ? HostPath{name} : FindInAnyCase(path, name);
+    for (; name != names.end(); ++name) {
+        HostPath found = missing ? HostPath{*name} : FindInAnyCase(path, *name);
         if (found.Error == FileError::Failed) return found;
         missing = missing || !found;
-        path += "/" + (missing ? name : *found);
+        path += "/" + (missing ? *name : *found);
     }
     return {path};
 }

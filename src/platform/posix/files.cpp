@@ -149,16 +149,17 @@ Descriptor OpenRequested(const std::string& path, const OpenRequest& request) {
     return OpenDescriptor(path, flags, 0666);
 }
 
-// What stands for a file that is not there may be used as any new file.
+// What stands for a file that is not there may be used as any new file. Rights that are refused are no reason to lose
+// what is to be written: without them the file is for its owner alone, or as its file system makes all files.
 FileError TakeRightsOf(int descriptor, std::string_view path) {
     const HostPath host = ToHostPath(std::string(path));
     if (!host) return host.Error;
     const Descriptor other = OpenDescriptor(*host, OpenFlags({}));
-    if (other.IsOpen()) {
+    if (other.IsOpen())
         TakeRights(descriptor, other.Number());
-        return FileError::None;
-    }
-    return errno != ENOENT || TakeUsualMode(descriptor) ? FileError::None : LastError();
+    else if (errno == ENOENT)
+        TakeUsualMode(descriptor);
+    return FileError::None;
 }
 
 // Makes sure of a file and takes its locks.

@@ -40,10 +40,10 @@ bool TakeRights(int descriptor, int other) {
     return hasOwner && hasGroup && hasList && hasMode;
 }
 
-bool TakeUsualMode(int descriptor) {
+void TakeUsualMode(int descriptor) {
     const mode_t mask = umask(0);
     umask(mask);
-    return fchmod(descriptor, 0666 & ~mask) == 0;
+    static_cast<void>(fchmod(descriptor, 0666 & ~mask));
 }
 
 } // namespace bv::platform

@@ -7,7 +7,8 @@ namespace bv::platform {
 // not more readable than the other one.
 bool TakeRights(int descriptor, int other);
 
-// Gives a file the mode of any new one.
-bool TakeUsualMode(int descriptor);
+// Gives a file that was made for its owner alone the mode of any new one. Where the file system knows no modes or
+// refuses to change them, the file stays as it was made: it can only be less readable than it might be.
+void TakeUsualMode(int descriptor);
 
 } // namespace bv::platform
