@@ -7,8 +7,10 @@
 
 #include "baselines.h"
 #include "sample_files.h"
+#include "shell/row_order.h"
 #include "sizes.h"
 #include "users/user_list.h"
+#include "users/user_rows.h"
 #include "users/user_rewrite.h"
 #include "voice/list_target.h"
 
@@ -45,6 +47,40 @@ void Delete(const std::string& name) {
 void CopyUsers(benchmark::State& state) {
     const SampleServer& server = UseServer(Size(state));
     for (auto _ : state) Copy(server.Users.HostPath);
+}
+
+// What the users' dialog does: all rows, then a character in its filter, then another column's order.
+void ReadRows(benchmark::State& state) {
+    UseServer(Size(state));
+    for (auto _ : state) {
+        RowTable rows;
+        if (!ReadUserRows(UserListKind::Users, rows) || rows.Count() != Size(state)) std::abort();
+        RowOrder order(rows);
+        order.Sort(RowOrder::SortBy{kUserName, true});
+    }
+}
+
+struct ReadList {
+    explicit ReadList(std::size_t size) {
+        UseServer(size);
+        if (!ReadUserRows(UserListKind::Users, Rows)) std::abort();
+        Order.Reset();
+    }
+    RowTable Rows;
+    RowOrder Order{Rows};
+};
+
+void FilterRows(benchmark::State& state) {
+    ReadList list(Size(state));
+    for (auto _ : state) {
+        list.Order.Filter("7");
+        list.Order.Filter("");
+    }
+}
+
+void SortRows(benchmark::State& state) {
+    ReadList list(Size(state));
+    for (auto _ : state) list.Order.Sort(RowOrder::SortBy{kUserFullname, true});
 }
 
 void ListUsers(benchmark::State& state) {
@@ -122,6 +158,9 @@ void ImportUsers(benchmark::State& state) {
 #define LIST_SIZES Arg(20000)->Arg(200000)->Unit(benchmark::kMillisecond)
 BENCHMARK(CopyUsers)->LIST_SIZES;
 BENCHMARK(ListUsers)->LIST_SIZES;
+BENCHMARK(ReadRows)->LIST_SIZES;
+BENCHMARK(FilterRows)->LIST_SIZES;
+BENCHMARK(SortRows)->LIST_SIZES;
 BENCHMARK(ReadLateUser)->LIST_SIZES;
 BENCHMARK(AddUser)->LIST_SIZES;
 BENCHMARK(UpdateUser)->LIST_SIZES;
