@@ -16,7 +16,7 @@ using testing::HasSubstr;
 const std::string kPath = "F:\\BRIVANE\\B-DB\\USERLIST.INI";
 const std::string kList =
     "[GROUP]\r\nName: @A\r\n[USER]\r\nName: (default)\r\n[USER]\r\nName: ANN\r\nGroup: @A\r\nOwn: 1\r\n"
-    "Netware: ann\r\nAdmin: YES\r\n[USER]\r\nName: BEN\r\nMailName: *\r\nUrgent: NO\r\n[USER]\r\n"
+    "Netware: ann\r\nAdmin: YES\r\n[USER]\r\nName: BEN\r\nMailGateway: YES\r\nMailName: *\r\nUrgent: NO\r\n[USER]\r\n"
     "Name: CLARA\r\nGroup: @a\r\n";
 
 class ManyUsers : public testing::Test {
