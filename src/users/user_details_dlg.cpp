@@ -5,6 +5,7 @@
 #include "users/many_users.h"
 #include "users/user_actions.h"
 #include "users/user_dialog_dlg.h"
+#include "users/user_merge.h"
 #include "voice/messages.h"
 
 namespace bv {
@@ -72,7 +73,9 @@ bool CheckRecord(UserDialog& context) {
 bool SaveRecord(const UserDialog& context) {
     const RecordEntry& entry = context.Entry;
     if (entry.IsNew()) return AddUser(entry.Name(), entry.After(), entry.Kind());
-    return entry.After() == entry.Before() || UpdateUser(entry);
+    if (entry.After() == entry.Before()) return true;
+    const std::optional<RecordEntry> onTop = OnTopOfTheList(entry);
+    return onTop && UpdateUser(*onTop);
 }
 
 bool SaveMembers(const UserDialog& context) {

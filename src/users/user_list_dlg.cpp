@@ -1,8 +1,10 @@
 #include "users/user_list_dlg.h"
 
+#include "ctlfile/file_stamp.h"
 #include "dialogs/csv_import_dlg.h"
 #include "dialogs/list_view_dlg.h"
 #include "resources/ids.h"
+#include "shell/server_files.h"
 #include "users/many_users_dlg.h"
 #include "users/user_actions.h"
 #include "users/user_details_dlg.h"
@@ -39,6 +41,7 @@ struct UserListDialog {
     const DialogServices& Services;
     UserListKind Kind = UserListKind::Users;
     bool IsRead = true;
+    FileStamp Stamp;        // of the list as it is shown
     bool IsListing = false; // what the status line says of the last action stays
     RowTable Rows{};
     ListView List{Rows, kUserPlan};
@@ -78,10 +81,16 @@ void SelectRows(HWND dialog, UserListDialog& context) {
 
 void ListUsers(HWND dialog, UserListDialog& context) {
     const WaitCursor wait;
+    context.Stamp = StampOf(PathOf(ServerFile::UserList));
     context.IsListing = true;
     context.List.Refill([&] { return context.IsRead = ReadUserRows(context.Kind, context.Rows); });
     context.IsListing = false;
     EnableButtons(dialog, context);
+}
+
+// Reads the list anew when it is another one: this program or another has changed it.
+void FollowList(HWND dialog, UserListDialog& context) {
+    if (!IsUnchanged(PathOf(ServerFile::UserList), context.Stamp)) ListUsers(dialog, context);
 }
 
 UserListKind CheckedKind(HWND dialog) {
@@ -106,7 +115,7 @@ void FillUsers(HWND dialog, UserListDialog& context) {
 }
 
 void ShowNew(HWND dialog, UserListDialog& context, const std::optional<std::string>& name) {
-    ListUsers(dialog, context);
+    FollowList(dialog, context);
     if (name) context.List.SelectName(*name);
 }
 
@@ -125,7 +134,7 @@ void PressEdit(HWND dialog, UserListDialog& context) {
     const std::vector<std::string> names = context.List.SelectedNames();
     if (names.size() == 1) EditUserByDialog(dialog, KindOf(context), names.front());
     if (names.size() > 1 && context.Kind != UserListKind::Groups) ChangeUsersByDialog(dialog, names);
-    ListUsers(dialog, context);
+    FollowList(dialog, context);
 }
 
 void PressDelete(HWND dialog, UserListDialog& context) {
@@ -134,12 +143,12 @@ void PressDelete(HWND dialog, UserListDialog& context) {
     const bool isGroup = context.Kind == UserListKind::Groups;
     if (context.Services.AgreeToDeletion(isGroup ? NamedThing::UserGroup : NamedThing::User, names.front()))
         DeleteUser(names.front(), KindOf(context));
-    ListUsers(dialog, context);
+    FollowList(dialog, context);
 }
 
 void PressImport(HWND dialog, UserListDialog& context) {
     UserImport import;
-    if (ImportByDialog(dialog, import)) ListUsers(dialog, context);
+    if (ImportByDialog(dialog, import)) FollowList(dialog, context);
 }
 
 // What the filter shows.
@@ -154,7 +163,7 @@ void PressExport(HWND dialog, UserListDialog& context) {
 
 void PressDefaults(HWND dialog, UserListDialog& context) {
     EditUserByDialog(dialog, KindOf(context), std::nullopt);
-    ListUsers(dialog, context);
+    FollowList(dialog, context);
 }
 
 constexpr DialogCommand<UserListDialog> kCommands[] = {
@@ -194,7 +203,7 @@ constexpr Anchor kAnchors[] = {
     {ID_HELP_BUTTON, kMovesBoth},
     {IDOK, kMovesBoth},
 };
-constexpr DialogPlan<UserListDialog> kPlan{HELP_USERS, FillUsers, kCommands, kAnchors};
+constexpr DialogPlan<UserListDialog> kPlan{HELP_USERS, FillUsers, kCommands, kAnchors, FollowList};
 
 } // namespace
 

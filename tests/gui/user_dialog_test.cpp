@@ -233,6 +233,24 @@ TEST_F(UserDialogs, TheListIsWorkedByKeyboard) {
     });
 }
 
+TEST_F(UserDialogs, ChangesOfSomebodyElseAreKeptOrAskedAbout) {
+    const auto replace = [&](const std::string& from, const std::string& to) {
+        std::string file = File();
+        const std::size_t at = file.find(from, file.find("Name: ANNA"));
+        Server.Files().Write(kList, file.replace(at, from.size(), to));
+    };
+    WithAnna([&](HWND dialog) {
+        SetTextOf(FrontPage(dialog), ID_USER_FULLNAME, "Anna Mine");
+        SetTextOf(FrontPage(dialog), ID_USER_GROUP, "@SALES");
+        replace("Fullname: Anna, accounts", "Fullname: Anna Theirs");
+        replace("Username: anna", "Username: theirs");
+        Click(dialog, IDOK); // and theirs are kept, as the answer is No
+        EXPECT_TRUE(Until([&] { return !IsWindow(dialog); }));
+    });
+    EXPECT_TRUE(Says("User ANNA was changed by somebody else meanwhile: Fullname: \"Anna Theirs\""));
+    EXPECT_THAT(Record("ANNA"), HasSubstr("Fullname: Anna Theirs\r\nGroup: @SALES\r\nUsername: theirs\r\n"));
+}
+
 TEST_F(UserDialogs, GroupsShowAndChangeTheirMembers) {
     WithList([&](HWND list, const Windows& windows) {
         Click(list, ID_USERS_SHOW_GROUPS);
