@@ -2,6 +2,8 @@
 
 #include "dialogs/list_view_dlg.h"
 #include "resources/ids.h"
+#include "shell/startup.h"
+#include "users/network_users_dlg.h"
 #include "users/user_actions.h"
 #include "users/user_details_dlg.h"
 #include "users/user_rows.h"
@@ -49,8 +51,9 @@ void EnableButtons(HWND dialog, UserListDialog& context) {
     EnableControl(dialog, ID_USERS_ADD, context.IsRead);
     for (const int button : {ID_USERS_EDIT, ID_USERS_CLONE}) EnableControl(dialog, button, selected == 1);
     EnableControl(dialog, ID_USERS_DELETE, selected == 1);
+    EnableControl(dialog, ID_USERS_NETWORK, context.IsRead && context.Kind != UserListKind::Groups);
     // What these open is not there yet.
-    for (const int button : {ID_USERS_WHERE_USED, ID_USERS_NETWORK, ID_USERS_MAIL, ID_USERS_IMPORT, ID_USERS_EXPORT})
+    for (const int button : {ID_USERS_WHERE_USED, ID_USERS_MAIL, ID_USERS_IMPORT, ID_USERS_EXPORT})
         EnableControl(dialog, button, false);
 }
 
@@ -95,6 +98,13 @@ void FillUsers(HWND dialog, UserListDialog& context) {
     context.List.Begin(dialog);
     ListUsers(dialog, context);
     FocusControl(dialog, context.Rows.Count() > 0 ? ID_USERS_LIST : ID_USERS_ADD);
+    // A new server, whose users come from the network, begins with these.
+    if (Switches().EnableAutoAdd && context.IsRead && context.Rows.Count() == 0)
+        PostMessageW(dialog, WM_COMMAND, MAKEWPARAM(ID_USERS_NETWORK, BN_CLICKED), 0);
+}
+
+void PressNetwork(HWND dialog, UserListDialog& context) {
+    if (AddNetworkUsersByDialog(dialog)) ListUsers(dialog, context);
 }
 
 void ShowNew(HWND dialog, UserListDialog& context, const std::optional<std::string>& name) {
@@ -151,6 +161,7 @@ constexpr DialogCommand<UserListDialog> kCommands[] = {
     {ID_USERS_EDIT, BN_CLICKED, PressEdit},
     {ID_USERS_CLONE, BN_CLICKED, PressClone},
     {ID_USERS_DELETE, BN_CLICKED, PressDelete},
+    {ID_USERS_NETWORK, BN_CLICKED, PressNetwork},
     {ID_USERS_DEFAULTS, BN_CLICKED, PressDefaults},
     {IDOK, BN_CLICKED, EndWithOk},
     {IDCANCEL, BN_CLICKED, EndWithCancel},
