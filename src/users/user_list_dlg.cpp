@@ -51,7 +51,7 @@ void EnableButtons(HWND dialog, UserListDialog& context) {
     EnableControl(dialog, ID_USERS_ADD, context.IsRead);
     for (const int button : {ID_USERS_EDIT, ID_USERS_CLONE}) EnableControl(dialog, button, selected == 1);
     EnableControl(dialog, ID_USERS_DELETE, selected == 1);
-    EnableControl(dialog, ID_USERS_NETWORK, context.IsRead && context.Kind != UserListKind::Groups);
+    EnableControl(dialog, ID_USERS_NETWORK, context.IsRead && context.Kind == UserListKind::Users);
     // What these open is not there yet.
     for (const int button : {ID_USERS_WHERE_USED, ID_USERS_MAIL, ID_USERS_IMPORT, ID_USERS_EXPORT})
         EnableControl(dialog, button, false);
