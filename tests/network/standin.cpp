@@ -109,7 +109,7 @@ NET_API_STATUS WINAPI NetApiBufferSize(LPVOID memory, LPDWORD size) {
     return NERR_Success;
 }
 
-DWORD WINAPI DsGetDcNameW(LPCWSTR, LPCWSTR, GUID*, LPCWSTR, ULONG, DOMAIN_CONTROLLER_INFOW** info) {
+DWORD WINAPI FindDomain(LPCWSTR, LPCWSTR, GUID*, LPCWSTR, ULONG, DOMAIN_CONTROLLER_INFOW** info) {
     static wchar_t controller[] = L"\\\\DC1";
     static wchar_t domain[] = L"QUILLNET";
     if (Played().HasNoDomain) return ERROR_NO_SUCH_DOMAIN;

@@ -158,7 +158,7 @@ TEST_F(NetworkUsers, AreAddedLikeAUserWithTheirNetworkNames) {
     ASSERT_FALSE(PlanNetworkUsers(accounts.Ticked(), "", "", added));
     EXPECT_EQ(AddNetworkUsers(added, stopAt(2)), 1u);
     EXPECT_EQ(Server.Front.Said.back(), "status 1: Added 1, changed 0");
-    EXPECT_THAT(Server.Get(kPath), HasSubstr("Name: GUEST\r\nFullname:\r\n"));
+    EXPECT_THAT(Server.Get(kPath), HasSubstr("Name: GUEST\r\nFullname: \r\n"));
 }
 
 } // namespace
