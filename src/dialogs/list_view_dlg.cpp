@@ -283,6 +283,14 @@ bool ListView::Answer(const DialogMessage& message, INT_PTR& result) {
     return false;
 }
 
+// The control itself would select the row at hand alone.
+bool ListView::TakeKey(const MSG& message) {
+    const bool isSpace = message.message == WM_KEYDOWN && message.wParam == VK_SPACE && !IsDown(VK_CONTROL);
+    if (!plan_.HasTicks || !isSpace || message.hwnd != Window()) return false;
+    TickSelected();
+    return true;
+}
+
 bool ListView::AnswerNotice(const NMHDR& notice, INT_PTR& result) {
     switch (notice.code) {
     case LVN_GETDISPINFOW: ShowCell(reinterpret_cast<NMLVDISPINFOW&>(const_cast<NMHDR&>(notice))); return true;
@@ -344,17 +352,18 @@ void ListView::PressKey(WORD key) {
         if (key == 'F' && plan_.Filter != 0) FocusControl(dialog_, plan_.Filter);
         return;
     }
-    if (key == VK_SPACE && plan_.HasTicks) return TickSelected();
     for (const KeyCode& code : kCodes)
         if (code.Key == key) return Notify(code.Code);
 }
 
-// All selected rows get what the first of them had not.
+// Ticks all the selected rows that can be ticked, or unticks them when all of these are.
 void ListView::TickSelected() {
     const std::vector<std::size_t> rows = Selected();
     if (rows.empty() || !tick_) return;
-    const bool ticked = !rows_.IsTicked(rows.front());
-    for (const std::size_t row : rows) tick_(row, ticked);
+    const std::size_t before = CountTicked();
+    for (const std::size_t row : rows) tick_(row, true);
+    if (CountTicked() == before)
+        for (const std::size_t row : rows) tick_(row, false);
     ShowChanged();
     Notify(kListSelected);
 }

@@ -76,6 +76,7 @@ class ListView : public DialogPart {
     [[nodiscard]] const RowOrder& Order() const { return order_; }
 
     bool Answer(const DialogMessage& message, INT_PTR& result) override;
+    bool TakeKey(const MSG& message) override;
     void Resized() override { FillWidth(); }
     void Rescale() override;
 

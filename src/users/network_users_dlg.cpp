@@ -17,7 +17,7 @@ constexpr const char* kDomain = "Domain ";
 constexpr int kFromLimit = 100;
 
 // In the order of NetworkColumn.
-constexpr ListColumn kColumns[] = {{"Network name", 92}, {"Full name", 132}, {"Fax name", 54}, {"State", 130}};
+constexpr ListColumn kColumns[] = {{"Network name", 84}, {"Full name", 106}, {"Fax name", 46}, {"State", 186}};
 static_assert(std::size(kColumns) == kAccountColumns);
 constexpr ListPlan kList{.List = ID_NETWORK_LIST,
                          .Columns = kColumns,

@@ -11,9 +11,11 @@
 #include "shell/startup.h"
 #include "support/fakes.h"
 #include "support/recording_front.h"
+#include "support/texts.h"
 #include "users/network_users_dlg.h"
 #include "users/printers.h"
 #include "users/user_details_dlg.h"
+#include "users/user_list_dlg.h"
 
 namespace bv::gui {
 namespace {
@@ -127,10 +129,35 @@ TEST_F(Choosers, NetworkUsersAreTickedNamedAndAdded) {
                   EXPECT_TRUE(Says("status 1: Added 3, changed 0"));
                   Click(box, ID_NETWORK_UNLISTED);
                   EXPECT_TRUE(
-                      Shows([&] { return Entries(box, ID_NETWORK_LIST); }, "kim\tFull kim\tKIM\tis listed as KIM"));
+                      Shows([&] { return Entries(box, ID_NETWORK_LIST); }, "robin\tFull robin\tROB\tis listed as ROB"));
               });
     EXPECT_THAT(List(), HasSubstr("Name: ROB\r\nFullname: Full robin\r\nGroup: @SALES\r\nUsername: robin\r\n"));
     EXPECT_TRUE(Server.Files().Has("USERS\\KIM"));
+}
+
+TEST_F(Choosers, AServerWithoutUsersBeginsWithThoseOfTheNetwork) {
+    static constexpr DialogServices kServices{[](NamedThing, std::string_view) { return true; }};
+    const auto readSwitches = [] {
+        ControlStream setup;
+        ASSERT_EQ(LoadServerPaths(&setup), kDone);
+        ReadServerSwitches(setup);
+    };
+    const std::string setup = Server.Files().Read("B-DB\\SETUP.INI");
+    Server.Files().Write("B-DB\\SETUP.INI", test::Replaced(setup, "EnableAutoAdd: NO", "EnableAutoAdd: YES"));
+    Server.Files().Write("B-DB\\USERLIST.INI", "[USER]\r\nName: (default)\r\n");
+    readSwitches();
+    RunDriven([] { ConfigureUsers(nullptr, kServices); },
+              [&](const Windows& windows) {
+                  const HWND box = windows.Wait("Add network users", ID_NETWORK_LIST);
+                  EXPECT_TRUE(Until([&] { return Text(box, ID_NETWORK_COUNT) == "5 of 5 shown, 4 ticked"; }));
+                  Click(box, IDCANCEL);
+                  const HWND list = windows.Wait("Brivane - users and user groups");
+                  EXPECT_TRUE(IsEnabled(list, ID_USERS_NETWORK));
+                  Click(list, ID_USERS_SHOW_GROUPS);
+                  EXPECT_TRUE(Until([&] { return !IsEnabled(list, ID_USERS_NETWORK); }));
+              });
+    Server.Files().Write("B-DB\\SETUP.INI", setup);
+    readSwitches();
 }
 
 } // namespace
