@@ -21,8 +21,11 @@
 #include "shell/menu_dlg.h"
 #include "shell/server_paths.h"
 #include "shell/startup.h"
+#include "support/fakes.h"
 #include "users/many_users_dlg.h"
 #include "users/name_field_dlg.h"
+#include "users/network_users_dlg.h"
+#include "users/printer_choice_dlg.h"
 #include "users/user_details_dlg.h"
 #include "users/user_import.h"
 #include "users/user_list_dlg.h"
@@ -180,6 +183,34 @@ void DrawUsers(const Painter& painter, HWND owner, const DiskServer& server) {
     painter.Draw("choose-user", "Choose a user", [&] { ChooseNames(owner, kUserNames, true); });
 }
 
+void DrawChoosers(const Painter& painter, HWND owner) {
+    test::FakePrinters printers;
+    printers.Lists[""].Printers = {{"Office laser", "PCL 6", "LPT1:", "second floor"}};
+    const platform::Substitute<platform::Printers> usePrinters(printers);
+    painter.Draw("choose-printer", "Choose a printer", [&] { ChoosePrinter(owner, "PRINT-2"); });
+    painter.Draw(
+        "choose-printer-here", "Choose a printer", [&] { ChoosePrinter(owner, ""); },
+        [](HWND dialog) {
+            Click(dialog, ID_PRINTERS_OF_WORKSTATION);
+            Until([&] { return Entries(dialog, ID_PRINTERS_LIST).size() == 1; });
+        });
+    test::FakeNetworkUsers network;
+    for (const char* name : {"jsmith", "anna", "kim.lee", "robin"})
+        network.Accounts.push_back({name, "Full name of " + std::string(name), name[0] == 'k', true});
+    network.Accounts.push_back({"\?\?\?", "\?\?\? \?\?\?\?", false, false});
+    const platform::Substitute<platform::NetworkUsers> useNetwork(network);
+    painter.Draw(
+        "network-users", "Add network users", [&] { AddNetworkUsersByDialog(owner); },
+        [](HWND dialog) {
+            Until([&] { return IsWindowEnabled(dialog) && Entries(dialog, ID_NETWORK_LIST).size() == 4; });
+            Click(dialog, ID_NETWORK_UNLISTED);
+            Until([&] { return Entries(dialog, ID_NETWORK_LIST).size() == 5; });
+            Click(dialog, ID_NETWORK_TICK_ALL);
+            Select(dialog, ID_NETWORK_LIST, 2);
+            Until([&] { return !Text(dialog, ID_NETWORK_NAME).empty(); });
+        });
+}
+
 void DrawBoxes(const Painter& painter) {
     painter.Draw("box-delete", FillMessage(kCaptionOfDelete), [] {
         AskFilled(kCaptionOfDelete, BoxIcon::Question,
@@ -213,6 +244,7 @@ int DrawPictures(const std::string& directory) {
     DrawCatalogues(painter, window.Handle());
     DrawItems(painter, window.Handle());
     DrawUsers(painter, window.Handle(), server);
+    DrawChoosers(painter, window.Handle());
     DrawBoxes(painter);
     DrawProgress(painter, window.Handle());
     DrawFullCatalogue(painter, window.Handle(), server);

@@ -97,6 +97,7 @@ extern const Area kRecoverArea;
 extern const Area kUserArea;
 extern const Area kGroupArea;
 extern const Area kDeviceArea;
+extern const Area kPrinterArea;
 extern const Area kOptionArea;
 extern const Area kCoversheetArea;
 extern const Area kLetterheadArea;
@@ -114,10 +115,10 @@ extern const Area kCompletionArea;
 extern const Area kManualArea;
 
 inline constexpr std::array kAreas = {
-    &kPathsArea,    &kVersionArea, &kFileArea,       &kRecoverArea,    &kUserArea,    &kGroupArea,
-    &kDeviceArea,   &kOptionArea,  &kCoversheetArea, &kLetterheadArea, &kRoutingArea, &kDestinationArea,
-    &kLinkArea,     &kRouterArea,  &kLcrArea,        &kDiallingArea,   &kNumberArea,  &kMailUserArea,
-    &kMailNameArea, &kSecretArea,  &kCompletionArea, &kManualArea,
+    &kPathsArea,       &kVersionArea,  &kFileArea,   &kRecoverArea,    &kUserArea,       &kGroupArea,
+    &kDeviceArea,      &kPrinterArea,  &kOptionArea, &kCoversheetArea, &kLetterheadArea, &kRoutingArea,
+    &kDestinationArea, &kLinkArea,     &kRouterArea, &kLcrArea,        &kDiallingArea,   &kNumberArea,
+    &kMailUserArea,    &kMailNameArea, &kSecretArea, &kCompletionArea, &kManualArea,
 };
 
 } // namespace bv::console

@@ -18,35 +18,9 @@
 namespace bv {
 namespace {
 
-constexpr std::string_view kDevices = "[DEVICES]";
-constexpr std::string_view kPrinters = "[PRINTERS]";
-constexpr std::string_view kScanners = "[SCANNERS]";
-constexpr std::string_view kDeviceKey = "Device:";
 constexpr int kLastNumber = 99;
 
-// The device on a line of a list; none when readers pass over the line.
-std::optional<ListedDevice> ParseDeviceLine(std::string_view line) {
-    if (!BeginsWith(line, kDeviceKey)) return {};
-    const QuotedToken name = ParseQuotedToken(KeyValue(line));
-    if (!name.Token || name.Token->size() > DeviceName::kLimit) return {};
-    const std::optional<std::string_view> description = ParseQuotedToken(name.Rest).Token;
-    if (!description) return {};
-    return ListedDevice{*name.Token, StripQuotes(*description)};
-}
-
 ControlStream OpenSetup() { return OpenForReading(PathOf(ServerFile::Setup)); }
-
-// The devices of the first list with the header.
-std::vector<ListedDevice> ReadList(ControlStream& setup, std::string_view header) {
-    std::vector<ListedDevice> devices;
-    ControlLine line;
-    setup.Rewind();
-    if (!FindParagraph(setup, header, line)) return devices;
-    while (FindKeyLine(setup, kDeviceKey, line)) {
-        if (const auto device = ParseDeviceLine(line)) devices.push_back(*device);
-    }
-    return devices;
-}
 
 const ListedDevice* FindIn(const std::vector<ListedDevice>& devices, std::string_view name) {
     const auto isNamed = [name](const ListedDevice& device) { return EqualFolded(device.Name, name); };
@@ -143,7 +117,7 @@ bool ReadDeviceList(std::vector<ListedDevice>& devices) {
     devices.clear();
     ControlStream setup = OpenSetup();
     if (!setup) return false;
-    devices = ReadList(setup, kDevices);
+    devices = ReadDevicesOf(setup, kDeviceList);
     return WasRead(setup);
 }
 
@@ -151,9 +125,10 @@ bool FindDevice(std::string_view name, FoundDevice& found) {
     found = {};
     ControlStream setup = OpenSetup();
     if (!setup) return false;
-    for (const auto& [header, isThere] :
-         {std::pair(kDevices, &found.IsListed), {kPrinters, &found.IsPrinter}, {kScanners, &found.IsScanner}}) {
-        const std::vector<ListedDevice> devices = ReadList(setup, header);
+    for (const auto& [header, isThere] : {std::pair(kDeviceList, &found.IsListed),
+                                          {kPrinterList, &found.IsPrinter},
+                                          {kScannerList, &found.IsScanner}}) {
+        const std::vector<ListedDevice> devices = ReadDevicesOf(setup, header);
         const ListedDevice* device = FindIn(devices, name);
         *isThere = device != nullptr;
         if (device != nullptr) found.ListedAs.push_back(device->Description);
@@ -188,7 +163,7 @@ bool FillDeviceList(ListTarget& list, const DeviceListView& view) {
 bool UpdateDeviceList(std::string_view name, std::optional<std::string_view> description, DevicePlaces places) {
     Rewrite rewrite(PathOf(ServerFile::Setup));
     if (!CheckOpened(rewrite)) return false;
-    List lists[] = {{kDevices}, {kPrinters}, {kScanners}};
+    List lists[] = {{kDeviceList}, {kPrinterList}, {kScannerList}};
     if (description) {
         const std::string line = FormatText("Device: %s \"%s\"", name, *description);
         lists[0].NewLine = line;
@@ -210,8 +185,8 @@ bool IsValidDeviceName(std::string_view name) {
 std::optional<DeviceName> NextDeviceName(std::string_view stem) {
     ControlStream setup = OpenSetup();
     if (!setup) return {};
-    const std::vector<ListedDevice> lists[] = {ReadList(setup, kDevices), ReadList(setup, kPrinters),
-                                               ReadList(setup, kScanners)};
+    const std::vector<ListedDevice> lists[] = {ReadDevicesOf(setup, kDeviceList), ReadDevicesOf(setup, kPrinterList),
+                                               ReadDevicesOf(setup, kScannerList)};
     if (!WasRead(setup)) return {};
     for (int number = 1; number <= kLastNumber; ++number) {
         const std::string name = NumberedName(stem, number);

@@ -1,6 +1,4 @@
-// The lists of devices in SETUP.INI: "[DEVICES]", and of these the "[PRINTERS]" and "[SCANNERS]", with a line
-// `Device: NAME "description"` for each. A line with a name of 12 characters or more, or without a description, is
-// passed over by every reader.
+// Looking into the lists of devices in SETUP.INI (shell/device_lists.h) and keeping them in order.
 #pragma once
 
 #include <cstddef>
@@ -10,16 +8,10 @@
 #include <vector>
 
 #include "devices/device_settings.h"
+#include "shell/device_lists.h"
 #include "voice/list_target.h"
 
 namespace bv {
-
-using DeviceName = FixedText<11>;
-
-struct ListedDevice {
-    DeviceName Name;
-    DeviceDescription Description;
-};
 
 // The devices of "[DEVICES]" in file order. False after 413 or 9011.
 bool ReadDeviceList(std::vector<ListedDevice>& devices);

@@ -11,10 +11,9 @@
 
 #include "ctlfile/fixed_text.h"
 #include "ctlfile/key_fields.h"
+#include "shell/device_lists.h"
 
 namespace bv {
-
-using DeviceDescription = FixedText<50>;
 
 enum class DeviceType {
     Modem,      // FCLASS: fax modem on a serial port

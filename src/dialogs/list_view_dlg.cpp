@@ -70,7 +70,9 @@ void ListView::Begin(HWND dialog) {
     dpi_ = DpiOf(dialog);
     const HWND list = Window();
     constexpr LPARAM kStyles = LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER | LVS_EX_LABELTIP | LVS_EX_INFOTIP;
-    Send(list, LVM_SETEXTENDEDLISTVIEWSTYLE, kStyles, kStyles);
+    const LPARAM styles = kStyles | (plan_.HasTicks ? LVS_EX_CHECKBOXES : 0);
+    Send(list, LVM_SETEXTENDEDLISTVIEWSTYLE, static_cast<WPARAM>(styles), styles);
+    if (plan_.HasTicks) Send(list, LVM_SETCALLBACKMASK, LVIS_STATEIMAGEMASK); // the model has the ticks
     MakeColumns();
     if (plan_.Filter != 0) {
         SendDlgItemMessageW(dialog, plan_.Filter, EM_LIMITTEXT, kFilterLimit, 0);
@@ -236,7 +238,8 @@ void ListView::ShowArrow() const {
 
 void ListView::ShowCount() const {
     if (plan_.Count == 0) return;
-    std::string text = FillMessage(kRowsShown, order_.Shown(), rows_.Count(), CountSelected());
+    std::string text = plan_.HasTicks ? FillMessage(kRowsTicked, order_.Shown(), rows_.Count(), CountTicked())
+                                      : FillMessage(kRowsShown, order_.Shown(), rows_.Count(), CountSelected());
     if (!isRead_)
         text = FillMessage(kListUnreadable);
     else if (rows_.Count() == 0)
@@ -244,6 +247,18 @@ void ListView::ShowCount() const {
     else if (order_.Shown() == 0)
         text = FillMessage(kNothingFits, GetText(dialog_, plan_.Filter));
     SetText(dialog_, plan_.Count, text);
+}
+
+std::size_t ListView::CountTicked() const {
+    std::size_t ticked = 0;
+    for (std::size_t row = 0; row < rows_.Count(); ++row)
+        if (rows_.IsTicked(row)) ++ticked;
+    return ticked;
+}
+
+void ListView::ShowChanged() const {
+    InvalidateRect(Window(), nullptr, FALSE);
+    ShowCount();
 }
 
 void ListView::Notify(int code) const {
@@ -268,6 +283,14 @@ bool ListView::Answer(const DialogMessage& message, INT_PTR& result) {
     return false;
 }
 
+// The control itself would select the row at hand alone.
+bool ListView::TakeKey(const MSG& message) {
+    const bool isSpace = message.message == WM_KEYDOWN && message.wParam == VK_SPACE && !IsDown(VK_CONTROL);
+    if (!plan_.HasTicks || !isSpace || message.hwnd != Window()) return false;
+    TickSelected();
+    return true;
+}
+
 bool ListView::AnswerNotice(const NMHDR& notice, INT_PTR& result) {
     switch (notice.code) {
     case LVN_GETDISPINFOW: ShowCell(reinterpret_cast<NMLVDISPINFOW&>(const_cast<NMHDR&>(notice))); return true;
@@ -286,6 +309,9 @@ bool ListView::AnswerNotice(const NMHDR& notice, INT_PTR& result) {
     }
     case LVN_COLUMNCLICK: ClickColumn(reinterpret_cast<const NMLISTVIEW&>(notice).iSubItem); return true;
     case LVN_KEYDOWN: PressKey(reinterpret_cast<const NMLVKEYDOWN&>(notice).wVKey); return true;
+    case NM_CLICK:
+        if (plan_.HasTicks) ClickBox(reinterpret_cast<const NMITEMACTIVATE&>(notice));
+        return true;
     case NM_DBLCLK:
         if (reinterpret_cast<const NMITEMACTIVATE&>(notice).iItem >= 0) Notify(kListOpen);
         return true;
@@ -303,7 +329,12 @@ bool ListView::AnswerNotice(const NMHDR& notice, INT_PTR& result) {
 
 void ListView::ShowCell(NMLVDISPINFOW& cell) {
     const auto place = static_cast<std::size_t>(cell.item.iItem);
-    if ((cell.item.mask & LVIF_TEXT) == 0 || place >= order_.Shown()) return;
+    if (place >= order_.Shown()) return;
+    if (plan_.HasTicks && (cell.item.mask & LVIF_STATE) != 0 && cell.item.iSubItem == 0) {
+        cell.item.stateMask |= LVIS_STATEIMAGEMASK;
+        cell.item.state |= INDEXTOSTATEIMAGEMASK(rows_.IsTicked(order_.RowAt(place)) ? 2U : 1U);
+    }
+    if ((cell.item.mask & LVIF_TEXT) == 0) return;
     cell_ = Widen(rows_.Text(order_.RowAt(place), static_cast<std::size_t>(cell.item.iSubItem)));
     lstrcpynW(cell.item.pszText, cell_.c_str(), cell.item.cchTextMax);
 }
@@ -323,6 +354,29 @@ void ListView::PressKey(WORD key) {
     }
     for (const KeyCode& code : kCodes)
         if (code.Key == key) return Notify(code.Code);
+}
+
+// Ticks all the selected rows that can be ticked, or unticks them when all of these are.
+void ListView::TickSelected() {
+    const std::vector<std::size_t> rows = Selected();
+    if (rows.empty() || !tick_) return;
+    const std::size_t before = CountTicked();
+    for (const std::size_t row : rows) tick_(row, true);
+    if (CountTicked() == before)
+        for (const std::size_t row : rows) tick_(row, false);
+    ShowChanged();
+    Notify(kListSelected);
+}
+
+void ListView::ClickBox(const NMITEMACTIVATE& click) {
+    LVHITTESTINFO hit{};
+    hit.pt = click.ptAction;
+    const auto item = static_cast<int>(Send(Window(), LVM_HITTEST, 0, reinterpret_cast<LPARAM>(&hit)));
+    if (item < 0 || (hit.flags & LVHT_ONITEMSTATEICON) == 0 || !tick_) return;
+    const std::size_t row = order_.RowAt(static_cast<std::size_t>(item));
+    tick_(row, !rows_.IsTicked(row));
+    ShowChanged();
+    Notify(kListSelected);
 }
 
 // Up, down, file order.

@@ -11,6 +11,7 @@
 #include <functional>
 #include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "dialogs/dialog_dlg.h"
@@ -35,6 +36,7 @@ struct ListPlan {
     std::span<const int> Menu = {}; // the buttons that stand in the menu, too
     const char* Name = "";          // under which columns and order are remembered, of a list that has several plans
     bool IsSorted = true;           // by the first column, until the person sorts otherwise; else in file order
+    bool HasTicks = false;          // a box before each row, which Space and a click tick
 };
 
 class ListView : public DialogPart {
@@ -63,10 +65,18 @@ class ListView : public DialogPart {
     // Selects the row of that name alone and brings it into view. A row that the filter hides has the filter emptied.
     void SelectName(std::string_view name);
 
+    // Ticks rows when the person wants it; for a list with ticks. The model says what has a tick.
+    using Ticker = std::function<void(std::size_t row, bool ticked)>;
+    void OnTick(Ticker tick) { tick_ = std::move(tick); }
+
+    // The rows' texts or ticks are others now, and no row has come or gone: shows them, and the count.
+    void ShowChanged() const;
+
     // All rows as they are filtered and sorted now.
     [[nodiscard]] const RowOrder& Order() const { return order_; }
 
     bool Answer(const DialogMessage& message, INT_PTR& result) override;
+    bool TakeKey(const MSG& message) override;
     void Resized() override { FillWidth(); }
     void Rescale() override;
 
@@ -75,6 +85,8 @@ class ListView : public DialogPart {
     bool AnswerNotice(const NMHDR& notice, INT_PTR& result);
     void ShowCell(NMLVDISPINFOW& cell);
     void PressKey(WORD key);
+    void TickSelected();
+    void ClickBox(const NMITEMACTIVATE& click);
     void ClickColumn(int column);
     void SortBy(std::optional<RowOrder::SortBy> by);
     void ApplyFilter();
@@ -82,6 +94,7 @@ class ListView : public DialogPart {
     void ShowOrder();
     void ShowArrow() const;
     void ShowCount() const;
+    [[nodiscard]] std::size_t CountTicked() const;
     void SelectRows(const std::vector<std::size_t>& rows, std::size_t place);
     void SelectPlaces(const std::vector<std::size_t>& places);
     void CopySelected() const;
@@ -102,6 +115,7 @@ class ListView : public DialogPart {
     bool isChanging_ = false; // the selection, by the program
     WPARAM defaultButton_ = 0;
     std::wstring cell_;
+    Ticker tick_;
 };
 
 } // namespace bv

@@ -1,12 +1,26 @@
 #include "users/printer_slots_dlg.h"
 
 #include "resources/ids.h"
+#include "users/printer_choice_dlg.h"
+#include "users/printers.h"
 
 namespace bv {
 namespace {
 
 constexpr ListColumn kColumns[] = {{"For", 54}, {"Printer", 90}, {"Bin", 44}, {"Paper", 44}, {"Squash", 34}};
 constexpr ListPlan kList{.List = ID_PRINT_SLOTS, .Columns = kColumns, .IsSorted = false};
+
+// Gives a combo box other entries; what stands in its field stays.
+void Offer(HWND page, int combo, const std::vector<std::string>& entries) {
+    const HWND window = GetDlgItem(page, combo);
+    const int length = GetWindowTextLengthW(window);
+    std::wstring text(static_cast<std::size_t>(length) + 1, L'\0');
+    GetWindowTextW(window, text.data(), length + 1);
+    SendMessageW(window, CB_RESETCONTENT, 0, 0);
+    for (const std::string& entry : entries)
+        SendMessageA(window, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(entry.c_str()));
+    SetWindowTextW(window, text.c_str());
+}
 
 } // namespace
 
@@ -64,6 +78,44 @@ void PrinterSlots::ShowSelected() {
 void PrinterSlots::ChangePrinter() {
     EnableFields();
     Take();
+}
+
+void PrinterSlots::ChoosePrinter() {
+    const std::optional<std::string> name = bv::ChoosePrinter(page_, GetText(page_, ID_PRINT_PRINTER));
+    if (!name) return;
+    SetText(page_, ID_PRINT_PRINTER, *name);
+    ChangePrinter();
+    FocusControl(page_, ID_PRINT_PRINTER);
+}
+
+// The list's entry comes into the field only after this.
+void PrinterSlots::TakeListedPrinter() {
+    char name[kPrinterNameLimit + 1] = "";
+    const LRESULT entry = SendDlgItemMessageA(page_, ID_PRINT_PRINTER, CB_GETCURSEL, 0, 0);
+    const LRESULT length = SendDlgItemMessageA(page_, ID_PRINT_PRINTER, CB_GETLBTEXTLEN, static_cast<WPARAM>(entry), 0);
+    if (length <= 0 || length > static_cast<LRESULT>(kPrinterNameLimit)) return;
+    SendDlgItemMessageA(page_, ID_PRINT_PRINTER, CB_GETLBTEXT, static_cast<WPARAM>(entry),
+                        reinterpret_cast<LPARAM>(name));
+    SetText(page_, ID_PRINT_PRINTER, name);
+    ChangePrinter();
+}
+
+void PrinterSlots::OfferPrinters() const {
+    const WaitCursor wait;
+    std::vector<std::string> names;
+    for (const OfferedPrinter& printer : bv::OfferPrinters(PrinterSource::FaxServer, PrinterReading::Kept))
+        names.push_back(printer.Name);
+    Offer(page_, ID_PRINT_PRINTER, names);
+}
+
+void PrinterSlots::OfferBins() const {
+    const WaitCursor wait;
+    Offer(page_, ID_PRINT_BIN, TraysOf(GetText(page_, ID_PRINT_PRINTER)).Bins);
+}
+
+void PrinterSlots::OfferPapers() const {
+    const WaitCursor wait;
+    Offer(page_, ID_PRINT_PAPER, TraysOf(GetText(page_, ID_PRINT_PRINTER)).Papers);
 }
 
 void PrinterSlots::ClearPrinter() {

@@ -32,6 +32,13 @@ class PrinterSlots : public RowModel {
     void ShowSelected();
     void ChangePrinter();
     void ClearPrinter();
+    void ChoosePrinter();
+    void TakeListedPrinter();
+
+    // A list drops down: has it offer the fax server's printers, or the bins and papers of the printer.
+    void OfferPrinters() const;
+    void OfferBins() const;
+    void OfferPapers() const;
 
     [[nodiscard]] std::size_t Count() const override { return slots_.size(); }
     [[nodiscard]] std::size_t Columns() const override { return 5; }

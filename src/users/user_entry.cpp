@@ -69,6 +69,20 @@ std::optional<std::string> EnterValue(UserRecord& record, RecordKind kind, std::
     return FormatText("%s: \"%s\" is not %s", KeyName(*key), Shown(value), key->Values());
 }
 
+std::optional<StoredRecord> BeginningOf(RecordKind kind, const std::string& like) {
+    UserList list;
+    if (!list) return std::nullopt;
+    auto stored = list.ReadStored(std::nullopt, kind);
+    if (!stored || like.empty()) return stored;
+    UserRecord record;
+    std::string name = like;
+    if (!list.ReadNamed(name, record, kind)) return std::nullopt;
+    record.Fullname = record.Username = record.Netware = record.LanManager = std::string_view();
+    record.MailName = std::string_view();
+    stored->Record = record;
+    return stored;
+}
+
 RecordEntry::RecordEntry(RecordKind kind, StoredRecord stored)
     : kind_(kind), stored_(std::move(stored)), after_(stored_.Record) {}
 

@@ -23,6 +23,10 @@ constexpr std::string_view KeyName(const RecordKey& key) { return key.Key.substr
 std::optional<std::string> EnterValue(UserRecord& record, RecordKind kind, std::string_view keyName,
                                       std::string_view value);
 
+// What a new record begins with: the default one's lines, and its values or, their names excepted, those of the record
+// that it is to be like. None after 413, 9011 or, for a name without a record, its "not found".
+std::optional<StoredRecord> BeginningOf(RecordKind kind, const std::string& like);
+
 // One record while values are entered into it.
 class RecordEntry {
   public:

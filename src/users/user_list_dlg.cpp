@@ -5,7 +5,9 @@
 #include "dialogs/list_view_dlg.h"
 #include "resources/ids.h"
 #include "shell/server_files.h"
+#include "shell/startup.h"
 #include "users/many_users_dlg.h"
+#include "users/network_users_dlg.h"
 #include "users/user_actions.h"
 #include "users/user_details_dlg.h"
 #include "users/user_export.h"
@@ -60,9 +62,9 @@ void EnableButtons(HWND dialog, UserListDialog& context) {
     for (const int button : {ID_USERS_IMPORT, ID_USERS_EXPORT})
         EnableControl(dialog, button, context.Kind == UserListKind::Users && context.IsRead);
     EnableControl(dialog, ID_USERS_DELETE, selected == 1);
+    EnableControl(dialog, ID_USERS_NETWORK, context.IsRead && context.Kind == UserListKind::Users);
     // What these open is not there yet.
-    for (const int button : {ID_USERS_WHERE_USED, ID_USERS_NETWORK, ID_USERS_MAIL})
-        EnableControl(dialog, button, false);
+    for (const int button : {ID_USERS_WHERE_USED, ID_USERS_MAIL}) EnableControl(dialog, button, false);
 }
 
 // A mail name is seen in the list in part; the status line has it whole.
@@ -112,6 +114,13 @@ void FillUsers(HWND dialog, UserListDialog& context) {
     context.List.Begin(dialog);
     ListUsers(dialog, context);
     FocusControl(dialog, context.Rows.Count() > 0 ? ID_USERS_LIST : ID_USERS_ADD);
+    // A new server, whose users come from the network, begins with these.
+    if (Switches().EnableAutoAdd && context.IsRead && context.Rows.Count() == 0)
+        PostMessageW(dialog, WM_COMMAND, MAKEWPARAM(ID_USERS_NETWORK, BN_CLICKED), 0);
+}
+
+void PressNetwork(HWND dialog, UserListDialog& context) {
+    if (AddNetworkUsersByDialog(dialog)) ListUsers(dialog, context);
 }
 
 void ShowNew(HWND dialog, UserListDialog& context, const std::optional<std::string>& name) {
@@ -182,6 +191,7 @@ constexpr DialogCommand<UserListDialog> kCommands[] = {
     {ID_USERS_EDIT, BN_CLICKED, PressEdit},
     {ID_USERS_CLONE, BN_CLICKED, PressClone},
     {ID_USERS_DELETE, BN_CLICKED, PressDelete},
+    {ID_USERS_NETWORK, BN_CLICKED, PressNetwork},
     {ID_USERS_DEFAULTS, BN_CLICKED, PressDefaults},
     {IDOK, BN_CLICKED, EndWithOk},
     {IDCANCEL, BN_CLICKED, EndWithCancel},

@@ -38,6 +38,9 @@ const test::CommandCase kCases[] = {
     {"device repair PRINT-1 PRINT", 1, "", "Device PRINT-1 has the type PRINT already\n"},
     {"device repair NETWORK GAMMA", 1, "", "Device NETWORK is the network connection and cannot be changed\n"},
 
+    {"printer list", 0, "PRINT-1\tLaser\t\n", ""},
+    {"printer list --installed --of QUILL", 2, "", "--installed and --of cannot be given together\n"},
+
     {"option list epstiff", 0,
      "EPSTIFF/AsciiBottomMargin\t2\tdefault\nEPSTIFF/AsciiFormLength\t72\tdefault\n"
      "EPSTIFF/AsciiTopMargin\t2\tdefault\n",

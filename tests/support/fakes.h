@@ -1,15 +1,19 @@
 // Services of the operating system for tests, which answer as told. Substitute<> puts them in place.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <map>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
 #include "platform/clock.h"
 #include "platform/environment.h"
+#include "platform/network_users.h"
+#include "platform/printers.h"
 #include "platform/processes.h"
 
 namespace bv::test {
@@ -62,6 +66,42 @@ class FakeProcesses final : public platform::Processes {
       public:
         bool IsRunning() override { return false; }
     };
+};
+
+// A printing system; each list that is read is written down by its computer.
+class FakePrinters final : public platform::Printers {
+  public:
+    bool There = true;
+    std::map<std::string, platform::PrinterListing> Lists; // "" the workstation's
+    std::vector<std::string> Asked;
+
+    bool IsThere() override { return There; }
+    platform::PrinterListing Installed() override { return Of(""); }
+    platform::PrinterListing Of(const std::string& computer) override {
+        Asked.push_back(computer);
+        return Lists[computer];
+    }
+    std::vector<std::string> Bins(const std::string& name) override { return {"upper of " + name}; }
+    std::vector<std::string> Papers(const std::string& name) override { return {"A4 of " + name}; }
+};
+
+// A network with a domain, whose accounts come in pages of two.
+class FakeNetworkUsers final : public platform::NetworkUsers {
+  public:
+    std::vector<platform::NetworkUser> Accounts;
+    platform::NetworkReading Outcome;
+    std::vector<std::string> Asked;
+
+    std::vector<platform::NetworkDomain> Domains() override { return {{"QUILLNET", "\\\\DC1"}}; }
+    platform::NetworkReading Read(const std::string& computer, const Visitor& visit) override {
+        Asked.push_back(computer);
+        for (std::span rest(Accounts); !rest.empty();) {
+            const auto page = rest.first(std::min<std::size_t>(rest.size(), 2));
+            if (!visit(page)) return {};
+            rest = rest.subspan(page.size());
+        }
+        return Outcome;
+    }
 };
 
 } // namespace bv::test
