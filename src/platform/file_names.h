@@ -73,6 +73,12 @@ constexpr std::string_view FaultOfFileName(std::string_view name) {
     return {};
 }
 
+// A computer as the network names it, "\\NAME", with or without its backslashes; empty for nothing.
+inline std::string NetworkComputer(std::string_view name) {
+    const std::size_t start = name.find_first_not_of('\\');
+    return start == std::string_view::npos ? std::string() : std::string("\\\\").append(name.substr(start));
+}
+
 // The order of names in a list: alphabetical without regard to case.
 constexpr bool ComesBefore(std::string_view a, std::string_view b) {
     const int order = CompareFolded(a, b);

@@ -7,6 +7,7 @@
 #include "ctlfile/reading.h"
 #include "ctlfile/records.h"
 #include "platform/ascii.h"
+#include "platform/file_names.h"
 #include "shell/server_files.h"
 #include "users/user_entry.h"
 #include "users/user_file.h"
@@ -225,8 +226,9 @@ std::size_t AddNetworkUsers(std::span<const NamedRecord> added, const SaveProgre
     return saved.Added;
 }
 
-bool ReadNetworkAccounts(const std::string& computer, NetworkAccounts& accounts,
+bool ReadNetworkAccounts(const std::string& name, NetworkAccounts& accounts,
                          const std::function<bool(std::size_t read)>& goOn) {
+    const std::string computer = platform::NetworkComputer(name);
     const std::string shown = computer.empty() ? "this computer" : computer;
     ShowStatus(kReadingNetworkUsers, shown);
     std::size_t read = 0;

@@ -116,9 +116,9 @@ std::optional<NetworkFault> PlanNetworkUsers(std::span<const NetworkChoice> choi
 // Adds users that were planned, as SaveUsers. Status 9236 or, of those that were stopped, 9237. How many were added.
 std::size_t AddNetworkUsers(std::span<const NamedRecord> added, const SaveProgress& goOn);
 
-// Reads the accounts of a computer ("\\NAME"; empty: this one) into the table; status 9260. Asks after each page, with
-// how many were read, whether to go on. False after 9262.
-bool ReadNetworkAccounts(const std::string& computer, NetworkAccounts& accounts,
+// Reads the accounts of a computer ("NAME" or "\\NAME"; empty: this one) into the table; status 9260. Asks after each
+// page, with how many were read, whether to go on. False after 9262.
+bool ReadNetworkAccounts(const std::string& name, NetworkAccounts& accounts,
                          const std::function<bool(std::size_t read)>& goOn);
 
 } // namespace bv

@@ -40,12 +40,12 @@ std::string WordsOf(const platform::NetworkDomain& domain) {
     return domain.Name.empty() ? domain.Controller : kDomain + domain.Name;
 }
 
-// The computer that the words stand for; empty: this one.
+// The computer that the words stand for, or name; empty: this one.
 std::string ComputerOf(const NetworkDialog& context, const std::string& words) {
     if (EqualFolded(words, kThisComputer)) return {};
     for (const platform::NetworkDomain& domain : context.Domains)
         if (EqualFolded(words, WordsOf(domain))) return domain.Controller;
-    return words.empty() || words.starts_with("\\\\") ? words : "\\\\" + words;
+    return words;
 }
 
 bool IsTicked(HWND dialog, int control) { return IsDlgButtonChecked(dialog, control) == BST_CHECKED; }

@@ -7,7 +7,7 @@
 namespace bv {
 namespace {
 
-constexpr ListColumn kColumns[] = {{"For", 54}, {"Printer", 90}, {"Bin", 44}, {"Paper", 44}, {"Squash", 34}};
+constexpr ListColumn kColumns[] = {{"For", 58}, {"Printer", 84}, {"Bin", 44}, {"Paper", 44}, {"Squash", 34}};
 constexpr ListPlan kList{.List = ID_PRINT_SLOTS, .Columns = kColumns, .IsSorted = false};
 
 // Gives a combo box other entries; what stands in its field stays.

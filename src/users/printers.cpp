@@ -8,6 +8,7 @@
 #include "ctlfile/reading.h"
 #include "platform/ascii.h"
 #include "platform/drives.h"
+#include "platform/file_names.h"
 #include "platform/printers.h"
 #include "shell/device_lists.h"
 #include "shell/server_files.h"
@@ -90,7 +91,8 @@ std::vector<OfferedPrinter> OfferPrinters(PrinterSource source, PrinterReading r
     return KeptPrinters(computer);
 }
 
-bool ListPrintersOf(const std::string& computer, std::vector<OfferedPrinter>& printers) {
+bool ListPrintersOf(const std::string& name, std::vector<OfferedPrinter>& printers) {
+    const std::string computer = platform::NetworkComputer(name);
     printers.clear();
     platform::Printers& system = platform::ThePrinters();
     if (!system.IsThere()) {

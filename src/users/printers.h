@@ -35,8 +35,8 @@ bool HasPrinters(PrinterSource source);
 enum class PrinterReading { Kept, Anew };
 std::vector<OfferedPrinter> OfferPrinters(PrinterSource source, PrinterReading reading);
 
-// The printers of any computer; false after 9257 or 9250. The workstation's own for an empty name.
-bool ListPrintersOf(const std::string& computer, std::vector<OfferedPrinter>& printers);
+// The printers of any computer, "NAME" or "\\NAME"; false after 9257 or 9250. The workstation's own for an empty name.
+bool ListPrintersOf(const std::string& name, std::vector<OfferedPrinter>& printers);
 
 // What papers a printer has, and in which bins; of one that the server's list has only by its description, those of the
 // workstation's printer of that name.

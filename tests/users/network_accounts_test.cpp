@@ -41,7 +41,7 @@ class NetworkUsers : public testing::Test {
         ListedNames listed;
         EXPECT_TRUE(ReadListedNames(listed));
         accounts.Begin(std::move(listed), unlistedOnly);
-        ReadNetworkAccounts("\\\\DC1", accounts, [](std::size_t) { return true; });
+        ReadNetworkAccounts("DC1", accounts, [](std::size_t) { return true; });
         return accounts;
     }
 
