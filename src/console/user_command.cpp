@@ -155,7 +155,7 @@ int Set(Session& session, const Arguments& arguments, RecordKind kind) {
 
 int Delete(Session& session, const Arguments& arguments, RecordKind kind) {
     return Perform(session,
-                   [&] { return AgreeToDeletion(kind, arguments["NAME"]) && DeleteUser(arguments["NAME"], kind); });
+                   [&] { return AgreeToDeletion(kind, {arguments["NAME"]}) && DeleteUser(arguments["NAME"], kind); });
 }
 
 int Export(Session& session, const Arguments& arguments) {
