@@ -149,6 +149,19 @@ bool CheckGroup(UserList& list, const UserRecord& record) {
     return false;
 }
 
+std::optional<StoredRecord> ReadBeginning(RecordKind kind, std::string_view like) {
+    UserList list;
+    if (!list) return {};
+    auto stored = list.ReadStored(std::nullopt, kind);
+    if (!stored || like.empty()) return stored;
+    std::string name(like);
+    if (!list.ReadNamed(name, stored->Record, kind)) return {};
+    UserRecord& record = stored->Record;
+    record.Fullname = record.Username = record.Netware = record.LanManager = std::string_view();
+    record.MailName = std::string_view();
+    return stored;
+}
+
 bool AddUser(std::string_view name, const UserRecord& record, RecordKind kind) {
     const bool added = AddEverywhere(name, record, kind);
     ShowStatus(added ? kAddedUser : kUnableToAddUser, WithKind(name, kind));

@@ -30,6 +30,10 @@ bool CheckGroup(UserList& list, const UserRecord& record);
 // when directories cannot have it; none without a fault.
 std::optional<std::string> FaultOfNewName(std::string_view name);
 
+// What a new record begins with: the default record, or with a name the values of that record, whose own names (full
+// name, network and e-mail) are left out. None after a message.
+std::optional<StoredRecord> ReadBeginning(RecordKind kind, std::string_view like);
+
 // Each of the next four returns whether everything was done as asked; when not, a message has said why (except a
 // question answered No).
 

@@ -99,21 +99,6 @@ bool RunDetails(HWND owner, UserDialog& context) {
     return OpenDialog("ConfigUsersBox", owner, ConfigUsersDlgBox, &context) == IDOK;
 }
 
-// What the new record begins with; its names are its own.
-std::optional<StoredRecord> Beginning(const NewUser& what) {
-    UserList list;
-    if (!list) return std::nullopt;
-    auto stored = list.ReadStored(std::nullopt, what.Kind);
-    if (!stored || what.Like.empty()) return stored;
-    UserRecord like;
-    std::string name = what.Like;
-    if (!list.ReadNamed(name, like, what.Kind)) return std::nullopt;
-    like.Fullname = like.Username = like.Netware = like.LanManager = std::string_view();
-    like.MailName = std::string_view();
-    stored->Record = like;
-    return stored;
-}
-
 std::optional<StoredRecord> ReadDefault(RecordKind kind) {
     for (int turn = 0; turn < 2; ++turn) {
         std::optional<StoredRecord> stored;
@@ -130,7 +115,7 @@ std::optional<StoredRecord> ReadDefault(RecordKind kind) {
 } // namespace
 
 std::optional<std::string> AddUserByDialog(HWND owner, const NewUser& what) {
-    auto beginning = Beginning(what);
+    auto beginning = ReadBeginning(what.Kind, what.Like);
     if (!beginning) return std::nullopt;
     UserDialog context(RecordEntry::OfNew(what.Kind, "", std::move(*beginning)));
     context.IsProfile = what.IsProfile;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <span>
 #include <utility>
 
 #include "lcr/edit_lock.h"
@@ -21,12 +22,9 @@ namespace {
 
 using Uses = std::vector<Use>;
 
-constexpr std::string_view WordOf(RecordKind kind) { return kind == RecordKind::User ? "user" : "user group"; }
-
-std::string Joined(const Names& names) {
-    std::string text;
-    for (const std::string& name : names) text.append(text.empty() ? "" : ", ").append(name);
-    return text;
+std::string_view WordOf(RecordKind kind, const Names& names) {
+    if (kind == RecordKind::User) return names.size() == 1 ? "user" : "users";
+    return names.size() == 1 ? "user group" : "user groups";
 }
 
 std::optional<Uses> FindMembers(const NameSet& groups) {
@@ -38,7 +36,7 @@ std::optional<Uses> FindMembers(const NameSet& groups) {
     const bool isRead = VisitUserRows(view, [&](const UserRow& row) {
         if (!groups.Has(row.Group)) return;
         uses.push_back({.File = NameOf(ServerFile::UserList),
-                        .Where = FormatText("user %s", row.Name),
+                        .Where = FormatText("user %s, Group: %s", row.Name, row.Group),
                         .Name = std::string(row.Group)});
     });
     if (!isRead) return {};
@@ -97,7 +95,7 @@ bool ChangeFiles(const Uses& uses, const Names& names, const UseChange& change) 
         const std::size_t count = CountChanged(uses, writer, change);
         if (count == 0) continue;
         if (!writer.Change(set, change)) {
-            ShowError(kUsesNotChanged, NameOf(writer.File), Joined(names));
+            ShowError(kUsesNotChanged, NameOf(writer.File), NamesText(names));
             return false;
         }
         ShowStatus(kPlacesChanged, NameOf(writer.File), count);
@@ -130,14 +128,23 @@ std::optional<Uses> FindUses(RecordKind kind, const Names& names) {
     return uses;
 }
 
+std::string NamesText(const Names& names) {
+    constexpr std::size_t kNamed = 3;
+    std::string text;
+    for (const std::string& name : std::span(names).first(std::min(names.size(), kNamed)))
+        text.append(text.empty() ? "" : ", ").append(name);
+    if (names.size() > kNamed) text += FormatText(" and %d more", names.size() - kNamed);
+    return text;
+}
+
 std::string CountText(RecordKind kind, const Names& names, std::size_t count) {
-    if (count == 0) return FillMessage(kUsedNowhere, WordOf(kind), Joined(names));
-    return FillMessage(kPlacesWhereUsed, WordOf(kind), Joined(names), count);
+    if (count == 0) return FillMessage(kUsedNowhere, WordOf(kind, names), NamesText(names));
+    return FillMessage(kPlacesWhereUsed, WordOf(kind, names), NamesText(names), count);
 }
 
 bool AgreeToDeletion(RecordKind kind, const Names& names) {
     const std::optional<Uses> uses = FindUses(kind, names);
-    return uses && AskDespiteUses(*uses, Joined(names));
+    return uses && AskDespiteUses(*uses, NamesText(names));
 }
 
 bool CheckReplacement(RecordKind kind, const Names& names, std::string& by) {

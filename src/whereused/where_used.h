@@ -18,6 +18,9 @@ using Names = std::vector<std::string>;
 // options; those that would widen first. None after a message: a file cannot be read.
 std::optional<std::vector<Use>> FindUses(RecordKind kind, const Names& names);
 
+// The first three of the names, and how many more there are.
+std::string NamesText(const Names& names);
+
 // 9213 "Places where %s %s is used: %d" or 9214 "%s %s is used nowhere".
 std::string CountText(RecordKind kind, const Names& names, std::size_t count);
 
