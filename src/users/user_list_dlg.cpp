@@ -47,10 +47,11 @@ RecordKind KindOf(const UserListDialog& context) {
 void EnableButtons(HWND dialog, UserListDialog& context) {
     const std::size_t selected = context.List.CountSelected();
     EnableControl(dialog, ID_USERS_ADD, context.IsRead);
-    for (const int button : {ID_USERS_EDIT, ID_USERS_CLONE}) EnableControl(dialog, button, selected == 1);
-    EnableControl(dialog, ID_USERS_DELETE, selected == 1);
+    for (const int button : {ID_USERS_EDIT, ID_USERS_CLONE, ID_USERS_WHERE_USED})
+        EnableControl(dialog, button, selected == 1);
+    EnableControl(dialog, ID_USERS_DELETE, selected > 0);
     // What these open is not there yet.
-    for (const int button : {ID_USERS_WHERE_USED, ID_USERS_NETWORK, ID_USERS_MAIL, ID_USERS_IMPORT, ID_USERS_EXPORT})
+    for (const int button : {ID_USERS_NETWORK, ID_USERS_MAIL, ID_USERS_IMPORT, ID_USERS_EXPORT})
         EnableControl(dialog, button, false);
 }
 
@@ -123,13 +124,20 @@ void Edit(HWND dialog, UserListDialog& context, bool atFullname) {
 void PressEdit(HWND dialog, UserListDialog& context) { Edit(dialog, context, false); }
 void PressRename(HWND dialog, UserListDialog& context) { Edit(dialog, context, true); }
 
+NamedThing ThingOf(const UserListDialog& context) {
+    return context.Kind == UserListKind::Groups ? NamedThing::UserGroup : NamedThing::User;
+}
+
 void PressDelete(HWND dialog, UserListDialog& context) {
     const std::vector<std::string> names = context.List.SelectedNames();
-    if (names.size() != 1) return;
-    const bool isGroup = context.Kind == UserListKind::Groups;
-    if (context.Services.AgreeToDeletion(isGroup ? NamedThing::UserGroup : NamedThing::User, names.front()))
-        DeleteUser(names.front(), KindOf(context));
+    if (names.empty()) return;
+    context.Services.Delete(dialog, ThingOf(context), names);
     ListUsers(dialog, context);
+}
+
+void PressWhereUsed(HWND dialog, UserListDialog& context) {
+    const std::vector<std::string> names = context.List.SelectedNames();
+    if (names.size() == 1) context.Services.ShowUses(dialog, ThingOf(context), names.front());
 }
 
 void PressDefaults(HWND dialog, UserListDialog& context) {
@@ -151,6 +159,7 @@ constexpr DialogCommand<UserListDialog> kCommands[] = {
     {ID_USERS_EDIT, BN_CLICKED, PressEdit},
     {ID_USERS_CLONE, BN_CLICKED, PressClone},
     {ID_USERS_DELETE, BN_CLICKED, PressDelete},
+    {ID_USERS_WHERE_USED, BN_CLICKED, PressWhereUsed},
     {ID_USERS_DEFAULTS, BN_CLICKED, PressDefaults},
     {IDOK, BN_CLICKED, EndWithOk},
     {IDCANCEL, BN_CLICKED, EndWithCancel},

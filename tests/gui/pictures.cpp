@@ -10,6 +10,7 @@
 #include "covlet/catalogue_dlg.h"
 #include "covlet/item_dlg.h"
 #include "dialogs/dialog_dlg.h"
+#include "dialogs/name_field_dlg.h"
 #include "dialogs/progress_dlg.h"
 #include "gui/disk_server.h"
 #include "gui/gui.h"
@@ -19,10 +20,10 @@
 #include "shell/menu_dlg.h"
 #include "shell/server_paths.h"
 #include "shell/startup.h"
-#include "users/name_field_dlg.h"
 #include "users/user_details_dlg.h"
 #include "users/user_list_dlg.h"
 #include "voice/messages.h"
+#include "whereused/where_used_dlg.h"
 
 namespace bv::gui {
 namespace {
@@ -144,7 +145,7 @@ void DrawPages(const Painter& painter, const std::string& name, const std::strin
 }
 
 void DrawUsers(const Painter& painter, HWND owner) {
-    static constexpr DialogServices kServices{[](NamedThing, std::string_view) { return true; }};
+    static constexpr DialogServices kServices{ShowUses, DeleteByDialog};
     painter.Draw("users", "Brivane - users and user groups", [&] { ConfigureUsers(owner, kServices); });
     painter.Draw(
         "groups", "Brivane - users and user groups", [&] { ConfigureUsers(owner, kServices); },
@@ -157,6 +158,9 @@ void DrawUsers(const Painter& painter, HWND owner) {
               [&] { EditUserByDialog(owner, RecordKind::User, "ANNA"); });
     DrawPages(painter, "group", "Brivane user group details - @SALES", 2,
               [&] { EditUserByDialog(owner, RecordKind::Group, "@SALES"); });
+    painter.Draw("where-used", "Where ANNA is used", [&] { ShowUses(owner, NamedThing::User, "ANNA"); });
+    painter.Draw("where-used-delete", "Where ANNA, FRANK is used",
+                 [&] { DeleteByDialog(owner, NamedThing::User, {"ANNA", "FRANK"}); });
     painter.Draw("user-new", "Add new user", [&] { AddUserByDialog(owner, {}); });
     painter.Draw("choose-user", "Choose a user", [&] { ChooseNames(owner, kUserNames, true); });
 }
