@@ -96,6 +96,7 @@ extern const Area kFileArea;
 extern const Area kRecoverArea;
 extern const Area kUserArea;
 extern const Area kGroupArea;
+extern const Area kWhereUsedArea;
 extern const Area kDeviceArea;
 extern const Area kPrinterArea;
 extern const Area kOptionArea;
@@ -115,10 +116,10 @@ extern const Area kCompletionArea;
 extern const Area kManualArea;
 
 inline constexpr std::array kAreas = {
-    &kPathsArea,       &kVersionArea,  &kFileArea,   &kRecoverArea,    &kUserArea,       &kGroupArea,
-    &kDeviceArea,      &kPrinterArea,  &kOptionArea, &kCoversheetArea, &kLetterheadArea, &kRoutingArea,
-    &kDestinationArea, &kLinkArea,     &kRouterArea, &kLcrArea,        &kDiallingArea,   &kNumberArea,
-    &kMailUserArea,    &kMailNameArea, &kSecretArea, &kCompletionArea, &kManualArea,
+    &kPathsArea,     &kVersionArea,     &kFileArea,     &kRecoverArea, &kUserArea,       &kGroupArea,
+    &kWhereUsedArea, &kDeviceArea,      &kPrinterArea,  &kOptionArea,  &kCoversheetArea, &kLetterheadArea,
+    &kRoutingArea,   &kDestinationArea, &kLinkArea,     &kRouterArea,  &kLcrArea,        &kDiallingArea,
+    &kNumberArea,    &kMailUserArea,    &kMailNameArea, &kSecretArea,  &kCompletionArea, &kManualArea,
 };
 
 } // namespace bv::console

@@ -13,6 +13,7 @@
 #include "ctlfile/lines.h"
 #include "ctlfile/utf8.h"
 #include "platform/ascii.h"
+#include "users/many_users.h"
 #include "users/user_actions.h"
 #include "users/user_entry.h"
 #include "users/user_export.h"
@@ -113,11 +114,23 @@ int Show(Session& session, const Arguments& arguments, RecordKind kind) {
     return kExitDone;
 }
 
+// The names of a list "ANN,BEN".
+std::vector<std::string> SplitNames(std::string_view list) {
+    std::vector<std::string> names;
+    while (!list.empty()) {
+        const std::size_t comma = std::min(list.find(','), list.size());
+        const std::string_view name = TrimBlanks(list.substr(0, comma));
+        if (!name.empty()) names.emplace_back(name);
+        list.remove_prefix(std::min(comma + 1, list.size()));
+    }
+    return names;
+}
+
 // Puts the given values into the record; 0 or the exit status, a message shown.
-int Enter(const Session& session, const Arguments& arguments, RecordEntry& entry) {
+int Enter(const Session& session, const Arguments& arguments, std::string_view name, RecordEntry& entry) {
     auto assignments = ReadAssignments(session, arguments, kAssignments);
     if (!assignments) return kExitWrongUsage;
-    DropShown(*assignments, "Name", arguments["NAME"]);
+    DropShown(*assignments, "Name", name);
     for (const auto& [key, value] : *assignments) {
         if (const auto fault = entry.Enter(key, value)) return session.Refuse(*fault);
     }
@@ -125,18 +138,43 @@ int Enter(const Session& session, const Arguments& arguments, RecordEntry& entry
     return fault ? session.Refuse(fault->Text) : 0;
 }
 
-int Add(Session& session, const Arguments& arguments, RecordKind kind) {
-    const std::string& name = arguments["NAME"];
-    std::optional<RecordEntry> entry;
+int AddLike(Session& session, const Arguments& arguments, RecordKind kind, std::string_view like,
+            const std::string& name) {
+    auto beginning = BeginningOf(kind, like);
+    if (!beginning) return kExitRefused;
+    RecordEntry entry = RecordEntry::OfNew(kind, name, std::move(*beginning));
+    if (const int fault = Enter(session, arguments, name, entry)) return fault;
     {
         UserList list;
-        auto defaultRecord = list ? list.ReadStored(std::nullopt, kind) : std::nullopt;
-        if (!defaultRecord) return kExitRefused;
-        entry = RecordEntry::OfNew(kind, name, std::move(*defaultRecord));
-        if (const int fault = Enter(session, arguments, *entry)) return fault;
-        if (!CheckNewUser(list, name, entry->After(), kind)) return kExitRefused;
+        if (!list || !CheckNewUser(list, name, entry.After(), kind)) return kExitRefused;
     }
-    return Perform(session, [&] { return AddUser(name, entry->After(), kind); });
+    return Perform(session, [&] { return AddUser(name, entry.After(), kind); });
+}
+
+int Add(Session& session, const Arguments& arguments, RecordKind kind) {
+    return AddLike(session, arguments, kind, {}, arguments["NAME"]);
+}
+
+int Clone(Session& session, const Arguments& arguments, RecordKind kind) {
+    return AddLike(session, arguments, kind, arguments["NAME"], arguments["NEW"]);
+}
+
+// Several users get the same values; nothing is written when one of them cannot.
+int SetMany(Session& session, const Arguments& arguments, const std::vector<std::string>& names) {
+    const auto values = ReadAssignments(session, arguments, kAssignments);
+    if (!values) return kExitWrongUsage;
+    const auto plan = PlanManyUsers(names, *values);
+    if (!plan) return kExitRefused;
+    for (const std::string& fault : plan->Faults) ShowError("%s", fault);
+    if (!plan->Faults.empty()) return kExitRefused;
+    {
+        UserList list;
+        const auto isFine = [&](const RecordUpdate& update) {
+            return update.After.Group == update.Before.Group || CheckGroup(list, update.After);
+        };
+        if (!list || !std::ranges::all_of(plan->Updates, isFine)) return kExitRefused;
+    }
+    return Perform(session, [&] { return ChangeManyUsers(*plan); });
 }
 
 int Set(Session& session, const Arguments& arguments, RecordKind kind) {
@@ -146,16 +184,53 @@ int Set(Session& session, const Arguments& arguments, RecordKind kind) {
         auto stored = list ? list.ReadStored(arguments["NAME"], kind) : std::nullopt;
         if (!stored) return kExitRefused;
         entry.emplace(kind, std::move(*stored));
-        if (const int fault = Enter(session, arguments, *entry)) return fault;
+        if (const int fault = Enter(session, arguments, arguments["NAME"], *entry)) return fault;
         const bool hasNewGroup = entry->After().Group != entry->Before().Group;
         if (hasNewGroup && !CheckGroup(list, entry->After())) return kExitRefused;
     }
     return Perform(session, [&] { return UpdateUser(*entry); });
 }
 
+int SetUser(Session& session, const Arguments& arguments) {
+    const std::vector<std::string> names = SplitNames(arguments["NAME"]);
+    return names.size() > 1 ? SetMany(session, arguments, names) : Set(session, arguments, RecordKind::User);
+}
+
+// What is to become of the places that name those who go: none of the flags asks.
+std::optional<UseChange> ChosenChange(const Arguments& arguments) {
+    if (arguments.Has("--take-out") || arguments.Has("--delete-emptied"))
+        return UseChange{UseChange::Kind::TakeOut, {}, arguments.Has("--delete-emptied")};
+    if (arguments.Has("--replace-by")) return UseChange{UseChange::Kind::Replace, arguments["--replace-by"]};
+    if (arguments.Has("--leave")) return UseChange{};
+    return {};
+}
+
 int Delete(Session& session, const Arguments& arguments, RecordKind kind) {
-    return Perform(session,
-                   [&] { return AgreeToDeletion(kind, arguments["NAME"]) && DeleteUser(arguments["NAME"], kind); });
+    const std::vector<std::string> names = arguments.All("NAME");
+    const bool takesOut = arguments.Has("--take-out") || arguments.Has("--delete-emptied");
+    const bool chosen[] = {takesOut, arguments.Has("--replace-by"), arguments.Has("--leave")};
+    if (std::ranges::count(chosen, true) > 1)
+        return session.WrongUsage("Only one of --take-out, --replace-by and --leave can be given");
+    const auto goOn = [](std::size_t) { return true; };
+    return Perform(session, [&] {
+        if (const auto change = ChosenChange(arguments)) return DeleteWithUses(kind, names, *change, goOn);
+        if (!AgreeToDeletion(kind, names)) return false;
+        return names.size() == 1 ? DeleteUser(names.front(), kind) : DeleteUsers(names, kind, goOn);
+    });
+}
+
+int ShowWhereUsed(Session& session, const Arguments& arguments, RecordKind kind) {
+    const auto uses = FindUses(kind, {arguments["NAME"]});
+    if (!uses) return kExitRefused;
+    std::vector<Record> records;
+    for (const Use& use : *uses)
+        records.push_back({{"File", std::string(use.File)},
+                           {"Place", use.Where},
+                           {"TakenOut", EffectText(use, {UseChange::Kind::TakeOut})}});
+    PrintRecords(session, records);
+    if (uses->empty() && !session.Json && !session.Quiet)
+        session.Streams.PrintNotice(CountText(kind, {arguments["NAME"]}, 0) + '\n');
+    return kExitDone;
 }
 
 int Export(Session& session, const Arguments& arguments) {
@@ -188,6 +263,14 @@ constexpr std::string_view kKeysHelp = "Keys and values as 'show' prints them";
 constexpr Parameter kSomeKeys = {kAssignments, kKeysHelp, ParameterKind::ZeroOrMore};
 constexpr Parameter kKeys = {kAssignments, kKeysHelp, ParameterKind::OneOrMore};
 
+constexpr Parameter kNames = {"NAME", "Names of those who go", ParameterKind::OneOrMore};
+constexpr Parameter kTakeOut = {"--take-out", "Take the name out of all places that have it", ParameterKind::Flag};
+constexpr Parameter kDeleteEmptied = {"--delete-emptied", "The same, and delete rules that would then take more faxes",
+                                      ParameterKind::Flag};
+constexpr Parameter kReplaceBy = {"--replace-by", "Put another name into all places that have it",
+                                  ParameterKind::Option, "OTHER"};
+constexpr Parameter kLeave = {"--leave", "Leave the name in all places that have it", ParameterKind::Flag};
+
 constexpr auto kUser = RecordKind::User;
 constexpr auto kGroup = RecordKind::Group;
 
@@ -208,14 +291,19 @@ constexpr Verb kUserVerbs[] = {
      .Example = "IRIS 'Fullname=Iris Moor' Group=@SALES Admin=YES",
      .Run = kFor<Add, kUser>},
     {.Name = "set",
-     .Help = "Change keys of a user",
-     .Parameters = {{kName, kKeys}},
+     .Help = "Change keys of a user, or the same keys of several",
+     .Parameters = {{{"NAME", "Name, or several: ANNA,BEN"}, kKeys}},
      .Example = "IRIS 'Dial=Local National' 'SendTime=AFTER 18:00 BEFORE 08:00 MON TUE'",
-     .Run = kFor<Set, kUser>},
+     .Run = Located<SetUser>},
+    {.Name = "clone",
+     .Help = "Add a user, who begins with what another one has, names excepted, and make the user's directories",
+     .Parameters = {{kName, {"NEW", "Name of the new user, at most 8 characters"}, kSomeKeys}},
+     .Example = "IRIS JUNE 'Fullname=June Moor'",
+     .Run = kFor<Clone, kUser>},
     {.Name = "delete",
-     .Help = "Delete a user and the user's directories",
-     .Parameters = {{kName}},
-     .Example = "IRIS --yes",
+     .Help = "Delete users and their directories; places that name them are asked about, or changed as is said",
+     .Parameters = {{kTakeOut, kDeleteEmptied, kReplaceBy, kLeave, kNames}},
+     .Example = "IRIS --replace-by JUNE",
      .Run = kFor<Delete, kUser>},
     {.Name = "export",
      .Help = "Print all users as comma-separated values, with a first line of the keys' names",
@@ -250,15 +338,29 @@ constexpr Verb kGroupVerbs[] = {
      .Example = "@SALES PrintRecdDevice=PRINT-1",
      .Run = kFor<Set, kGroup>},
     {.Name = "delete",
-     .Help = "Delete a user group and its directories; its members stay",
-     .Parameters = {{kName}},
-     .Example = "@SALES --yes",
+     .Help = "Delete user groups and their directories; their members stay",
+     .Parameters = {{kTakeOut, kReplaceBy, kLeave, kNames}},
+     .Example = "@SALES --take-out",
      .Run = kFor<Delete, kGroup>},
+};
+
+constexpr Verb kWhereUsedVerbs[] = {
+    {.Name = "user",
+     .Help = "List the places that name a user, with what becomes of each when the name is taken out",
+     .Parameters = {{kName}},
+     .Example = "IRIS",
+     .Run = kFor<ShowWhereUsed, kUser>},
+    {.Name = "group",
+     .Help = "List the members of a user group and the places that name it",
+     .Parameters = {{kName}},
+     .Example = "@SALES",
+     .Run = kFor<ShowWhereUsed, kGroup>},
 };
 
 } // namespace
 
 const Area kUserArea = {"user", "The users of the fax server", kUserVerbs};
 const Area kGroupArea = {"group", "The groups of users", kGroupVerbs};
+const Area kWhereUsedArea = {"where-used", "Where the server's files name a user or a group", kWhereUsedVerbs};
 
 } // namespace bv::console

@@ -1,7 +1,10 @@
 // What the dialogs of an area ask of areas above theirs. The menu, which knows all areas, hands it in.
 #pragma once
 
-#include <string_view>
+#include <windows.h>
+
+#include <string>
+#include <vector>
 
 namespace bv {
 
@@ -9,8 +12,12 @@ namespace bv {
 enum class NamedThing { User, UserGroup };
 
 struct DialogServices {
-    // Asks, with the places that use the name, whether it is to go; true also when there are none.
-    bool (*AgreeToDeletion)(NamedThing kind, std::string_view name);
+    // Shows the places that use the name.
+    void (*ShowUses)(HWND owner, NamedThing kind, const std::string& name);
+
+    // Deletes what has the names, after the question or, when others use it, after the dialog that says what becomes of
+    // these.
+    void (*Delete)(HWND owner, NamedThing kind, const std::vector<std::string>& names);
 };
 
 } // namespace bv

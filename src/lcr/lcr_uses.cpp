@@ -8,7 +8,6 @@
 #include "lcr/rule_file.h"
 #include "lcr/rule_references.h"
 #include "lcr/synonyms.h"
-#include "platform/ascii.h"
 #include "shell/server_files.h"
 #include "voice/format.h"
 
@@ -17,22 +16,54 @@ namespace {
 
 Use UseOfRule(const RuleList& rules, const RoutingRule& rule, bool isOnly) {
     const auto number = static_cast<int>(&rule - rules.data()) + 1;
-    return {NameOf(ServerFile::Rules), FormatText("rule %d \"%s\"", number, rule.Description.View()), true, isOnly,
-            true};
+    return {.File = NameOf(ServerFile::Rules),
+            .Where = FormatText("rule %d \"%s\"", number, rule.Description.View()),
+            .Kind = UseKind::Limit,
+            .Widens = isOnly};
 }
 
-bool Names(const std::vector<std::string>& names, std::string_view name) {
-    return std::ranges::any_of(names, [name](const std::string& one) { return EqualFolded(one, name); });
+// What a rule loses without those of its names that are looked for; nothing when it has none of them.
+std::optional<Use> UseOfNames(const RuleList& rules, const RoutingRule& rule, LcrName kind, const NameSet& names) {
+    const std::vector<std::string>& used = kind == LcrName::User ? rule.Users : rule.Servers;
+    std::string found;
+    std::size_t others = used.size();
+    for (const std::string& name : used) {
+        if (!names.Has(name)) continue;
+        found.append(found.empty() ? "" : ", ").append(name);
+        --others;
+    }
+    if (found.empty()) return {};
+    // Without its servers a rule sends nothing; without its users it takes everybody's faxes.
+    Use use = UseOfRule(rules, rule, kind == LcrName::User && others == 0);
+    use.Name = found;
+    return use;
 }
 
-bool AddLinkUses(std::string_view user, std::vector<Use>& uses) {
+bool AddLinkUses(const NameSet& users, std::vector<Use>& uses) {
     LinkTable links;
     if (!ReadLinks(links)) return false;
     for (const LinkRecord& link : links) {
-        if (EqualFolded(link.AccountName, user))
-            uses.push_back({NameOf(ServerFile::Links), FormatText("link %s", link.Identifier), false, false, true});
+        if (users.Has(link.AccountName))
+            uses.push_back({.File = NameOf(ServerFile::Links),
+                            .Where = FormatText("link %s", link.Identifier),
+                            .Name = link.AccountName});
     }
     return true;
+}
+
+// Takes the names out of a rule's; a new one comes in the place of the first of them, unless the rule has it already.
+void ReplaceNames(std::vector<std::string>& used, const NameSet& names, const UseChange& change) {
+    bool isToCome = change.What == UseChange::Kind::Replace && !NameSet(used).Has(change.By);
+    std::vector<std::string> kept;
+    for (std::string& name : used) {
+        if (!names.Has(name)) {
+            kept.push_back(std::move(name));
+        } else if (isToCome) {
+            kept.push_back(change.By);
+            isToCome = false;
+        }
+    }
+    used = std::move(kept);
 }
 
 // Whether a reference has lost its place.
@@ -65,26 +96,47 @@ bool AddSynonymLosses(const Loss& loss, std::vector<Use>& uses) {
     const auto synonyms = LoadSynonyms();
     for (const Synonym& synonym : synonyms.value_or(std::vector<Synonym>())) {
         if (loss.Hits(synonym.Reference))
-            uses.push_back(
-                {NameOf(ServerFile::Countries), FormatText("synonym %s", synonym.Name), false, false, false});
+            uses.push_back({.File = NameOf(ServerFile::Countries),
+                            .Where = FormatText("synonym %s", synonym.Name),
+                            .CanChange = false});
     }
     return synonyms.has_value();
 }
 
 } // namespace
 
-std::optional<std::vector<Use>> FindLcrUses(LcrName kind, std::string_view name) {
+std::optional<std::vector<Use>> FindLcrUses(LcrName kind, const NameSet& names) {
     const std::optional<RuleList> rules = ReadRules();
     if (!rules) return {};
     std::vector<Use> uses;
     for (const RoutingRule& rule : *rules) {
-        const std::vector<std::string>& names = kind == LcrName::User ? rule.Users : rule.Servers;
-        // Without its servers a rule sends nothing; without its users it takes everybody's faxes.
-        const bool isOnly = kind == LcrName::User && names.size() == 1;
-        if (Names(names, name)) uses.push_back(UseOfRule(*rules, rule, isOnly));
+        if (auto use = UseOfNames(*rules, rule, kind, names)) uses.push_back(std::move(*use));
     }
-    if (kind == LcrName::User && !AddLinkUses(name, uses)) return {};
+    if (kind == LcrName::User && !AddLinkUses(names, uses)) return {};
     return uses;
+}
+
+bool ChangeRuleUsers(const NameSet& users, const UseChange& change) {
+    std::optional<OpenedRules> opened = OpenRules();
+    if (!opened) return false;
+    RuleList changed;
+    for (RoutingRule& rule : opened->Rules) {
+        const auto use = UseOfNames(opened->Rules, rule, LcrName::User, users);
+        if (use && EffectOf(*use, change) == UseEffect::Goes) continue;
+        if (use) ReplaceNames(rule.Users, users, change);
+        changed.push_back(std::move(rule));
+    }
+    return SaveRules(changed, opened->Stamp);
+}
+
+bool ChangeLinkAccounts(const NameSet& users, const UseChange& change) {
+    LinkTable links;
+    TextStamp stamp;
+    if (!LoadLinks(links, stamp)) return false;
+    for (LinkRecord& link : links) {
+        if (users.Has(link.AccountName)) link.AccountName = change.By;
+    }
+    return SaveLinks(links, stamp);
 }
 
 std::optional<std::vector<Use>> FindLostDestinations(const Destinations& before, const Destinations& after) {
@@ -93,8 +145,9 @@ std::optional<std::vector<Use>> FindLostDestinations(const Destinations& before,
     if (!AddRuleLosses(loss, uses)) return {};
     for (const RegionEntry& region : after.Regions()) {
         if (std::ranges::any_of(region.Matches, [&](const std::string& match) { return loss.Hits(match); }))
-            uses.push_back(
-                {NameOf(ServerFile::Regions), FormatText("region %s", region.Identifier), false, false, true});
+            uses.push_back({.File = NameOf(ServerFile::Regions),
+                            .Where = FormatText("region %s", region.Identifier),
+                            .Kind = UseKind::Limit});
     }
     if (!AddSynonymLosses(loss, uses)) return {};
     return uses;

@@ -10,7 +10,7 @@ namespace bv {
 namespace {
 
 bool AgreeToUses(std::string_view identifier) {
-    const auto uses = FindLcrUses(LcrName::Server, identifier);
+    const auto uses = FindLcrUses(LcrName::Server, {identifier});
     return uses && AskDespiteUses(*uses, identifier);
 }
 

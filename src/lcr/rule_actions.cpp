@@ -13,13 +13,6 @@
 namespace bv {
 namespace {
 
-// Opens the rules for editing, unless there are pending ones.
-std::optional<OpenedRules> OpenForEdit() {
-    if (LookForPendingRules() != PendingRules::Whole) return OpenRules();
-    ShowError(kUnsavedRuleChanges, PendingRulesPath());
-    return {};
-}
-
 // What numbers rules have.
 std::string RuleNumbers(std::size_t count) {
     if (count == 0) return "there are no rules";
@@ -38,12 +31,18 @@ RuleCheck MoveBetween(RuleList& rules, std::size_t from, std::size_t to) {
 bool EditRules(LostNames lost, const RuleChange& change) {
     RuleEdit edit;
     if (!LoadRuleNames(edit.Names)) return false;
-    std::optional<OpenedRules> opened = OpenForEdit();
+    std::optional<OpenedRules> opened = CheckNoPendingRules() ? OpenRules() : std::nullopt;
     if (!opened) return false;
     edit.Rules = std::move(opened->Rules);
     const RuleCheck check = change(edit);
     if (check != RuleCheck::Fine) return check == RuleCheck::Unchanged;
     return DropLostReferences(edit.Rules, edit.Names, lost) && SaveRules(edit.Rules, opened->Stamp);
+}
+
+bool CheckNoPendingRules() {
+    if (LookForPendingRules() != PendingRules::Whole) return true;
+    ShowError(kUnsavedRuleChanges, PendingRulesPath());
+    return false;
 }
 
 std::optional<std::size_t> FindRule(const RuleList& rules, std::string_view number) {

@@ -24,6 +24,9 @@ using RuleChange = std::function<RuleCheck(RuleEdit& edit)>;
 // a message: also 9170 while there are pending changes, about which is to be decided first.
 bool EditRules(LostNames lost, const RuleChange& change);
 
+// Whether no changes of the rules wait for their save; false after 9170.
+bool CheckNoPendingRules();
+
 // The place of the rule of that number, counted from 1; none after 9184.
 std::optional<std::size_t> FindRule(const RuleList& rules, std::string_view number);
 

@@ -88,8 +88,6 @@ std::string LossText(const RuleList& rules, const LostReference& lost) {
 
 } // namespace
 
-std::string NameSet::Folded(std::string_view name) { return UpperText(name); }
-
 bool LoadRuleNames(RuleNames& names) {
     const std::string links = PathToRead(LinkFile());
     return LoadNames({PathOf(ServerFile::UserList), "[USER]", kNameKey, false, false}, names.Users) &&

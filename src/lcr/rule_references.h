@@ -6,25 +6,13 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_set>
 #include <vector>
 
 #include "lcr/destinations.h"
 #include "lcr/rule.h"
+#include "shell/name_set.h"
 
 namespace bv {
-
-// Names that are looked up without regard to case.
-class NameSet {
-  public:
-    void Add(std::string_view name) { names_.insert(Folded(name)); }
-    [[nodiscard]] bool Has(std::string_view name) const { return names_.contains(Folded(name)); }
-
-  private:
-    static std::string Folded(std::string_view name);
-
-    std::unordered_set<std::string> names_;
-};
 
 // The names that rules may refer to.
 struct RuleNames {

@@ -110,6 +110,17 @@
 #define ID_GROUP_ADD 2174
 #define ID_GROUP_REMOVE 2175
 
+// Where a name is used
+#define ID_USES_COUNT 2221
+#define ID_USES_LIST 2222
+#define ID_USES_TAKE_OUT 2223
+#define ID_USES_EMPTIED 2224
+#define ID_USES_REPLACE 2225
+#define ID_USES_BY 2226
+#define ID_USES_CHOOSE 2227
+#define ID_USES_LEAVE 2228
+#define ID_USES_BY_LABEL 2229
+
 // Choosing users and groups
 #define ID_CHOOSE_FILTER 2241
 #define ID_CHOOSE_LIST 2242
@@ -175,3 +186,4 @@
 #define HELP_IMPORT 222
 #define HELP_SELECT_PRINTER 220
 #define HELP_NETWORK_USERS 221
+#define HELP_WHERE_USED 211

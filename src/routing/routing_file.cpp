@@ -88,16 +88,10 @@ bool ReadRules(ControlStream& file, std::string_view header, std::string_view ki
 
 std::string_view Unescaped(std::string_view key) { return key.substr(key.starts_with('\\') ? 1 : 0); }
 
-// The key as it begins a line, with its colon.
-std::string KeyOf(std::string_view name) {
-    const bool isPlain = !name.empty() && (IsLetter(name.front()) || IsDigit(name.front()));
-    return std::string(isPlain ? "" : "\\").append(name).append(":");
-}
-
 // The other way to escape the key that a reader takes for the same; none when there is none.
 std::optional<std::string> OtherKeyOf(std::string_view paragraph, std::string_view name) {
     constexpr std::string_view kNoKeyBegins = "\\[;\" ";
-    const std::string key = KeyOf(name);
+    const std::string key = RoutingKey(name);
     if (!key.starts_with('\\')) return '\\' + key;
     if (kNoKeyBegins.find(key[1]) != std::string_view::npos) return {};
     if (key[1] == kRecordMarker && paragraph == kSenderId) return {};
@@ -207,7 +201,7 @@ bool ChangeLine(std::string_view paragraph, std::string_view name, std::optional
     return ChangeFile([&](const std::string& path) {
         const std::optional<std::string> other = OtherKeyOf(paragraph, name);
         const std::optional<bool> hasOther = other ? HasKeyLine(path, paragraph, *other) : false;
-        return hasOther && update(path, KeyOf(name), value) && (!*hasOther || update(path, *other, std::nullopt));
+        return hasOther && update(path, RoutingKey(name), value) && (!*hasOther || update(path, *other, std::nullopt));
     });
 }
 
@@ -252,7 +246,7 @@ bool ChangeAddressee(const SenderIdRule& rule, Placing recordLine, std::optional
 bool HasLineOf(std::string_view paragraph, std::string_view name) {
     if (!OpenRoutingFile()) return false;
     const std::string path = PathOf(ServerFile::Routing);
-    const std::optional<bool> hasKey = HasKeyLine(path, paragraph, KeyOf(name));
+    const std::optional<bool> hasKey = HasKeyLine(path, paragraph, RoutingKey(name));
     const std::optional<std::string> other = OtherKeyOf(paragraph, name);
     const std::optional<bool> hasOther = other ? HasKeyLine(path, paragraph, *other) : false;
     if (!hasKey || !hasOther)
@@ -316,6 +310,11 @@ bool ReadForwardRules(ControlStream& file, const std::function<void(const Forwar
     return ReadRules(file, kForward, "Automatic forwarding", ParseForwardLine, visit);
 }
 
+std::string RoutingKey(std::string_view name) {
+    const bool isPlain = !name.empty() && (IsLetter(name.front()) || IsDigit(name.front()));
+    return std::string(isPlain ? "" : "\\").append(name).append(":");
+}
+
 std::string SenderRecordKey(std::string_view sender) {
     std::string key = UpperText(sender);
     std::erase_if(key, [](char c) { return !IsLetter(c) && !IsDigit(c) && c != kRecordMarker; });
@@ -324,7 +323,7 @@ std::string SenderRecordKey(std::string_view sender) {
 
 bool CanBeKept(const SenderIdRule& rule) {
     const std::string recordKey = RecordKeyText(rule);
-    const std::string key = KeyOf(rule.Addressee);
+    const std::string key = RoutingKey(rule.Addressee);
     if (!IsKeptLine(recordKey, RecordValue(rule)) || !IsKeptLine(key, rule.User)) return false;
     std::optional<SenderIdRule> back = ParseRecordLine(LineOf(recordKey, RecordValue(rule)));
     if (!back || !ParseAddresseeLine(LineOf(key, rule.User), *back)) return false;
@@ -334,12 +333,12 @@ bool CanBeKept(const SenderIdRule& rule) {
 }
 
 bool CanBeKept(const SubAddressRule& rule) {
-    const std::string key = KeyOf(rule.SubAddress);
+    const std::string key = RoutingKey(rule.SubAddress);
     return IsKeptLine(key, rule.User) && ParseSubAddressLine(LineOf(key, rule.User)) == rule;
 }
 
 bool CanBeKept(const ForwardRule& rule) {
-    const std::string key = KeyOf(rule.User);
+    const std::string key = RoutingKey(rule.User);
     return IsKeptLine(key, ForwardValue(rule)) && ParseForwardLine(LineOf(key, ForwardValue(rule))) == rule;
 }
 

@@ -64,6 +64,9 @@ bool ReadForwardRules(ControlStream& file, const std::function<void(const Forwar
 enum class RoutingKind { Sender, SubAddress, Forward };
 bool HasRoutingParagraph(ControlStream& file, RoutingKind kind);
 
+// The name as the key of a rule, as it begins a line: with its colon.
+std::string RoutingKey(std::string_view name);
+
 // The key of a sender's record; empty for an identifier without letters and digits, which cannot be filed.
 std::string SenderRecordKey(std::string_view sender);
 

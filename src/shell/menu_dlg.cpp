@@ -10,7 +10,7 @@
 #include "users/user_list_dlg.h"
 #include "voice/messages.h"
 #include "voice/strings.h"
-#include "whereused/where_used.h"
+#include "whereused/where_used_dlg.h"
 
 namespace bv {
 namespace {
@@ -22,11 +22,7 @@ struct Area {
     void (*Open)(HWND owner); // runs its dialog; none: this version has none, and the entry is disabled
 };
 
-bool AgreeTo(NamedThing kind, std::string_view name) {
-    return AgreeToDeletion(kind == NamedThing::UserGroup ? RecordKind::Group : RecordKind::User, name);
-}
-
-constexpr DialogServices kServices{AgreeTo};
+constexpr DialogServices kServices{ShowUses, DeleteByDialog};
 
 void OpenUsers(HWND owner) { ConfigureUsers(owner, kServices); }
 

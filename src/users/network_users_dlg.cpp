@@ -1,11 +1,11 @@
 #include "users/network_users_dlg.h"
 
 #include "dialogs/list_view_dlg.h"
+#include "dialogs/name_field_dlg.h"
 #include "dialogs/progress_dlg.h"
 #include "platform/ascii.h"
 #include "resources/ids.h"
 #include "shell/startup.h"
-#include "users/name_field_dlg.h"
 #include "users/network_accounts.h"
 #include "voice/messages.h"
 

@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <optional>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
 #include "ctlfile/lines.h"
+#include "platform/ascii.h"
 #include "platform/file_names.h"
 #include "shell/startup.h"
 #include "users/user_directories.h"
@@ -48,18 +50,40 @@ bool AddEverywhere(std::string_view name, const UserRecord& record, RecordKind k
 
 std::string_view KindWord(RecordKind kind) { return kind == RecordKind::User ? "user" : "user group"; }
 
-// Removes the directories; false, after 9026, when something is left of them.
-bool RemoveDirectories(std::string_view name) {
+std::string_view KindsWord(RecordKind kind) { return kind == RecordKind::User ? "users" : "user groups"; }
+
+// The first few of many, one after the other.
+std::string FirstOf(std::span<const std::string> all, std::string_view between) {
     constexpr std::size_t kNamed = 10;
-    DeleteUserDirectories(name);
-    const std::vector<std::string> left = LeftOfUserDirectories(name);
-    if (left.empty()) return true;
-    std::string paths;
-    for (const std::string& path : std::span(left).first(std::min(left.size(), kNamed)))
-        paths.append(path).append("\n");
-    if (left.size() > kNamed) paths += FormatText("and %d more\n", left.size() - kNamed);
-    ShowError(kDirectoriesRemain, name, paths, name);
+    std::string text;
+    for (const std::string& one : all.first(std::min(all.size(), kNamed)))
+        text.append(text.empty() ? "" : between).append(one);
+    if (all.size() > kNamed) text.append(between).append(FormatText("and %d more", all.size() - kNamed));
+    return text;
+}
+
+// Removes the directories until the progress says no; false, after 9026, when something is left of them.
+bool RemoveDirectories(std::span<const std::string> names, const SaveProgress& goOn) {
+    std::vector<std::string> remaining;
+    std::vector<std::string> paths;
+    bool goesOn = true;
+    for (std::size_t done = 0; done < names.size(); ++done) {
+        goesOn = goesOn && goOn(done);
+        if (goesOn) DeleteUserDirectories(names[done]);
+        const std::vector<std::string> left = LeftOfUserDirectories(names[done]);
+        if (left.empty()) continue;
+        remaining.push_back(names[done]);
+        paths.insert(paths.end(), left.begin(), left.end());
+    }
+    if (paths.empty()) return true;
+    const std::string named = FirstOf(remaining, ", ");
+    ShowError(kDirectoriesRemain, named, FirstOf(paths, "\n").append("\n"), named);
     return false;
+}
+
+bool RemoveDirectories(std::string_view name) {
+    const std::string names[] = {std::string(name)};
+    return RemoveDirectories(names, [](std::size_t) { return true; });
 }
 
 // Whether a deletion that has stopped half-way can have left directories of the name: no record has it.
@@ -152,19 +176,58 @@ bool UpdateUser(const RecordEntry& entry) {
 
 bool DeleteUser(std::string_view name, RecordKind kind) {
     if (!CheckDeletable(name)) return false;
-    std::string stored(name);
-    UserRecord record;
     {
         UserList list;
         if (!list) return false;
         if (IsLeftOver(list, name))
             return AskQuestion(kDeleteLeftDirectories, KindWord(kind), name) && RemoveDirectories(name);
-        if (!list.ReadNamed(stored, record, kind)) return false;
     }
-    if (!AskDelete(KindWord(kind), stored, record.Fullname)) return false;
-    if (!TellMailList({{stored, &record, nullptr}}) || !DeleteUserRecord(stored, kind)) return false;
+    const std::string names[] = {std::string(name)};
+    return DeleteUsers(names, kind, [](std::size_t) { return true; });
+}
+
+std::optional<std::vector<NamedRecord>> FindDeletable(std::span<const std::string> names, RecordKind kind) {
+    std::unordered_set<std::string> wanted;
+    for (const std::string& name : names) {
+        if (!CheckDeletable(name)) return {};
+        wanted.insert(UpperText(name));
+    }
+    std::vector<NamedRecord> found;
+    const bool isRead = VisitUserRecords(kind, [&](const StoredRecord& stored) {
+        if (wanted.erase(UpperText(stored.Name)) > 0) found.push_back({stored.Name, stored.Record});
+        return !wanted.empty();
+    });
+    if (!isRead) return {};
+    for (const std::string& name : names) {
+        if (!wanted.contains(UpperText(name))) continue;
+        ShowNotFound(name, kind);
+        return {};
+    }
+    return found;
+}
+
+bool DeleteRecords(std::span<const NamedRecord> records, RecordKind kind, const SaveProgress& goOn) {
+    std::vector<UserChange> changes;
+    std::vector<std::string> names;
+    for (const auto& [name, record] : records) {
+        changes.push_back({name, &record, nullptr});
+        names.push_back(name);
+    }
+    if (!TellMailList(std::move(changes)) || !ChangeUserRecords({.Deleted = records}, kind)) return false;
     Startup().SettingsChanged = true;
-    return RemoveDirectories(stored);
+    if (records.size() == 1) ShowStatus(kUserDeleted, kind == RecordKind::Group ? " group" : "", names.front());
+    const bool isWhole = RemoveDirectories(names, goOn);
+    if (records.size() > 1) ShowStatus(kDeletedMany, records.size(), KindsWord(kind));
+    return isWhole;
+}
+
+bool DeleteUsers(std::span<const std::string> names, RecordKind kind, const SaveProgress& goOn) {
+    const auto records = FindDeletable(names, kind);
+    if (!records || records->empty()) return false;
+    const bool agrees = records->size() == 1
+                            ? AskDelete(KindWord(kind), records->front().Name, records->front().Record.Fullname)
+                            : AskDeleteMany(records->size(), KindsWord(kind));
+    return agrees && DeleteRecords(*records, kind, goOn);
 }
 
 SavedUsers SaveUsers(std::span<const NamedRecord> added, std::span<const RecordUpdate> updated, RecordKind kind,

@@ -8,6 +8,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "users/user_entry.h"
 #include "users/user_list.h"
@@ -53,6 +54,21 @@ bool AddDefaultRecord(RecordKind kind);
 // has any longer, then asks 9027 and removes the rest.
 bool DeleteUser(std::string_view name, RecordKind kind);
 
+// The records of those names, each once and named as in the list, if all of them can be deleted: none after 5021, "not
+// found" or a message of the list.
+std::optional<std::vector<NamedRecord>> FindDeletable(std::span<const std::string> names, RecordKind kind);
+
+// Asked, with how many are done, whether to go on.
+using SaveProgress = std::function<bool(std::size_t done)>;
+
+// Deletes them as DeleteUser does, but asks nothing: from the mail list and from the user list in one rewrite of each,
+// then their directories, before each of which the progress is asked. Status 473 of one, 9229 "Deleted %d %s" of
+// several. False after a message: also 9026, which names what is left of directories, as when the progress says no.
+bool DeleteRecords(std::span<const NamedRecord> records, RecordKind kind, const SaveProgress& goOn);
+
+// The same for many names, after one question: 5193 for one of them, 9210 "Deleting %d %s".
+bool DeleteUsers(std::span<const std::string> names, RecordKind kind, const SaveProgress& goOn);
+
 // Adds and changes many at once, in one rewrite of the user list, and returns how many are in it. Before the
 // directories of each added record are made, the progress is asked, with how many are done, whether to go on. When it
 // says no, and when the directories of one fail, those before that one are still added, and nothing is updated.
@@ -65,7 +81,6 @@ struct SavedUsers {
     std::size_t Added = 0;
     std::size_t Updated = 0;
 };
-using SaveProgress = std::function<bool(std::size_t done)>;
 SavedUsers SaveUsers(std::span<const NamedRecord> added, std::span<const RecordUpdate> updated, RecordKind kind,
                      const SaveProgress& goOn);
 

@@ -58,13 +58,13 @@ void EnableButtons(HWND dialog, UserListDialog& context) {
     EnableControl(dialog, ID_USERS_ADD, context.IsRead);
     const bool listsGroups = context.Kind == UserListKind::Groups;
     EnableControl(dialog, ID_USERS_EDIT, selected == 1 || (selected > 1 && !listsGroups));
-    EnableControl(dialog, ID_USERS_CLONE, selected == 1);
+    for (const int button : {ID_USERS_CLONE, ID_USERS_WHERE_USED}) EnableControl(dialog, button, selected == 1);
     for (const int button : {ID_USERS_IMPORT, ID_USERS_EXPORT})
         EnableControl(dialog, button, context.Kind == UserListKind::Users && context.IsRead);
-    EnableControl(dialog, ID_USERS_DELETE, selected == 1);
+    EnableControl(dialog, ID_USERS_DELETE, selected > 0);
     EnableControl(dialog, ID_USERS_NETWORK, context.IsRead && context.Kind == UserListKind::Users);
     // What these open is not there yet.
-    for (const int button : {ID_USERS_WHERE_USED, ID_USERS_MAIL}) EnableControl(dialog, button, false);
+    EnableControl(dialog, ID_USERS_MAIL, false);
 }
 
 // A mail name is seen in the list in part; the status line has it whole.
@@ -146,12 +146,14 @@ void PressEdit(HWND dialog, UserListDialog& context) {
     FollowList(dialog, context);
 }
 
+NamedThing ThingOf(const UserListDialog& context) {
+    return context.Kind == UserListKind::Groups ? NamedThing::UserGroup : NamedThing::User;
+}
+
 void PressDelete(HWND dialog, UserListDialog& context) {
     const std::vector<std::string> names = context.List.SelectedNames();
-    if (names.size() != 1) return;
-    const bool isGroup = context.Kind == UserListKind::Groups;
-    if (context.Services.AgreeToDeletion(isGroup ? NamedThing::UserGroup : NamedThing::User, names.front()))
-        DeleteUser(names.front(), KindOf(context));
+    if (names.empty()) return;
+    context.Services.Delete(dialog, ThingOf(context), names);
     FollowList(dialog, context);
 }
 
@@ -168,6 +170,11 @@ void PressExport(HWND dialog, UserListDialog& context) {
         names.emplace_back(context.Rows.Text(order.RowAt(place), kUserName));
     const WaitCursor wait;
     if (const auto text = UsersAsCsv(names)) ExportByDialog(dialog, *text);
+}
+
+void PressWhereUsed(HWND dialog, UserListDialog& context) {
+    const std::vector<std::string> names = context.List.SelectedNames();
+    if (names.size() == 1) context.Services.ShowUses(dialog, ThingOf(context), names.front());
 }
 
 void PressDefaults(HWND dialog, UserListDialog& context) {
@@ -192,6 +199,7 @@ constexpr DialogCommand<UserListDialog> kCommands[] = {
     {ID_USERS_CLONE, BN_CLICKED, PressClone},
     {ID_USERS_DELETE, BN_CLICKED, PressDelete},
     {ID_USERS_NETWORK, BN_CLICKED, PressNetwork},
+    {ID_USERS_WHERE_USED, BN_CLICKED, PressWhereUsed},
     {ID_USERS_DEFAULTS, BN_CLICKED, PressDefaults},
     {IDOK, BN_CLICKED, EndWithOk},
     {IDCANCEL, BN_CLICKED, EndWithCancel},

@@ -11,6 +11,7 @@
 #include "ctlfile/lines.h"
 #include "ctlfile/records.h"
 #include "ctlfile/saving.h"
+#include "ctlfile/text_edits.h"
 #include "platform/ascii.h"
 #include "shell/server_files.h"
 #include "users/user_file.h"
@@ -19,14 +20,6 @@
 
 namespace bv {
 namespace {
-
-// A part of the file and what comes in its place.
-struct Splice {
-    Position From = 0;
-    Position To = 0;
-    std::string Text;
-};
-using Splices = std::vector<Splice>; // in the order of their places, none overlapping
 
 // The list while it is rewritten: whole in memory, and held.
 struct HeldList {
@@ -39,16 +32,7 @@ struct HeldList {
     [[nodiscard]] std::string_view Body(const RecordPlace& record) const { return Text(record.BodyStart, record.End); }
 };
 
-bool WriteSpliced(const HeldList& list, const Splices& splices, ControlStream& temporary) {
-    Position at = 0;
-    for (const Splice& splice : splices) {
-        if (!temporary.Write(list.Text(at, splice.From)) || !temporary.Write(splice.Text)) return false;
-        at = splice.To;
-    }
-    return temporary.Write(list.Text(at, list.Size)) && temporary.Flush();
-}
-
-// Rewrites the list with the splices that the plan makes of it; without any, the plan has shown a message.
+// Rewrites the list with the edits that the plan makes of it; without any, the plan has shown a message.
 template <class Plan>
 bool RewriteUserList(Plan plan) {
     Rewrite rewrite(PathOf(ServerFile::UserList));
@@ -59,9 +43,9 @@ bool RewriteUserList(Plan plan) {
     if (!CheckOpened(rewrite)) return false;
     const HeldList list{rewrite.Control, rewrite.Control.Rest().size()};
     const bool isRead = !rewrite.Control.Failed();
-    const std::optional<Splices> splices = isRead ? plan(list) : std::nullopt;
-    if (isRead && !splices) return false;
-    if (isRead && !WriteSpliced(list, *splices, rewrite.Temporary)) {
+    const std::optional<TextEdits> edits = isRead ? plan(list) : std::nullopt;
+    if (isRead && !edits) return false;
+    if (isRead && !WriteEdited(list.Stream, list.Size, *edits, rewrite.Temporary)) {
         ShowError(kErrorWritingFile, rewrite.TemporaryName());
         return false;
     }
@@ -81,29 +65,32 @@ class ChangePlanner {
             const UserRecord* before = changes.Before.empty() ? nullptr : &changes.Before[i];
             updates_.insert_or_assign(UpperText(changes.Updated[i].Name), Update{&changes.Updated[i], before});
         }
+        for (const NamedRecord& deleted : changes.Deleted)
+            updates_.insert_or_assign(UpperText(deleted.Name), Update{&deleted, nullptr, true});
     }
 
     // None, after a message, when a record to be updated is not there, or the list is not as it is to be.
-    std::optional<Splices> Plan(const HeldList& list) {
+    std::optional<TextEdits> Plan(const HeldList& list) {
         if (changes_.NamesAreFree && !CheckNamesAreFree(list)) return {};
         FindPlaces(list);
         if (!updates_.empty()) {
             ShowNotFound(updates_.begin()->second.Record->Name, kind_);
             return {};
         }
-        Splices splices;
+        TextEdits edits;
         for (const Placed& placed : placed_) {
             if (!placed.IsNew && !CheckIsAsBefore(list, placed)) return {};
-            splices.push_back(placed.IsNew ? Addition(list, placed) : Replacement(list, placed));
+            edits.push_back(placed.IsNew ? Addition(list, placed) : Replacement(list, placed));
         }
-        AppendPending(list, splices);
-        return splices;
+        AppendPending(list, edits);
+        return edits;
     }
 
   private:
     struct Update {
         const NamedRecord* Record;
         const UserRecord* Before; // what the record must still be; null: whatever it is
+        bool Goes = false;
     };
     struct Placed : Update {
         bool IsNew;
@@ -174,24 +161,25 @@ class ChangePlanner {
         return text.append(kLineEnd).append(UserRecordLines(added.Name, added.Record, inherited, kind_));
     }
 
-    [[nodiscard]] Splice Addition(const HeldList& list, const Placed& placed) const {
+    [[nodiscard]] TextEdit Addition(const HeldList& list, const Placed& placed) const {
         return {placed.Place.Start, placed.Place.Start, NewRecord(list, *placed.Record).append(kLineEnd)};
     }
 
-    [[nodiscard]] Splice Replacement(const HeldList& list, const Placed& placed) const {
+    [[nodiscard]] TextEdit Replacement(const HeldList& list, const Placed& placed) const {
         const auto& [name, record] = *placed.Record;
+        if (placed.Goes) return {placed.Place.Start, placed.Place.End, {}};
         return {placed.Place.BodyStart, placed.Place.End,
                 UserRecordLines(name, record, list.Body(placed.Place), kind_)};
     }
 
-    void AppendPending(const HeldList& list, Splices& splices) const {
+    void AppendPending(const HeldList& list, TextEdits& edits) const {
         if (next_ == pending_.size()) return;
-        const bool endIsNew = !splices.empty() && splices.back().To == list.Size;
-        Splice end{list.Size, list.Size, {}};
+        const bool endIsNew = !edits.empty() && edits.back().To == list.Size;
+        TextEdit end{list.Size, list.Size, {}};
         if (!endIsNew && list.Size != 0 && !list.Text(0, list.Size).ends_with('\n')) end.Text = kLineEnd;
         for (std::size_t i = next_; i < pending_.size(); ++i)
             end.Text.append(kLineEnd).append(NewRecord(list, *pending_[i]));
-        splices.push_back(std::move(end));
+        edits.push_back(std::move(end));
     }
 
     const UserListChanges& changes_;
@@ -217,9 +205,9 @@ bool UpdateUserRecord(std::string_view name, const UserRecord& record, RecordKin
 
 bool DeleteUserRecord(std::string_view name, RecordKind kind) {
     if (!CheckDeletable(name)) return false;
-    const auto cutRecord = [&](const HeldList& list) -> std::optional<Splices> {
+    const auto cutRecord = [&](const HeldList& list) -> std::optional<TextEdits> {
         const std::optional<RecordPlace> place = FindRecord(list.Stream, kind, name);
-        if (place) return Splices{{place->Start, place->End, {}}};
+        if (place) return TextEdits{{place->Start, place->End, {}}};
         ShowNotFound(name, kind);
         return {};
     };

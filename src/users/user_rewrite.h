@@ -27,7 +27,7 @@ bool UpdateUserRecord(std::string_view name, const UserRecord& record, RecordKin
 bool DeleteUserRecord(std::string_view name, RecordKind kind);
 
 // The same for many records in one rewrite, as if one by one, with the default record as it was before; of several
-// updates of one record the last counts. When one of those to be updated is not there, nothing is changed.
+// updates of one record the last counts. When one of those to be updated or deleted is not there, nothing is changed.
 struct UserListChanges {
     std::span<const NamedRecord> Added = {};
     std::span<const NamedRecord> Updated = {};
@@ -36,6 +36,8 @@ struct UserListChanges {
     // free of users and groups (9023), and what each of Updated must still be (9025); nothing, for whatever it is.
     bool NamesAreFree = false;
     std::span<const UserRecord> Before = {};
+
+    std::span<const NamedRecord> Deleted = {}; // by their names alone; each must be there
 };
 bool ChangeUserRecords(const UserListChanges& changes, RecordKind kind);
 

@@ -71,6 +71,10 @@ bool AskDelete(std::string_view kind, std::string_view name, std::string_view de
                      FillMessage(kReallyDelete, kind, name, description.empty() ? "" : "-", description));
 }
 
+bool AskDeleteMany(std::size_t count, std::string_view kinds) {
+    return AskFilled(kCaptionOfDelete, BoxIcon::Question, FillMessage(kDeletingMany, count, kinds));
+}
+
 void SetStatusLine(std::string_view text, int line) {
     CurrentFront().SetStatusLine(line, std::string(text.substr(0, kMaxStatusLength)));
 }

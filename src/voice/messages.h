@@ -90,7 +90,8 @@ void ShowError(const MessageWith<sizeof...(Values)>& message, const Values&... v
 }
 
 // Ask with Yes and No, No the default, true for Yes: a question captioned "Brivane Configuration", one that warns,
-// captioned "Brivane Setup - Warning!", and 5193, whether to delete a thing of that kind, name and description.
+// captioned "Brivane Setup - Warning!", and 5193, whether to delete a thing of that kind, name and description, or 9210
+// for so many of them.
 template <class... Values>
 bool AskQuestion(const MessageWith<sizeof...(Values)>& message, const Values&... values) {
     return AskFilled(kCaptionOfQuestion, BoxIcon::Question, FillMessage(message, values...));
@@ -105,6 +106,7 @@ bool AskForItself(const MessageWith<sizeof...(Values)>& message, const Values&..
     return AskFilledForItself(FillMessage(message, values...));
 }
 bool AskDelete(std::string_view kind, std::string_view name, std::string_view description);
+bool AskDeleteMany(std::size_t count, std::string_view kinds);
 
 // Asks "<text> - Ignore error and continue?" as an error; true for Yes, No is the default.
 template <class... Values>

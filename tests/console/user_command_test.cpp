@@ -69,6 +69,19 @@ const test::CommandCase kCases[] = {
     {"user set ANN 'Fullname=Ann, \"A\"' GROUP=@S", 0, "", ""}, // as it was
     {"user delete ann --yes", 0, "", "Deleting directory structure for user ANN\n", Replaced(kList, kAnn, "")},
     {"user delete ann", 1, "", "No (nobody to ask; --yes answers Yes)\n"},
+    {"user delete ann Carl --leave", 0, "", "Deleted 2 users\n", kHead + kDefault + kGroups},
+    {"user delete ann --leave --take-out", 2, "", "Only one of --take-out, --replace-by and --leave can be given\n"},
+    {"group delete @s --take-out", 0, "", "Deleting directory structure for user @S\n",
+     Replaced(Replaced(kList, "Group: @S\r\n", ""), kGroups, "")},
+    {"where-used group @s", 0, "USERLIST.INI\tuser ANN, Group: @S\tis emptied\n", ""},
+    {"where-used user CARL", 0, "", "user CARL is used nowhere\n"},
+    {"user clone ann DORA Fullname=D --quiet", 0, "", "",
+     kList + "\r\n[USER]\r\nName: DORA\r\nFullname: D\r\nGroup: @S\r\nUsername: \r\nNetware: \r\nLanManager: \r\n"
+             "SendTime: AFTER 09:00 BEFORE 17:30  MON\r\nCostCentre: 7\r\n\r\n"},
+    {"user set ann,CARL Urgent=NO", 0, "", "Users changed: 2\n",
+     Replaced(Replaced(kList, "SendTime: ", "Urgent: NO\r\nSendTime: "), kCarl,
+              Replaced(kCarl, "LanManager: \r\n", "LanManager: \r\nUrgent: NO\r\n"))},
+    {"user set CARL,ann Group=@X", 1, "", "Group: \"@X\" - there is no user group of that name.\n"},
     // refused, with key and value
     {"user add ann", 1, "", "Name: \"ann\" - there is a user or user group of that name already.\n"},
     {"user add BEN Group=@X", 1, "", "Group: \"@X\" - there is no user group of that name.\n"},

@@ -136,7 +136,7 @@ TEST_F(Choosers, NetworkUsersAreTickedNamedAndAdded) {
 }
 
 TEST_F(Choosers, AServerWithoutUsersBeginsWithThoseOfTheNetwork) {
-    static constexpr DialogServices kServices{[](NamedThing, std::string_view) { return true; }};
+    static constexpr DialogServices kServices{};
     const auto readSwitches = [] {
         ControlStream setup;
         ASSERT_EQ(LoadServerPaths(&setup), kDone);

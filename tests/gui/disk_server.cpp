@@ -30,7 +30,7 @@ DiskServer::DiskServer() {
     const fs::path sample = fs::path(test::SamplesDirectory()) / "server" / "BRIVANE";
     for (const char* directory : {"B-COVER", "B-LETTER", "B-DB", "USERS"})
         fs::copy(sample / directory, files_.HostPath(directory), fs::copy_options::recursive);
-    for (const char* directory : {"SERVER", "i386"}) fs::create_directories(files_.HostPath(directory));
+    for (const char* directory : {"SERVER", "i386", "B-REQ"}) fs::create_directories(files_.HostPath(directory));
     InstallProgram("BRIVANE");
     InstallProgram("i386\\covedit");
     const std::string& path = files_.Path();

@@ -12,6 +12,7 @@
 #include "support/recording_front.h"
 #include "users/user_details_dlg.h"
 #include "users/user_list_dlg.h"
+#include "whereused/where_used_dlg.h"
 
 namespace bv::gui {
 namespace {
@@ -36,7 +37,7 @@ class UserDialogs : public testing::Test {
     }
 
     void WithList(const std::function<void(HWND, const Windows&)>& drive) {
-        static constexpr DialogServices kServices{[](NamedThing, std::string_view) { return true; }};
+        static constexpr DialogServices kServices{ShowUses, DeleteByDialog};
         RunDriven([] { ConfigureUsers(nullptr, kServices); },
                   [&](const Windows& windows) { drive(windows.Wait(kListTitle), windows); });
     }

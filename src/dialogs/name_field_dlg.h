@@ -18,7 +18,8 @@ enum NameKinds : unsigned { kUserNames = 1, kGroupNames = 2, kUserAndGroupNames 
 class NameField : public DialogPart {
   public:
     // Takes up a combo box that can be typed into, and a button (0: none), of a dialog that is being filled. A word for
-    // no name, "(no group)", stands first.
+    // no name, "(no group)", stands first, if there is one. A name that is chosen is told as one that is typed
+    // (CBN_EDITCHANGE).
     void Begin(HWND dialog, int combo, int button, NameKinds kinds, const std::string& noName);
 
     void Put(const std::string& name);
@@ -30,6 +31,7 @@ class NameField : public DialogPart {
 
   private:
     void FillList();
+    void TellChange() const;
 
     HWND dialog_ = nullptr;
     int combo_ = 0;

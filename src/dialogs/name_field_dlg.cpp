@@ -1,4 +1,4 @@
-#include "users/name_field_dlg.h"
+#include "dialogs/name_field_dlg.h"
 
 #include <optional>
 
@@ -107,6 +107,11 @@ bool NameField::Take(std::string& name) const {
     return true;
 }
 
+void NameField::TellChange() const {
+    const auto combo = reinterpret_cast<LPARAM>(GetDlgItem(dialog_, combo_));
+    SendMessageA(dialog_, WM_COMMAND, MAKEWPARAM(combo_, CBN_EDITCHANGE), combo);
+}
+
 void NameField::FillList() {
     if (isFilled_) return;
     isFilled_ = true;
@@ -115,7 +120,7 @@ void NameField::FillList() {
     const auto add = [combo](const std::string& entry) {
         SendMessageA(combo, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(entry.c_str()));
     };
-    add(noName_);
+    if (!noName_.empty()) add(noName_);
     std::size_t count = 0;
     VisitUserRows(ViewOf(kinds_), [&](const UserRow& row) {
         if (++count > kMostListed) return;
@@ -128,6 +133,7 @@ bool NameField::Answer(const DialogMessage& message, INT_PTR&) {
         std::string name;
         if (Take(name)) Put(name);
         SendDlgItemMessageA(dialog_, combo_, CB_SETEDITSEL, 0, MAKELPARAM(0, -1));
+        TellChange();
         return true;
     }
     if (message.Number != WM_COMMAND) return false;
@@ -139,7 +145,9 @@ bool NameField::Answer(const DialogMessage& message, INT_PTR&) {
         PostMessageA(dialog_, kShortenName, static_cast<WPARAM>(combo_), 0);
     if (button_ == 0 || control != button_ || code != BN_CLICKED) return false;
     const std::vector<std::string> chosen = ChooseNames(dialog_, kinds_, false);
-    if (!chosen.empty()) Put(chosen.front());
+    if (chosen.empty()) return true;
+    Put(chosen.front());
+    TellChange();
     return true;
 }
 
