@@ -43,7 +43,7 @@ struct UserListDialog {
     const DialogServices& Services;
     UserListKind Kind = UserListKind::Users;
     bool IsRead = true;
-    FileStamp Stamp;        // of the list as it is shown
+    FileStamp Stamp{};      // of the list as it is shown
     bool IsListing = false; // what the status line says of the last action stays
     RowTable Rows{};
     ListView List{Rows, kUserPlan};
