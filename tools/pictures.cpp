@@ -154,109 +154,107 @@ void DrawPages(const Painter& painter, const std::string& name, const std::strin
 void DrawUsers(const Painter& painter, HWND owner, const DiskServer& server) {
     server.Files().Write("users.csv",
                          "Name,Fullname,Group\r\nADAM,Adam,@SALES\r\nBEN,Ben,@NOBODY\r\nANNA,Anna,@ACCTS\r\n");
-    void DrawUsers(const Painter& painter, HWND owner) {
-        static constexpr DialogServices kServices{ShowUses, DeleteByDialog};
-        painter.Draw("users", "Brivane - users and user groups", [&] { ConfigureUsers(owner, kServices); });
-        painter.Draw(
-            "groups", "Brivane - users and user groups", [&] { ConfigureUsers(owner, kServices); },
-            [](HWND dialog) {
-                Click(dialog, ID_USERS_SHOW_GROUPS);
-                Until([&] {
-                    return !Entries(dialog, ID_USERS_LIST).empty() && Entries(dialog, ID_USERS_LIST)[0][0] == '@';
-                });
-            });
-        DrawPages(painter, "user", "Brivane user details - ANNA", 6,
-                  [&] { EditUserByDialog(owner, RecordKind::User, "ANNA"); });
-        DrawPages(painter, "group", "Brivane user group details - @SALES", 2,
-                  [&] { EditUserByDialog(owner, RecordKind::Group, "@SALES"); });
-        painter.Draw("where-used", "Where ANNA is used", [&] { ShowUses(owner, NamedThing::User, "ANNA"); });
-        painter.Draw("where-used-delete", "Where ANNA, FRANK is used", [&] {
-            DeleteByDialog(owner, NamedThing::User, {"ANNA", "FRANK"});
+    static constexpr DialogServices kServices{ShowUses, DeleteByDialog};
+    painter.Draw("users", "Brivane - users and user groups", [&] { ConfigureUsers(owner, kServices); });
+    painter.Draw(
+        "groups", "Brivane - users and user groups", [&] { ConfigureUsers(owner, kServices); },
+        [](HWND dialog) {
+            Click(dialog, ID_USERS_SHOW_GROUPS);
+            Until(
+                [&] { return !Entries(dialog, ID_USERS_LIST).empty() && Entries(dialog, ID_USERS_LIST)[0][0] == '@'; });
         });
-        painter.Draw("user-new", "Add new user", [&] { AddUserByDialog(owner, {}); });
-        painter.Draw("users-many", "Change 3 users", [&] { ChangeUsersByDialog(owner, {"ANNA", "BEN", "CLARA"}); });
-        painter.Draw(
-            "import", "Import users",
-            [&] {
-                UserImport import;
-                ImportByDialog(owner, import);
-            },
-            [&](HWND dialog) {
-                SetTextOf(dialog, ID_IMPORT_FILE, server.Files().Path("users.csv"));
-                FocusControlOf(dialog, ID_IMPORT_FILE);
-                Key(VK_RETURN);
-                Until([&] { return !Text(dialog, ID_IMPORT_COUNT).empty(); });
-            });
-        painter.Draw("choose-user", "Choose a user", [&] { ChooseNames(owner, kUserNames, true); });
-    }
-
-    void DrawChoosers(const Painter& painter, HWND owner) {
-        test::FakePrinters printers;
-        printers.Lists[""].Printers = {{"Office laser", "PCL 6", "LPT1:", "second floor"}};
-        const platform::Substitute<platform::Printers> usePrinters(printers);
-        painter.Draw("choose-printer", "Choose a printer", [&] { ChoosePrinter(owner, "PRINT-2"); });
-        painter.Draw(
-            "choose-printer-here", "Choose a printer", [&] { ChoosePrinter(owner, ""); },
-            [](HWND dialog) {
-                Click(dialog, ID_PRINTERS_OF_WORKSTATION);
-                Until([&] { return Entries(dialog, ID_PRINTERS_LIST).size() == 1; });
-            });
-        test::FakeNetworkUsers network;
-        for (const char* name : {"jsmith", "anna", "kim.lee", "robin"})
-            network.Accounts.push_back({name, "Full name of " + std::string(name), name[0] == 'k', true});
-        network.Accounts.push_back({"\?\?\?", "\?\?\? \?\?\?\?", false, false});
-        const platform::Substitute<platform::NetworkUsers> useNetwork(network);
-        painter.Draw(
-            "network-users", "Add network users", [&] { AddNetworkUsersByDialog(owner); },
-            [](HWND dialog) {
-                Until([&] { return IsWindowEnabled(dialog) && Entries(dialog, ID_NETWORK_LIST).size() == 4; });
-                Click(dialog, ID_NETWORK_UNLISTED);
-                Until([&] { return Entries(dialog, ID_NETWORK_LIST).size() == 5; });
-                Click(dialog, ID_NETWORK_TICK_ALL);
-                Select(dialog, ID_NETWORK_LIST, 2);
-                Until([&] { return !Text(dialog, ID_NETWORK_NAME).empty(); });
-            });
-    }
-
-    void DrawBoxes(const Painter& painter) {
-        painter.Draw("box-delete", FillMessage(kCaptionOfDelete), [] {
-            AskFilled(kCaptionOfDelete, BoxIcon::Question,
-                      FillMessage(kReallyDelete, "coversheet", "ORDER", "-", "Order to a supplier"));
+    DrawPages(painter, "user", "Brivane user details - ANNA", 6,
+              [&] { EditUserByDialog(owner, RecordKind::User, "ANNA"); });
+    DrawPages(painter, "group", "Brivane user group details - @SALES", 2,
+              [&] { EditUserByDialog(owner, RecordKind::Group, "@SALES"); });
+    painter.Draw("where-used", "Where ANNA is used", [&] { ShowUses(owner, NamedThing::User, "ANNA"); });
+    painter.Draw("where-used-delete", "Where ANNA, FRANK is used", [&] {
+        DeleteByDialog(owner, NamedThing::User, {"ANNA", "FRANK"});
+    });
+    painter.Draw("user-new", "Add new user", [&] { AddUserByDialog(owner, {}); });
+    painter.Draw("users-many", "Change 3 users", [&] { ChangeUsersByDialog(owner, {"ANNA", "BEN", "CLARA"}); });
+    painter.Draw(
+        "import", "Import users",
+        [&] {
+            UserImport import;
+            ImportByDialog(owner, import);
+        },
+        [&](HWND dialog) {
+            SetTextOf(dialog, ID_IMPORT_FILE, server.Files().Path("users.csv"));
+            FocusControlOf(dialog, ID_IMPORT_FILE);
+            Key(VK_RETURN);
+            Until([&] { return !Text(dialog, ID_IMPORT_COUNT).empty(); });
         });
-        painter.Draw("box-restart", FillMessage(kCaptionOfWarning), [] { ShowWarning(kRestartNeeded); });
-        painter.Draw("box-unbuilt", FillMessage(kCaptionOfWarning),
-                     [] { ShowWarning(kCannotConfigure, FillMessage(kAreaOfDevices)); });
-        painter.Draw("box-no-help", FillMessage(kCaptionOfWarning),
-                     [] { ShowWarning(kHelpNotFound, "F:\\BVSETUP.HLP", "C:\\help\\100.html"); });
-    }
+    painter.Draw("choose-user", "Choose a user", [&] { ChooseNames(owner, kUserNames, true); });
+}
 
-    void DrawProgress(const Painter& painter, HWND owner) {
-        ProgressBox progress(owner, 20);
-        progress.Advance(7, "Adding 7 of 20 users", "Wilhelmina Featherstonehaugh");
-        painter.DrawOpen("progress", Windows().Wait("Brivane Setup"));
-    }
+void DrawChoosers(const Painter& painter, HWND owner) {
+    test::FakePrinters printers;
+    printers.Lists[""].Printers = {{"Office laser", "PCL 6", "LPT1:", "second floor"}};
+    const platform::Substitute<platform::Printers> usePrinters(printers);
+    painter.Draw("choose-printer", "Choose a printer", [&] { ChoosePrinter(owner, "PRINT-2"); });
+    painter.Draw(
+        "choose-printer-here", "Choose a printer", [&] { ChoosePrinter(owner, ""); },
+        [](HWND dialog) {
+            Click(dialog, ID_PRINTERS_OF_WORKSTATION);
+            Until([&] { return Entries(dialog, ID_PRINTERS_LIST).size() == 1; });
+        });
+    test::FakeNetworkUsers network;
+    for (const char* name : {"jsmith", "anna", "kim.lee", "robin"})
+        network.Accounts.push_back({name, "Full name of " + std::string(name), name[0] == 'k', true});
+    network.Accounts.push_back({"\?\?\?", "\?\?\? \?\?\?\?", false, false});
+    const platform::Substitute<platform::NetworkUsers> useNetwork(network);
+    painter.Draw(
+        "network-users", "Add network users", [&] { AddNetworkUsersByDialog(owner); },
+        [](HWND dialog) {
+            Until([&] { return IsWindowEnabled(dialog) && Entries(dialog, ID_NETWORK_LIST).size() == 4; });
+            Click(dialog, ID_NETWORK_UNLISTED);
+            Until([&] { return Entries(dialog, ID_NETWORK_LIST).size() == 5; });
+            Click(dialog, ID_NETWORK_TICK_ALL);
+            Select(dialog, ID_NETWORK_LIST, 2);
+            Until([&] { return !Text(dialog, ID_NETWORK_NAME).empty(); });
+        });
+}
 
-    // Returns the exit code of the program.
-    int DrawPictures(const std::string& directory) {
-        const DiskServer server;
-        MainWindow window;
-        WindowsFront front(window);
-        const UseFront speaking(front);
-        if (!window.Open(SW_SHOWNORMAL) || LoadServerPaths() != kDone) return 1;
-        const Painter painter(directory);
-        SetStatusLine("Updating file F:\\BRIVANE\\B-COVER\\MSGDIR.CTL", 1);
-        SetStatusLine("The second line, with g, p and \xFC", 2);
-        painter.DrawOpen("banner", window.Handle());
-        DrawMenus(painter, window.Handle());
-        DrawCatalogues(painter, window.Handle());
-        DrawItems(painter, window.Handle());
-        DrawUsers(painter, window.Handle(), server);
-        DrawChoosers(painter, window.Handle());
-        DrawBoxes(painter);
-        DrawProgress(painter, window.Handle());
-        DrawFullCatalogue(painter, window.Handle(), server);
-        return 0;
-    }
+void DrawBoxes(const Painter& painter) {
+    painter.Draw("box-delete", FillMessage(kCaptionOfDelete), [] {
+        AskFilled(kCaptionOfDelete, BoxIcon::Question,
+                  FillMessage(kReallyDelete, "coversheet", "ORDER", "-", "Order to a supplier"));
+    });
+    painter.Draw("box-restart", FillMessage(kCaptionOfWarning), [] { ShowWarning(kRestartNeeded); });
+    painter.Draw("box-unbuilt", FillMessage(kCaptionOfWarning),
+                 [] { ShowWarning(kCannotConfigure, FillMessage(kAreaOfDevices)); });
+    painter.Draw("box-no-help", FillMessage(kCaptionOfWarning),
+                 [] { ShowWarning(kHelpNotFound, "F:\\BVSETUP.HLP", "C:\\help\\100.html"); });
+}
+
+void DrawProgress(const Painter& painter, HWND owner) {
+    ProgressBox progress(owner, 20);
+    progress.Advance(7, "Adding 7 of 20 users", "Wilhelmina Featherstonehaugh");
+    painter.DrawOpen("progress", Windows().Wait("Brivane Setup"));
+}
+
+// Returns the exit code of the program.
+int DrawPictures(const std::string& directory) {
+    const DiskServer server;
+    MainWindow window;
+    WindowsFront front(window);
+    const UseFront speaking(front);
+    if (!window.Open(SW_SHOWNORMAL) || LoadServerPaths() != kDone) return 1;
+    const Painter painter(directory);
+    SetStatusLine("Updating file F:\\BRIVANE\\B-COVER\\MSGDIR.CTL", 1);
+    SetStatusLine("The second line, with g, p and \xFC", 2);
+    painter.DrawOpen("banner", window.Handle());
+    DrawMenus(painter, window.Handle());
+    DrawCatalogues(painter, window.Handle());
+    DrawItems(painter, window.Handle());
+    DrawUsers(painter, window.Handle(), server);
+    DrawChoosers(painter, window.Handle());
+    DrawBoxes(painter);
+    DrawProgress(painter, window.Handle());
+    DrawFullCatalogue(painter, window.Handle(), server);
+    return 0;
+}
 
 } // namespace
 } // namespace bv::gui

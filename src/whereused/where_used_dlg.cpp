@@ -124,10 +124,12 @@ constexpr DialogCommand<UseDialog> kCommands[] = {
     {IDCANCEL, BN_CLICKED, EndWithCancel},
 };
 constexpr Anchor kAnchors[] = {
-    {ID_USES_COUNT, kGrowsAcross}, {ID_USES_LIST, kGrowsBoth},    {ID_USES_TAKE_OUT, kMovesDown},
-    {ID_USES_EMPTIED, kMovesDown}, {ID_USES_REPLACE, kMovesDown}, {ID_USES_BY, kMovesDown},
-    {ID_USES_CHOOSE, kMovesDown},  {ID_USES_LEAVE, kMovesDown},   {IDOK, kMovesBoth},
-    {IDCANCEL, kMovesBoth},        {ID_HELP_BUTTON, kMovesBoth},
+    {ID_USES_COUNT, kGrowsAcross},  {ID_USES_LIST, kGrowsBoth},
+    {ID_USES_TAKE_OUT, kMovesDown}, {ID_USES_EMPTIED, kMovesDown},
+    {ID_USES_REPLACE, kMovesDown},  {ID_USES_BY_LABEL, kMovesDown},
+    {ID_USES_BY, kMovesDown},       {ID_USES_CHOOSE, kMovesDown},
+    {ID_USES_LEAVE, kMovesDown},    {IDOK, kMovesBoth},
+    {IDCANCEL, kMovesBoth},         {ID_HELP_BUTTON, kMovesBoth},
 };
 constexpr DialogPlan<UseDialog> kPlan{HELP_WHERE_USED, FillUses, kCommands, kAnchors};
 
