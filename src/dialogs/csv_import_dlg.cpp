@@ -14,7 +14,7 @@
 namespace bv {
 namespace {
 
-constexpr ListColumn kColumns[] = {{"Line", 30, true}, {"Result", 50}, {"What it does, or why not", 290}};
+constexpr ListColumn kColumns[] = {{"Line", 30, true}, {"Result", 60}, {"What it does, or why not", 290}};
 constexpr ListPlan kList{.List = ID_IMPORT_ROWS, .Columns = kColumns, .IsSorted = false};
 
 struct ImportDialog {
@@ -47,7 +47,8 @@ bool ListRows(ImportDialog& context) {
         const auto& [state, name, notes] = context.Verdicts[i];
         const std::size_t line = context.Table.Rows[i].empty() ? 0 : context.Table.Rows[i].front().Line;
         if (notes.empty()) AddRow(context.Rows, line, ResultWord(state), name);
-        for (const RowNote& note : notes) AddRow(context.Rows, line, ResultWord(state), name + ": " + note.Text);
+        const std::string before = name.empty() ? name : name + ": ";
+        for (const RowNote& note : notes) AddRow(context.Rows, line, ResultWord(state), before + note.Text);
     }
     return context.IsRead;
 }
