@@ -140,7 +140,7 @@ int Enter(const Session& session, const Arguments& arguments, std::string_view n
 
 int AddLike(Session& session, const Arguments& arguments, RecordKind kind, std::string_view like,
             const std::string& name) {
-    auto beginning = BeginningOf(kind, like);
+    auto beginning = BeginningOf(kind, std::string(like));
     if (!beginning) return kExitRefused;
     RecordEntry entry = RecordEntry::OfNew(kind, name, std::move(*beginning));
     if (const int fault = Enter(session, arguments, name, entry)) return fault;
