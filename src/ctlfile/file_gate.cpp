@@ -89,14 +89,14 @@ ControlStream OpenToRewrite(const std::string& path, OpenTimeout timeout) {
     constexpr std::int64_t kPause = 10; // milliseconds
     platform::Clock& clock = platform::TheClock();
     const std::int64_t end = clock.Ticks() + std::int64_t{SecondsOf(timeout)} * 1000;
+    FileWait wait(path);
     for (;;) {
         ControlStream file = OpenShared(path, "r+b", static_cast<int>((end - clock.Ticks() + 999) / 1000));
         if (!GateIsHeldElsewhere(path)) return file;
         file.Close();
         do { // without the file, so that who has the gate finds it free
             if (clock.Ticks() >= end) return {};
-            YieldToSystem();
-            clock.Sleep(kPause);
+            wait.Pause(kPause);
         } while (GateIsHeldElsewhere(path));
     }
 }
@@ -105,13 +105,13 @@ ControlStream OpenToRead(const std::string& path, OpenTimeout timeout) {
     constexpr std::int64_t kPause = 10; // milliseconds
     platform::Clock& clock = platform::TheClock();
     const std::int64_t end = clock.Ticks() + std::int64_t{SecondsOf(timeout)} * 1000;
+    FileWait wait(path);
     for (bool mayBeBack = true;;) {
         ControlStream file = OpenShared(path, "rb", static_cast<int>((end - clock.Ticks() + 999) / 1000));
         if (file || !mayBeBack || clock.Ticks() >= end) return file;
         mayBeBack = GateIsHeldElsewhere(path);
         if (!mayBeBack && IsMissing(path)) return file;
-        YieldToSystem();
-        clock.Sleep(kPause);
+        wait.Pause(kPause);
     }
 }
 

@@ -83,6 +83,7 @@ void OpenedDialog::Begin(HWND dialog, std::span<const Anchor> anchors) {
     ScaleOnOurOwn(dialog);
     FollowStatus(dialog);
     layout_.Begin(dialog, anchors);
+    if (!IsPage(dialog)) icons_.Show(dialog, dpi_);
 }
 
 INT_PTR OpenedDialog::FinishFilling(HWND dialog) {
@@ -126,11 +127,14 @@ bool OpenedDialog::AnswerForWindow(const DialogMessage& message) {
 void OpenedDialog::ChangeDpi(HWND dialog, int dpi, const RECT& place) {
     const int before = std::exchange(dpi_, dpi);
     const auto scaled = [&](LONG pixels) { return static_cast<LONG>(MulDiv(static_cast<int>(pixels), dpi, before)); };
+    std::vector<std::pair<HWND, RECT>> places; // as they are before the dialog's size moves them
+    ForEachControl(dialog, [&](HWND control) { places.emplace_back(control, PlaceInParent(control)); });
+    layout_.Scale(dpi, before);
     MoveControl(dialog, place);
-    ForEachControl(dialog, [&](HWND control) {
-        const RECT at = PlaceInParent(control);
+    icons_.Show(dialog, dpi);
+    for (const auto& [control, at] : places)
         MoveControl(control, {scaled(at.left), scaled(at.top), scaled(at.right), scaled(at.bottom)});
-    });
+    layout_.Apply(dialog);
     ChangeFont(dialog);
 }
 
@@ -140,7 +144,7 @@ void OpenedDialog::ChangeFont(HWND dialog) {
     SendMessageA(dialog, WM_SETFONT, handle, TRUE);
     ForEachControl(dialog, [&](HWND control) { SendMessageA(control, WM_SETFONT, handle, TRUE); });
     font_ = std::move(font);
-    for (DialogPart* part : parts_) part->Rescale();
+    for (DialogPart* part : parts_) part->Rescale(dpi_);
     InvalidateRect(dialog, nullptr, TRUE);
 }
 

@@ -1,4 +1,4 @@
-// gui_tests [--pictures DIRECTORY | GoogleTest's arguments]
+// gui_tests [--pictures DIRECTORY [--high-contrast] | GoogleTest's arguments]
 // With --pictures it draws every dialog into a .bmp file of the directory instead of testing.
 #include <gtest/gtest.h>
 
@@ -13,7 +13,10 @@ int main(int count, char** arguments) {
     bv::gui::MakeDesktop();
     bv::StartCommonControls();
     bv::MainWindow::RegisterWindowClass();
-    if (count == 3 && std::string_view(arguments[1]) == "--pictures") return bv::gui::DrawPictures(arguments[2]);
+    if (count >= 3 && std::string_view(arguments[1]) == "--pictures") {
+        const bool isHighContrast = count == 4 && std::string_view(arguments[3]) == "--high-contrast";
+        return isHighContrast ? bv::gui::DrawHighContrast(arguments[2]) : bv::gui::DrawPictures(arguments[2]);
+    }
     testing::InitGoogleTest(&count, arguments);
     return RUN_ALL_TESTS();
 }
