@@ -2,6 +2,7 @@
 #include <windows.h>
 
 #include <new>
+#include <optional>
 
 #include "dialogs/colours_dlg.h"
 #include "dialogs/help_dlg.h"
@@ -21,11 +22,8 @@ namespace {
 
 constexpr int kFailed = 1; // exit code after a message that says why
 
-bool TakeCommandLine(const char* commandLine) {
-    const int fault = ParseCommandLine(commandLine, Startup());
-    if (fault != 0)
-        CurrentFront().ShowBox({FillMessage(kCaptionOfQuestion), FillMessage(Message(fault)), BoxIcon::Warning});
-    return fault == 0;
+void ShowFaultOfCommandLine(int fault) {
+    CurrentFront().ShowBox({FillMessage(kCaptionOfQuestion), FillMessage(Message(fault)), BoxIcon::Warning});
 }
 
 // Opens the banner; the menu follows when the server's files were found.
@@ -42,6 +40,7 @@ bool OpenMainWindow(MainWindow& window, int showCommand) {
 }
 
 int RunSetup(const char* commandLine, int showCommand) {
+    std::optional<StartTurn> turn(std::in_place);
     if (ActivateRunningCopy(showCommand)) return 0;
     // All of the program's times are in one fixed zone; the server's files rely on it.
     platform::TheEnvironment().SetVariable("TZ", "PST8PDT");
@@ -50,11 +49,19 @@ int RunSetup(const char* commandLine, int showCommand) {
     MainWindow window;
     WindowsFront front(window);
     const UseFront speaking(front);
-    if (!TakeCommandLine(commandLine)) return kFailed;
+    const int fault = ParseCommandLine(commandLine, Startup());
+    if (fault == 0) {
+        MainWindow::RegisterWindowClass();
+        window.Create(); // or Open says so
+    }
+    turn.reset();
+    if (fault != 0) {
+        ShowFaultOfCommandLine(fault);
+        return kFailed;
+    }
 
     StartCommonControls();
     ThreeDControls controls;
-    MainWindow::RegisterWindowClass();
     window.OnColoursChanged = [&] { controls.ColoursChanged(); };
     window.OnOpenMenu = [&] {
         RunStartFunction(window.Handle());

@@ -256,13 +256,36 @@ int DrawPictures(const std::string& directory) {
     return 0;
 }
 
+int DrawHighContrast(const std::string& directory) {
+    constexpr COLORREF kBlack = RGB(0, 0, 0);
+    constexpr COLORREF kWhite = RGB(255, 255, 255);
+    constexpr COLORREF kYellow = RGB(255, 255, 0);
+    constexpr std::pair<INT, COLORREF> kScheme[] = {
+        {COLOR_WINDOW, kBlack},        {COLOR_WINDOWTEXT, kWhite},           {COLOR_BTNFACE, kBlack},
+        {COLOR_BTNTEXT, kYellow},      {COLOR_GRAYTEXT, RGB(0, 255, 0)},     {COLOR_HIGHLIGHT, RGB(0, 128, 0)},
+        {COLOR_HIGHLIGHTTEXT, kWhite}, {COLOR_BTNHIGHLIGHT, kWhite},         {COLOR_BTNSHADOW, kWhite},
+        {COLOR_WINDOWFRAME, kWhite},   {COLOR_ACTIVECAPTION, RGB(0, 0, 128)}};
+    std::vector<INT> elements;
+    std::vector<COLORREF> before;
+    std::vector<COLORREF> colours;
+    for (const auto& [element, colour] : kScheme) {
+        elements.push_back(element);
+        before.push_back(GetSysColor(element));
+        colours.push_back(colour);
+    }
+    SetSysColors(static_cast<int>(elements.size()), elements.data(), colours.data());
+    const int result = DrawPictures(directory);
+    SetSysColors(static_cast<int>(elements.size()), elements.data(), before.data());
+    return result;
+}
+
 } // namespace
 } // namespace bv::gui
 
 int main(int count, char** arguments) {
-    if (count != 2) return 2;
+    if (count != 2 && count != 3) return 2;
     bv::gui::MakeDesktop();
     bv::StartCommonControls();
     bv::MainWindow::RegisterWindowClass();
-    return bv::gui::DrawPictures(arguments[1]);
+    return count == 3 ? bv::gui::DrawHighContrast(arguments[1]) : bv::gui::DrawPictures(arguments[1]);
 }

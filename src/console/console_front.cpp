@@ -28,6 +28,11 @@ void ConsoleFront::SetStatusLine(int line, const std::string& text) {
     if (isShown && !text.empty()) console_.PrintNotice(text + '\n');
 }
 
+// For a person to see; a script's output does not depend on how long files were held.
+void ConsoleFront::ShowWait(WaitState state, const std::string& text) {
+    if (state == WaitState::Lasts && console_.IsTerminal()) console_.PrintNotice(text + '\n');
+}
+
 void ConsoleFront::ShowBox(const Box& box) { console_.PrintNotice(box.Text + '\n'); }
 
 bool ConsoleFront::Ask(const Box& box) {

@@ -37,6 +37,7 @@ class ConsoleFront : public Front {
     bool Ask(const Box& box) override;
     void EnableInput(bool) override {}
     void ShowWaitCursor(bool) override {}
+    void ShowWait(WaitState state, const std::string& text) override;
     bool WaitForEnd(platform::Process& program) override;
     void PeekMessages() override {}
 

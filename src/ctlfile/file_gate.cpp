@@ -89,14 +89,14 @@ ControlStream OpenToRewrite(const std::string& path, OpenTimeout timeout) {
     constexpr std::int64_t kPause = 10; // milliseconds
     platform::Clock& clock = platform::TheClock();
     const std::int64_t end = clock.Ticks() + std::int64_t{SecondsOf(timeout)} * 1000;
+    FileWait wait(path);
     for (;;) {
         ControlStream file = OpenShared(path, "r+b", static_cast<int>((end - clock.Ticks() + 999) / 1000));
         if (!GateIsHeldElsewhere(path)) return file;
         file.Close();
         do { // without the file, so that who has the gate finds it free
             if (clock.Ticks() >= end) return {};
-            YieldToSystem();
-            clock.Sleep(kPause);
+            wait.Pause(kPause);
         } while (GateIsHeldElsewhere(path));
     }
 }
@@ -106,12 +106,12 @@ ControlStream OpenToRead(const std::string& path, OpenTimeout timeout) {
     platform::Clock& clock = platform::TheClock();
     const std::int64_t end = clock.Ticks() + std::int64_t{SecondsOf(timeout)} * 1000;
     int tries = 5; // with the gate free: the file can be back at each look, and gone again before it is opened
+    FileWait wait(path);
     for (;;) {
         ControlStream file = OpenShared(path, "rb", static_cast<int>((end - clock.Ticks() + 999) / 1000));
         if (file || clock.Ticks() >= end) return file;
         if (!GateIsHeldElsewhere(path) && (--tries == 0 || IsMissing(path))) return file;
-        YieldToSystem();
-        clock.Sleep(kPause);
+        wait.Pause(kPause);
     }
 }
 

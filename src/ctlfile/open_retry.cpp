@@ -11,10 +11,28 @@ namespace bv {
 namespace {
 
 constexpr std::int64_t kLongestPause = 32; // milliseconds between two tries
+constexpr std::int64_t kUnsaid = 500;      // milliseconds that a wait takes before the file is named
 
 SharedPatience* sharedPatience = nullptr;
 
 } // namespace
+
+FileWait::~FileWait() {
+    if (begin_) CurrentFront().ShowWait(WaitState::Ends, said_);
+}
+
+void FileWait::Pause(std::int64_t milliseconds) {
+    platform::Clock& clock = platform::TheClock();
+    if (!begin_) {
+        begin_ = clock.Ticks();
+        CurrentFront().ShowWait(WaitState::Begins, "");
+    } else if (said_.empty() && clock.Ticks() - *begin_ >= kUnsaid) {
+        said_ = FillMessage(kWaitingForFile, path_);
+        CurrentFront().ShowWait(WaitState::Lasts, said_);
+    }
+    YieldToSystem();
+    clock.Sleep(milliseconds);
+}
 
 SharedPatience::SharedPatience(int seconds) : isOutermost_(sharedPatience == nullptr), seconds_(seconds) {
     if (isOutermost_) sharedPatience = this;
@@ -32,6 +50,7 @@ platform::OpenResult OpenRetrying(const std::string& path, const platform::OpenR
     platform::Clock& clock = platform::TheClock();
     if (sharedPatience != nullptr) seconds = sharedPatience->Left(path, seconds);
     const std::int64_t end = clock.Ticks() + std::int64_t{seconds} * 1000;
+    FileWait wait(path);
     for (std::int64_t pause = 1;; pause = std::min(pause * 2, kLongestPause)) {
         platform::OpenResult result = platform::Files().Open(path, request);
         if (result.Error != platform::FileError::AccessDenied) return result;
@@ -39,8 +58,7 @@ platform::OpenResult OpenRetrying(const std::string& path, const platform::OpenR
             if (sharedPatience != nullptr) sharedPatience->WearOut(path);
             return result;
         }
-        YieldToSystem();
-        clock.Sleep(pause);
+        wait.Pause(pause);
     }
 }
 

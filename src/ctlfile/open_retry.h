@@ -1,12 +1,32 @@
 // Opening a file that another process may hold.
 #pragma once
 
+#include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "platform/files.h"
 
 namespace bv {
+
+// The wait for one file that another program holds, as the person sees it: whoever tries again pauses by it in between.
+class FileWait {
+  public:
+    explicit FileWait(const std::string& path) : path_(path) {}
+    ~FileWait();
+    FileWait(const FileWait&) = delete;
+    FileWait& operator=(const FileWait&) = delete;
+
+    // Yields to the system and sleeps. The first pause shows the wait cursor; after half a second of them 9204 names
+    // the file.
+    void Pause(std::int64_t milliseconds);
+
+  private:
+    const std::string& path_;
+    std::optional<std::int64_t> begin_; // by the clock's ticks
+    std::string said_;
+};
 
 // Opens the file; while that is refused as access-denied, yields to the system and tries again until so many
 // seconds have passed since the first try. Any other outcome returns at once.

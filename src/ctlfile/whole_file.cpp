@@ -5,6 +5,7 @@
 #include "ctlfile/control_stream.h"
 #include "ctlfile/copy_back.h"
 #include "ctlfile/file_gate.h"
+#include "ctlfile/open_retry.h"
 #include "platform/clock.h"
 #include "platform/files.h"
 #include "voice/messages.h"
@@ -49,14 +50,14 @@ bool WriteWholeFile(const std::string& path, std::string_view text, std::string_
 
 bool PutInPlace(const std::string& newPath, const std::string& livePath) {
     const std::int64_t end = platform::TheClock().Ticks() + kPatience;
+    FileWait wait(livePath);
     for (;;) {
         const FileError error = TryToPutInPlace(newPath, livePath);
         if (error == FileError::RightsNotKept) return CopyOver(newPath, livePath);
         const bool mayComeOff = error == FileError::AccessDenied || error == FileError::Exists ||
                                 (error == FileError::NotFound && !IsMissing(newPath)); // the old one comes or goes
         if (!mayComeOff || platform::TheClock().Ticks() >= end) return error == FileError::None;
-        YieldToSystem();
-        platform::TheClock().Sleep(kPause);
+        wait.Pause(kPause);
     }
 }
 

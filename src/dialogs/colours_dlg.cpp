@@ -70,7 +70,7 @@ void StartCommonControls() {
     InitCommonControlsEx(&controls);
 }
 
-ThreeDControls::ThreeDControls() : library_(platform::TheLibraries().Load("CTL3D32.DLL")) {
+ThreeDControls::ThreeDControls() : library_(platform::TheLibraries().LoadOfSystem("CTL3D32.DLL")) {
     CallWithInstance(library_.get(), "Ctl3dRegister");
     CallWithInstance(library_.get(), "Ctl3dAutoSubclass");
 }

@@ -84,6 +84,7 @@ void OpenedDialog::Begin(HWND dialog, std::span<const Anchor> anchors) {
     FollowStatus(dialog);
     layout_.Begin(dialog, anchors, {UnitsAcross(dialog, units_.cx), UnitsDown(dialog, units_.cy)});
     layout_.Apply(dialog);
+    if (!IsPage(dialog)) icons_.Show(dialog, dpi_);
 }
 
 DialogTemplate OpenedDialog::Load(int dpi) {
@@ -133,11 +134,14 @@ bool OpenedDialog::AnswerForWindow(const DialogMessage& message) {
 void OpenedDialog::ChangeDpi(HWND dialog, int dpi, const RECT& place) {
     const int before = std::exchange(dpi_, dpi);
     const auto scaled = [&](LONG pixels) { return static_cast<LONG>(MulDiv(static_cast<int>(pixels), dpi, before)); };
+    std::vector<std::pair<HWND, RECT>> places; // as they are before the dialog's size moves them
+    ForEachControl(dialog, [&](HWND control) { places.emplace_back(control, PlaceInParent(control)); });
+    layout_.Scale(dpi, before);
     MoveControl(dialog, place);
-    ForEachControl(dialog, [&](HWND control) {
-        const RECT at = PlaceInParent(control);
+    icons_.Show(dialog, dpi);
+    for (const auto& [control, at] : places)
         MoveControl(control, {scaled(at.left), scaled(at.top), scaled(at.right), scaled(at.bottom)});
-    });
+    layout_.Apply(dialog);
     ChangeFont(dialog);
 }
 
@@ -147,7 +151,7 @@ void OpenedDialog::ChangeFont(HWND dialog) {
     SendMessageA(dialog, WM_SETFONT, handle, TRUE);
     ForEachControl(dialog, [&](HWND control) { SendMessageA(control, WM_SETFONT, handle, TRUE); });
     font_ = std::move(font);
-    for (DialogPart* part : parts_) part->Rescale();
+    for (DialogPart* part : parts_) part->Rescale(dpi_);
     InvalidateRect(dialog, nullptr, TRUE);
 }
 

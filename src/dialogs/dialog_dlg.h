@@ -17,6 +17,7 @@
 
 #include "ctlfile/fixed_text.h"
 #include "dialogs/font_dlg.h"
+#include "dialogs/icon_dlg.h"
 #include "dialogs/layout_dlg.h"
 #include "platform/program.h"
 
@@ -66,7 +67,7 @@ class DialogPart {
     virtual void Resized() {}
 
     // The dialog's font and resolution are others; its windows have their new places.
-    virtual void Rescale() {}
+    virtual void Rescale(int /*dpi*/) {}
 };
 
 // An open dialog, behind its plan.
@@ -102,6 +103,7 @@ class OpenedDialog {
     bool isResizable_ = false;
     int dpi_ = USER_DEFAULT_SCREEN_DPI;
     Layout layout_;
+    WindowIcons icons_;
     MessageFont font_; // none as long as the template's own serves
     std::vector<DialogPart*> parts_;
 };

@@ -14,11 +14,11 @@ struct HelpPlace {
     std::string Path;
 };
 
-// Where the help for a context number is: the help file, when it exists and the Windows directory has WINHLP32.EXE;
-// else help\<context>.html beside the program or in the server area; else nowhere.
+// Where the help for a context number is: the help file, when it exists and the Windows directory has a WINHLP32.EXE
+// that is a viewer; else help\<context>.html beside the program or in the server area; else nowhere.
 HelpPlace FindHelp(int context);
 
-// Opens the help for a dialog; shows warning 9010 when there is none or it cannot be opened.
+// Opens the help for a dialog; shows warning 9010 when there is none, and 9019 when its page cannot be opened.
 void ShowHelp(HWND dialog, int context);
 
 // Closes the help viewer, if it was opened for this program.

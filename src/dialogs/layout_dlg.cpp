@@ -72,6 +72,16 @@ void Layout::Begin(HWND dialog, std::span<const Anchor> anchors, SIZE client) {
     }
 }
 
+void Layout::Scale(int to, int from) {
+    const auto scale = [&](LONG& pixels) { pixels = MulDiv(static_cast<int>(pixels), to, from); };
+    for (Place& place : places_)
+        for (LONG* edge : {&place.At.left, &place.At.top, &place.At.right, &place.At.bottom}) scale(*edge);
+    for (SIZE* size : {&client_, &smallest_}) {
+        scale(size->cx);
+        scale(size->cy);
+    }
+}
+
 void Layout::Apply(HWND dialog) const {
     if (places_.empty()) return;
     RECT client{};

@@ -35,6 +35,9 @@ class Layout {
     // Moves the controls to where the dialog's size puts them.
     void Apply(HWND dialog) const;
 
+    // From now on all is so much larger or smaller, as with another resolution.
+    void Scale(int to, int from);
+
     // The smallest size of the whole window, for WM_GETMINMAXINFO; 0, 0 for a dialog of a fixed size.
     [[nodiscard]] SIZE Smallest() const { return smallest_; }
 

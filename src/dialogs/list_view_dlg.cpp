@@ -136,12 +136,13 @@ void ListView::RememberColumns() const {
     settings.Write(folder, std::string(plan_.Name) + "Sort", std::to_string(sorted && !sorted->Up ? -column : column));
 }
 
-void ListView::Rescale() {
-    const int before = std::exchange(dpi_, DpiOf(dialog_));
+void ListView::Rescale(int dpi) {
+    const int before = std::exchange(dpi_, dpi);
     for (std::size_t i = 0; i < plan_.Columns.size(); ++i) {
         const int width = static_cast<int>(Send(Window(), LVM_GETCOLUMNWIDTH, i));
         Send(Window(), LVM_SETCOLUMNWIDTH, i, MulDiv(width, dpi_, before));
     }
+    FillWidth();
 }
 
 void ListView::Refill(const std::function<bool()>& read) {

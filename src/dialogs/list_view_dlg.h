@@ -78,7 +78,7 @@ class ListView : public DialogPart {
     bool Answer(const DialogMessage& message, INT_PTR& result) override;
     bool TakeKey(const MSG& message) override;
     void Resized() override { FillWidth(); }
-    void Rescale() override;
+    void Rescale(int dpi) override;
 
   private:
     [[nodiscard]] HWND Window() const { return GetDlgItem(dialog_, plan_.List); }

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <utility>
 
+#include "ctlfile/open_retry.h"
 #include "ctlfile/whole_file.h"
 #include "platform/clock.h"
 #include "platform/files.h"
@@ -40,11 +41,11 @@ FileError MakeLockFile(const std::string& path) {
 platform::OpenResult OpenAlone(const std::string& path) {
     constexpr platform::OpenRequest kAlone{platform::Access::ReadWrite, platform::Deny::ReadingAndWriting};
     const std::int64_t end = platform::TheClock().Ticks() + kWait;
+    FileWait wait(path);
     for (;;) {
         platform::OpenResult result = platform::Files().Open(path, kAlone);
         if (result.Opened || platform::TheClock().Ticks() >= end) return result;
-        YieldToSystem();
-        platform::TheClock().Sleep(kPause);
+        wait.Pause(kPause);
     }
 }
 

@@ -27,6 +27,9 @@ class Libraries {
     // Loads a library by file name or path, without any box of the system's; none when it is missing.
     virtual std::unique_ptr<Library> Load(const std::string& name) = 0;
 
+    // As Load, by the file name of one of the system's own: only where those lie.
+    virtual std::unique_ptr<Library> LoadOfSystem(const std::string& name) { return Load(name); }
+
     // The system's own error number of the last Load that found none; 0 where the system has no numbers for that.
     virtual unsigned long LastError() { return 0; }
 };

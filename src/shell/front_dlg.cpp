@@ -66,12 +66,15 @@ void WindowsFront::EnableInput(bool enabled) {
 }
 
 void WindowsFront::ShowWaitCursor(bool wait) {
-    if (wait) {
+    if (wait && waits_++ == 0)
         cursor_ = SetCursor(LoadCursor(nullptr, IDC_WAIT));
-    } else if (cursor_ != nullptr) {
+    else if (!wait && waits_ > 0 && --waits_ == 0)
         SetCursor(cursor_);
-        cursor_ = nullptr;
-    }
+}
+
+void WindowsFront::ShowWait(WaitState state, const std::string& text) {
+    if (state != WaitState::Lasts) ShowWaitCursor(state == WaitState::Begins);
+    if (!text.empty()) SetStatusLine(2, state == WaitState::Lasts ? text : "");
 }
 
 bool WindowsFront::WaitForEnd(platform::Process& program) {

@@ -24,6 +24,7 @@ class WindowsFront : public Front {
     bool Ask(const Box& box) override;
     void EnableInput(bool enabled) override;
     void ShowWaitCursor(bool wait) override;
+    void ShowWait(WaitState state, const std::string& text) override;
     bool WaitForEnd(platform::Process& program) override;
     void PeekMessages() override;
 
@@ -34,6 +35,7 @@ class WindowsFront : public Front {
     MainWindow& window_;
     platform::Process* watched_ = nullptr;
     HCURSOR cursor_ = nullptr; // the one before the wait cursor
+    int waits_ = 0;            // that the wait cursor is shown for
     HWND disabled_ = nullptr;  // the window that takes no input at present
     HWND focus_ = nullptr;     // the control in it that had the focus
     bool hasWaited_ = false;

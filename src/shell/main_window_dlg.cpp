@@ -4,6 +4,7 @@
 #include <new>
 #include <string_view>
 
+#include "dialogs/layout_dlg.h"
 #include "platform/ascii.h"
 #include "platform/program.h"
 #include "resources/ids.h"
@@ -18,19 +19,18 @@ static_assert(kProgramVersion == VERSION_TEXT);
 
 constexpr int kGrowthSteps = 10;
 constexpr DWORD kGrowthPause = 15; // milliseconds a step
-constexpr int kMargin = 8;         // pixels at 96 dots per inch
+constexpr UINT_PTR kPlaceTimer = 101;
+constexpr UINT kPlaceInterval = 250; // milliseconds
+constexpr int kMargin = 8;           // pixels at 96 dots per inch
 
 HINSTANCE Instance() { return GetModuleHandleA(nullptr); }
 
 int Scaled(HWND window, int pixels) { return MulDiv(pixels, DpiOf(window), 96); }
 
-// The bottom strip of the work area, two captions tall.
-RECT BannerPlace(HWND window) {
+RECT WorkArea() {
     RECT area{};
-    if (!SystemParametersInfoA(SPI_GETWORKAREA, 0, &area, 0))
-        area = {0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)};
-    area.top = area.bottom - 2 * GetSystemMetricsForDpi(SM_CYCAPTION, static_cast<UINT>(DpiOf(window)));
-    return area;
+    if (SystemParametersInfoA(SPI_GETWORKAREA, 0, &area, 0)) return area;
+    return {0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)};
 }
 
 bool IsMinimising(int showCommand) {
@@ -73,9 +73,8 @@ int TextWidth(HDC drawing, const std::string& text) {
 }
 
 void DrawProgramIcon(HDC drawing, int x, int y, int size) {
-    const auto icon = static_cast<HICON>(LoadImageA(Instance(), "Setup", IMAGE_ICON, size, size, LR_DEFAULTCOLOR));
-    DrawIconEx(drawing, x, y, icon, size, size, 0, nullptr, DI_NORMAL);
-    DestroyIcon(icon);
+    const ProgramIcon icon(size);
+    DrawIconEx(drawing, x, y, icon.Handle(), size, size, 0, nullptr, DI_NORMAL);
 }
 
 } // namespace
@@ -99,12 +98,17 @@ void MainWindow::RegisterWindowClass() {
     RegisterClassA(&windowClass);
 }
 
-bool MainWindow::Open(int showCommand) {
+bool MainWindow::Create() {
     const std::string title = FillMessage(kWindowTitle);
     CreateWindowExA(0, kMainWindowClass, title.c_str(), WS_POPUP, 0, 0, 0, 0, nullptr, nullptr, Instance(), this);
-    if (window_ == nullptr) return false;
+    return window_ != nullptr;
+}
+
+bool MainWindow::Open(int showCommand) {
+    if (window_ == nullptr && !Create()) return false;
     font_ = MessageFont(DpiOf(window_));
-    const RECT full = BannerPlace(window_);
+    icons_.Show(window_, DpiOf(window_));
+    const RECT full = FullPlace();
     const POINT centre{(full.left + full.right) / 2, (full.top + full.bottom) / 2};
     const bool grows = ShowsAnimations() && !IsMinimising(showCommand);
     MoveTo(window_, grows ? RECT{centre.x, centre.y, centre.x, centre.y} : full);
@@ -124,7 +128,12 @@ void MainWindow::SetStatusLine(int line, const std::string& text) {
 }
 
 void MainWindow::JoinInstaller() {
-    if (const HWND installer = FindWindowA("InstallShield_Win", "Setup")) SetParent(window_, installer);
+    const HWND installer = FindWindowA("InstallShield_Win", "Setup");
+    if (installer == nullptr) return;
+    SetWindowLongA(window_, GWL_STYLE, (GetWindowLongA(window_, GWL_STYLE) & ~WS_POPUP) | WS_CHILD);
+    SetParent(window_, installer);
+    SetTimer(window_, kPlaceTimer, kPlaceInterval, nullptr); // nobody tells a child in another program of a new size
+    Place();
 }
 
 LRESULT CALLBACK MainWindow::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
@@ -151,6 +160,7 @@ LRESULT MainWindow::Answer(UINT message, WPARAM wParam, LPARAM lParam) {
         return 0;
     case WM_TIMER:
         if (wParam == kWatchTimer && OnWatchTimer) OnWatchTimer();
+        if (wParam == kPlaceTimer) Place();
         return 0;
     case WM_ERASEBKGND: return 1; // painting covers everything
     case WM_PAINT: {
@@ -166,6 +176,7 @@ LRESULT MainWindow::Answer(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_DISPLAYCHANGE: Place(); return 0;
     case WM_DPICHANGED:
         font_ = MessageFont(DpiOf(window_));
+        icons_.Show(window_, DpiOf(window_));
         Place();
         return 0;
     case WM_DESTROY: EndProgram(0); return 0;
@@ -174,9 +185,23 @@ LRESULT MainWindow::Answer(UINT message, WPARAM wParam, LPARAM lParam) {
     }
 }
 
-// An installer's child stays where the installer puts it.
+bool MainWindow::IsInInstaller() const { return (GetWindowLongA(window_, GWL_STYLE) & WS_CHILD) != 0; }
+
+// The bottom strip of the work area, or of the installer's client area, two captions tall.
+RECT MainWindow::FullPlace() const {
+    RECT area{};
+    if (IsInInstaller())
+        GetClientRect(GetParent(window_), &area);
+    else
+        area = WorkArea();
+    area.top = area.bottom - 2 * GetSystemMetricsForDpi(SM_CYCAPTION, static_cast<UINT>(DpiOf(window_)));
+    return area;
+}
+
 void MainWindow::Place() {
-    if (GetAncestor(window_, GA_PARENT) == GetDesktopWindow()) MoveTo(window_, BannerPlace(window_));
+    const RECT before = PlaceInParent(window_);
+    const RECT now = FullPlace();
+    if (!EqualRect(&before, &now)) MoveTo(window_, now);
 }
 
 // The icon, line 1 above, and lines 2 and 3 below it at the left and the right.
@@ -214,13 +239,25 @@ void MainWindow::ChangeSettings(WPARAM parameter, const char* section) {
     if (parameter == SPI_SETWORKAREA) Place();
 }
 
+StartTurn::StartTurn() : mutex_(CreateMutexA(nullptr, FALSE, "BrivaneSetup.Start")) {
+    constexpr DWORD kLongest = 10'000; // milliseconds: a copy that hangs keeps nobody out
+    if (mutex_ != nullptr) WaitForSingleObject(mutex_, kLongest);
+}
+
+StartTurn::~StartTurn() {
+    if (mutex_ == nullptr) return;
+    ReleaseMutex(mutex_);
+    CloseHandle(mutex_);
+}
+
 bool ActivateRunningCopy(int showCommand) {
     const HWND running = FindWindowA(kMainWindowClass, nullptr);
     if (running == nullptr) return false;
     HWND outermost = running;
     while (const HWND parent = GetParent(outermost)) outermost = parent;
     if (IsIconic(outermost) && !IsMinimising(showCommand)) ShowWindow(outermost, SW_RESTORE);
-    SetForegroundWindow(GetLastActivePopup(outermost));
+    const HWND inFront = GetLastActivePopup(outermost);
+    if (IsWindowVisible(inFront)) SetForegroundWindow(inFront); // else it is starting, and comes to the front by itself
     return true;
 }
 

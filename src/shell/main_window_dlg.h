@@ -10,6 +10,7 @@
 
 #include "dialogs/colours_dlg.h"
 #include "dialogs/font_dlg.h"
+#include "dialogs/icon_dlg.h"
 
 namespace bv {
 
@@ -23,20 +24,23 @@ class MainWindow {
     MainWindow(const MainWindow&) = delete;
     MainWindow& operator=(const MainWindow&) = delete;
 
-    // Registers the window's class; without it, Open fails.
+    // Registers the window's class; without it, Create fails.
     static void RegisterWindowClass();
 
-    // Creates the banner, shows it with the program's show command and lets it grow to its place; false when the
-    // system refuses.
+    // Creates the banner, which is not shown yet: from now on another start finds it. False when the system refuses.
+    bool Create();
+
+    // Shows the banner, created where it is not, with the program's show command and lets it grow to its place.
     bool Open(int showCommand);
 
-    // None before Open and after the window is gone.
+    // None before Create and after the window is gone.
     [[nodiscard]] HWND Handle() const { return window_; }
 
     // Line 1, 2 or 3; repaints at once.
     void SetStatusLine(int line, const std::string& text);
 
-    // Makes the banner a child of the installer's window, when that is there.
+    // Makes the banner a child of the installer's window, when that is there: the bottom strip of its client area,
+    // whatever size that takes on.
     void JoinInstaller();
 
     std::function<void()> OnOpenMenu;       // the menu's command has arrived
@@ -46,6 +50,8 @@ class MainWindow {
   private:
     static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
     LRESULT Answer(UINT message, WPARAM wParam, LPARAM lParam);
+    [[nodiscard]] bool IsInInstaller() const;
+    [[nodiscard]] RECT FullPlace() const;
     void Place();
     void Paint(HDC drawing, const RECT& client) const;
     void ChangeColours();
@@ -53,7 +59,21 @@ class MainWindow {
 
     HWND window_ = nullptr;
     MessageFont font_;
+    WindowIcons icons_;
     std::array<std::string, 3> lines_;
+};
+
+// A program's turn to look for a running copy and then to be found by others, while it lives: of two starts at the same
+// moment, the second one's turn comes when the first has created its window, or has ended.
+class StartTurn {
+  public:
+    StartTurn();
+    ~StartTurn();
+    StartTurn(const StartTurn&) = delete;
+    StartTurn& operator=(const StartTurn&) = delete;
+
+  private:
+    HANDLE mutex_;
 };
 
 // Brings the dialog in front of a running copy of this program forward; false when none runs.

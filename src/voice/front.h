@@ -19,6 +19,9 @@ struct Box {
     bool NeedsOwnYes = false; // no Yes that was given beforehand, to all questions, answers it
 };
 
+// Of a file that another program holds.
+enum class WaitState { Begins, Lasts, Ends };
+
 class Front {
   public:
     virtual ~Front() = default;
@@ -36,6 +39,10 @@ class Front {
     virtual void EnableInput(bool enabled) = 0;
 
     virtual void ShowWaitCursor(bool wait) = 0;
+
+    // A file is waited for: as soon as that begins, with a text once it has taken half a second, and with that text,
+    // or none, when it is over. A wait that begins ends.
+    virtual void ShowWait(WaitState, const std::string&) {}
 
     // Keeps the interface alive until the program has ended, then comes to the foreground. False when no
     // timer could be had, and so the wait was not begun.

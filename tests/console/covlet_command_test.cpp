@@ -76,6 +76,17 @@ TEST_F(CovletCommands, AsksOnATerminal) {
     }
 }
 
+TEST_F(CovletCommands, SaysOnATerminalWhichFileItWaitsFor) {
+    const platform::OpenResult holder =
+        Server.Files.Open(kCatalogue, {platform::Access::ReadWrite, platform::Deny::ReadingAndWriting});
+    const std::string unable = "Unable to open file " + kCatalogue + "\n";
+    EXPECT_EQ(Console.Run({"coversheet", "list"}), 1);
+    EXPECT_EQ(Console.Notices, unable);
+    Console.Terminal = true;
+    EXPECT_EQ(Console.Run({"coversheet", "list"}), 1);
+    EXPECT_EQ(Console.Notices, "Waiting for file " + kCatalogue + ", which another program holds\n" + unable);
+}
+
 TEST_F(CovletCommands, StartsTheServersPrograms) {
     const std::string viewer = "\"F:\\BRIVANE\\BRIVANE.EXE\" \"F:\\BRIVANE\\B-COVER\\MEMO.G3F\"";
     EXPECT_EQ(Console.Run({"coversheet", "view", "memo", "--dry-run"}), 0);

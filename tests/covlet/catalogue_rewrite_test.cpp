@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 
 #include "covlet/catalogue.h"
+#include "covlet/item_actions.h"
 #include "ctlfile/control_stream.h"
 #include "support/memory_server.h"
 
@@ -114,7 +115,7 @@ TEST(ChangeCatalogueEntry, SaysThatAnEntryIsGone) {
         MemoryServer server;
         server.Load();
         server.Put(kCatalogue, before);
-        EXPECT_FALSE(ChangeCatalogueEntry(kKind, "ALPHA", "new") || DeleteCatalogueEntry(kKind, "ALPHA"));
+        EXPECT_FALSE(ChangeItem(kKind, {"ALPHA", "old"}, "new") || DeleteCatalogueEntry(kKind, "ALPHA"));
         EXPECT_EQ(server.Get(kCatalogue), before);
         const std::string said = "error: There is no coversheet ALPHA in the catalogue";
         EXPECT_THAT(server.Front.Said, ElementsAre(said, said));

@@ -111,5 +111,28 @@ TEST(ChangeReplacedFile, KeepsTheNewTextWhenTheLiveFileIsHeldTooLong) {
     }
 }
 
+TEST(FileWait, ShowsAfterHalfASecondWhichFileIsWaitedFor) {
+    MemoryServer server;
+    server.Put(kPath, "");
+    server.Put(kGate, "");
+    const auto holds = [&](const std::string& path) {
+        return server.Files.Open(path, {platform::Access::ReadWrite, platform::Deny::ReadingAndWriting});
+    };
+    const std::pair<std::string, std::string> cases[] = {{kPath, kPath}, {kGate, kGate}}; // held, named
+    for (const auto& [held, named] : cases) {
+        const auto other = holds(held);
+        server.Front.Waits.clear();
+        EXPECT_FALSE(held == kPath ? bool{OpenToRead(kPath)} : bool{FileGate(kPath)});
+        const std::string text = "Waiting for file " + named + ", which another program holds";
+        EXPECT_EQ(server.Front.Waits.front(), "begins: ");
+        ASSERT_GE(server.Front.Waits.size(), 3U);
+        EXPECT_EQ(server.Front.Waits[1], "lasts: " + text);
+        EXPECT_EQ(server.Front.Waits[2], "ends: " + text);
+    }
+    server.Front.Waits.clear();
+    EXPECT_TRUE(OpenToRead(kPath));
+    EXPECT_TRUE(server.Front.Waits.empty());
+}
+
 } // namespace
 } // namespace bv::test

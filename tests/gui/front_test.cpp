@@ -5,9 +5,12 @@
 
 #include <commctrl.h>
 
+#include <fstream>
+
 #include "dialogs/colours_dlg.h"
 #include "dialogs/dialog_dlg.h"
 #include "dialogs/help_dlg.h"
+#include "dialogs/layout_dlg.h"
 #include "dialogs/progress_dlg.h"
 #include "gui/disk_server.h"
 #include "gui/gui.h"
@@ -15,6 +18,7 @@
 #include "shell/server_paths.h"
 #include "shell/startup.h"
 #include "support/fakes.h"
+#include "support/recording_front.h"
 #include "voice/messages.h"
 #include "voice/strings.h"
 
@@ -141,6 +145,42 @@ TEST_F(SpeakingFront, BannerCoversTheBottomOfTheWorkArea) {
     EXPECT_EQ(Text(Banner.Handle()), "Brivane Configuration");
 }
 
+TEST_F(SpeakingFront, TheBannerIsTheBottomOfTheInstallersWindowWhateverItsSize) {
+    WNDCLASSA plain{};
+    plain.lpfnWndProc = DefWindowProcA;
+    plain.lpszClassName = "InstallShield_Win";
+    RegisterClassA(&plain);
+    const HWND installer = CreateWindowA("InstallShield_Win", "Setup", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 30, 40, 500,
+                                         400, nullptr, nullptr, nullptr, nullptr);
+    Banner.JoinInstaller();
+    const auto isBottom = [&] {
+        RECT client{};
+        GetClientRect(installer, &client);
+        const RECT place = PlaceInParent(Banner.Handle());
+        return place.left == 0 && place.right == client.right && place.bottom == client.bottom &&
+               place.bottom - place.top == 2 * GetSystemMetrics(SM_CYCAPTION);
+    };
+    EXPECT_EQ(GetAncestor(Banner.Handle(), GA_PARENT), installer);
+    EXPECT_EQ(GetWindowLongA(Banner.Handle(), GWL_STYLE) & (WS_POPUP | WS_CHILD), WS_CHILD);
+    EXPECT_TRUE(isBottom());
+    SetWindowPos(installer, nullptr, 0, 0, 700, 300, SWP_NOMOVE | SWP_NOZORDER);
+    for (MSG message; !isBottom() && GetMessageA(&message, nullptr, 0, 0) > 0;) DispatchMessageA(&message);
+    SetParent(Banner.Handle(), nullptr);
+    DestroyWindow(installer);
+}
+
+TEST_F(SpeakingFront, WaitsForFilesShowTheirCursorUntilTheLastIsOver) {
+    const HCURSOR arrow = LoadCursor(nullptr, IDC_ARROW);
+    SetCursor(arrow);
+    {
+        const WaitCursor around;
+        Front.ShowWait(WaitState::Begins, "");
+        Front.ShowWait(WaitState::Ends, "");
+        EXPECT_EQ(GetCursor(), LoadCursor(nullptr, IDC_WAIT));
+    }
+    EXPECT_EQ(GetCursor(), arrow);
+}
+
 // The system's button face while it lives.
 class ButtonFace {
   public:
@@ -192,6 +232,8 @@ TEST_F(SpeakingFront, ProgressCountsAndCancels) {
         EXPECT_EQ(SendTo(box, ID_PROGRESS_BAR, PBM_GETPOS), 7);
         EXPECT_EQ(SendTo(box, ID_PROGRESS_BAR, PBM_GETRANGE, FALSE), 20);
         SetForegroundWindow(box);
+        PostMessageA(GetDlgItem(box, IDCANCEL), WM_KEYDOWN, VK_RETURN, 0);
+        EXPECT_TRUE(progress.Advance(7, "", "")) << "the key was typed at what was in front before";
         Key(VK_ESCAPE);
         EXPECT_TRUE(Until([&] { return !progress.Advance(8, "", ""); }));
     }
@@ -211,8 +253,9 @@ class FakeControls final : public platform::Libraries {
   public:
     bool IsThere = true;
 
-    std::unique_ptr<platform::Library> Load(const std::string& name) override {
-        controlCalls.push_back(name);
+    std::unique_ptr<platform::Library> Load(const std::string&) override { return nullptr; }
+    std::unique_ptr<platform::Library> LoadOfSystem(const std::string& name) override {
+        controlCalls.push_back("system: " + name);
         return IsThere ? std::make_unique<Loaded>() : nullptr;
     }
 
@@ -239,12 +282,13 @@ TEST_F(SpeakingFront, ThreeDControlsAreOptionalAndHearOfColours) {
         SendMessageA(Banner.Handle(), WM_SETTINGCHANGE, 0, reinterpret_cast<LPARAM>("Colors"));
         SendMessageA(Banner.Handle(), WM_SETTINGCHANGE, 0, reinterpret_cast<LPARAM>("intl"));
     }
-    EXPECT_THAT(controlCalls, ElementsAre("CTL3D32.DLL", "register", "colours", "colours", "unregister", "unload"));
+    EXPECT_THAT(controlCalls,
+                ElementsAre("system: CTL3D32.DLL", "register", "colours", "colours", "unregister", "unload"));
 
     library.IsThere = false;
     controlCalls.clear();
     ThreeDControls().ColoursChanged();
-    EXPECT_THAT(controlCalls, ElementsAre("CTL3D32.DLL"));
+    EXPECT_THAT(controlCalls, ElementsAre("system: CTL3D32.DLL"));
     Banner.OnColoursChanged = nullptr;
 }
 
@@ -265,16 +309,51 @@ TEST(Help, IsTheHelpFileOrAPageBesideTheProgramOrOnTheServer) {
     EXPECT_EQ(FindHelp(100).Path, files.Path("program\\help\\100.html"));
     files.Write("BVSETUP.HLP", "");
     EXPECT_EQ(FindHelp(100).Kind, HelpKind::Page) << "the system has no viewer for help files";
-    files.Write("windows\\WINHLP32.EXE", "");
+    files.Write("windows\\WINHLP32.EXE", std::string(11'000, ' '));
+    EXPECT_EQ(FindHelp(100).Kind, HelpKind::Page) << "what only says so is no viewer";
+    files.Write("windows\\WINHLP32.EXE", std::string(250'000, ' '));
     EXPECT_EQ(FindHelp(100).Kind, HelpKind::HelpFile);
     EXPECT_EQ(FindHelp(100).Path, files.Path("BVSETUP.HLP"));
     Startup() = {};
 }
 
-TEST(Help, HasAPageForEachDialog) {
+TEST(Help, SaysWhenAPageCannotBeOpened) {
+    const DiskServer server;
+    test::RecordingFront front;
+    ASSERT_EQ(LoadServerPaths(), kDone);
+    server.Files().Write("SERVER\\help\\987.html", "");
+    ShowHelp(nullptr, 987);
+    EXPECT_THAT(front.Said, ElementsAre(HasSubstr("987.html could not be opened (Windows error")));
+}
+
+TEST(Help, HasAPageForEachDialogThatTheContentsLeadTo) {
+    std::ifstream file(BesideTest("help\\index.html"));
+    const std::string contents{std::istreambuf_iterator<char>(file), {}};
     for (const int context :
-         {HELP_MENU, HELP_COVLET, HELP_ADD_COVERSHEET, HELP_COVERSHEET, HELP_ADD_LETTERHEAD, HELP_LETTERHEAD})
+         {HELP_MENU,       HELP_COVLET,     HELP_ADD_COVERSHEET, HELP_COVERSHEET,     HELP_ADD_LETTERHEAD,
+          HELP_LETTERHEAD, HELP_MANY_USERS, HELP_WHERE_USED,     HELP_SELECT_PRINTER, HELP_NETWORK_USERS,
+          HELP_IMPORT,     HELP_USERS,      HELP_USER,           HELP_USER_GENERAL,   HELP_USER_PERMISSIONS,
+          HELP_USER_TIMES, HELP_USER_DIAL,  HELP_USER_PRINT,     HELP_USER_MAIL,      HELP_GROUP_GENERAL,
+          HELP_SELECT_USER}) {
         EXPECT_EQ(FindHelp(context).Kind, HelpKind::Page) << context;
+        EXPECT_THAT(contents, HasSubstr(FormatText("href=\"%d.html\"", context)));
+    }
+}
+
+TEST(Libraries, OfTheSystemAreNotLookedForBesideTheProgram) {
+    EXPECT_TRUE(platform::TheLibraries().Load("recorder.exe"));
+    EXPECT_FALSE(platform::TheLibraries().LoadOfSystem("recorder.exe"));
+    EXPECT_TRUE(platform::TheLibraries().LoadOfSystem("version.dll"));
+}
+
+TEST(Resources, HaveTheIconAtEachSizeThatIsShown) {
+    const HRSRC group = FindResourceA(nullptr, "Setup", RT_GROUP_ICON);
+    const auto* bytes = static_cast<const BYTE*>(LockResource(LoadResource(nullptr, group)));
+    constexpr int kHead = 6;
+    constexpr int kEntry = 14;
+    std::vector<int> widths; // 256 is written as 0
+    for (int i = 0; i < bytes[4]; ++i) widths.push_back(bytes[kHead + kEntry * i]);
+    EXPECT_THAT(widths, ElementsAre(16, 20, 24, 32, 40, 48, 64, 0));
 }
 
 TEST(Resources, HaveTheEnginesStrings) {

@@ -3,6 +3,7 @@
 
 #include "gui/disk_server.h"
 #include "gui/gui.h"
+#include "platform/files.h"
 #include "resources/ids.h"
 #include "voice/format.h"
 
@@ -138,6 +139,17 @@ TEST_F(Setup, AWrongCommandLineEndsTheProgram) {
     EXPECT_EQ(Banner(), nullptr);
     EXPECT_TRUE(setup.Shown().AnswerBox("Brivane Configuration", IDOK));
     EXPECT_EQ(setup.WaitForEnd(), 1);
+}
+
+TEST_F(Setup, OfTwoStartsAtTheSameMomentOneRuns) {
+    const platform::OpenResult held = platform::Files().Open(
+        Server.Files().Path("BRIVANE.INI"), {platform::Access::ReadWrite, platform::Deny::ReadingAndWriting});
+    const Program one(Command());
+    const Program other(Command());
+    EXPECT_TRUE(Until([&] { return one.IsRunning() != other.IsRunning(); })) << "while the first waits for a file";
+    EXPECT_EQ((one.IsRunning() ? other : one).WaitForEnd(), 0);
+    held.Opened->Close();
+    EXPECT_NE((one.IsRunning() ? one : other).Shown().Wait(kMenuTitle), nullptr);
 }
 
 TEST_F(Setup, ASecondCopyBringsTheFirstForwardAndEnds) {

@@ -199,20 +199,23 @@ TEST(Templates, AreAllThere) {
     EXPECT_EQ(TemplateNames().size(), 24u); // so that no test here passes for want of templates
 }
 
-TEST(Templates, GiveEachInputAMnemonicOfItsOwn) {
+TEST(Templates, GiveEachInputAMnemonicAndANameOfItsOwn) {
     for (const std::string& name : TemplateNames()) {
         const Sample sample(name, 100);
         std::set<char> seen;
         if (IsPage(sample.Dialog())) seen.insert('H'); // of the Help beside it
-        char before = '\0';                            // the mnemonic of the text before the control
+        std::set<std::string> names;                   // that a screen reader says
+        std::string label;                             // the text before the control
         for (const HWND control : Children(sample.Dialog())) {
             const char own = Mnemonic(Text(control));
             EXPECT_TRUE(own == '\0' || seen.insert(own).second) << name << " has two of " << own;
             const int id = GetDlgCtrlID(control);
-            const bool labelled = (ClassOf(control) == "Button" ? own : before) != '\0';
+            const std::string said = ClassOf(control) == "Button" ? Text(control) : label;
+            const bool labelled = Mnemonic(said) != '\0';
             EXPECT_TRUE(labelled || !TakesInput(control) || id == IDOK || id == IDCANCEL)
                 << name << ": " << Named(control);
-            before = ClassOf(control) == "Static" ? own : '\0';
+            EXPECT_TRUE(!TakesInput(control) || names.insert(said).second) << name << " has two of " << said;
+            label = ClassOf(control) == "Static" ? Text(control) : "";
         }
     }
 }

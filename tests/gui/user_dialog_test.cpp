@@ -4,12 +4,14 @@
 #include <commctrl.h>
 #include <gmock/gmock.h>
 
+#include "dialogs/layout_dlg.h"
 #include "gui/disk_server.h"
 #include "gui/gui.h"
 #include "resources/ids.h"
 #include "shell/server_paths.h"
 #include "shell/startup.h"
 #include "support/recording_front.h"
+#include "users/name_field_dlg.h"
 #include "users/user_details_dlg.h"
 #include "users/user_list_dlg.h"
 #include "whereused/where_used_dlg.h"
@@ -278,6 +280,49 @@ TEST_F(UserDialogs, GroupsShowAndChangeTheirMembers) {
     EXPECT_THAT(Record("ANNA"), HasSubstr("Group: @SALES\r\n"));
     EXPECT_THAT(Record("CLARA"), Not(HasSubstr("Group: @")));
     EXPECT_THAT(Front.Said, Contains("status 1: Users changed: 2"));
+}
+
+// How high a control's font is, and its place in its parent.
+std::pair<LONG, RECT> LooksOf(HWND control) {
+    LOGFONTW font{};
+    GetObjectW(reinterpret_cast<HGDIOBJ>(Send(control, WM_GETFONT)), sizeof font, &font);
+    return {font.lfHeight, PlaceInParent(control)};
+}
+
+// Sends a dialog to a screen of half as much resolution again, and looks whether all in the parent grows by that.
+void RaiseDpi(HWND dialog, HWND parent) {
+    const auto raised = [](LONG pixels) { return MulDiv(static_cast<int>(pixels), 144, 96); };
+    std::vector<std::pair<LONG, RECT>> before;
+    for (const HWND control : Children(parent)) before.push_back(LooksOf(control));
+    RECT place{};
+    GetWindowRect(dialog, &place);
+    place = {0, 0, raised(place.right - place.left), raised(place.bottom - place.top)};
+    SendMessageA(dialog, WM_DPICHANGED, MAKEWPARAM(144, 144), reinterpret_cast<LPARAM>(&place));
+    RECT client{};
+    GetClientRect(parent, &client);
+    const std::vector<HWND> controls = Children(parent);
+    for (std::size_t i = 0; i < controls.size(); ++i) {
+        const auto& [height, was] = before[i];
+        const auto [newHeight, is] = LooksOf(controls[i]);
+        SCOPED_TRACE(ClassOf(controls[i]) + " " + Text(controls[i]));
+        EXPECT_NEAR(newHeight, raised(height), 1);
+        EXPECT_NEAR(is.left, raised(was.left), 20); // the frame does not grow as the rest does
+        EXPECT_NEAR(is.right, raised(was.right), 20);
+        EXPECT_LE(is.right, client.right);
+        EXPECT_LE(is.bottom, client.bottom);
+    }
+}
+
+TEST_F(UserDialogs, GrowWithTheScreensResolution) {
+    RunDriven([] { ChooseNames(nullptr, kUserNames, true); },
+              [](const Windows& windows) {
+                  const HWND dialog = windows.Wait("Choose a user");
+                  const auto width = [&] { return SendTo(dialog, ID_CHOOSE_LIST, LVM_GETCOLUMNWIDTH, 0); };
+                  const LRESULT before = width();
+                  RaiseDpi(dialog, dialog);
+                  EXPECT_EQ(width(), MulDiv(static_cast<int>(before), 144, 96));
+              });
+    WithAnna([](HWND dialog) { RaiseDpi(dialog, ShowPage(dialog, kPrint)); });
 }
 
 } // namespace

@@ -41,6 +41,11 @@ void RecordingFront::EnableInput(bool enabled) { Said.emplace_back(enabled ? "in
 
 void RecordingFront::ShowWaitCursor(bool wait) { Said.emplace_back(wait ? "wait cursor on" : "wait cursor off"); }
 
+void RecordingFront::ShowWait(WaitState state, const std::string& text) {
+    constexpr const char* kStates[] = {"begins: ", "lasts: ", "ends: "};
+    Waits.push_back(kStates[static_cast<std::size_t>(state)] + text);
+}
+
 bool RecordingFront::WaitForEnd(platform::Process&) {
     Said.emplace_back("wait for program");
     return CanWait;

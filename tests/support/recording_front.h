@@ -18,6 +18,7 @@ class RecordingFront final : public Front {
     std::vector<std::string> Said;
     std::vector<std::string> Captions; // of the boxes and questions
     int Peeks = 0;
+    std::vector<std::string> Waits; // for files: "begins: ", "lasts: TEXT", "ends: TEXT"
 
     bool Answer = false; // true is Yes
     bool CanWait = true;
@@ -30,6 +31,7 @@ class RecordingFront final : public Front {
     bool Ask(const Box& box) override;
     void EnableInput(bool enabled) override;
     void ShowWaitCursor(bool wait) override;
+    void ShowWait(WaitState state, const std::string& text) override;
     bool WaitForEnd(platform::Process& program) override;
     void PeekMessages() override;
 

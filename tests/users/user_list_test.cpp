@@ -3,7 +3,13 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <fstream>
+
 #include "support/memory_server.h"
+#include "support/samples.h"
+#include "users/user_record.h"
+#include "voice/format.h"
 
 namespace bv {
 namespace {
@@ -236,6 +242,32 @@ TEST(DeviceNames, TellTheirKinds) {
     for (const char* name : {"PRINT-1", "network", "HpPrinter", "PSPRINT"}) EXPECT_FALSE(IsFaxDevice(name)) << name;
     for (const char* name : {"FAX-1", "PRIN", "XPRINT", ""}) EXPECT_TRUE(IsFaxDevice(name)) << name;
     EXPECT_TRUE(IsNetworkDevice("NetworkA") && !IsNetworkDevice("NETWOR"));
+}
+
+// The row of a key in a table of a help page.
+std::string HelpRow(const RecordKey& key, const UserRecord& unset) {
+    const std::string value = key.Show(unset);
+    return FormatText("<tr><td><code>%s</code></td><td>%s</td><td>%s</td></tr>\n", key.Key, key.Values(),
+                      value.empty() ? "nothing" : value);
+}
+
+TEST(HelpPages, SayOfEachKeyWhatTheTableSays) {
+    std::string tables;
+    for (int page = 202; page <= 207; ++page) {
+        std::ifstream file(test::SamplesDirectory() + FormatText("/../help/%d.html", page));
+        for (std::string line; std::getline(file, line);)
+            if (line.starts_with("<tr><td>")) tables += line + '\n';
+    }
+    const Server server("[USER]\r\nName: A\r\n");
+    UserRecord unset;
+    ASSERT_TRUE(ReadUserRecord("A", unset, RecordKind::User));
+    std::size_t keys = 0;
+    for (const RecordKey& key : RecordKeys()) {
+        if (!HasKey(key, RecordKind::User)) continue;
+        ++keys;
+        EXPECT_NE(tables.find(HelpRow(key, unset)), std::string::npos) << HelpRow(key, unset);
+    }
+    EXPECT_EQ(static_cast<std::size_t>(std::ranges::count(tables, '\n')), keys);
 }
 
 } // namespace

@@ -30,16 +30,21 @@ class WindowsLibraries final : public Libraries {
   public:
     void* OwnModule() override { return GetModuleHandleA(nullptr); }
 
-    std::unique_ptr<Library> Load(const std::string& name) override {
-        const UINT before = SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX);
-        const HMODULE module = LoadLibraryA(name.c_str());
-        error_ = IsModule(module) ? 0 : GetLastError();
-        SetErrorMode(before);
-        return IsModule(module) ? std::make_unique<WindowsLibrary>(module) : nullptr;
+    std::unique_ptr<Library> Load(const std::string& name) override { return LoadBy(name, 0); }
+    std::unique_ptr<Library> LoadOfSystem(const std::string& name) override {
+        return LoadBy(name, LOAD_LIBRARY_SEARCH_SYSTEM32);
     }
     unsigned long LastError() override { return error_; }
 
   private:
+    std::unique_ptr<Library> LoadBy(const std::string& name, DWORD flags) {
+        const UINT before = SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX);
+        const HMODULE module = LoadLibraryExA(name.c_str(), nullptr, flags);
+        error_ = IsModule(module) ? 0 : GetLastError();
+        SetErrorMode(before);
+        return IsModule(module) ? std::make_unique<WindowsLibrary>(module) : nullptr;
+    }
+
     DWORD error_ = 0;
 };
 
