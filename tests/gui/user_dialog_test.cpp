@@ -5,13 +5,13 @@
 #include <gmock/gmock.h>
 
 #include "dialogs/layout_dlg.h"
+#include "dialogs/name_field_dlg.h"
 #include "gui/disk_server.h"
 #include "gui/gui.h"
 #include "resources/ids.h"
 #include "shell/server_paths.h"
 #include "shell/startup.h"
 #include "support/recording_front.h"
-#include "users/name_field_dlg.h"
 #include "users/user_details_dlg.h"
 #include "users/user_list_dlg.h"
 #include "whereused/where_used_dlg.h"
