@@ -10,8 +10,8 @@
 #include "shell/row_order.h"
 #include "sizes.h"
 #include "users/user_list.h"
-#include "users/user_rows.h"
 #include "users/user_rewrite.h"
+#include "users/user_rows.h"
 #include "voice/list_target.h"
 
 namespace bv::bench {
