@@ -100,6 +100,11 @@ bool PageHost::TakeAll() {
     return true;
 }
 
+void PageHost::NoteAsFilled(HWND page) {
+    for (Shown& shown : pages_)
+        if (shown.Window == page) shown.State = StateOfControls(page);
+}
+
 bool PageHost::IsEdited() const {
     for (const Shown& page : pages_)
         if (page.Window != nullptr && StateOfControls(page.Window) != page.State) return true;

@@ -48,6 +48,9 @@ class PageHost : public DialogPart {
     // The page's window; made if it was not there yet.
     HWND Window(std::size_t page);
 
+    // The page's controls show something else now, and the person has changed nothing.
+    void NoteAsFilled(HWND page);
+
     // Whether the person has changed anything on a page.
     [[nodiscard]] bool IsEdited() const;
 

@@ -277,7 +277,12 @@ int TakePrint(HWND page, UserDialog& context) {
     return TakeOption(page, context, kRecdOption);
 }
 
-void SelectSlot(HWND, UserDialog& context) { context.Printers.ShowSelected(); }
+// To look at another printer is no change.
+void SelectSlot(HWND page, UserDialog& context) {
+    context.Printers.ShowSelected();
+    if (TakePrint(page, context) == 0 && context.Entry.After() == context.Entry.Before())
+        context.Pages.NoteAsFilled(page);
+}
 void ChangePrinter(HWND, UserDialog& context) { context.Printers.ChangePrinter(); }
 void ClearPrinter(HWND, UserDialog& context) { context.Printers.ClearPrinter(); }
 void PressChoosePrinter(HWND, UserDialog& context) { context.Printers.ChoosePrinter(); }

@@ -165,6 +165,13 @@ TEST_F(UserDialogs, OkWithoutAChangeAndCancelWriteNothing) {
         Click(dialog, IDOK);
         EXPECT_TRUE(Until([&] { return !IsWindow(dialog); }));
     });
+    WithAnna([&](HWND dialog) {
+        const HWND page = ShowPage(dialog, kPrint);
+        Select(page, ID_PRINT_SLOTS, 2);
+        EXPECT_TRUE(Until([&] { return Text(page, ID_PRINT_PRINTER) == "PRINT-1"; }));
+        Click(dialog, IDCANCEL);
+        EXPECT_TRUE(Until([&] { return !IsWindow(dialog); })) << "to look at a printer is no change";
+    });
     EXPECT_THAT(Front.Said, Each(StartsWith("wait cursor")));
     Front.Said.clear();
     WithAnna([&](HWND dialog) {
