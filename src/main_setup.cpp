@@ -39,6 +39,12 @@ bool OpenMainWindow(MainWindow& window, int showCommand) {
     return true;
 }
 
+int RunUntilEnd() {
+    const int exitCode = RunMessageLoop();
+    CloseHelp();
+    return exitCode;
+}
+
 int RunSetup(const char* commandLine, int showCommand) {
     std::optional<StartTurn> turn(std::in_place);
     if (ActivateRunningCopy(showCommand)) return 0;
@@ -72,9 +78,7 @@ int RunSetup(const char* commandLine, int showCommand) {
     StartupOptions& options = Startup();
     options.HelpFile = FindHelpFile(options);
     if (options.InstallerModeA || options.InstallerModeU || options.InstallerModeM) window.JoinInstaller();
-    const int exitCode = RunMessageLoop();
-    CloseHelp();
-    return exitCode;
+    return RunUntilEnd();
 }
 
 } // namespace

@@ -57,7 +57,7 @@ std::u32string LettersIn(HWND control) {
     for (std::size_t i = 0; i < wide.size(); ++i) {
         const char32_t unit = wide[i];
         if (IS_HIGH_SURROGATE(unit) && i + 1 < wide.size() && IS_LOW_SURROGATE(wide[i + 1]))
-            letters += 0x10000 + ((unit - 0xD800) << 10) + (char32_t{wide[++i]} - 0xDC00);
+            letters += static_cast<char32_t>(0x10000 + ((unit - 0xD800) << 10) + (char32_t{wide[++i]} - 0xDC00));
         else
             letters += unit;
     }

@@ -9,6 +9,7 @@
 
 #include <windows.h>
 
+#include <algorithm>
 #include <new>
 #include <span>
 #include <string>
@@ -125,12 +126,12 @@ bool FollowCommand(const DialogPlan<Context>& plan, HWND dialog, const CommandCo
     if (code.Control == IDCANCEL && code.Notification == BN_CLICKED && plan.IsChanged != nullptr &&
         plan.IsChanged(dialog, context) && !AgreesToLoseChanges())
         return true;
-    for (const DialogCommand<Context>& command : plan.Commands) {
-        if (command.Control != code.Control || command.Notification != code.Notification) continue;
-        command.Do(dialog, context);
-        return true;
-    }
-    return false;
+    const auto found = std::ranges::find_if(plan.Commands, [&](const DialogCommand<Context>& command) {
+        return command.Control == code.Control && command.Notification == code.Notification;
+    });
+    if (found == plan.Commands.end()) return false;
+    found->Do(dialog, context);
+    return true;
 }
 
 template <class Context>

@@ -3,6 +3,8 @@
 #include <commctrl.h>
 #include <uxtheme.h>
 
+#include <algorithm>
+
 #include "dialogs/fields_dlg.h"
 #include "resources/ids.h"
 
@@ -21,7 +23,7 @@ void GiveTexture(HWND page) {
 
 } // namespace
 
-void PageHost::Begin(HWND dialog, int tabs, std::vector<Page> pages) {
+void PageHost::Begin(HWND dialog, int tabs, const std::vector<Page>& pages) {
     dialog_ = dialog;
     tabs_ = GetDlgItem(dialog, tabs);
     for (const Page& page : pages) {
@@ -106,9 +108,8 @@ void PageHost::NoteAsFilled(HWND page) {
 }
 
 bool PageHost::IsEdited() const {
-    for (const Shown& page : pages_)
-        if (page.Window != nullptr && StateOfControls(page.Window) != page.State) return true;
-    return false;
+    return std::ranges::any_of(
+        pages_, [](const Shown& page) { return page.Window != nullptr && StateOfControls(page.Window) != page.State; });
 }
 
 bool PageHost::Answer(const DialogMessage& message, INT_PTR& result) {

@@ -32,7 +32,7 @@ int TakePage(HWND page, void* context) {
 class PageHost : public DialogPart {
   public:
     // Takes up the tab control of a dialog that is being filled, and shows the first page.
-    void Begin(HWND dialog, int tabs, std::vector<Page> pages);
+    void Begin(HWND dialog, int tabs, const std::vector<Page>& pages);
 
     // Has all pages that were shown taken, in their order. False at the first fault, whose page and control then have
     // the focus.

@@ -130,7 +130,8 @@ void MainWindow::SetStatusLine(int line, const std::string& text) {
 void MainWindow::JoinInstaller() {
     const HWND installer = FindWindowA("InstallShield_Win", "Setup");
     if (installer == nullptr) return;
-    SetWindowLongA(window_, GWL_STYLE, (GetWindowLongA(window_, GWL_STYLE) & ~WS_POPUP) | WS_CHILD);
+    const auto style = static_cast<DWORD>(GetWindowLongA(window_, GWL_STYLE));
+    SetWindowLongA(window_, GWL_STYLE, static_cast<LONG>((style & ~WS_POPUP) | WS_CHILD));
     SetParent(window_, installer);
     SetTimer(window_, kPlaceTimer, kPlaceInterval, nullptr); // nobody tells a child in another program of a new size
     Place();

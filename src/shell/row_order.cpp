@@ -66,7 +66,7 @@ void RowOrder::Fold() {
 
 bool RowOrder::Fits(Row row, const std::vector<std::string_view>& words) const {
     const auto line = std::string_view(folded_).substr(lines_[row], lines_[row + 1] - lines_[row]);
-    return std::ranges::all_of(words, [&](std::string_view word) { return line.find(word) != line.npos; });
+    return std::ranges::all_of(words, [&](std::string_view word) { return line.find(word) != std::string_view::npos; });
 }
 
 void RowOrder::Show(const std::vector<Row>& candidates) {

@@ -4,6 +4,7 @@
 
 #include <windows.h>
 
+#include <memory>
 #include <span>
 #include <string>
 #include <string_view>

@@ -97,7 +97,7 @@ std::optional<std::string> RecordEntry::Enter(std::string_view keyName, std::str
     const RecordKey* key = FindRecordKey(kind_, keyName);
     const bool isAsStored = key != nullptr && value == key->Show(stored_.Record);
     if (!isAsStored || value != key->Show(after_)) {
-        const auto fault = EnterValue(after_, kind_, keyName, value);
+        auto fault = EnterValue(after_, kind_, keyName, value);
         if (fault && !isAsStored) return fault;
         if (fault) key->Read(after_, value); // what the file has is taken back, whether it could be entered or not
     }

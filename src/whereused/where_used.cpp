@@ -91,16 +91,16 @@ std::size_t CountChanged(const Uses& uses, const UseWriter& writer, const UseCha
 
 bool ChangeFiles(const Uses& uses, const Names& names, const UseChange& change) {
     const NameSet set(names);
-    for (const UseWriter& writer : kWriters) {
+    return std::ranges::all_of(kWriters, [&](const UseWriter& writer) {
         const std::size_t count = CountChanged(uses, writer, change);
-        if (count == 0) continue;
-        if (!writer.Change(set, change)) {
+        if (count == 0) return true;
+        const bool isChanged = writer.Change(set, change);
+        if (isChanged)
+            ShowStatus(kPlacesChanged, NameOf(writer.File), count);
+        else
             ShowError(kUsesNotChanged, NameOf(writer.File), NamesText(names));
-            return false;
-        }
-        ShowStatus(kPlacesChanged, NameOf(writer.File), count);
-    }
-    return true;
+        return isChanged;
+    });
 }
 
 bool NeedsLock(const Uses& uses, const UseChange& change) {
