@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "support/fakes.h"
 #include "support/temporary_directory.h"
 
 namespace bv::gui {
@@ -25,6 +26,8 @@ class DiskServer {
   private:
     void InstallProgram(std::string_view name) const;
     test::TemporaryDirectory files_;
+    test::FakeUserSettings settings_; // so that no test finds a dialog as another one left it
+    platform::Substitute<platform::UserSettings> useSettings_{settings_};
 };
 
 inline constexpr const char* kCoverCatalogue = "B-COVER\\MSGDIR.CTL";

@@ -15,6 +15,7 @@
 #include "platform/network_users.h"
 #include "platform/printers.h"
 #include "platform/processes.h"
+#include "platform/user_settings.h"
 
 namespace bv::test {
 
@@ -101,6 +102,19 @@ class FakeNetworkUsers final : public platform::NetworkUsers {
             rest = rest.subspan(page.size());
         }
         return Outcome;
+    }
+};
+
+// What is remembered for a person, as long as it lives.
+struct FakeUserSettings final : platform::UserSettings {
+    std::map<std::string, std::string> Texts; // by folder and name
+
+    std::optional<std::string> Read(const std::string& folder, const std::string& name) override {
+        const auto found = Texts.find(folder + "\\" + name);
+        return found == Texts.end() ? std::nullopt : std::optional(found->second);
+    }
+    void Write(const std::string& folder, const std::string& name, const std::string& text) override {
+        Texts[folder + "\\" + name] = text;
     }
 };
 
