@@ -167,13 +167,6 @@ int SetMany(Session& session, const Arguments& arguments, const std::vector<std:
     if (!plan) return kExitRefused;
     for (const std::string& fault : plan->Faults) ShowError("%s", fault);
     if (!plan->Faults.empty()) return kExitRefused;
-    {
-        UserList list;
-        const auto isFine = [&](const RecordUpdate& update) {
-            return update.After.Group == update.Before.Group || CheckGroup(list, update.After);
-        };
-        if (!list || !std::ranges::all_of(plan->Updates, isFine)) return kExitRefused;
-    }
     return Perform(session, [&] { return ChangeManyUsers(*plan); });
 }
 

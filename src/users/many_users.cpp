@@ -31,6 +31,14 @@ std::unordered_set<std::string> FoldedNames(std::span<const std::string> names) 
     return folded;
 }
 
+// Whether the groups that users come into are there; false after 9024 or 9011.
+bool AreNewGroupsThere(const ManyUsersPlan& plan) {
+    UserList list;
+    return list && std::ranges::all_of(plan.Updates, [&](const RecordUpdate& update) {
+               return update.After.Group == update.Before.Group || CheckGroup(list, update.After);
+           });
+}
+
 // The keys that many users can have the same value of.
 std::vector<const RecordKey*> KeysOfMany() {
     constexpr std::string_view kNames[] = {"Fullname:", "Username:", "Netware:", "LanManager:", "MailName:"};
@@ -71,7 +79,7 @@ std::optional<ManyUsersPlan> PlanManyUsers(std::span<const std::string> names, c
         return !wanted.empty();
     });
     if (!isRead) return std::nullopt;
-    if (wanted.empty()) return plan;
+    if (wanted.empty()) return AreNewGroupsThere(plan) ? std::optional(plan) : std::nullopt;
     ShowNotFound(*wanted.begin(), RecordKind::User);
     return std::nullopt;
 }

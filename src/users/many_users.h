@@ -17,8 +17,8 @@ struct ManyUsersPlan {
     std::vector<std::string> Faults;   // sentences, each with the user's name before it
 };
 
-// What the values make of the users of those names. None after 413, 9011 or, for a name without a user, its "not
-// found".
+// What the values make of the users of those names. None after 413, 9011, 9024 for a group that is not there or, for a
+// name without a user, its "not found".
 std::optional<ManyUsersPlan> PlanManyUsers(std::span<const std::string> names, const EnteredValues& values);
 
 // What several users have of a key: "YES 2, NO 38", at most three values and how many have others.

@@ -70,6 +70,8 @@ TEST_F(ManyUsers, AreChangedInOneRewriteOrNotAtAll) {
     const auto faulty = PlanManyUsers(names, {{"Dial", "Everywhere"}});
     ASSERT_TRUE(faulty);
     EXPECT_THAT(faulty->Faults, ElementsAre(HasSubstr("ANN: Dial: \"Everywhere\""), HasSubstr("CLARA: ")));
+    EXPECT_FALSE(PlanManyUsers(names, {{"Group", "@NO"}}));
+    EXPECT_THAT(Server.Front.TakeSaid(), Contains(HasSubstr("there is no user group of that name")));
     const std::vector<std::string> gone = {"ZOE"};
     EXPECT_FALSE(PlanManyUsers(gone, {{"Admin", "YES"}}));
 }
