@@ -1,6 +1,7 @@
 // The files of the server with any bytes: each reader and writer gets along with them, a change is there afterwards and
-// gone again when it is undone, and what is saved a second time stays as it is.
+// gone again when it is undone, and what is saved again and again settles.
 // Parameters: which file | a name | a value. The rest is the file.
+#include <algorithm>
 #include <functional>
 #include <map>
 
@@ -8,6 +9,7 @@
 #include "dialling/dialling_file.h"
 #include "fuzz/fuzz.h"
 #include "fuzz/model.h"
+#include "lcr/destination_entry.h"
 #include "lcr/destination_files.h"
 #include "lcr/links.h"
 #include "lcr/router_settings.h"
@@ -30,13 +32,19 @@ struct Case {
     [[nodiscard]] std::string Text() const { return Server.Get(Path); }
 };
 
-// Saved again and again a file settles: the third time nothing changes, unless quotes in it were not put in pairs.
+// Saved again and again a file settles: each save may turn kept lines into read ones (a rule's second block of servers
+// stands before the first afterwards), so it takes no more saves than the file has lines. Quotes that were not put in
+// pairs may go on for ever.
 void Settles(const Case& one, const std::function<bool()>& save) {
-    const bool hasQuotes = one.Text().find('"') != std::string::npos;
-    for (int times = 0; times < 2; ++times) Require(save(), "the save");
-    const std::string saved = one.Text();
-    Require(save(), "the third save");
-    if (!hasQuotes) RequireEqual(one.Text(), saved, "the file saved a third time");
+    const std::string first = one.Text();
+    const bool hasQuotes = first.find('"') != std::string::npos;
+    auto left = std::ranges::count(first, '\n') + 2;
+    std::string before;
+    do {
+        before = one.Text();
+        Require(save(), "the save");
+    } while (one.Text() != before && --left > 0);
+    Require(hasQuotes || left > 0, "the file settles");
 }
 
 void TryLinks(const Case& one) {
@@ -62,9 +70,11 @@ void TryRouter(const Case& one) {
 }
 
 void TryDestinations(const Case& one) {
-    std::string text = WithMatchEntry(kRegionFile, one.Text(), {one.Name, "", {one.Value}});
-    text = WithMatchEntry(kRegionFile, text, {one.Name, "", {one.Value}});
-    RequireEqual(WithMatchEntry(kRegionFile, text, {one.Name, "", {one.Value}}), text, "the region written again");
+    const RegionEntry region = {one.Name, "", {one.Value}};
+    std::string text = WithMatchEntry(kRegionFile, one.Text(), region);
+    text = WithMatchEntry(kRegionFile, text, region);
+    if (RegionKind::FaultOf({}, region, {}).empty()) // as a person may enter it
+        RequireEqual(WithMatchEntry(kRegionFile, text, region), text, "the region written again");
     ParseMatchEntries(kRegionFile, text);
     ParseCountries(WithCountry(one.Text(), {one.Name, "", one.Value, "0"}));
     WithoutCountry(one.Text(), one.Name);
