@@ -10,6 +10,7 @@
 #include "console/output.h"
 #include "lcr/edit_lock.h"
 #include "lcr/fax_entry.h"
+#include "lcr/lcr_messages.h"
 #include "lcr/rule_actions.h"
 #include "lcr/rule_file.h"
 #include "lcr/rule_match.h"

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "devices/device_messages.h"
 #include "platform/ascii.h"
 #include "users/receiver.h"
 #include "users/user_list.h"

@@ -9,6 +9,7 @@
 #include "ctlfile/reader.h"
 #include "ctlfile/reading.h"
 #include "ctlfile/saving.h"
+#include "devices/device_messages.h"
 #include "platform/ascii.h"
 #include "shell/server_files.h"
 #include "shell/startup.h"

@@ -5,6 +5,7 @@
 #include "ctlfile/control_stream.h"
 #include "ctlfile/reading.h"
 #include "ctlfile/saving.h"
+#include "devices/device_messages.h"
 #include "platform/ascii.h"
 #include "shell/server_files.h"
 #include "shell/startup.h"

@@ -4,6 +4,7 @@
 
 #include "ctlfile/whole_file.h"
 #include "dialling/dialling_file.h"
+#include "dialling/dialling_messages.h"
 #include "platform/ascii.h"
 #include "voice/format.h"
 #include "voice/messages.h"

@@ -1,5 +1,6 @@
 #include "dialling/number_converter.h"
 
+#include "dialling/dialling_messages.h"
 #include "shell/server_files.h"
 #include "voice/messages.h"
 

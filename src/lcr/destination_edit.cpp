@@ -8,6 +8,7 @@
 
 #include "ctlfile/file_gate.h"
 #include "ctlfile/whole_file.h"
+#include "lcr/lcr_messages.h"
 #include "lcr/text_file.h"
 #include "platform/ascii.h"
 #include "platform/files.h"

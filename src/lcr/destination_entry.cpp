@@ -4,6 +4,7 @@
 #include <functional>
 
 #include "ctlfile/reader.h"
+#include "lcr/lcr_messages.h"
 #include "lcr/lcr_uses.h"
 #include "lcr/router_settings.h"
 #include "platform/ascii.h"

@@ -8,6 +8,7 @@
 
 #include "ctlfile/open_retry.h"
 #include "ctlfile/whole_file.h"
+#include "lcr/lcr_messages.h"
 #include "platform/clock.h"
 #include "platform/files.h"
 #include "shell/server_files.h"

@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "ctlfile/key_fields.h"
+#include "lcr/lcr_messages.h"
 #include "lcr/rule_values.h"
 #include "platform/ascii.h"
 #include "users/permissions.h"

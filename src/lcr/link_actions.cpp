@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "lcr/lcr_messages.h"
 #include "lcr/lcr_uses.h"
 #include "platform/ascii.h"
 #include "voice/messages.h"

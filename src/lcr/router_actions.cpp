@@ -1,5 +1,6 @@
 #include "lcr/router_actions.h"
 
+#include "lcr/lcr_messages.h"
 #include "voice/messages.h"
 
 namespace bv {

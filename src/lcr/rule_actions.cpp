@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "ctlfile/digits.h"
+#include "lcr/lcr_messages.h"
 #include "lcr/rule_file.h"
 #include "lcr/rule_values.h"
 #include "platform/ascii.h"

@@ -7,6 +7,7 @@
 
 #include "ctlfile/digits.h"
 #include "ctlfile/reader.h"
+#include "lcr/lcr_messages.h"
 #include "lcr/rule_file.h"
 #include "lcr/time_range.h"
 #include "platform/ascii.h"

@@ -9,6 +9,7 @@
 #include "ctlfile/reader.h"
 #include "ctlfile/reading.h"
 #include "ctlfile/whole_file.h"
+#include "lcr/lcr_messages.h"
 #include "lcr/rule_values.h"
 #include "lcr/text_file.h"
 #include "platform/files.h"

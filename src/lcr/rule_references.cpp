@@ -10,6 +10,7 @@
 #include "ctlfile/reading.h"
 #include "ctlfile/records.h"
 #include "ctlfile/whole_file.h"
+#include "lcr/lcr_messages.h"
 #include "lcr/links.h"
 #include "platform/ascii.h"
 #include "shell/server_files.h"

@@ -7,6 +7,7 @@
 
 #include "ctlfile/key_fields.h"
 #include "ctlfile/reader.h"
+#include "lcr/lcr_messages.h"
 #include "lcr/rule_edit.h"
 #include "platform/ascii.h"
 #include "voice/messages.h"

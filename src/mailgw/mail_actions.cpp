@@ -7,6 +7,7 @@
 #include "ctlfile/lines.h"
 #include "ctlfile/whole_file.h"
 #include "mailgw/mail_list.h"
+#include "mailgw/mail_messages.h"
 #include "platform/ascii.h"
 #include "shell/server_files.h"
 #include "shell/startup.h"

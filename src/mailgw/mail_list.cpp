@@ -12,6 +12,7 @@
 #include "ctlfile/reading.h"
 #include "ctlfile/records.h"
 #include "ctlfile/whole_file.h"
+#include "mailgw/mail_messages.h"
 #include "platform/ascii.h"
 #include "shell/server_files.h"
 #include "shell/server_paths.h"

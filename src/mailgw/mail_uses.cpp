@@ -11,6 +11,7 @@
 #include "ctlfile/records.h"
 #include "ctlfile/text_edits.h"
 #include "ctlfile/whole_file.h"
+#include "mailgw/mail_messages.h"
 #include "platform/ascii.h"
 #include "shell/server_files.h"
 #include "shell/startup.h"

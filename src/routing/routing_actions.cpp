@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "platform/ascii.h"
+#include "routing/routing_messages.h"
 #include "users/user_list.h"
 #include "voice/messages.h"
 

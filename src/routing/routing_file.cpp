@@ -7,6 +7,7 @@
 #include "ctlfile/saving.h"
 #include "ctlfile/whole_file.h"
 #include "platform/ascii.h"
+#include "routing/routing_messages.h"
 #include "shell/server_files.h"
 #include "shell/startup.h"
 #include "voice/messages.h"

@@ -7,6 +7,7 @@
 
 #include "platform/ascii.h"
 #include "users/user_entry.h"
+#include "users/user_messages.h"
 #include "voice/messages.h"
 
 namespace bv {

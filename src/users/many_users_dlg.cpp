@@ -8,6 +8,7 @@
 #include "shell/row_table.h"
 #include "users/many_users.h"
 #include "users/user_entry.h"
+#include "users/user_messages.h"
 #include "voice/messages.h"
 
 namespace bv {

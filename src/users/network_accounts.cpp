@@ -11,6 +11,7 @@
 #include "shell/server_files.h"
 #include "users/user_entry.h"
 #include "users/user_file.h"
+#include "users/user_messages.h"
 #include "voice/messages.h"
 
 namespace bv {

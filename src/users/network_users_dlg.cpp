@@ -7,6 +7,7 @@
 #include "resources/ids.h"
 #include "shell/startup.h"
 #include "users/network_accounts.h"
+#include "users/user_messages.h"
 #include "voice/messages.h"
 
 namespace bv {

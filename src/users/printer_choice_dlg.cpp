@@ -4,6 +4,7 @@
 #include "resources/ids.h"
 #include "shell/row_table.h"
 #include "users/printers.h"
+#include "users/user_messages.h"
 #include "voice/messages.h"
 
 namespace bv {

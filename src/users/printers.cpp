@@ -12,6 +12,7 @@
 #include "platform/printers.h"
 #include "shell/device_lists.h"
 #include "shell/server_files.h"
+#include "users/user_messages.h"
 #include "voice/messages.h"
 
 namespace bv {

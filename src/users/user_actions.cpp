@@ -11,6 +11,7 @@
 #include "platform/file_names.h"
 #include "shell/startup.h"
 #include "users/user_directories.h"
+#include "users/user_messages.h"
 #include "voice/messages.h"
 
 namespace bv {

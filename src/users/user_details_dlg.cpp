@@ -6,6 +6,7 @@
 #include "users/user_actions.h"
 #include "users/user_dialog_dlg.h"
 #include "users/user_merge.h"
+#include "users/user_messages.h"
 #include "voice/messages.h"
 
 namespace bv {

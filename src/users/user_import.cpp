@@ -6,6 +6,7 @@
 
 #include "ctlfile/lines.h"
 #include "platform/ascii.h"
+#include "users/user_messages.h"
 #include "voice/messages.h"
 
 namespace bv {

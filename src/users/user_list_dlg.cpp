@@ -12,6 +12,7 @@
 #include "users/user_details_dlg.h"
 #include "users/user_export.h"
 #include "users/user_import.h"
+#include "users/user_messages.h"
 #include "users/user_rows.h"
 #include "voice/messages.h"
 

@@ -1,6 +1,7 @@
 #include "users/user_merge.h"
 
 #include "users/user_list.h"
+#include "users/user_messages.h"
 #include "voice/messages.h"
 
 namespace bv {

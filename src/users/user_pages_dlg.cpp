@@ -3,6 +3,7 @@
 #include "users/permissions.h"
 #include "users/print_words.h"
 #include "users/user_dialog_dlg.h"
+#include "users/user_messages.h"
 #include "voice/messages.h"
 
 namespace bv {

@@ -16,6 +16,7 @@
 #include "shell/server_files.h"
 #include "users/user_file.h"
 #include "users/user_list.h"
+#include "users/user_messages.h"
 #include "voice/messages.h"
 
 namespace bv {

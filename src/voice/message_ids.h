@@ -1,4 +1,5 @@
-// The numbered strings by their names: kUnableToOpenFile is 413. Each knows how many values its text takes.
+// The numbered strings by their names: kUnableToOpenFile is 413. Each knows how many values its text takes. Here are
+// those that several areas use; an area's own are in its header of messages (lcr/lcr_messages.h).
 #pragma once
 
 #include "voice/placeholder.h"
@@ -17,7 +18,7 @@ class MessageId {
 };
 
 #define STR(id, name, text) inline constexpr MessageId<CountPlaces(text)> k##name{id};
-#include "resources/strings.def"
+#include "resources/strings/shared.def"
 #undef STR
 
 } // namespace bv

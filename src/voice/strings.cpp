@@ -1,7 +1,7 @@
 #include "voice/strings.h"
 
 #include <algorithm>
-#include <iterator>
+#include <array>
 
 namespace bv {
 namespace {
@@ -11,14 +11,18 @@ struct NumberedString {
     std::string_view Text;
 };
 
-constexpr NumberedString kStrings[] = {
+constexpr auto kStrings = [] {
+    auto strings = std::to_array<NumberedString>({
 #define STR(id, name, text) {id, text},
 #include "resources/strings.def"
 #undef STR
-};
+    });
+    std::ranges::sort(strings, {}, &NumberedString::Id);
+    return strings;
+}();
 
 static_assert(std::ranges::is_sorted(kStrings, std::ranges::less_equal{}, &NumberedString::Id),
-              "strings.def must be in ascending order of its numbers, each once");
+              "each number stands once in strings.def");
 
 } // namespace
 

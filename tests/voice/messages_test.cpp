@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include "devices/device_messages.h"
 #include "support/fakes.h"
 #include "support/recording_front.h"
 

@@ -6,6 +6,7 @@
 #include <map>
 
 #include "lcr/edit_lock.h"
+#include "lcr/lcr_messages.h"
 #include "mailgw/mail_actions.h"
 #include "support/memory_server.h"
 #include "support/texts.h"
