@@ -157,8 +157,9 @@ GlobalOptions GivenGlobals(const CLI::App& program) {
     return global;
 }
 
-// The first global option that was given and means nothing to the area; empty without one.
+// The first global option that was given and means nothing to the verb; empty without one.
 std::string UnusedOption(const CLI::App& program) {
+    if (ChosenVerb(program)->Change == nullptr && program.count("--dry-run") > 0) return "--dry-run";
     const Area* area = *std::ranges::find(kAreas, program.get_subcommands().front()->get_name(), &Area::Name);
     for (const std::string_view name : area->Unused) {
         if (program.count(std::string(name)) > 0) return std::string(name);

@@ -76,7 +76,10 @@ struct Verb {
     std::string_view Help = {};
     std::array<Parameter, 7> Parameters = {}; // those without a name do not count
     std::string_view Example = {};            // arguments to show how it is used
-    Command Run = nullptr;
+    Command Run = nullptr;                    // of a verb that only reads
+    Command Change = nullptr;                 // of one that writes or starts something, or rehearses that
+
+    [[nodiscard]] Command Action() const { return Change != nullptr ? Change : Run; }
 };
 
 struct Area {

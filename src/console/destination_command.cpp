@@ -45,7 +45,7 @@ int Edit(const Session& session, const std::function<bool(DestinationEdit& edit)
 template <class Kind>
 bool AddEntry(const Kind& kind, DestinationEdit& edit, const std::vector<Assignment>& values) {
     typename Kind::Entry entry;
-    return EnterValues(RowsOf(entry), values, entry) && AddDestination(kind, edit, entry);
+    return EnterValues(kind.kPlural, RowsOf(entry), values, entry) && AddDestination(kind, edit, entry);
 }
 
 template <class Kind>
@@ -54,7 +54,7 @@ bool SetEntry(const Kind& kind, DestinationEdit& edit, const std::string& identi
     const auto* found = FindEntry(kind, edit, identifier);
     if (found == nullptr) return false;
     auto entry = *found;
-    return EnterValues(RowsOf(entry), values, entry) && ChangeDestination(kind, edit, identifier, entry);
+    return EnterValues(kind.kPlural, RowsOf(entry), values, entry) && ChangeDestination(kind, edit, identifier, entry);
 }
 
 // Runs the procedure with the kind of entry, of the country in question when that is an area.
@@ -173,33 +173,33 @@ constexpr Verb kVerbs[] = {
      .Help = "Add a country",
      .Parameters = {{kId, kSome}},
      .Example = "UK DiallingCode=44 'Description=United Kingdom'",
-     .Run = Located<Add<CountryKind>>},
+     .Change = Located<Add<CountryKind>>},
     {.Name = "country set",
      .Help = "Change a country",
      .Parameters = {{kId, kOne}},
      .Example = "UK 'Description=Great Britain'",
-     .Run = Located<Set<CountryKind>>},
+     .Change = Located<Set<CountryKind>>},
     {.Name = "country delete",
      .Help = "Delete a country; its areas stay in their file",
      .Parameters = {{kId}},
      .Example = "UK",
-     .Run = Located<Delete<CountryKind>>},
+     .Change = Located<Delete<CountryKind>>},
     {.Name = "region list", .Help = "List the regions with their destinations", .Run = Located<List<RegionKind>>},
     {.Name = "region add",
      .Help = "Add a region",
      .Parameters = {{kId, kSome}},
      .Example = "EU 'Description=The Union' 'Matches=UK/LON FR'",
-     .Run = Located<Add<RegionKind>>},
+     .Change = Located<Add<RegionKind>>},
     {.Name = "region set",
      .Help = "Change a region",
      .Parameters = {{kId, kOne}},
      .Example = "EU 'Matches=FR DE'",
-     .Run = Located<Set<RegionKind>>},
+     .Change = Located<Set<RegionKind>>},
     {.Name = "region delete",
      .Help = "Delete a region",
      .Parameters = {{kId}},
      .Example = "EU",
-     .Run = Located<Delete<RegionKind>>},
+     .Change = Located<Delete<RegionKind>>},
     {.Name = "area list",
      .Help = "List the areas of a country with their numbers",
      .Parameters = {{kCountry}},
@@ -209,17 +209,17 @@ constexpr Verb kVerbs[] = {
      .Help = "Add an area to a country",
      .Parameters = {{kCountry, kId, kSome}},
      .Example = "UK LON Description=London 'Matches=171* 181*'",
-     .Run = Located<Add<AreaKind>>},
+     .Change = Located<Add<AreaKind>>},
     {.Name = "area set",
      .Help = "Change an area",
      .Parameters = {{kCountry, kId, kOne}},
      .Example = "UK LON 'Matches=20*'",
-     .Run = Located<Set<AreaKind>>},
+     .Change = Located<Set<AreaKind>>},
     {.Name = "area delete",
      .Help = "Delete an area",
      .Parameters = {{kCountry, kId}},
      .Example = "UK LON",
-     .Run = Located<Delete<AreaKind>>},
+     .Change = Located<Delete<AreaKind>>},
     {.Name = "synonym list",
      .Help = "List the other names of destinations: name, reference, text",
      .Run = Located<ListSynonyms>},

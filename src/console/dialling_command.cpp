@@ -73,7 +73,7 @@ constexpr Verb kVerbs[] = {
      .Parameters = {{{kAssignments, "Keys as 'show' prints them, and values; prefixes are parted by commas",
                       ParameterKind::OneOrMore}}},
      .Example = "Location=London Country=44 Area=171 NatlAccess=0 IntlAccess=00 DialAsLocal=181",
-     .Run = Located<Set>},
+     .Change = Located<Set>},
 };
 
 } // namespace

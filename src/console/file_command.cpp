@@ -228,17 +228,17 @@ constexpr Verb kVerbs[] = {
                      {"VALUE", "Value; may be empty (''). Put -- before one that begins with '-'"},
                      {"--append", "Move the key's line to the end of the paragraph", ParameterKind::Flag}}},
      .Example = "SETUP.INI OPTIONS LogFile SERVER.LOG",
-     .Run = Set},
+     .Change = Set},
     {.Name = "delete",
      .Help = "Delete every line with a key",
      .Parameters = {{kFile, kParagraph, kKey}},
      .Example = "SETUP.INI OPTIONS LogFile",
-     .Run = Delete},
+     .Change = Delete},
     {.Name = "empty",
      .Help = "Delete every line of a paragraph except comments, and keep its header, or make it",
      .Parameters = {{kFile, kParagraph}},
      .Example = "SETUP.INI OPTIONS",
-     .Run = Empty},
+     .Change = Empty},
 };
 
 } // namespace

@@ -79,13 +79,13 @@ constexpr Verb kVerbs[] = {
      .Parameters = {{kId, kPasswordFlag, {kAssignments, kAssignmentsHelp, ParameterKind::ZeroOrMore}}},
      .Example = "LONDON LinkType=WAN 'RemoteServerAddress=\\\\city\\LCRIN' BrivaneAccountName=ROUTER "
                 "RejectHigherPriorityMsg=NO",
-     .Run = Located<Add>},
+     .Change = Located<Add>},
     {.Name = "set",
      .Help = "Change settings of a link; one with another identifier is a new link",
      .Parameters = {{kId, kPasswordFlag, {kAssignments, kAssignmentsHelp, ParameterKind::ZeroOrMore}}},
      .Example = "LONDON LinkDelay=01:30",
-     .Run = Located<Set>},
-    {.Name = "delete", .Help = "Delete a link", .Parameters = {{kId}}, .Example = "LONDON", .Run = Located<Delete>},
+     .Change = Located<Set>},
+    {.Name = "delete", .Help = "Delete a link", .Parameters = {{kId}}, .Example = "LONDON", .Change = Located<Delete>},
 };
 
 } // namespace

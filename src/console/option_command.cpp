@@ -147,7 +147,7 @@ constexpr Verb kVerbs[] = {
      .Parameters = {{kPasswordFlag,
                      {kAssignments, "Options and values as 'list' prints them", ParameterKind::ZeroOrMore}}},
      .Example = "QUEUEMAN/SendTries=3 WORKSTATION/ChargeCode=OPTIONAL",
-     .Run = Located<Set>},
+     .Change = Located<Set>},
     {.Name = "telnum list",
      .Help = "List the types of telephone number that users may be allowed to dial",
      .Run = Located<ListTypes>},
@@ -157,7 +157,7 @@ constexpr Verb kVerbs[] = {
                       "Local, National1 to National9 or International2 to International9, and what it is called",
                       ParameterKind::OneOrMore}}},
      .Example = "'National1=Inland calls' 'International2=Europe'",
-     .Run = Located<SetTypes>},
+     .Change = Located<SetTypes>},
 };
 
 } // namespace

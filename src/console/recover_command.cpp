@@ -24,7 +24,7 @@ constexpr Verb kVerbs[] = {
      .Parameters =
          {{{.Name = "FILE", .Help = "Control file, by a path of this system or a Windows path", .IsPath = true}}},
      .Example = "SETUP.INI",
-     .Run = Recover},
+     .Change = Recover},
 };
 
 } // namespace

@@ -44,13 +44,13 @@ constexpr Verb kVerbs[] = {
      .Parameters = {{kPasswordFlag,
                      {kAssignments, "Keys and values as 'show' prints them", ParameterKind::ZeroOrMore}}},
      .Example = "LocalServerID=LONDON 'WanInboxDirectory=\\\\here\\LCRIN' WanInboxPollFreq=00:05",
-     .Run = Located<Set>},
+     .Change = Located<Set>},
     {.Name = "test-inbox",
      .Help = "Try whether other servers can leave their faxes in a directory",
      .Parameters =
          {{{.Name = "DIRECTORY", .Help = "Its name in the network, or its path on a network drive", .IsPath = true}}},
      .Example = "'\\\\here\\LCRIN'",
-     .Run = Located<TestInbox>},
+     .Change = Located<TestInbox>},
 };
 
 } // namespace

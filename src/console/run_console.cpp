@@ -126,7 +126,7 @@ int Run(ParsedCommand command, Console& console) {
     if (const int fault = MapDrives(session, global)) return fault;
     if (const int fault = UseIniDirectory(session, global)) return fault;
     if (const int fault = TakeTexts(session, *command.Chosen, command.Given)) return fault;
-    return command.Chosen->Run(session, command.Given);
+    return command.Chosen->Action()(session, command.Given);
 }
 
 } // namespace

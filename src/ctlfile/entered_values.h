@@ -30,13 +30,13 @@ const Row* FindRow(std::span<const Row> rows, std::string_view name) {
     return found == rows.end() ? nullptr : &*found;
 }
 
-// Stores the values in the record. False, after 9180 for a key that is none of the rows, or what EnterValue says of a
-// value that is not taken; those before it are stored then.
+// Stores the values in the record, one of those that the word names ("links"). False, after 9180 for a key that is none
+// of the rows, or what EnterValue says of a value that is not taken; those before it are stored then.
 template <class Row, class Record>
-bool EnterValues(std::span<const Row> rows, const EnteredValues& values, Record& record) {
+bool EnterValues(std::string_view records, std::span<const Row> rows, const EnteredValues& values, Record& record) {
     return std::ranges::all_of(values, [&](const auto& given) {
         const Row* row = FindRow(rows, given.Key);
-        if (row == nullptr) ShowError(kNoSuchKey, given.Key, given.Value);
+        if (row == nullptr) ShowError(kNoSuchKey, given.Key, given.Value, records);
         return row != nullptr && EnterValue(row->Field, given.Value, record);
     });
 }

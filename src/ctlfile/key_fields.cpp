@@ -35,7 +35,7 @@ bool IsAllowed(const ValueRule& rule, std::string_view text) {
     case ValueRule::Form::Number: return IsNumberUpTo(text, rule.Limit);
     case ValueRule::Form::Boolean: return !text.empty() && ParseBool(text); // an empty one in a file is true
     case ValueRule::Form::Word: return FindWord(rule.Words, text).has_value();
-    case ValueRule::Form::Other: return rule.IsGood(text);
+    case ValueRule::Form::Other: return rule.IsGood != nullptr && rule.IsGood(text);
     case ValueRule::Form::ScrambledPassword: return text.size() <= kMaxPassword;
     }
     return false;
@@ -82,6 +82,11 @@ std::string ShownText(const ValueRule& rule, const std::string& value) {
     return rule.IsPassword() && !value.empty() ? std::string(kPasswordMark) : value;
 }
 
+std::span<const std::string_view> OfferedWords(const ValueRule& rule) {
+    static constexpr std::string_view kYesAndNo[] = {"YES", "NO"};
+    return rule.Kind == ValueRule::Form::Boolean ? kYesAndNo : rule.Words;
+}
+
 std::string DescribeValues(const ValueRule& rule) {
     switch (rule.Kind) {
     case ValueRule::Form::Text: return FormatText("a text of at most %d characters", rule.Limit);
@@ -98,9 +103,12 @@ std::string DescribeValues(const ValueRule& rule) {
 std::optional<std::string> FaultOfValue(std::string_view key, const ValueRule& rule, std::string_view text) {
     const std::string_view fault = LineFault(key, text);
     if (!fault.empty()) return FormatText("%s: %s %s", key, QuotedText(rule, text), fault);
-    if (!IsAllowed(rule, text))
-        return FormatText("%s: \"%s\" is not %s", key, ShownText(rule, std::string(text)), DescribeValues(rule));
+    if (!IsAllowed(rule, text)) return NotAValue(key, rule, text);
     return {};
+}
+
+std::string NotAValue(std::string_view key, const ValueRule& rule, std::string_view text) {
+    return FormatText("%s: \"%s\" is not %s", key, ShownText(rule, std::string(text)), DescribeValues(rule));
 }
 
 std::optional<std::string> TextToStore(std::string_view key, const ValueRule& rule, std::string_view text,

@@ -27,7 +27,7 @@ struct ValueRule {
     std::size_t Limit = 0;                        // characters of a Text or Password; the largest Number
     std::span<const std::string_view> Words = {}; // of a Word, by its code
     std::string_view Description = {};            // what Other is: "a time such as ..."
-    bool (*IsGood)(std::string_view) = nullptr;   // decides on Other
+    bool (*IsGood)(std::string_view) = nullptr;   // decides on Other; without it the key's own code does
 
     [[nodiscard]] constexpr bool IsPassword() const {
         return Kind == Form::Password || Kind == Form::ScrambledPassword;
@@ -43,6 +43,9 @@ inline constexpr std::string_view kPasswordMark = "********";
 // The value as it may be shown: of a password that is there, only that it is.
 std::string ShownText(const ValueRule& rule, const std::string& value);
 
+// The values to choose from, of a rule with a few; none where others can be given.
+std::span<const std::string_view> OfferedWords(const ValueRule& rule);
+
 // "a number from 0 to 65535", "YES or NO" and so on.
 std::string DescribeValues(const ValueRule& rule);
 
@@ -50,6 +53,9 @@ std::string DescribeValues(const ValueRule& rule);
 // would give back differently: control characters, blanks at either end, a line of over 280 characters. A password is
 // not named.
 std::optional<std::string> FaultOfValue(std::string_view key, const ValueRule& rule, std::string_view text);
+
+// "Speed: "fast" is not a number from 0 to 65535".
+std::string NotAValue(std::string_view key, const ValueRule& rule, std::string_view text);
 
 // What is stored of a text that a person gives for a key: the text, if the rule takes it. Of a password, eight
 // asterisks stand for the stored one. One that is kept scrambled goes through ScrambleForPage, unless the text is

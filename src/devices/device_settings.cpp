@@ -9,6 +9,7 @@
 #include "platform/ascii.h"
 #include "shell/server_files.h"
 #include "shell/startup.h"
+#include "voice/format.h"
 #include "voice/messages.h"
 
 namespace bv {
@@ -147,7 +148,7 @@ const DeviceKey* FindDeviceKey(DeviceType type, std::string_view name) {
 bool EnterDeviceValue(Device& device, std::string_view keyName, std::string_view text) {
     const DeviceKey* key = FindDeviceKey(device.Type, keyName);
     if (key == nullptr) {
-        ShowError("%s: \"%s\" - %s devices have no such key", keyName, text, TypeWord(device.Type));
+        ShowError(kNoSuchKey, keyName, text, FormatText("%s devices", TypeWord(device.Type)));
         return false;
     }
     if (!EnterValue(key->Field, text, device.Settings)) return false;

@@ -54,7 +54,7 @@ std::optional<std::string> StoreKey(std::string_view name, std::string_view valu
     const auto key = std::ranges::find_if(DialKeys(), isIt);
     const auto* const list = std::ranges::find_if(kDialListKeys, isIt);
     if (key == DialKeys().end() && list == std::end(kDialListKeys))
-        return FormatText("%s: \"%s\" - there is no such key", name, value);
+        return FillMessage(kNoSuchKey, name, value, "locations");
     if (properties.Mode != kDialLocation)
         return FormatText("%s: \"%s\" - the location %s has no keys", name, value, SelectedLocation(properties));
     if (list != std::end(kDialListKeys)) return StorePrefixes(*list, value, properties);

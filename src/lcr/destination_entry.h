@@ -25,6 +25,7 @@ std::span<const EntryRow<CountryEntry>> RowsOf(const CountryEntry&);
 struct CountryKind {
     using Entry = CountryEntry;
     static constexpr std::string_view kName = "country";
+    static constexpr std::string_view kPlural = "countries";
 
     static const std::vector<CountryEntry>& All(const DestinationEdit& edit) { return edit.Tables.Countries(); }
     static bool Write(DestinationEdit& edit, const CountryEntry& entry) { return WriteCountry(edit, entry); }
@@ -37,6 +38,7 @@ struct CountryKind {
 struct RegionKind {
     using Entry = RegionEntry;
     static constexpr std::string_view kName = "region";
+    static constexpr std::string_view kPlural = "regions";
 
     static const std::vector<RegionEntry>& All(const DestinationEdit& edit) { return edit.Tables.Regions(); }
     static bool Write(DestinationEdit& edit, const RegionEntry& entry) { return WriteRegion(edit, entry); }
@@ -47,6 +49,7 @@ struct RegionKind {
 struct AreaKind {
     using Entry = AreaEntry;
     static constexpr std::string_view kName = "area";
+    static constexpr std::string_view kPlural = "areas";
     std::string Code;
 
     [[nodiscard]] const std::vector<AreaEntry>& All(const DestinationEdit& edit) const {

@@ -57,7 +57,8 @@ LinkRecord* FindLink(LinkTable& links, std::string_view identifier) {
 
 bool AddLink(LinkEdit& edit, const EnteredValues& values) {
     LinkRecord link = NewLink("");
-    if (!EnterValues(LinkSettings(), values, link) || !CheckLink(link, edit.Links, edit.Router, values)) return false;
+    if (!EnterValues("links", LinkSettings(), values, link) || !CheckLink(link, edit.Links, edit.Router, values))
+        return false;
     edit.Links.push_back(link);
     ShowStatus("Added link %s", link.Identifier);
     return true;
@@ -67,7 +68,7 @@ bool ChangeLink(LinkEdit& edit, std::string_view identifier, const EnteredValues
     LinkRecord* link = FindLink(edit.Links, identifier);
     if (link == nullptr) return false;
     LinkRecord changed = *link;
-    if (!EnterValues(LinkSettings(), values, changed)) return false;
+    if (!EnterValues("links", LinkSettings(), values, changed)) return false;
     if (changed == *link) return true;
     LinkTable others = edit.Links;
     others.erase(others.begin() + (link - edit.Links.data()));

@@ -30,7 +30,7 @@ bool EnterRouterSettings(const EnteredValues& values) {
     bool isChanged = false;
     const auto enter = [&](RouterSettings& settings) {
         const RouterSettings before = settings;
-        if (!EnterValues(RouterKeys(), values, settings)) return false;
+        if (!EnterValues("router settings", RouterKeys(), values, settings)) return false;
         EnableKinds(values, settings);
         isChanged = settings != before;
         return CheckRouter(settings) && AreKept(RouterKeys(), values, settings, AsRead(settings));

@@ -236,7 +236,10 @@ std::vector<RuleValue> RuleValues(const RoutingRule& rule) {
 bool EnterRuleValue(RoutingRule& rule, std::string_view key, std::string_view value, const RuleNames& names) {
     const auto* const row =
         std::ranges::find_if(kRuleKeys, [key](const RuleKey& one) { return EqualFolded(one.Name(), key); });
-    if (row == std::end(kRuleKeys)) return Refuse(key, value, "- rules have no such key");
+    if (row == std::end(kRuleKeys)) {
+        ShowError(kNoSuchKey, key, value, "rules");
+        return false;
+    }
     return value == ShownValue(*row, rule) || row->Enter(rule, row->Name(), value, names);
 }
 

@@ -63,10 +63,10 @@ void OfferValues(HWND dialog, ManyUsersDialog& context) {
     for (const int control : {ID_MANY_SET, ID_MANY_LEAVE}) EnableControl(dialog, control, !rows.empty());
     if (rows.empty()) return;
     const RecordKey& key = *context.Settings[rows.front()].Key;
-    for (const std::string_view word : key.Words)
+    for (const std::string_view word : OfferedWords(key.Rule))
         SendDlgItemMessageA(dialog, ID_MANY_VALUE, CB_ADDSTRING, 0,
                             reinterpret_cast<LPARAM>(std::string(word).c_str()));
-    SendDlgItemMessageA(dialog, ID_MANY_VALUE, CB_LIMITTEXT, key.Limit, 0);
+    SendDlgItemMessageA(dialog, ID_MANY_VALUE, CB_LIMITTEXT, key.Rule.Limit, 0);
     const auto change = context.Changes.find(KeyName(key));
     SetText(dialog, ID_MANY_VALUE, change == context.Changes.end() ? std::string() : change->second);
 }

@@ -27,8 +27,8 @@ class RecordFields : public FieldRecord {
     std::optional<std::string> Enter(std::string_view key, std::string_view text) override {
         return entry_.Enter(key, text);
     }
-    [[nodiscard]] std::size_t LimitOf(std::string_view key) const override { return Key(key).Limit; }
-    [[nodiscard]] std::string Describe(std::string_view key) const override { return Key(key).Values(); }
+    [[nodiscard]] std::size_t LimitOf(std::string_view key) const override { return Key(key).Rule.Limit; }
+    [[nodiscard]] std::string Describe(std::string_view key) const override { return DescribeValues(Key(key).Rule); }
 
   private:
     [[nodiscard]] const RecordKey& Key(std::string_view key) const { return *FindRecordKey(entry_.Kind(), key); }

@@ -8,16 +8,10 @@
 #include "platform/ascii.h"
 #include "platform/overlay_files.h"
 #include "voice/format.h"
+#include "voice/messages.h"
 
 namespace bv {
 namespace {
-
-// A value as a message shows it: whole, the blanks at its ends included.
-std::string Shown(std::string_view value) {
-    std::string shown(value);
-    std::ranges::transform(shown, shown.begin(), Cleaned);
-    return shown;
-}
 
 // The lines of a record's body that begin with the key.
 std::vector<std::string> LinesOf(std::string_view key, std::string_view body) {
@@ -56,17 +50,11 @@ std::optional<std::string> EnterValue(UserRecord& record, RecordKind kind, std::
     const RecordKey* key = FindRecordKey(kind, keyName);
     if (key == nullptr) {
         const char* const records = kind == RecordKind::User ? "users" : "groups";
-        return FormatText("%s: \"%s\" - %s have no such key", CleanLine(keyName), CleanLine(value), records);
+        return FillMessage(kNoSuchKey, CleanLine(keyName), CleanLine(value), records);
     }
     if (key->Enter(record, value)) return {};
-    UserRecord scratch = record;
-    const std::string_view trimmed = TrimBlanks(value);
-    if (trimmed.size() != value.size() && key->Enter(scratch, trimmed)) {
-        const char* const end = value.ends_with(' ') ? "end" : "beginning";
-        return FormatText("%s: \"%s\" has a blank at its %s, which the file would not keep", KeyName(*key),
-                          Shown(value), end);
-    }
-    return FormatText("%s: \"%s\" is not %s", KeyName(*key), Shown(value), key->Values());
+    auto fault = FaultOfValue(KeyName(*key), key->Rule, value);
+    return fault ? fault : NotAValue(KeyName(*key), key->Rule, value);
 }
 
 std::optional<StoredRecord> BeginningOf(RecordKind kind, const std::string& like) {

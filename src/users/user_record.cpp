@@ -27,18 +27,10 @@ bool IsEnterable(std::string_view value, std::size_t limit) {
 
 // --- The forms of values. Each has what a row of the table needs. ---
 
-constexpr std::array<std::string_view, 2> kYesAndNo = {"YES", "NO"};
-
-struct ShortForm {
-    static constexpr std::size_t kLimit = 0; // it is not a text of its own
-    static constexpr std::span<const std::string_view> kWords{};
-};
-
 template <auto... kPath>
 struct Text {
     using Field = std::remove_cvref_t<decltype(FieldAt<kPath...>(std::declval<UserRecord&>()))>;
-    static constexpr std::size_t kLimit = Field::kLimit;
-    static constexpr std::span<const std::string_view> kWords{};
+    static constexpr ValueRule kRule = ValueCodec<Field>::kRule;
 
     static void Read(UserRecord& record, std::string_view value) { FieldAt<kPath...>(record) = value; }
     static std::optional<std::string> Write(const UserRecord& record) {
@@ -52,7 +44,6 @@ struct Text {
         field = value;
         return true;
     }
-    static std::string Values() { return DescribeValues(ValueCodec<Field>::kRule); }
 };
 
 // Written also when empty.
@@ -63,17 +54,17 @@ struct PlainText : Text<kField> {
 
 // A record's name, as the file's keys allow it.
 struct GroupName : Text<&UserRecord::Group> {
-    static constexpr std::size_t kLimit = RecordName::kLimit;
+    static constexpr ValueRule kRule = {
+        ValueRule::Form::Other, RecordName::kLimit, {}, "the name of a group, at most 8 characters"};
 
     static bool Enter(UserRecord& record, std::string_view value) {
-        return value.size() <= kLimit && Text::Enter(record, value);
+        return value.size() <= kRule.Limit && Text::Enter(record, value);
     }
-    static std::string Values() { return FormatText("the name of a group, at most %d characters", kLimit); }
 };
 
 template <auto kPrinter>
-struct Squash : ShortForm {
-    static constexpr std::span<const std::string_view> kWords = ChoiceWords<SquashMode>::kWords;
+struct Squash {
+    static constexpr ValueRule kRule = ValueCodec<SquashMode>::kRule;
 
     static void Read(UserRecord& record, std::string_view value) {
         if (!Enter(record, value)) (record.*kPrinter).Squash = SquashMode::None;
@@ -87,12 +78,12 @@ struct Squash : ShortForm {
     static bool Enter(UserRecord& record, std::string_view value) {
         return ValueCodec<SquashMode>::Store((record.*kPrinter).Squash, value);
     }
-    static std::string Values() { return DescribeValues(ValueCodec<SquashMode>::kRule); }
 };
 
 // Groups have never kept VERTICAL for their first printer; the server relies on that.
 struct GroupSquash : Squash<&UserRecord::PrintRecd> {
-    static constexpr std::array<std::string_view, 2> kWords = {"NO", "YES"};
+    static constexpr std::string_view kWords[] = {"NO", "YES"};
+    static constexpr ValueRule kRule = {ValueRule::Form::Word, 0, kWords};
 
     static std::optional<std::string> Write(const UserRecord& record) {
         return record.PrintRecd.Squash == SquashMode::Yes ? Squash::Write(record) : std::nullopt;
@@ -102,7 +93,6 @@ struct GroupSquash : Squash<&UserRecord::PrintRecd> {
         const bool isMode = ValueCodec<SquashMode>::Store(mode, value);
         return isMode && mode != SquashMode::Vertical && Squash::Enter(record, value);
     }
-    static std::string Values() { return "NO or YES"; }
 };
 
 struct OptionWord {
@@ -110,6 +100,7 @@ struct OptionWord {
     bool UserRecord::*Field;
 };
 struct SentOptions {
+    static constexpr std::string_view kDescription = "DEFAULT, or any of STATUS MESSAGE";
     static constexpr auto kIsDefault = &UserRecord::SentOptionsAreDefault;
     static constexpr std::array kWords = {
         OptionWord{kPrintStatus, &UserRecord::SentStatus},
@@ -117,6 +108,7 @@ struct SentOptions {
     };
 };
 struct RecdOptions {
+    static constexpr std::string_view kDescription = "DEFAULT, or any of STATUS MESSAGE DELETE";
     static constexpr auto kIsDefault = &UserRecord::RecdOptionsAreDefault;
     static constexpr std::array kWords = {
         OptionWord{kPrintStatus, &UserRecord::RecdStatus},
@@ -126,7 +118,8 @@ struct RecdOptions {
 };
 
 template <class Options>
-struct PrintOptions : ShortForm {
+struct PrintOptions {
+    static constexpr ValueRule kRule = {ValueRule::Form::Other, 0, {}, Options::kDescription};
     static constexpr std::string_view kDefault = "DEFAULT";
 
     // The words count wherever they stand, inside other words, too.
@@ -155,11 +148,6 @@ struct PrintOptions : ShortForm {
         record.*Options::kIsDefault = isDefault;
         return true;
     }
-    static std::string Values() {
-        std::string words = "DEFAULT, or any of";
-        for (const OptionWord& option : Options::kWords) words.append(" ").append(option.Word);
-        return words;
-    }
 
   private:
     static bool IsWord(std::string_view token) {
@@ -176,8 +164,8 @@ struct PrintOptions : ShortForm {
 };
 
 template <auto kField>
-struct YesOrNo : ShortForm {
-    static constexpr std::span<const std::string_view> kWords = kYesAndNo;
+struct YesOrNo {
+    static constexpr ValueRule kRule = ValueCodec<bool>::kRule;
 
     static void Read(UserRecord& record, std::string_view value) { Enter(record, value); }
     static std::optional<std::string> Write(const UserRecord& record) {
@@ -187,10 +175,14 @@ struct YesOrNo : ShortForm {
     static bool Enter(UserRecord& record, std::string_view value) {
         return ValueCodec<bool>::Store(record.*kField, value);
     }
-    static std::string Values() { return DescribeValues(ValueCodec<bool>::kRule); }
 };
 
 struct MailName : Text<&UserRecord::MailName> {
+    static constexpr ValueRule kRule = {ValueRule::Form::Other,
+                                        Text::kRule.Limit,
+                                        {},
+                                        "a text of at most 256 characters that does not begin with a bracket"};
+
     static std::optional<std::string> Write(const UserRecord& record) {
         if (!record.MailInbox && !record.MailGateway) return {};
         return record.MailName.View().starts_with('(') ? "*" : Show(record);
@@ -198,12 +190,11 @@ struct MailName : Text<&UserRecord::MailName> {
     static bool Enter(UserRecord& record, std::string_view value) {
         return !value.starts_with('(') && Text::Enter(record, value);
     }
-    static std::string Values() { return Text::Values() + " that does not begin with a bracket"; }
 };
 
 template <PermissionFlag kFlag>
-struct Permission : ShortForm {
-    static constexpr std::span<const std::string_view> kWords = kYesAndNo;
+struct Permission {
+    static constexpr ValueRule kRule = ValueCodec<bool>::kRule;
     static constexpr const PermissionKey& kKey = *std::ranges::find(kPermissionKeys, kFlag, &PermissionKey::Flag);
 
     static void Read(UserRecord& record, std::string_view value) {
@@ -220,10 +211,12 @@ struct Permission : ShortForm {
         const bool isWord = value.size() <= 1 || EqualFolded(value, "YES") || EqualFolded(value, "NO");
         return isWord && ParsePermission(value, kFlag, record.Permissions.Flags);
     }
-    static std::string Values() { return DescribeValues(ValueCodec<bool>::kRule); }
 };
 
-struct Dial : ShortForm {
+struct Dial {
+    static constexpr ValueRule kRule = {
+        ValueRule::Form::Other, 0, {}, "any of Local, National and International, as in Local National1,3"};
+
     static void Read(UserRecord& record, std::string_view value) {
         ParseDialPermissions(value, record.Permissions.DialMask);
     }
@@ -242,11 +235,16 @@ struct Dial : ShortForm {
         record.Permissions.DialMask = dialMask;
         return true;
     }
-    static std::string Values() { return "any of Local, National and International, as in Local National1,3"; }
 };
 
 // No limit at all is shown, and entered, as nothing.
-struct SendTime : ShortForm {
+struct SendTime {
+    static constexpr ValueRule kRule = {
+        ValueRule::Form::Other,
+        0,
+        {},
+        "a part of the day and some days of the week, as in AFTER 09:00 BEFORE 17:30 MON TUE, or nothing"};
+
     static void Read(UserRecord& record, std::string_view value) { ParseSendTime(value, record.Permissions.SendTime); }
     static std::optional<std::string> Write(const UserRecord& record) {
         return IsSendTimeWritten(record.Permissions.SendTime) ? std::optional(Show(record)) : std::nullopt;
@@ -262,17 +260,13 @@ struct SendTime : ShortForm {
         record.Permissions.SendTime = range;
         return true;
     }
-    static std::string Values() {
-        return "a part of the day and some days of the week, as in AFTER 09:00 BEFORE 17:30 MON TUE, or nothing";
-    }
 };
 
 // --- The table ---
 
 template <class Form>
 constexpr RecordKey Row(std::string_view key, RecordSet readIn, RecordSet writtenIn) {
-    return {key,        readIn,      writtenIn,    Form::Read,   Form::Write,
-            Form::Show, Form::Enter, Form::Values, Form::kLimit, Form::kWords};
+    return {key, readIn, writtenIn, Form::Read, Form::Write, Form::Show, Form::Enter, Form::kRule};
 }
 
 template <PermissionFlag kFlag>

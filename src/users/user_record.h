@@ -9,6 +9,7 @@
 
 #include "ctlfile/control_stream.h"
 #include "ctlfile/fixed_text.h"
+#include "ctlfile/key_fields.h"
 #include "users/permissions.h"
 #include "users/user_file.h"
 
@@ -90,14 +91,8 @@ struct RecordKey {
     // that the file would not give back.
     bool (*Enter)(UserRecord&, std::string_view value);
 
-    // What Enter takes, in words: "YES or NO".
-    std::string (*Values)();
-
-    // The characters that a text has at most; 0 for values of another form.
-    std::size_t Limit;
-
-    // The values that there are, of a key with a few; none where others can be given.
-    std::span<const std::string_view> Words;
+    // What Enter takes, as far as a rule of one value can say it.
+    ValueRule Rule;
 };
 
 // In the order in which they are written. A key that the kinds write differently has a row for each; of the rows that a

@@ -1,5 +1,6 @@
 // Commands in tables: a control file before, one command, what it says, the file after; and the same as a rehearsal,
-// which leaves the file as it was and ends alike, but that nobody need be asked.
+// which leaves the file as it was and ends alike, but that nobody need be asked. A verb that only reads rehearses
+// nothing.
 #pragma once
 
 #include <gmock/gmock.h>
@@ -17,6 +18,11 @@ struct CommandCase {
     std::string After = "(=)"; // the file; "(=)": as before
 };
 
+// Whether a rehearsal was refused, as by the verbs that only read.
+inline bool IsRefused(const std::string& notices) {
+    return notices.find("--dry-run has no use here") != std::string::npos;
+}
+
 // A scene has a Console to run a command on, and File() shows the file.
 template <class Scene>
 void ExpectEach(std::span<const CommandCase> cases, const std::string& before, const std::string& area = "") {
@@ -30,8 +36,10 @@ void ExpectEach(std::span<const CommandCase> cases, const std::string& before, c
         EXPECT_EQ(scene.Console.Notices.empty(), one.Notices.empty());
         EXPECT_EQ(scene.File(), one.After == "(=)" ? before : one.After);
         Scene rehearsal;
-        EXPECT_EQ(rehearsal.Console.Type(area + one.Command + " --dry-run"), isAsked ? 0 : one.Status);
+        const int status = rehearsal.Console.Type(area + one.Command + " --dry-run");
         EXPECT_EQ(rehearsal.File(), before);
+        if (one.After == "(=)" && IsRefused(rehearsal.Console.Notices)) continue;
+        EXPECT_EQ(status, isAsked ? 0 : one.Status);
     }
 }
 

@@ -45,6 +45,7 @@ const Fault kFaults[] = {
     {{"completion", "fish"}, 2, "SHELL is bash or zsh\n"},
     {{"--codepage", "x", "paths"}, 2, "--codepage: \"x\" is not the number of a code page\n"},
     {{"manual", "--dry-run"}, 2, "bvctl manual: --dry-run has no use here\nSee 'bvctl manual --help'.\n"},
+    {{"lcr", "rules", "--dry-run"}, 2, "bvctl lcr rules: --dry-run has no use here\nSee 'bvctl lcr rules --help'.\n"},
     {{"secret", "unscramble"}, 2, "The text to unscramble is a line of standard input\n"},
 };
 

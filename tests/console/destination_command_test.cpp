@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 
+#include "console/command_case.h"
 #include "console/text_console.h"
 #include "ctlfile/scramble.h"
 #include "support/memory_server.h"
@@ -93,7 +94,7 @@ const Case kCases[] = {
               "RemoteLinkRunNumber: 0.0\nLocalLinkRunNumber: 0.0\nLocalLinkStatus: LINKSHUTDOWN\n"
               "ConnectionStatus: ON\n")},
     {"link set A LinkDelay=soon", 1, "", "LinkDelay: \"soon\" is not a time such as 01:30\n", "Link.ini"},
-    {"link set A Nope=1", 1, "", "Nope: \"1\" - there is no such key\n", "Link.ini"},
+    {"link set A Nope=1", 1, "", "Nope: \"1\" - links have no such key\n", "Link.ini"},
     {"link add a", 1, "", "RemoteServerID: This ID is in use already.  Please enter a unique ID\n"},
     {"link delete a", 0, "", "Deleted link A\n", "Link.ini", "[BRIVANE]\nType: LinkDatabase\nRevision: A\n\n"},
 
@@ -128,8 +129,10 @@ TEST(DestinationCommands, DoOneThingAndSayIt) {
         EXPECT_EQ(scene.GetFile(one.File), one.After.empty() ? Before(one.File) : one.After);
         EXPECT_THAT(scene.Files.List(kBase, "*.ne?"), testing::IsEmpty());
         Scene rehearsal;
-        EXPECT_EQ(rehearsal.Console.Type(one.Command + " --dry-run"), one.Status);
+        const int status = rehearsal.Console.Type(one.Command + " --dry-run");
         EXPECT_EQ(rehearsal.GetFile(one.File), Before(one.File));
+        if (one.After.empty() && test::IsRefused(rehearsal.Console.Notices)) continue;
+        EXPECT_EQ(status, one.Status);
     }
 }
 

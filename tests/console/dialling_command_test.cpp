@@ -41,7 +41,7 @@ const test::CommandCase kCases[] = {
     {"dialling set DialAsNatl=1,,2", 1, "", "DialAsNatl: an empty prefix would begin every number\n"},
     {"dialling set DialAsNatl=1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,32", 1, "",
      "DialAsNatl: \"32\" is one more than the 31 prefixes that there can be\n"},
-    {"dialling set Description=X", 1, "", "Description: \"X\" - there is no such key\n"},
+    {"dialling set Description=X", 1, "", "Description: \"X\" - locations have no such key\n"},
     {"dialling set Location=", 1, "", "Location: \"\" is not a name\n"},
     {"dialling set Area", 2, "", "'Area' is not of the form KEY=VALUE\n"},
 

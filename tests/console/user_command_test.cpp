@@ -94,8 +94,7 @@ const test::CommandCase kCases[] = {
     {"user set ANN Netware=", 1, "", "Netware: \"\" is not kept with the other values; \"ann\" would come back\n"},
     {"user add BEN Netware=joe LanManager=", 1, "",
      "LanManager: \"\" is not kept with the other values; \"joe\" would come back\n"},
-    {"user set ANN 'Fullname=Ann '", 1, "",
-     "Fullname: \"Ann \" has a blank at its end, which the file would not keep\n"},
+    {"user set ANN 'Fullname=Ann '", 1, "", "Fullname: \"Ann \" ends with a blank\n"},
     {"user set CARL Netware=c", 0, "",
      "This changes with it: Username: \"\" to \"c\"\nThis changes with it: LanManager: \"\" to \"c\"\n"
      "Modified user CARL\n",

@@ -138,7 +138,7 @@ TEST_F(UserDialogs, FaultsKeepTheirPageAndGetTheFocus) {
     } kFaults[] = {
         {{kGeneral, ID_USER_GROUP, "@NOBODY", nullptr}, "error: Group: \"@NOBODY\" - there is no user group"},
         {{kGeneral, ID_USER_FULLNAME, "Ж", nullptr}, "error: \"?\" holds characters"},
-        {{kGeneral, ID_USER_FULLNAME, "Anna ", nullptr}, "error: Fullname: \"Anna \" has a blank at its end"},
+        {{kGeneral, ID_USER_FULLNAME, "Anna ", nullptr}, "error: Fullname: \"Anna \" ends with a blank"},
         {{kMail, ID_MAIL_NAME, "(anna", nullptr}, "error: MailName: \"(anna\" is not"},
         {{kTimes, ID_TIMES + 2, "25:00", nullptr}, "error: SendTime: "},
     };

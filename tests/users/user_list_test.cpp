@@ -247,7 +247,7 @@ TEST(DeviceNames, TellTheirKinds) {
 // The row of a key in a table of a help page.
 std::string HelpRow(const RecordKey& key, const UserRecord& unset) {
     const std::string value = key.Show(unset);
-    return FormatText("<tr><td><code>%s</code></td><td>%s</td><td>%s</td></tr>\n", key.Key, key.Values(),
+    return FormatText("<tr><td><code>%s</code></td><td>%s</td><td>%s</td></tr>\n", key.Key, DescribeValues(key.Rule),
                       value.empty() ? "nothing" : value);
 }
 
