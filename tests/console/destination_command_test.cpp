@@ -94,8 +94,6 @@ const Case kCases[] = {
               "RemoteLinkRunNumber: 0.0\nLocalLinkRunNumber: 0.0\nLocalLinkStatus: LINKSHUTDOWN\n"
               "ConnectionStatus: ON\n")},
     {"link set A LinkDelay=soon", 1, "", "LinkDelay: \"soon\" is not a time such as 01:30\n", "Link.ini"},
-    {"link set A Nope=1", 1, "", "Nope: \"1\" - links have no such key\n", "Link.ini"},
-    {"link add a", 1, "", "RemoteServerID: This ID is in use already.  Please enter a unique ID\n"},
     {"link delete a", 0, "", "Deleted link A\n", "Link.ini", "[BRIVANE]\nType: LinkDatabase\nRevision: A\n\n"},
 
     {"router set WanInboxPollFreq=00:00", 1, "", "WanInboxPollFreq: All intervals must be between 00:01 and 23:59\n",

@@ -59,14 +59,7 @@ const test::CommandCase kCases[] = {
      kRules + "[RULE]\r\nDescription: Three\r\nCountry: 44\r\nCountry: FR\r\nTime: SAT AFTER 08:00 BEFORE 17:30 \r\n"
               "Server: *\r\n\r\n"},
     {"add '' User=ANN Server=*", 1, "", "Description: \"\" - a rule needs a description\n"},
-    {"add " + std::string(100, 'x') + " User=ANN Server=*", 1, "",
-     "Description: \"" + std::string(100, 'x') + "\" is not a text of at most 99 characters\n"},
     {"add Three User=ANN,CARL Server=*", 1, "", "User: \"CARL\" is not defined\n"},
-    {"add Three Area=UK/LON Server=*", 1, "", "Area: \"UK/LON\" is not defined\n"},
-    {"add Three Area=UK Server=*", 1, "", "Area: \"UK\" is not a country, / and an area\n"},
-    {"add Three Country=UK/LON Server=*", 1, "", "Country: \"UK/LON\" is not a country\n"},
-    {"add Three Server=ROM", 1, "", "Server: \"ROM\" is not defined\n"},
-    {"add Three Colour=red", 1, "", "Colour: \"red\" - rules have no such key\n"},
     {"add Three red", 2, "", "'red' is not of the form KEY=VALUE\n"},
     {"set 1 Time= User=ben Priority=background,NORMAL", 0, "", "Changed rule 1\n",
      kHead +
@@ -77,15 +70,11 @@ const test::CommandCase kCases[] = {
      "Selecting messages of one or more pages is equivalent to selecting messages of any size\nChanged rule 2\n",
      Replaced(kRules, "Size: PAGES GE 10\r\n", "")},
     {"set 2 'Size=PAGES GE 10'", 0, "", "Nothing was to be changed\n"},
-    {"set 2 Size=10", 1, "", "Size: \"10\" is not PAGES GE n or PAGES LE n with n from 1 to 100, or nothing\n"},
-    {"set 2 Priority=HIGH", 1, "", "Priority: \"HIGH\" is not NORMAL, URGENT or BACKGROUND\n"},
     {"delete 1", 0, "", "Deleted rule 1\n", kHead + kTwo},
     {"move 1 down", 0, "", "Moved rule 1\n", kHead + kTwo + kOne},
-    {"move 2 1", 0, "", "Moved rule 2\n", kHead + kTwo + kOne},
     {"move 1 far", 1, "", "Rule: \"far\" - there are rules 1 to 2\n"},
     {"permitted OFFPEAK --at '2026-06-01 12:00'", 0,
      "At: 2026-06-01 12:00\nPermitted: 2026-06-01 18:00\nSeconds: 1780362000\n", ""},
-    {"permitted noon", 1, "", "Time: \"noon\" is not OFFPEAK or a time such as SAT SUN AFTER 18:00 BEFORE 08:00\n"},
     {"permitted MON --at '2026-02-29 12:00'", 1, "",
      "Moment: \"2026-02-29 12:00\" is not a moment of the form YYYY-MM-DD hh:mm\n"},
     {"match --pages 9 --priority urgent --server par", 0,
@@ -93,7 +82,6 @@ const test::CommandCase kCases[] = {
      "2\tTwo\tSize\tNO\tthe fax has too few pages\n"
      "No rule decides: the local server sends the fax\n",
      ""},
-    {"match --destination US", 1, "", "Destination: \"US\" is not defined\n"},
     {"match --pages many", 1, "", "Pages: \"many\" is not a number from 0 to 65535\n"},
 };
 
