@@ -39,7 +39,7 @@ function(bv_library name)
   else()
     target_precompile_headers(bv_${name} REUSE_FROM bv_platform)
   endif()
-  if(BV_FUZZ)
+  if(BV_FUZZ AND NOT name STREQUAL "console") # no fuzz target is linked with it
     target_compile_options(bv_${name} PRIVATE -fsanitize=fuzzer-no-link)
   endif()
   list(REMOVE_ITEM ARGN resources)
