@@ -23,8 +23,8 @@ namespace {
 
 constexpr std::size_t kLargestFile = std::size_t{1} << 28;
 
-// The names of PathNames, in lower case and each behind a separator; asked for several times with every call.
-std::string KeyOf(const std::string& path) {
+// The names of PathNames, in lower case and each behind a separator.
+std::string MakeKey(const std::string& path) {
     const std::string whole = ToWindowsPath(path);
     std::string key;
     key.reserve(whole.size() + 1);
@@ -50,12 +50,13 @@ bool NamesAFile(const std::string& path) {
 std::string TrimmedDirectory(const std::string& path) { return path.substr(0, path.find_last_not_of("\\/") + 1); }
 
 // Those of the things, which are sorted by their keys, that lie below a directory at any depth: "]" follows "\\".
-template <class Things>
+template <class Thing>
 struct Below {
-    typename Things::const_iterator First;
-    typename Things::const_iterator Last;
-    Below(const Things& things, const std::string& directoryKey)
-        : First(things.lower_bound(directoryKey + '\\')), Last(things.lower_bound(directoryKey + ']')) {}
+    typename PathMap<Thing>::const_iterator First;
+    typename PathMap<Thing>::const_iterator Last;
+    Below(const PathMap<Thing>& things, const std::string& directoryKey)
+        : First(things.InOrder().lower_bound(directoryKey + '\\')),
+          Last(things.InOrder().lower_bound(directoryKey + ']')) {}
     auto begin() const { return First; }
     auto end() const { return Last; }
 };
@@ -159,9 +160,17 @@ std::shared_ptr<OverlayEntry> CopyFromBase(const std::string& path, File& file) 
 
 } // namespace
 
+const std::string& OverlayFiles::KeyOf(const std::string& path) const {
+    if (lastKey_.empty() || path != lastPath_) {
+        lastKey_ = MakeKey(path);
+        lastPath_ = path;
+    }
+    return lastKey_;
+}
+
 std::shared_ptr<OverlayEntry> OverlayFiles::FindEntry(const std::string& path) const {
-    const auto found = entries_.find(KeyOf(path));
-    return found == entries_.end() ? nullptr : found->second;
+    const auto* const found = entries_.Find(KeyOf(path));
+    return found == nullptr ? nullptr : *found;
 }
 
 OpenResult OverlayFiles::OpenInBase(const std::string& path, const OpenRequest& request) const {
@@ -171,14 +180,14 @@ OpenResult OverlayFiles::OpenInBase(const std::string& path, const OpenRequest& 
 
 // Whether a directory is there as far as the overlay itself has made or removed it.
 std::optional<bool> OverlayFiles::KnownDirectory(const std::string& path) const {
-    const auto found = directories_.find(KeyOf(path));
-    return found == directories_.end() ? std::nullopt : std::optional(found->second);
+    const bool* const found = directories_.Find(KeyOf(path));
+    return found == nullptr ? std::nullopt : std::optional(*found);
 }
 
 // Whether the base knows nothing of a path, since the directory that it lies in was made or removed here.
 bool OverlayFiles::IsInOwnDirectory(const std::string& path) const {
-    const std::string key = KeyOf(path);
-    return directories_.contains(key.substr(0, key.rfind('\\')));
+    const std::string& key = KeyOf(path);
+    return directories_.Find(std::string_view(key).substr(0, key.rfind('\\'))) != nullptr;
 }
 
 bool OverlayFiles::HasDirectoryOf(const std::string& path) const {
@@ -221,7 +230,7 @@ OpenResult OverlayFiles::Open(const std::string& path, const OpenRequest& reques
     if (!entry && inBase.Opened) return {nullptr, FileError::Failed};
     if (!entry) entry = std::make_shared<OverlayEntry>();
     if (!entry->Now || request.How == Creation::CreateOrTruncate) CreateOrTruncate(*entry, path);
-    entries_[KeyOf(path)] = entry;
+    entries_.Set(KeyOf(path), entry);
     return {std::make_unique<OverlayFile>(entry, std::move(inBase.Opened), request), FileError::None};
 }
 
@@ -236,7 +245,7 @@ FileError OverlayFiles::Delete(const std::string& path) {
     if (!entry) entry = CopyFromBase(path, *inBase.Opened);
     if (!entry) return FileError::Failed;
     entry->Now.reset();
-    entries_[KeyOf(path)] = entry;
+    entries_.Set(KeyOf(path), entry);
     return FileError::None;
 }
 
@@ -302,7 +311,7 @@ FileError OverlayFiles::ReadDirectory(const std::string& directory, std::string_
 FileError OverlayFiles::MakeDirectory(const std::string& path) {
     if (Find(path)) return FileError::Exists;
     if (!HasDirectoryOf(TrimmedDirectory(path))) return FileError::NotFound;
-    directories_[KeyOf(path)] = true;
+    directories_.Set(KeyOf(path), true);
     return FileError::None;
 }
 
@@ -310,13 +319,13 @@ FileError OverlayFiles::RemoveEmptyDirectory(const std::string& path) {
     const std::optional<FileInfo> info = Find(path);
     if (!info || !info->IsDirectory) return FileError::NotFound;
     if (!info->IsLink && HoldsSomething(path)) return FileError::Failed;
-    directories_[KeyOf(path)] = false;
+    directories_.Set(KeyOf(path), false);
     return FileError::None;
 }
 
 std::vector<OverlayFiles::Change> OverlayFiles::Changes() const {
     std::vector<Change> changes;
-    for (const auto& [key, entry] : entries_) {
+    for (const auto& [key, entry] : entries_.InOrder()) {
         if (entry->Before != entry->Now) changes.push_back({entry->Path, entry->Before, entry->Now});
     }
     return changes;

@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "platform/files.h"
@@ -13,6 +14,28 @@
 namespace bv::platform {
 
 struct OverlayEntry;
+
+// Things by their paths, made absolute and lower-cased: in order, and found by hash, as a dry run asks for every path
+// several times.
+template <class Thing>
+class PathMap {
+  public:
+    using const_iterator = typename std::map<std::string, Thing>::const_iterator;
+
+    [[nodiscard]] const Thing* Find(std::string_view key) const {
+        const auto found = byHash_.find(key);
+        return found == byHash_.end() ? nullptr : found->second;
+    }
+    void Set(const std::string& key, const Thing& thing) {
+        const auto place = inOrder_.insert_or_assign(key, thing).first;
+        byHash_[place->first] = &place->second;
+    }
+    [[nodiscard]] const std::map<std::string, Thing>& InOrder() const { return inOrder_; }
+
+  private:
+    std::map<std::string, Thing> inOrder_;
+    std::unordered_map<std::string_view, const Thing*> byHash_; // what stands in the other; nothing is ever removed
+};
 
 // Shows a file of the base until it is opened for writing, created or deleted through the overlay; from then on the
 // overlay's own copy. The base is never changed, but it is asked as if it were: as long as a file of the base is
@@ -51,6 +74,7 @@ class OverlayFiles final : public FileSystem {
     [[nodiscard]] std::vector<Change> Changes() const;
 
   private:
+    [[nodiscard]] const std::string& KeyOf(const std::string& path) const;
     [[nodiscard]] std::shared_ptr<OverlayEntry> FindEntry(const std::string& path) const;
     [[nodiscard]] OpenResult OpenInBase(const std::string& path, const OpenRequest& request) const;
     [[nodiscard]] std::optional<bool> KnownDirectory(const std::string& path) const;
@@ -60,8 +84,12 @@ class OverlayFiles final : public FileSystem {
     [[nodiscard]] bool HoldsSomething(const std::string& directory);
 
     FileSystem* base_ = nullptr;
-    std::map<std::string, std::shared_ptr<OverlayEntry>> entries_; // by path, made absolute and lower-cased
-    std::map<std::string, bool> directories_;                      // made (true) or removed, by path as above
+    PathMap<std::shared_ptr<OverlayEntry>> entries_;
+    PathMap<bool> directories_; // made (true) or removed
+
+    // The path that was asked for last, and its key: one call asks for the same several times.
+    mutable std::string lastPath_;
+    mutable std::string lastKey_;
 };
 
 } // namespace bv::platform

@@ -262,10 +262,10 @@ const Action kActions[] = {
     OfSetup("TelephoneTypesAreChanged", ChangeTelephoneTypes),
     {"CommandSets", kKeys, Commanding({"file", "set", "", "A", "k", "longer"}), {kNotOpened, kNotUpdated}, {}},
     OfUserList("ManyUsersAreChanged", kUsers, ChangeManyUsers),
-    {"KeyOfALargeFile", Lines(10'000, 'a') + kKeys, Updating({"[A]", "k:", "longer"}), {}, {}},
-    {"LargeFileGrows", Lines(10'000, 'a'), ReplacingBy(Lines(30'000, 'b')), {}, {}},
-    {"LargeFileShrinks", Lines(30'000, 'a'), ReplacingBy(Lines(10'000, 'b')), {}, {}},
-    {"LargeFileKeepsItsLength", Lines(20'000, 'a'), ReplacingBy(Lines(20'000, 'b')), {}, {}},
+    {"KeyOfALargeFile", Lines(2'500, 'a') + kKeys, Updating({"[A]", "k:", "longer"}), {}, {}},
+    {"LargeFileGrows", Lines(2'100, 'a'), ReplacingBy(Lines(4'200, 'b')), {}, {}},
+    {"LargeFileShrinks", Lines(4'200, 'a'), ReplacingBy(Lines(2'100, 'b')), {}, {}},
+    {"LargeFileKeepsItsLength", Lines(3'000, 'a'), ReplacingBy(Lines(3'000, 'b')), {}, {}},
 };
 
 enum class Aftermath {
