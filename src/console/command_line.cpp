@@ -99,8 +99,11 @@ void DefineVerbBelow(CLI::App& command, const Verb& verb, std::string_view name,
     DefineVerbBelow(group, verb, below, path);
 }
 
-void DefineArea(CLI::App& program, const Area& area) {
-    CLI::App& command = *program.add_subcommand(std::string(area.Name), std::string(area.Help))->group("Areas");
+CLI::App& DefineArea(CLI::App& program, const Area& area) {
+    return *program.add_subcommand(std::string(area.Name), std::string(area.Help))->group("Areas");
+}
+
+void DefineVerbs(CLI::App& command, const Area& area) {
     const std::string path = "bvctl " + std::string(area.Name);
     if (area.Verbs.front().Name.empty()) return DefineVerb(command, area.Verbs.front(), path);
     DefineHolder(command, path);
@@ -189,20 +192,26 @@ std::string UsageFault(const CLI::App& program, const CLI::ParseError& error) {
 
 void DeleteProgram::operator()(CLI::App* program) const { delete program; }
 
-Program DefineProgram() {
+Program DefineProgram(std::optional<std::span<const std::string>> arguments) {
+    const auto isWanted = [&](const Area& area) {
+        return !arguments || std::ranges::find(*arguments, area.Name) != arguments->end();
+    };
     Program program(new CLI::App(kProgramHelp, "bvctl"));
     program->fallthrough();
     program->require_subcommand(1);
     program->footer(kProgramFooter);
     AddGlobalOptions(*program);
-    for (const Area* area : kAreas) DefineArea(*program, *area);
+    for (const Area* area : kAreas) {
+        CLI::App& command = DefineArea(*program, *area);
+        if (isWanted(*area)) DefineVerbs(command, *area);
+    }
     program->formatter(std::make_shared<CLI::Formatter>());
     program->get_formatter()->label("SUBCOMMAND", "AREA VERB [ARGUMENTS]");
     return program;
 }
 
 std::variant<ParsedCommand, Answer> ParseArguments(std::span<const std::string> arguments) {
-    const Program program = DefineProgram();
+    const Program program = DefineProgram(arguments);
     if (arguments.empty()) return Answer{program->help(), kExitWrongUsage};
     try {
         program->parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <variant>
@@ -54,7 +55,8 @@ struct DeleteProgram {
 };
 using Program = std::unique_ptr<CLI::App, DeleteProgram>;
 
-// The whole command line: global options, areas, verbs and their parameters.
-Program DefineProgram();
+// The whole command line: global options, areas, verbs and their parameters. For given arguments only the verbs of
+// areas that they may name: defining all of them takes longer than most verbs.
+Program DefineProgram(std::optional<std::span<const std::string>> arguments = {});
 
 } // namespace bv::console
