@@ -19,7 +19,7 @@ struct MemoryServer {
     FakeProcesses Processes;
     RecordingFront Front;
 
-    // Puts BRIVANE.INI into the Windows directory, a SETUP.INI below F:\BRIVANE, and loads the server's paths:
+    // Puts BRIVANE.INI into the Windows directory, a SETUP.INI below F:\BRIVANE, and loads the server's paths and switches:
     // SystemArea F:\BRIVANE\, ServerArea F:\BRIVANE\SERVER\, MailArea F:\BRIVANE\B-MAIL\.
     void Load();
 
