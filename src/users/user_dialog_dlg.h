@@ -15,6 +15,8 @@
 #include "users/printer_slots_dlg.h"
 #include "users/time_range_dlg.h"
 #include "users/user_entry.h"
+#include "users/user_messages.h"
+#include "voice/messages.h"
 
 namespace bv {
 
@@ -28,7 +30,10 @@ class RecordFields : public FieldRecord {
         return entry_.Enter(key, text);
     }
     [[nodiscard]] std::size_t LimitOf(std::string_view key) const override { return Key(key).Limit; }
-    [[nodiscard]] std::string Describe(std::string_view key) const override { return Key(key).Values(); }
+    [[nodiscard]] std::string Describe(std::string_view key) const override {
+        if (key == "Name") return FillMessage(kNameStays);
+        return TooltipOf(HelpOf(Key(key), entry_.Kind()));
+    }
 
   private:
     [[nodiscard]] const RecordKey& Key(std::string_view key) const { return *FindRecordKey(entry_.Kind(), key); }

@@ -43,6 +43,20 @@ std::optional<std::string> LineThatLifts(std::string_view body) {
     return {};
 }
 
+// The record that lines are read as.
+UserRecord ReadLines(const std::string& lines, RecordKind kind, bool isDefault) {
+    platform::OverlayFiles memory;
+    constexpr platform::OpenRequest kNew = {platform::Access::ReadWrite, platform::Deny::Nothing,
+                                            platform::Creation::CreateOrTruncate};
+    const std::string path = "C:\\RECORD";
+    ControlStream stream(memory.Open(path, kNew).Opened, path);
+    stream.Write(lines);
+    stream.Rewind();
+    UserRecord record;
+    ReadRecordBody(stream, kind, isDefault, record);
+    return record;
+}
+
 } // namespace
 
 const RecordKey* FindRecordKey(RecordKind kind, std::string_view name) {
@@ -108,16 +122,7 @@ std::optional<std::string> RecordEntry::Enter(std::string_view keyName, std::str
 bool RecordEntry::IsEntered(const RecordKey& key) const { return std::ranges::find(entered_, &key) != entered_.end(); }
 
 UserRecord RecordEntry::ReadBack() const {
-    platform::OverlayFiles memory;
-    constexpr platform::OpenRequest kNew = {platform::Access::ReadWrite, platform::Deny::Nothing,
-                                            platform::Creation::CreateOrTruncate};
-    const std::string path = "C:\\RECORD";
-    ControlStream stream(memory.Open(path, kNew).Opened, path);
-    stream.Write(UserRecordLines(stored_.Name, after_, stored_.Body, kind_));
-    stream.Rewind();
-    UserRecord readBack;
-    ReadRecordBody(stream, kind_, IsDefaultName(stored_.Name), readBack);
-    return readBack;
+    return ReadLines(UserRecordLines(stored_.Name, after_, stored_.Body, kind_), kind_, IsDefaultName(stored_.Name));
 }
 
 // What would not come back when it is written says nothing: writing it would not make it what it reads as.
@@ -169,6 +174,10 @@ std::vector<RecordEntry::Change> RecordEntry::Changes() const {
         changes.push_back({&key, text, IsEntered(key)});
     }
     return changes;
+}
+
+KeyHelp HelpOf(const RecordKey& key, RecordKind kind) {
+    return {std::string(key.Key), std::string(key.Meaning), key.Values(), key.Show(ReadLines({}, kind, false)), {}};
 }
 
 } // namespace bv

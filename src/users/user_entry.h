@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "ctlfile/key_help.h"
 #include "users/user_list.h"
 #include "users/user_record.h"
 
@@ -80,5 +81,8 @@ class RecordEntry {
     bool isNew_ = false;
     std::vector<const RecordKey*> entered_;
 };
+
+// What a person is told of a key: its default is that of a record without lines.
+KeyHelp HelpOf(const RecordKey& key, RecordKind kind);
 
 } // namespace bv

@@ -72,8 +72,9 @@ enum RecordSet : unsigned {
 
 // One key beside "Name:".
 struct RecordKey {
-    std::string_view Key; // with its colon
-    RecordSet ReadIn;     // the permissions are read by ReadUserPermissions, the words of print options by Read alone
+    std::string_view Key;     // with its colon
+    std::string_view Meaning; // a sentence for a person
+    RecordSet ReadIn; // the permissions are read by ReadUserPermissions, the words of print options by Read alone
     RecordSet WrittenIn;
 
     // Takes a value of the file, or as much of it as counts.
