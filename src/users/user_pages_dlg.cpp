@@ -108,8 +108,9 @@ std::uint32_t TicksOf(std::uint8_t flags) {
 void FillPermissions(HWND page, UserDialog& context) {
     std::vector<CheckList::Row> rows;
     for (const PermissionRow& row : kPermissionRows)
-        rows.push_back({row.Text, row.Key.empty() ? "GroupAdmin (only shown)" : std::string(row.Key), row.Key.empty(),
-                        row.Key.empty() ? std::string() : context.Fields.Describe(row.Key)});
+        rows.push_back(
+            {row.Text, row.Key.empty() ? "GroupAdmin (only shown)" : std::string(row.Key), row.Key.empty(),
+             row.Key.empty() ? std::string() : FormatText("%s: %s", row.Key, context.Fields.Describe(row.Key))});
     constexpr int kWhatUnits = 172;
     context.Permissions.Begin(page, ID_PERMISSIONS, "Permission", "Key", kWhatUnits, rows);
     context.Permissions.SetMask(TicksOf(context.Entry.After().Permissions.Flags));
