@@ -154,7 +154,7 @@ void DrawPages(const Painter& painter, const std::string& name, const std::strin
 void DrawUsers(const Painter& painter, HWND owner, const DiskServer& server) {
     server.Files().Write("users.csv",
                          "Name,Fullname,Group\r\nADAM,Adam,@SALES\r\nBEN,Ben,@NOBODY\r\nANNA,Anna,@ACCTS\r\n");
-    static constexpr DialogServices kServices{ShowUses, DeleteByDialog};
+    static constexpr DialogServices kServices{ShowUses, DeleteByDialog, SettlePrinterUses};
     painter.Draw("users", "Brivane - users and user groups", [&] { ConfigureUsers(owner, kServices); });
     painter.Draw(
         "groups", "Brivane - users and user groups", [&] { ConfigureUsers(owner, kServices); },
@@ -171,6 +171,7 @@ void DrawUsers(const Painter& painter, HWND owner, const DiskServer& server) {
     painter.Draw("where-used-delete", "Where ANNA, FRANK is used", [&] {
         DeleteByDialog(owner, NamedThing::User, {"ANNA", "FRANK"});
     });
+    painter.Draw("where-used-printer", "Where PRINT-1 is used", [&] { SettlePrinterUses(owner, {"PRINT-1"}); });
     painter.Draw("user-new", "Add new user", [&] { AddUserByDialog(owner, {}); });
     painter.Draw("users-many", "Change 3 users", [&] { ChangeUsersByDialog(owner, {"ANNA", "BEN", "CLARA"}); });
     painter.Draw(

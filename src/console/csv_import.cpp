@@ -1,12 +1,11 @@
 #include "console/csv_import.h"
 
-#include <algorithm>
 #include <cstdint>
 #include <optional>
+#include <span>
 
 #include "console/dry_run.h"
 #include "console/interrupt.h"
-#include "ctlfile/reading.h"
 #include "platform/clock.h"
 #include "voice/messages.h"
 
@@ -15,17 +14,14 @@ namespace {
 
 constexpr std::int64_t kProgressInterval = 100; // milliseconds
 
-using Verdicts = std::vector<RowVerdict>;
+using Verdicts = std::span<const RowVerdict>;
 
-ImportCounts Planned(const Verdicts& verdicts) {
-    const auto count = [&](RowState state) {
-        return static_cast<std::size_t>(std::ranges::count(verdicts, state, &RowVerdict::State));
-    };
-    return {count(RowState::New), count(RowState::Replaces)};
+ImportCounts Planned(Verdicts verdicts) {
+    return {CountOf(verdicts, RowState::New), CountOf(verdicts, RowState::Replaces)};
 }
 
 // What is wrong, in the order of the file: with its form, then with its rows.
-std::vector<CsvFault> FaultsOf(const CsvTable& table, const Verdicts& verdicts) {
+std::vector<CsvFault> FaultsOf(const CsvTable& table, Verdicts verdicts) {
     std::vector<CsvFault> faults = table.Faults;
     for (std::size_t i = 0; i < verdicts.size(); ++i) {
         if (verdicts[i].State != RowState::Wrong) continue;
@@ -38,7 +34,7 @@ std::vector<CsvFault> FaultsOf(const CsvTable& table, const Verdicts& verdicts) 
 }
 
 // What a rehearsal shows before the differences of the files.
-void ShowPlan(const Session& session, const Verdicts& verdicts, std::string_view what) {
+void ShowPlan(const Session& session, Verdicts verdicts, std::string_view what) {
     for (const auto& [state, name, notes] : verdicts) {
         if (state == RowState::New) session.Streams.PrintNotice(FormatText("Would add %s %s\n", what, name));
         if (state != RowState::Replaces) continue;
@@ -105,20 +101,14 @@ bool IsUtf8Csv(const Session& session, const Arguments& arguments) {
 
 int ImportFile(Session& session, const Arguments& arguments, CsvImport& import) {
     const std::string& file = arguments["FILE"];
-    ControlStream stream = OpenForReading(file);
-    if (!stream) return kExitRefused;
-    const std::string_view text = stream.Rest();
-    if (!WasRead(stream)) return kExitRefused;
-
-    const CsvTable table = ReadCsvTable(text, import.Columns(), import.Title(), IsUtf8Csv(session, arguments));
-    const auto verdicts = import.Check(table);
-    if (!verdicts) return kExitRefused;
-    const std::vector<CsvFault> faults = FaultsOf(table, *verdicts);
+    ImportRun run(import);
+    if (!run.Read(file, IsUtf8Csv(session, arguments))) return kExitRefused;
+    const std::vector<CsvFault> faults = FaultsOf(run.Table(), run.Verdicts());
     for (const auto& [line, column, why] : faults)
         session.Streams.PrintNotice(FormatText("%s, line %d, column %d: %s\n", file, line, column, why));
     if (!faults.empty()) return kExitRefused;
-    if (session.DryRun) ShowPlan(session, *verdicts, import.EntryTitle());
-    return Perform(session, [&] { return Save(session, import, Planned(*verdicts)); });
+    if (session.DryRun) ShowPlan(session, run.Verdicts(), import.EntryTitle());
+    return Perform(session, [&] { return Save(session, import, Planned(run.Verdicts())); });
 }
 
 } // namespace bv::console

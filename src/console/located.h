@@ -3,13 +3,22 @@
 
 #include "console/commands.h"
 #include "shell/server_paths.h"
+#include "shell/startup.h"
 
 namespace bv::console {
 
-// The command with the server's paths loaded.
+// Loads the server's paths and the options that the whole program goes by. False after a message.
+inline bool LoadServer() {
+    ControlStream setup;
+    if (LoadServerPaths(&setup) != kDone) return false;
+    ReadServerSwitches(setup);
+    return true;
+}
+
+// The command with those loaded.
 template <Command command>
 int Located(Session& session, const Arguments& arguments) {
-    return LoadServerPaths() == kDone ? command(session, arguments) : kExitRefused;
+    return LoadServer() ? command(session, arguments) : kExitRefused;
 }
 
 } // namespace bv::console

@@ -108,7 +108,7 @@ int Show(Session& session, const Arguments& arguments, RecordKind kind) {
     if (!list || !list.ReadNamed(name, record, kind)) return kExitRefused;
     Record shown = {{"Name", name}};
     for (const RecordKey& key : RecordKeys()) {
-        if (HasKey(key, kind)) shown.emplace_back(KeyName(key), key.Show(record));
+        if (HasKey(key, kind)) shown.emplace_back(key.Field.Name(), key.Field.Text(record));
     }
     PrintRecord(session, shown);
     return kExitDone;
@@ -198,7 +198,7 @@ std::optional<UseChange> ChosenChange(const Arguments& arguments) {
     return {};
 }
 
-int Delete(Session& session, const Arguments& arguments, RecordKind kind) {
+int Delete(Session& session, const Arguments& arguments, NamedThing kind) {
     const std::vector<std::string> names = arguments.All("NAME");
     const bool takesOut = arguments.Has("--take-out") || arguments.Has("--delete-emptied");
     const bool chosen[] = {takesOut, arguments.Has("--replace-by"), arguments.Has("--leave")};
@@ -208,18 +208,18 @@ int Delete(Session& session, const Arguments& arguments, RecordKind kind) {
     return Perform(session, [&] {
         if (const auto change = ChosenChange(arguments)) return DeleteWithUses(kind, names, *change, goOn);
         if (!AgreeToDeletion(kind, names)) return false;
-        return names.size() == 1 ? DeleteUser(names.front(), kind) : DeleteUsers(names, kind, goOn);
+        const RecordKind records = RecordKindOf(kind);
+        return names.size() == 1 ? DeleteUser(names.front(), records) : DeleteUsers(names, records, goOn);
     });
 }
 
-int ShowWhereUsed(Session& session, const Arguments& arguments, RecordKind kind) {
+int ShowWhereUsed(Session& session, const Arguments& arguments, NamedThing kind) {
     const auto uses = FindUses(kind, {arguments["NAME"]});
     if (!uses) return kExitRefused;
+    UseEffects effects({UseChange::Kind::TakeOut});
     std::vector<Record> records;
     for (const Use& use : *uses)
-        records.push_back({{"File", std::string(use.File)},
-                           {"Place", use.Where},
-                           {"TakenOut", EffectText(use, {UseChange::Kind::TakeOut})}});
+        records.push_back({{"File", std::string(use.File)}, {"Place", use.Where}, {"TakenOut", effects.TextOf(use)}});
     PrintRecords(session, records);
     if (uses->empty() && !session.Json && !session.Quiet)
         session.Streams.PrintNotice(CountText(kind, {arguments["NAME"]}, 0) + '\n');
@@ -240,14 +240,12 @@ int Import(Session& session, const Arguments& arguments) {
     return ImportFile(session, arguments, users);
 }
 
-using RecordCommand = int (*)(Session&, const Arguments&, RecordKind);
-
-// The command for one kind of record.
-template <RecordCommand command, RecordKind kind>
+// The command for one kind.
+template <auto command, auto kind>
 int Of(Session& session, const Arguments& arguments) {
     return command(session, arguments, kind);
 }
-template <RecordCommand command, RecordKind kind>
+template <auto command, auto kind>
 constexpr Command kFor = Located<Of<command, kind>>;
 
 constexpr Parameter kName = {"NAME", "Name, at most 8 characters"};
@@ -297,7 +295,7 @@ constexpr Verb kUserVerbs[] = {
      .Help = "Delete users and their directories; places that name them are asked about, or changed as is said",
      .Parameters = {{kTakeOut, kDeleteEmptied, kReplaceBy, kLeave, kNames}},
      .Example = "IRIS --replace-by JUNE",
-     .Change = kFor<Delete, kUser>},
+     .Change = kFor<Delete, NamedThing::User>},
     {.Name = "export",
      .Help = "Print all users as comma-separated values, with a first line of the keys' names",
      .Parameters = {{kUtf8Flag}},
@@ -334,7 +332,7 @@ constexpr Verb kGroupVerbs[] = {
      .Help = "Delete user groups and their directories; their members stay",
      .Parameters = {{kTakeOut, kReplaceBy, kLeave, kNames}},
      .Example = "@SALES --take-out",
-     .Change = kFor<Delete, kGroup>},
+     .Change = kFor<Delete, NamedThing::UserGroup>},
 };
 
 constexpr Verb kWhereUsedVerbs[] = {
@@ -342,18 +340,24 @@ constexpr Verb kWhereUsedVerbs[] = {
      .Help = "List the places that name a user, with what becomes of each when the name is taken out",
      .Parameters = {{kName}},
      .Example = "IRIS",
-     .Run = kFor<ShowWhereUsed, kUser>},
+     .Run = kFor<ShowWhereUsed, NamedThing::User>},
     {.Name = "group",
      .Help = "List the members of a user group and the places that name it",
      .Parameters = {{kName}},
      .Example = "@SALES",
-     .Run = kFor<ShowWhereUsed, kGroup>},
+     .Run = kFor<ShowWhereUsed, NamedThing::UserGroup>},
+    {.Name = "printer",
+     .Help = "List the places where faxes are printed on a printer: users, groups and the server's options",
+     .Parameters = {{{"NAME", "Name of the printer"}}},
+     .Example = "PRINT-1",
+     .Run = kFor<ShowWhereUsed, NamedThing::Printer>},
 };
 
 } // namespace
 
 const Area kUserArea = {"user", "The users of the fax server", kUserVerbs};
 const Area kGroupArea = {"group", "The groups of users", kGroupVerbs};
-const Area kWhereUsedArea = {"where-used", "Where the server's files name a user or a group", kWhereUsedVerbs};
+const Area kWhereUsedArea = {"where-used", "Where the server's files name a user, a group or a printer",
+                             kWhereUsedVerbs};
 
 } // namespace bv::console

@@ -58,7 +58,8 @@ class CsvImport {
 
 // Which of the rows that are not wrong go into the list.
 struct ImportChoice {
-    bool Replace = true; // also those that replace an entry
+    bool Replace = true;   // also those that replace an entry
+    bool GoodOnly = false; // although others are wrong
 };
 
 std::size_t CountOf(std::span<const RowVerdict> verdicts, RowState state);
@@ -69,5 +70,40 @@ CsvTable ChosenRows(const CsvTable& table, std::span<const RowVerdict> verdicts,
 // The wrong rows with a last column "Fault", so that a person can mend them and import them again.
 std::string WrongRowsAsCsv(const CsvTable& table, std::span<const RowVerdict> verdicts,
                            std::span<const std::string_view> columns);
+
+// An import from the choice of the file to the list: a file is read and looked at before any of it is imported.
+class ImportRun {
+  public:
+    explicit ImportRun(CsvImport& import) : import_(import) {}
+
+    // Reads the file and judges its rows; in UTF-8 also without a mark of it. False after a message: nothing is read.
+    bool Read(const std::string& path, bool isUtf8 = false);
+
+    // Another file is meant from now on.
+    void Forget() { isRead_ = false; }
+
+    [[nodiscard]] bool IsRead() const { return isRead_; }
+    [[nodiscard]] const CsvTable& Table() const { return table_; }
+    [[nodiscard]] std::span<const RowVerdict> Verdicts() const { return verdicts_; }
+    [[nodiscard]] std::size_t CountWrong() const; // rows, and faults of the file's form
+
+    // Whether there is a next step: a file to be read, or rows to be imported.
+    [[nodiscard]] bool CanProceed(const std::string& path, const ImportChoice& choice) const;
+
+    // Takes it: reads the file, or imports what was read from it, of which the progress is told how much is done. Rows
+    // that have become wrong meanwhile have the file read again. Status 9227 or, when it was stopped, 9237. Refused
+    // after a message: 9225, or one of reading and writing.
+    enum class Step { Refused, Read, Imported };
+    using Progress = std::function<bool(std::size_t done, std::size_t all)>;
+    Step Proceed(const std::string& path, const ImportChoice& choice, const Progress& goOn);
+
+  private:
+    bool Apply(const ImportCounts& planned, const Progress& goOn);
+
+    CsvImport& import_;
+    CsvTable table_;
+    std::vector<RowVerdict> verdicts_;
+    bool isRead_ = false;
+};
 
 } // namespace bv

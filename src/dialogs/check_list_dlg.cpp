@@ -36,13 +36,14 @@ void CheckList::Begin(HWND dialog, int list, const char* what, const char* note,
     dialog_ = dialog;
     list_ = list;
     isChanging_ = true;
-    constexpr LPARAM kStyles = LVS_EX_CHECKBOXES | LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER | LVS_EX_LABELTIP;
+    constexpr LPARAM kStyles = LVS_EX_CHECKBOXES | LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER | LVS_EX_INFOTIP;
     Send(Window(), LVM_SETEXTENDEDLISTVIEWSTYLE, kStyles, kStyles);
     AddColumn(Window(), 0, what, UnitsAcross(dialog, units));
     AddColumn(Window(), 1, note, 0);
     for (const Row& row : rows) {
         AddRow(Window(), static_cast<int>(locked_.size()), row);
         locked_.push_back(row.IsLocked);
+        tips_.push_back(row.Tip);
     }
     Send(Window(), LVM_SETCOLUMNWIDTH, 1, LVSCW_AUTOSIZE_USEHEADER);
     LVITEMA first{};
@@ -84,6 +85,11 @@ bool CheckList::Answer(const DialogMessage& message, INT_PTR& result) {
     if (message.Number != WM_NOTIFY) return false;
     const auto& change = *reinterpret_cast<const NMLISTVIEW*>(message.LParam);
     if (change.hdr.idFrom != static_cast<UINT_PTR>(list_)) return false;
+    if (change.hdr.code == LVN_GETINFOTIPW) {
+        const auto& tip = *reinterpret_cast<const NMLVGETINFOTIPW*>(message.LParam);
+        const std::string& text = tips_[static_cast<std::size_t>(tip.iItem)];
+        if (!text.empty()) MultiByteToWideChar(CP_ACP, 0, text.c_str(), -1, tip.pszText, tip.cchTextMax);
+    }
     if (change.hdr.code == LVN_ITEMCHANGING) {
         SetWindowLongPtrA(dialog_, DWLP_MSGRESULT, RefusesChange(change) ? TRUE : FALSE);
         result = TRUE;

@@ -22,6 +22,7 @@ class CheckList : public DialogPart {
         std::string Text;
         std::string Note;
         bool IsLocked = false; // its tick cannot be changed
+        std::string Tip = {};  // in the code page
     };
 
     // Takes up the control of a dialog that is being filled; at most 32 rows, the first column of so many units.
@@ -41,6 +42,7 @@ class CheckList : public DialogPart {
     int list_ = 0;
     bool isChanging_ = false; // by the program
     std::vector<bool> locked_;
+    std::vector<std::string> tips_;
 };
 
 } // namespace bv

@@ -1,8 +1,8 @@
 #include "dialogs/csv_import_dlg.h"
 
 #include <array>
+#include <optional>
 
-#include "ctlfile/reading.h"
 #include "ctlfile/whole_file.h"
 #include "dialogs/list_view_dlg.h"
 #include "dialogs/pick_dlg.h"
@@ -18,11 +18,11 @@ constexpr ListColumn kColumns[] = {{"Line", 30, true}, {"Result", 60}, {"What it
 constexpr ListPlan kList{.List = ID_IMPORT_ROWS, .Columns = kColumns, .IsSorted = false};
 
 struct ImportDialog {
+    explicit ImportDialog(CsvImport& import) : Import(import), Run(import) {}
+
     CsvImport& Import;
-    CsvTable Table{};
-    std::vector<RowVerdict> Verdicts{};
-    bool IsRead = false;
-    RowTable Rows{};
+    ImportRun Run;
+    RowTable Rows;
     ListView List{Rows, kList};
     bool IsDone = false;
 };
@@ -40,59 +40,47 @@ void AddRow(RowTable& rows, std::size_t line, const std::string& result, std::st
 
 // Each fault of a wrong row has a line of its own, as has each fault of the file's form.
 bool ListRows(ImportDialog& context) {
+    const CsvTable& table = context.Run.Table();
     context.Rows.Begin(std::size(kColumns));
-    for (const CsvFault& fault : context.Table.Faults)
+    for (const CsvFault& fault : table.Faults)
         AddRow(context.Rows, fault.Line, ResultWord(RowState::Wrong), fault.Text);
-    for (std::size_t i = 0; i < context.Verdicts.size(); ++i) {
-        const auto& [state, name, notes] = context.Verdicts[i];
-        const std::size_t line = context.Table.Rows[i].empty() ? 0 : context.Table.Rows[i].front().Line;
+    for (std::size_t i = 0; i < context.Run.Verdicts().size(); ++i) {
+        const auto& [state, name, notes] = context.Run.Verdicts()[i];
+        const std::size_t line = table.Rows[i].empty() ? 0 : table.Rows[i].front().Line;
         if (notes.empty()) AddRow(context.Rows, line, ResultWord(state), name);
         const std::string before = name.empty() ? name : name + ": ";
         for (const RowNote& note : notes) AddRow(context.Rows, line, ResultWord(state), before + note.Text);
     }
-    return context.IsRead;
+    return context.Run.IsRead();
 }
 
-std::size_t Wrong(const ImportDialog& context) {
-    return CountOf(context.Verdicts, RowState::Wrong) + context.Table.Faults.size();
+ImportChoice ChoiceOf(HWND dialog) {
+    return {.Replace = IsDlgButtonChecked(dialog, ID_IMPORT_REPLACE) == BST_CHECKED,
+            .GoodOnly = IsDlgButtonChecked(dialog, ID_IMPORT_GOOD_ONLY) == BST_CHECKED};
 }
-
-ImportChoice ChoiceOf(HWND dialog) { return {IsDlgButtonChecked(dialog, ID_IMPORT_REPLACE) == BST_CHECKED}; }
 
 void EnableImport(HWND dialog, ImportDialog& context) {
-    const CsvTable chosen = ChosenRows(context.Table, context.Verdicts, ChoiceOf(dialog));
-    const bool isToBeRead = !context.IsRead && !GetText(dialog, ID_IMPORT_FILE).empty();
-    EnableControl(dialog, IDOK, isToBeRead || !chosen.Rows.empty());
-    EnableControl(dialog, ID_IMPORT_SAVE_WRONG, CountOf(context.Verdicts, RowState::Wrong) > 0);
+    EnableControl(dialog, IDOK, context.Run.CanProceed(GetText(dialog, ID_IMPORT_FILE), ChoiceOf(dialog)));
+    EnableControl(dialog, ID_IMPORT_SAVE_WRONG, CountOf(context.Run.Verdicts(), RowState::Wrong) > 0);
 }
 
-void ShowCounts(HWND dialog, ImportDialog& context) {
-    const auto count = [&](RowState state) { return CountOf(context.Verdicts, state); };
-    SetText(dialog, ID_IMPORT_COUNT,
-            context.IsRead ? FillMessage(kImportRows, count(RowState::New), count(RowState::Replaces),
-                                         count(RowState::Same), Wrong(context))
-                           : std::string());
+void ShowCounts(HWND dialog, const ImportRun& run) {
+    const auto count = [&](RowState state) { return CountOf(run.Verdicts(), state); };
+    const std::string text = FillMessage(kImportRows, count(RowState::New), count(RowState::Replaces),
+                                         count(RowState::Same), run.CountWrong());
+    SetText(dialog, ID_IMPORT_COUNT, run.IsRead() ? text : std::string());
+}
+
+void ShowRows(HWND dialog, ImportDialog& context) {
+    context.List.Refill([&] { return ListRows(context); });
+    ShowCounts(dialog, context.Run);
+    EnableImport(dialog, context);
 }
 
 void ReadFile(HWND dialog, ImportDialog& context) {
     const WaitCursor wait;
-    context.Table = {};
-    context.Verdicts.clear();
-    context.IsRead = false;
-    ControlStream stream = OpenForReading(GetText(dialog, ID_IMPORT_FILE));
-    if (stream) {
-        const std::string text(stream.Rest());
-        if (WasRead(stream)) {
-            context.Table = ReadCsvTable(text, context.Import.Columns(), context.Import.Title());
-            if (auto verdicts = context.Import.Check(context.Table)) {
-                context.Verdicts = std::move(*verdicts);
-                context.IsRead = true;
-            }
-        }
-    }
-    context.List.Refill([&] { return ListRows(context); });
-    ShowCounts(dialog, context);
-    EnableImport(dialog, context);
+    context.Run.Read(GetText(dialog, ID_IMPORT_FILE));
+    ShowRows(dialog, context);
 }
 
 void FillImport(HWND dialog, ImportDialog& context) {
@@ -113,41 +101,29 @@ void Browse(HWND dialog, ImportDialog& context) {
     ReadFile(dialog, context);
 }
 
-// Applies the rows that were chosen and checked once more. False after a message.
-bool Apply(HWND dialog, ImportDialog& context, std::size_t added, std::size_t changed) {
-    ProgressBox progress(dialog, static_cast<int>(added));
-    const ImportCounts done = context.Import.Apply([&](std::size_t count) {
-        const std::string text = FillMessage(kImportProgress, count + 1, added, context.Import.Title());
-        return progress.Advance(static_cast<int>(count), text, {});
-    });
-    const bool isWhole = done == ImportCounts{added, changed};
-    if (isWhole)
-        ShowStatus(kImported, done.Added, done.Changed);
-    else
-        ShowStatus(kImportStopped, done.Added, added, done.Changed, changed);
-    return isWhole || done.Added + done.Changed > 0;
-}
-
 void ChangeFile(HWND dialog, ImportDialog& context) {
-    context.IsRead = false;
+    context.Run.Forget();
     EnableImport(dialog, context);
 }
 
 void PressImport(HWND dialog, ImportDialog& context) {
-    if (!context.IsRead) return ReadFile(dialog, context); // and is looked at before it is imported
-    if (Wrong(context) > 0 && IsDlgButtonChecked(dialog, ID_IMPORT_GOOD_ONLY) != BST_CHECKED)
-        return ShowError(kNothingImported, Wrong(context));
-    const CsvTable chosen = ChosenRows(context.Table, context.Verdicts, ChoiceOf(dialog));
-    const auto verdicts = context.Import.Check(chosen);
-    if (!verdicts) return;
-    if (CountOf(*verdicts, RowState::Wrong) > 0) return ReadFile(dialog, context); // the list has changed meanwhile
     const WaitCursor wait;
-    context.IsDone = Apply(dialog, context, CountOf(*verdicts, RowState::New), CountOf(*verdicts, RowState::Replaces));
-    if (context.IsDone) EndDialog(dialog, IDOK);
+    std::optional<ProgressBox> progress;
+    const auto goOn = [&](std::size_t done, std::size_t all) {
+        if (!progress) progress.emplace(dialog, static_cast<int>(all));
+        const std::string text = FillMessage(kImportProgress, done + 1, all, context.Import.Title());
+        return progress->Advance(static_cast<int>(done), text, {});
+    };
+    const ImportRun::Step step = context.Run.Proceed(GetText(dialog, ID_IMPORT_FILE), ChoiceOf(dialog), goOn);
+    progress.reset();
+    context.IsDone = step == ImportRun::Step::Imported;
+    if (context.IsDone) return EndWithOk(dialog, context);
+    ShowRows(dialog, context);
 }
 
 void SaveWrong(HWND dialog, ImportDialog& context) {
-    ExportByDialog(dialog, WrongRowsAsCsv(context.Table, context.Verdicts, context.Import.Columns()));
+    const ImportRun& run = context.Run;
+    ExportByDialog(dialog, WrongRowsAsCsv(run.Table(), run.Verdicts(), context.Import.Columns()));
 }
 
 constexpr DialogCommand<ImportDialog> kCommands[] = {
@@ -174,7 +150,7 @@ constexpr DialogPlan<ImportDialog> kPlan{HELP_IMPORT, FillImport, kCommands, kAn
 } // namespace
 
 bool ImportByDialog(HWND owner, CsvImport& import) {
-    ImportDialog context{.Import = import};
+    ImportDialog context(import);
     OpenDialog("CsvImportBox", owner, CsvImportDlgBox, &context);
     return context.IsDone;
 }

@@ -78,7 +78,6 @@ std::string Encoded(const std::u32string& letters, std::size_t& lacking) {
 } // namespace
 
 void OpenedDialog::Begin(HWND dialog, std::span<const Anchor> anchors) {
-    dpi_ = DpiOf(dialog);
     isResizable_ = !anchors.empty();
     ScaleOnOurOwn(dialog);
     FollowStatus(dialog);
@@ -87,10 +86,25 @@ void OpenedDialog::Begin(HWND dialog, std::span<const Anchor> anchors) {
     if (!IsPage(dialog)) icons_.Show(dialog, dpi_);
 }
 
-DialogTemplate OpenedDialog::Load(int dpi) {
-    DialogTemplate source = LoadDialogTemplate(templateName_.c_str(), dpi);
-    if (!source.empty()) units_ = UnitsOf(source);
-    return source;
+DialogTemplate OpenedDialog::Load(HWND owner) {
+    const int dpi = DpiOf(owner);
+    const DialogTemplate source = LoadDialogTemplate(templateName_.c_str(), dpi);
+    if (source.empty()) return source;
+    units_ = UnitsOf(source);
+    const OpenedDialog* host = IsPageTemplate(source) ? OpenedOf(owner) : nullptr;
+    RECT place{};
+    GetWindowRect(owner, &place);
+    dpi_ = host != nullptr ? host->dpi_ : FittingOn(place, dpi);
+    return LoadDialogTemplate(templateName_.c_str(), dpi, dpi_);
+}
+
+// The resolution at which the dialog is no larger than the screen of that place.
+int OpenedDialog::FittingOn(const RECT& place, int dpi) const {
+    const RECT area = WorkAreaAt(place);
+    RECT frame{};
+    AdjustWindowRectExForDpi(&frame, WS_OVERLAPPEDWINDOW, FALSE, 0, static_cast<UINT>(dpi));
+    const LONG across = area.right - area.left - (frame.right - frame.left);
+    return FittingDpi(dpi, units_, {across, area.bottom - area.top - (frame.bottom - frame.top)});
 }
 
 INT_PTR OpenedDialog::FinishFilling(HWND dialog) {
@@ -131,7 +145,10 @@ bool OpenedDialog::AnswerForWindow(const DialogMessage& message) {
     }
 }
 
-void OpenedDialog::ChangeDpi(HWND dialog, int dpi, const RECT& place) {
+void OpenedDialog::ChangeDpi(HWND dialog, int windowDpi, RECT place) {
+    const int dpi = FittingOn(place, windowDpi);
+    place.right = place.left + MulDiv(place.right - place.left, dpi, windowDpi);
+    place.bottom = place.top + MulDiv(place.bottom - place.top, dpi, windowDpi);
     const int before = std::exchange(dpi_, dpi);
     const auto scaled = [&](LONG pixels) { return static_cast<LONG>(MulDiv(static_cast<int>(pixels), dpi, before)); };
     std::vector<std::pair<HWND, RECT>> places; // as they are before the dialog's size moves them
@@ -156,15 +173,9 @@ void OpenedDialog::ChangeFont(HWND dialog) {
 }
 
 bool ReadCommand(const DialogMessage& message, CommandCode& code) {
-    if (message.Number == WM_COMMAND) {
-        code = {LOWORD(message.WParam), HIWORD(message.WParam)};
-        return true;
-    }
-    if (message.Number == WM_VKEYTOITEM && LOWORD(message.WParam) == VK_DELETE) {
-        code = {GetDlgCtrlID(reinterpret_cast<HWND>(message.LParam)), kDeleteKey};
-        return true;
-    }
-    return false;
+    if (message.Number != WM_COMMAND) return false;
+    code = {LOWORD(message.WParam), HIWORD(message.WParam)};
+    return true;
 }
 
 OpenedDialog* OpenedOf(HWND dialog) { return static_cast<OpenedDialog*>(GetPropA(dialog, kOpenedProperty)); }
@@ -176,14 +187,11 @@ OpenedDialog& BeginDialog(const DialogMessage& message, std::span<const Anchor> 
     return *opened;
 }
 
-INT_PTR CommandDone(const DialogMessage& message) { return message.Number == WM_VKEYTOITEM ? kKeyTaken : TRUE; }
-
 INT_PTR AnswerForAll(const DialogMessage& message, int helpContext) {
     if (IsHelpCommand(message)) {
         ShowHelp(message.Dialog, helpContext);
         return TRUE;
     }
-    if (message.Number == WM_VKEYTOITEM) return kKeyForList;
     if (message.Number == WM_NCDESTROY) RemovePropA(message.Dialog, kOpenedProperty);
     return ColourDialog(message);
 }
@@ -224,7 +232,7 @@ class KeyFilter {
 
 INT_PTR OpenDialog(const char* templateName, HWND owner, DLGPROC procedure, void* context) {
     OpenedDialog opened(templateName, context);
-    const DialogTemplate resource = opened.Load(DpiOf(owner));
+    const DialogTemplate resource = opened.Load(owner);
     if (resource.empty()) return IDCANCEL;
     const KeyFilter keys;
     const INT_PTR result = DialogBoxIndirectParamW(Instance(), reinterpret_cast<LPCDLGTEMPLATEW>(resource.data()),
@@ -233,7 +241,7 @@ INT_PTR OpenDialog(const char* templateName, HWND owner, DLGPROC procedure, void
 }
 
 HWND CreatePlannedDialog(OpenedDialog& opened, HWND owner, DLGPROC procedure) {
-    const DialogTemplate resource = opened.Load(DpiOf(owner));
+    const DialogTemplate resource = opened.Load(owner);
     if (resource.empty()) return nullptr;
     return CreateDialogIndirectParamW(Instance(), reinterpret_cast<LPCDLGTEMPLATEW>(resource.data()), owner, procedure,
                                       reinterpret_cast<LPARAM>(&opened));

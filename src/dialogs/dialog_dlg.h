@@ -32,13 +32,10 @@ struct DialogMessage {
     LPARAM LParam;
 };
 
-// The notification of a list box with LBS_WANTKEYBOARDINPUT in which the Delete key was pressed.
-inline constexpr int kDeleteKey = 0x7F00;
-
 template <class Context>
 struct DialogCommand {
     int Control;
-    int Notification; // BN_CLICKED, LBN_SELCHANGE, kDeleteKey, kListOpen ...
+    int Notification; // BN_CLICKED, CBN_SELCHANGE, kListOpen ...
     void (*Do)(HWND dialog, Context& context);
 };
 
@@ -76,8 +73,9 @@ class OpenedDialog {
   public:
     OpenedDialog(const char* templateName, void* context) : templateName_(templateName), context_(context) {}
 
-    // Its template at a resolution; empty when there is none.
-    DialogTemplate Load(int dpi);
+    // Its template for the owner's resolution, in smaller letters where the screen could not hold it; a page's as its
+    // owner's. Empty when there is none.
+    DialogTemplate Load(HWND owner);
 
     [[nodiscard]] void* Context() const { return context_; }
     [[nodiscard]] const std::string& TemplateName() const { return templateName_; }
@@ -94,7 +92,8 @@ class OpenedDialog {
 
   private:
     bool AnswerForWindow(const DialogMessage& message);
-    void ChangeDpi(HWND dialog, int dpi, const RECT& place);
+    [[nodiscard]] int FittingOn(const RECT& place, int dpi) const;
+    void ChangeDpi(HWND dialog, int windowDpi, RECT place);
     void ChangeFont(HWND dialog);
 
     std::string templateName_;
@@ -117,7 +116,6 @@ struct CommandCode {
 bool ReadCommand(const DialogMessage& message, CommandCode& code);
 OpenedDialog* OpenedOf(HWND dialog);
 OpenedDialog& BeginDialog(const DialogMessage& message, std::span<const Anchor> anchors);
-INT_PTR CommandDone(const DialogMessage& message);
 INT_PTR AnswerForAll(const DialogMessage& message, int helpContext);
 bool AgreesToLoseChanges();
 
@@ -148,8 +146,7 @@ INT_PTR AnswerByPlan(const DialogPlan<Context>& plan, const DialogMessage& messa
     if (opened->IsFilled()) {
         auto& context = *static_cast<Context*>(opened->Context());
         CommandCode code{};
-        if (ReadCommand(message, code) && FollowCommand(plan, message.Dialog, code, context))
-            return CommandDone(message);
+        if (ReadCommand(message, code) && FollowCommand(plan, message.Dialog, code, context)) return TRUE;
         if (message.Number == WM_ACTIVATE && message.WParam != WA_INACTIVE && plan.Activated != nullptr)
             plan.Activated(message.Dialog, context);
     }

@@ -120,7 +120,7 @@ int TakeFields(HWND dialog, std::span<const FieldControl> fields, FieldRecord& r
     return 0;
 }
 
-void AddTooltips(HWND dialog, std::span<const FieldControl> fields, const FieldRecord& record) {
+HWND AddTooltips(HWND dialog, std::span<const FieldControl> fields, const FieldRecord& record) {
     const HWND tips = MakeTooltips(dialog);
     for (const FieldControl& field : fields) {
         std::string text = std::string(field.Key) + ": " + record.Describe(field.Key);
@@ -134,8 +134,11 @@ void AddTooltips(HWND dialog, std::span<const FieldControl> fields, const FieldR
             tool.uId = reinterpret_cast<UINT_PTR>(GetDlgItem(dialog, control));
             tool.lpszText = text.data();
             SendMessageA(tips, TTM_ADDTOOLA, 0, reinterpret_cast<LPARAM>(&tool));
+            tool.uId = reinterpret_cast<UINT_PTR>(GetWindow(GetDlgItem(dialog, control), GW_CHILD));
+            if (tool.uId != 0) SendMessageA(tips, TTM_ADDTOOLA, 0, reinterpret_cast<LPARAM>(&tool)); // of a combo box
         }
     }
+    return tips;
 }
 
 std::string StateOfControls(HWND dialog) {

@@ -23,7 +23,7 @@ class FieldRecord {
     // The characters that a value has at most; 0 for what is not typed.
     [[nodiscard]] virtual std::size_t LimitOf(std::string_view key) const = 0;
 
-    // What the key takes, in words, for a tooltip.
+    // What a tooltip says of the key (TooltipOf of ctlfile/key_help.h).
     [[nodiscard]] virtual std::string Describe(std::string_view key) const = 0;
 };
 
@@ -47,8 +47,9 @@ void ShowFields(HWND dialog, std::span<const FieldControl> fields, const FieldRe
 // Takes the values that differ from the record's. Returns the control of the first fault, after its message, or 0.
 int TakeFields(HWND dialog, std::span<const FieldControl> fields, FieldRecord& record);
 
-// Gives each control a tooltip: its key and what it takes.
-void AddTooltips(HWND dialog, std::span<const FieldControl> fields, const FieldRecord& record);
+// Gives each control a tooltip: its key and what it takes. Returns the window that shows them, which goes with the
+// dialog's.
+HWND AddTooltips(HWND dialog, std::span<const FieldControl> fields, const FieldRecord& record);
 
 // What the controls of a dialog say, in one text, to tell later whether anything was changed.
 std::string StateOfControls(HWND dialog);

@@ -2,6 +2,7 @@
 
 #include <cstring>
 #include <optional>
+#include <string_view>
 #include <utility>
 
 namespace bv {
@@ -80,6 +81,13 @@ MessageFont::~MessageFont() {
     if (font_ != nullptr) DeleteObject(font_);
 }
 
+bool IsPageTemplate(const DialogTemplate& source) {
+    constexpr std::size_t kStyleAt = 12;
+    DWORD style = 0;
+    std::memcpy(&style, source.data() + kStyleAt, sizeof style);
+    return (style & WS_CHILD) != 0;
+}
+
 SIZE UnitsOf(const DialogTemplate& source) {
     constexpr std::size_t kWidthAt = 22;
     WORD size[2] = {};
@@ -87,12 +95,40 @@ SIZE UnitsOf(const DialogTemplate& source) {
     return {size[0], size[1]};
 }
 
-DialogTemplate LoadDialogTemplate(const char* name, int dpi) {
+SIZE PixelsAt(int dpi, SIZE units) {
+    static constexpr std::wstring_view kLetters = L"ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
+    const MessageFont font(dpi);
+    const HDC drawing = GetDC(nullptr);
+    const HGDIOBJ before = SelectObject(drawing, font.Handle());
+    SIZE text{};
+    TEXTMETRICW metrics{};
+    GetTextExtentPoint32W(drawing, kLetters.data(), static_cast<int>(kLetters.size()), &text);
+    GetTextMetricsW(drawing, &metrics);
+    SelectObject(drawing, before);
+    ReleaseDC(nullptr, drawing);
+    const LONG width = (text.cx / 26 + 1) / 2; // of a letter, as the dialog manager measures it
+    return {MulDiv(units.cx, width, 4), MulDiv(units.cy, metrics.tmHeight, 8)};
+}
+
+int FittingDpi(int dpi, SIZE units, SIZE area) {
+    constexpr int kLeastPoints = 5;
+    const std::optional<LOGFONTW> font = MessageFontAt(dpi);
+    const int all = font ? MulDiv(-font->lfHeight, kPointsPerInch, dpi) : 0;
+    int fitting = dpi;
+    for (int points = all; points >= kLeastPoints; --points) {
+        fitting = MulDiv(dpi, points, all);
+        const SIZE size = PixelsAt(fitting, units);
+        if (size.cx <= area.cx && size.cy <= area.cy) break;
+    }
+    return fitting;
+}
+
+DialogTemplate LoadDialogTemplate(const char* name, int dpi, int sizedFor) {
     const HRSRC resource = FindResourceA(nullptr, name, RT_DIALOG);
     if (resource == nullptr) return {};
     const auto* bytes = static_cast<const std::byte*>(LockResource(LoadResource(nullptr, resource)));
     const DialogTemplate source(bytes, bytes + SizeofResource(nullptr, resource));
-    const std::optional<LOGFONTW> font = MessageFontAt(dpi);
+    const std::optional<LOGFONTW> font = MessageFontAt(sizedFor > 0 ? sizedFor : dpi);
     return font && font->lfHeight < 0 ? WithFont(source, *font, dpi) : source;
 }
 

@@ -30,11 +30,21 @@ class MessageFont {
 
 using DialogTemplate = std::vector<std::byte>;
 
-// A dialog template (DLGTEMPLATEEX with a font) of the program's resources, with the message font in place of its own;
-// empty when there is none of that name.
-DialogTemplate LoadDialogTemplate(const char* name, int dpi);
+// A dialog template (DLGTEMPLATEEX with a font) of the program's resources, with the message font in place of its own,
+// for a window of a resolution; as large as at another one, if that is given. Empty when there is none of that name.
+DialogTemplate LoadDialogTemplate(const char* name, int dpi, int sizedFor = 0);
+
+// Whether a template is that of a page inside another dialog.
+bool IsPageTemplate(const DialogTemplate& source);
 
 // The size of a template's client area, in dialog units.
 SIZE UnitsOf(const DialogTemplate& source);
+
+// Dialog units as pixels, by the message font at a resolution.
+SIZE PixelsAt(int dpi, SIZE units);
+
+// The largest resolution up to that of the window at which so many units fit an area of so many pixels. Letters of less
+// than five points nobody reads, so that what is still too large then is cut.
+int FittingDpi(int dpi, SIZE units, SIZE area);
 
 } // namespace bv

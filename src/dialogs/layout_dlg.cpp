@@ -15,13 +15,6 @@ constexpr const char* kPlaceName = "Place";
 LONG Width(const RECT& area) { return area.right - area.left; }
 LONG Height(const RECT& area) { return area.bottom - area.top; }
 
-RECT WorkAreaAt(const RECT& place) {
-    MONITORINFO monitor{};
-    monitor.cbSize = sizeof monitor;
-    GetMonitorInfoA(MonitorFromRect(&place, MONITOR_DEFAULTTONEAREST), &monitor);
-    return monitor.rcWork;
-}
-
 // The place, moved and, where it must be, made smaller so that the area holds it.
 RECT Within(RECT place, const RECT& area) {
     const LONG width = std::min(Width(place), Width(area));
@@ -56,6 +49,13 @@ RECT Moved(RECT at, unsigned edges, LONG across, LONG down) {
 }
 
 } // namespace
+
+RECT WorkAreaAt(const RECT& place) {
+    MONITORINFO monitor{};
+    monitor.cbSize = sizeof monitor;
+    GetMonitorInfoA(MonitorFromRect(&place, MONITOR_DEFAULTTONEAREST), &monitor);
+    return monitor.rcWork;
+}
 
 void Layout::Begin(HWND dialog, std::span<const Anchor> anchors, SIZE client) {
     places_.clear();

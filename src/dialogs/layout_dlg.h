@@ -52,6 +52,9 @@ class Layout {
     SIZE smallest_{};
 };
 
+// The part of its screen that a window at that place may cover.
+RECT WorkAreaAt(const RECT& place);
+
 // Where a control stands in its parent.
 RECT PlaceInParent(HWND control);
 

@@ -284,8 +284,13 @@ bool ListView::Answer(const DialogMessage& message, INT_PTR& result) {
     return false;
 }
 
-// The control itself would select the row at hand alone.
+// The control itself would select the row at hand alone, and knows no keys that move it.
 bool ListView::TakeKey(const MSG& message) {
+    const bool isMove = message.message == WM_SYSKEYDOWN && (message.wParam == VK_UP || message.wParam == VK_DOWN);
+    if (isMove && message.hwnd == Window()) {
+        Notify(message.wParam == VK_UP ? kListMoveUp : kListMoveDown);
+        return true;
+    }
     const bool isSpace = message.message == WM_KEYDOWN && message.wParam == VK_SPACE && !IsDown(VK_CONTROL);
     if (!plan_.HasTicks || !isSpace || message.hwnd != Window()) return false;
     TickSelected();

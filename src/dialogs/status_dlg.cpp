@@ -4,6 +4,7 @@
 #include <array>
 #include <vector>
 
+#include "dialogs/live_text_dlg.h"
 #include "resources/ids.h"
 
 namespace bv {
@@ -27,29 +28,25 @@ std::string StatusText(const Status& status) {
     return what + std::string(kBetween) + details;
 }
 
-void ShowStatusText(HWND dialog, const std::string& text) {
-    const HWND line = GetDlgItem(dialog, ID_STATUS_LINE);
-    SetWindowTextA(line, text.c_str());
-    UpdateWindow(line);
-    NotifyWinEvent(EVENT_OBJECT_LIVEREGIONCHANGED, line, OBJID_CLIENT, CHILDID_SELF);
-}
-
 } // namespace
 
 void FollowStatus(HWND dialog) {
-    if (GetDlgItem(dialog, ID_STATUS_LINE) == nullptr) return;
+    const HWND line = GetDlgItem(dialog, ID_STATUS_LINE);
+    if (line == nullptr) return;
+    MakeLive(line);
     Status& status = TheStatus();
     if (status.Dialogs.empty()) status.Lines = {};
     status.Dialogs.push_back(dialog);
 }
 
-void ShowStatusInDialogs(int line, const std::string& text) {
+bool ShowStatusInDialogs(int line, const std::string& text) {
     Status& status = TheStatus();
     std::erase_if(status.Dialogs, [](HWND dialog) { return !IsWindow(dialog); });
-    if (line != 1 && line != 2) return;
+    if (line != 1 && line != 2) return true;
     status.Lines[static_cast<std::size_t>(line - 1)] = text;
     const std::string shown = StatusText(status);
-    for (const HWND dialog : status.Dialogs) ShowStatusText(dialog, shown);
+    for (const HWND dialog : status.Dialogs) ShowLiveText(GetDlgItem(dialog, ID_STATUS_LINE), shown);
+    return !status.Dialogs.empty();
 }
 
 } // namespace bv

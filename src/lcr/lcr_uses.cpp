@@ -120,9 +120,10 @@ bool ChangeRuleUsers(const NameSet& users, const UseChange& change) {
     std::optional<OpenedRules> opened = OpenRules();
     if (!opened) return false;
     RuleList changed;
+    UseEffects effects(change);
     for (RoutingRule& rule : opened->Rules) {
         const auto use = UseOfNames(opened->Rules, rule, LcrName::User, users);
-        if (use && EffectOf(*use, change) == UseEffect::Goes) continue;
+        if (use && effects.Of(*use) == UseEffect::Goes) continue;
         if (use) ReplaceNames(rule.Users, users, change);
         changed.push_back(std::move(rule));
     }

@@ -101,10 +101,11 @@ bool ChangeMailUses(const NameSet& names, const UseChange& change) {
     std::vector<std::string> left;
     const bool isDone = EditControlFile(PathOf(ServerFile::MailList), [&](ControlStream& held) {
         TextEdits edits;
+        UseEffects effects(change);
         VisitUses(held, names, *mailNames, [&](const RecordWalker& record, const Use& use) {
             const auto body =
                 held.Seen(record.BodyStart(), static_cast<std::size_t>(record.End() - record.BodyStart()));
-            if (EffectOf(use, change) == UseEffect::Becomes) {
+            if (effects.Of(use) == UseEffect::Becomes) {
                 edits.push_back({record.BodyStart(), record.End(), Renamed(body, names, change.By)});
             } else if (!use.GoesWithIt) {
                 edits.push_back({record.Start(), record.End(), {}});

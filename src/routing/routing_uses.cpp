@@ -62,8 +62,12 @@ class RoutingWalk {
         if (named.Key.empty() && named.Value.empty()) return;
         Use use = {.File = NameOf(ServerFile::Routing), .Where = where, .Kind = UseKind::Entry};
         use.Name = named.Key.empty() ? value : key;
-        if (!named.Key.empty()) use.Barred = keys;
+        if (!named.Key.empty()) {
+            use.Barred = keys;
+            use.KeyOf = std::to_string(group);
+        }
         if (group == kForwards) use.Barred.push_back(named.Key.empty() ? key : value);
+        use.IsBothEnds = group == kForwards && !named.Key.empty() && !named.Value.empty();
         visit(use, named);
     }
 
@@ -91,9 +95,10 @@ std::string Renamed(std::string line, const NamedIn& named, const std::string& n
 
 TextEdits PlanChange(ControlStream& held, const NameSet& names, const UseChange& change) {
     TextEdits edits;
+    UseEffects effects(change);
     RoutingWalk(held, names).Run([&](const Use& use, const NamedIn& named) {
         TextEdit edit = EditLastLine(held, {});
-        if (EffectOf(use, change) != UseEffect::Goes) {
+        if (effects.Of(use) != UseEffect::Goes) {
             const std::string line = CleanLine(held.Seen(edit.From, static_cast<std::size_t>(edit.To - edit.From)));
             edit = EditLastLine(held, Renamed(line, named, change.By));
         }

@@ -31,7 +31,7 @@ WindowsFront::~WindowsFront() { window_.OnWatchTimer = nullptr; }
 
 void WindowsFront::SetStatusLine(int line, const std::string& text) {
     window_.SetStatusLine(line, text);
-    ShowStatusInDialogs(line, text);
+    if (!ShowStatusInDialogs(line, text)) window_.Say(text);
 }
 
 int WindowsFront::OpenBox(const Box& box, UINT buttons) const {

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "dialogs/layout_dlg.h"
+#include "dialogs/live_text_dlg.h"
 #include "platform/ascii.h"
 #include "platform/program.h"
 #include "resources/ids.h"
@@ -106,6 +107,8 @@ bool MainWindow::Create() {
 
 bool MainWindow::Open(int showCommand) {
     if (window_ == nullptr && !Create()) return false;
+    said_ = CreateWindowExA(0, "STATIC", "", WS_CHILD | WS_VISIBLE, 0, 0, 1, 1, window_, nullptr, Instance(), nullptr);
+    MakeLive(said_);
     font_ = MessageFont(DpiOf(window_));
     icons_.Show(window_, DpiOf(window_));
     const RECT full = FullPlace();
@@ -125,6 +128,10 @@ void MainWindow::SetStatusLine(int line, const std::string& text) {
     if (window_ == nullptr) return;
     InvalidateRect(window_, nullptr, FALSE);
     UpdateWindow(window_);
+}
+
+void MainWindow::Say(const std::string& text) const {
+    if (said_ != nullptr) ShowLiveText(said_, text);
 }
 
 void MainWindow::JoinInstaller() {

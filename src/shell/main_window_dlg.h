@@ -39,6 +39,9 @@ class MainWindow {
     // Line 1, 2 or 3; repaints at once.
     void SetStatusLine(int line, const std::string& text);
 
+    // Has screen readers say a text.
+    void Say(const std::string& text) const;
+
     // Makes the banner a child of the installer's window, when that is there: the bottom strip of its client area,
     // whatever size that takes on.
     void JoinInstaller();
@@ -58,6 +61,7 @@ class MainWindow {
     void ChangeSettings(WPARAM parameter, const char* section);
 
     HWND window_ = nullptr;
+    HWND said_ = nullptr; // a text of one pixel: the lines are painted, and no reader hears of that
     MessageFont font_;
     WindowIcons icons_;
     std::array<std::string, 3> lines_;

@@ -22,7 +22,7 @@ struct Area {
     void (*Open)(HWND owner); // runs its dialog; none: this version has none, and the entry is disabled
 };
 
-constexpr DialogServices kServices{ShowUses, DeleteByDialog};
+constexpr DialogServices kServices{ShowUses, DeleteByDialog, SettlePrinterUses};
 
 void OpenUsers(HWND owner) { ConfigureUsers(owner, kServices); }
 

@@ -17,26 +17,30 @@ UseEffect EffectOfTakingOut(const Use& use, bool deleteEmptied) {
 
 } // namespace
 
-UseEffect EffectOf(const Use& use, const UseChange& change) {
+UseEffect UseEffects::OfReplacing(const Use& use) {
+    const auto isBy = [this](const std::string& name) { return EqualFolded(name, change_.By); };
+    if (use.IsBothEnds || std::ranges::any_of(use.Barred, isBy)) return UseEffect::Goes;
+    const bool isFirst = use.KeyOf.empty() || keyed_.insert(use.KeyOf).second;
+    return isFirst ? UseEffect::Becomes : UseEffect::Goes;
+}
+
+UseEffect UseEffects::Of(const Use& use) {
     if (!use.CanChange) return UseEffect::Stays;
-    switch (change.What) {
-    case UseChange::Kind::TakeOut: return EffectOfTakingOut(use, change.DeleteEmptied);
-    case UseChange::Kind::Replace: {
-        const auto isBy = [&change](const std::string& name) { return EqualFolded(name, change.By); };
-        return std::ranges::any_of(use.Barred, isBy) ? UseEffect::Goes : UseEffect::Becomes;
-    }
+    switch (change_.What) {
+    case UseChange::Kind::TakeOut: return EffectOfTakingOut(use, change_.DeleteEmptied);
+    case UseChange::Kind::Replace: return OfReplacing(use);
     case UseChange::Kind::Leave: break;
     }
     return use.GoesWithIt ? UseEffect::Goes : UseEffect::Stays;
 }
 
-std::string EffectText(const Use& use, const UseChange& change) {
-    switch (EffectOf(use, change)) {
+std::string UseEffects::TextOf(const Use& use) {
+    switch (Of(use)) {
     case UseEffect::IsEmptied: return FillMessage(kIsEmptied);
     case UseEffect::Goes: return FillMessage(kEntryGoes);
     case UseEffect::LosesName: return FillMessage(kLosesName, use.Name);
     case UseEffect::Widens: return FillMessage(kWouldApplyToEvery, "user");
-    case UseEffect::Becomes: return FillMessage(kBecomes, change.By);
+    case UseEffect::Becomes: return FillMessage(kBecomes, change_.By);
     case UseEffect::Stays: break;
     }
     return FillMessage(kStaysAsItIs);

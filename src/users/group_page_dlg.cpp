@@ -10,6 +10,7 @@ namespace {
 constexpr ListColumn kColumns[] = {{"Name", 60}, {"Full name", 170}};
 constexpr ListPlan kList{.List = ID_GROUP_MEMBERS, .Columns = kColumns};
 constexpr FieldControl kFields[] = {{ID_GROUP_FULLNAME, "Fullname"}};
+constexpr FieldControl kTips[] = {{ID_GROUP_NAME, "Name"}, {ID_GROUP_FULLNAME, "Fullname"}};
 
 bool Has(const std::vector<std::string>& names, std::string_view name) {
     return std::ranges::any_of(names, [&](const std::string& one) { return EqualFolded(one, name); });
@@ -40,6 +41,7 @@ void FillGroup(HWND page, UserDialog& context) {
     SetText(page, ID_GROUP_NAME, context.Entry.Name());
     if (!context.Entry.IsNew()) SendDlgItemMessageA(page, ID_GROUP_NAME, EM_SETREADONLY, TRUE, 0);
     ShowFields(page, kFields, context.Fields);
+    AddTooltips(page, kTips, context.Fields);
     context.MemberList = std::make_unique<ListView>(context.Members, kList);
     context.MemberList->Begin(page);
     ListMembers(context);

@@ -45,7 +45,7 @@ std::vector<const RecordKey*> KeysOfMany() {
     constexpr std::string_view kNames[] = {"Fullname:", "Username:", "Netware:", "LanManager:", "MailName:"};
     std::vector<const RecordKey*> keys;
     for (const RecordKey& key : RecordKeys()) {
-        if (!HasKey(key, RecordKind::User) || std::ranges::find(kNames, key.Key) != std::end(kNames)) continue;
+        if (!HasKey(key, RecordKind::User) || std::ranges::find(kNames, key.Field.Key) != std::end(kNames)) continue;
         keys.push_back(&key);
     }
     return keys;
@@ -91,7 +91,7 @@ std::optional<std::vector<ValueSummary>> SummariseUsers(std::span<const std::str
     std::vector<std::map<std::string, std::size_t>> counts(keys.size());
     const bool isRead = VisitUserRecords(RecordKind::User, [&](const StoredRecord& stored) {
         if (!wanted.contains(UpperText(stored.Name))) return true;
-        for (std::size_t i = 0; i < keys.size(); ++i) ++counts[i][keys[i]->Show(stored.Record)];
+        for (std::size_t i = 0; i < keys.size(); ++i) ++counts[i][keys[i]->Field.Text(stored.Record)];
         return true;
     });
     if (!isRead) return std::nullopt;

@@ -27,15 +27,15 @@ struct ManyUsersDialog {
 };
 
 std::string_view SettingOf(const ManyUsersDialog& context, std::size_t row) {
-    return KeyName(*context.Settings[row].Key);
+    return context.Settings[row].Key->Field.Name();
 }
 
 void ShowSettings(ManyUsersDialog& context) {
     context.List.Refill([&] {
         context.Rows.Begin(std::size(kColumns));
         for (const ValueSummary& setting : context.Settings) {
-            const auto change = context.Changes.find(KeyName(*setting.Key));
-            context.Rows.Add(KeyName(*setting.Key));
+            const auto change = context.Changes.find(setting.Key->Field.Name());
+            context.Rows.Add(setting.Key->Field.Name());
             context.Rows.Add(setting.Text);
             context.Rows.Add(change == context.Changes.end() ? FillMessage(kLeftUnchanged) : change->second);
         }
@@ -63,11 +63,11 @@ void OfferValues(HWND dialog, ManyUsersDialog& context) {
     for (const int control : {ID_MANY_SET, ID_MANY_LEAVE}) EnableControl(dialog, control, !rows.empty());
     if (rows.empty()) return;
     const RecordKey& key = *context.Settings[rows.front()].Key;
-    for (const std::string_view word : OfferedWords(key.Rule))
+    for (const std::string_view word : OfferedWords(key.Field.Rule))
         SendDlgItemMessageA(dialog, ID_MANY_VALUE, CB_ADDSTRING, 0,
                             reinterpret_cast<LPARAM>(std::string(word).c_str()));
-    SendDlgItemMessageA(dialog, ID_MANY_VALUE, CB_LIMITTEXT, key.Rule.Limit, 0);
-    const auto change = context.Changes.find(KeyName(key));
+    SendDlgItemMessageA(dialog, ID_MANY_VALUE, CB_LIMITTEXT, key.Field.Rule.Limit, 0);
+    const auto change = context.Changes.find(key.Field.Name());
     SetText(dialog, ID_MANY_VALUE, change == context.Changes.end() ? std::string() : change->second);
 }
 

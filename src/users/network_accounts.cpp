@@ -9,6 +9,7 @@
 #include "platform/ascii.h"
 #include "platform/file_names.h"
 #include "shell/server_files.h"
+#include "shell/startup.h"
 #include "users/user_entry.h"
 #include "users/user_file.h"
 #include "users/user_messages.h"
@@ -19,7 +20,7 @@ namespace {
 
 constexpr std::array<std::string_view, 4> kNameKeys = {kNameKey, "Username:", "Netware:", "LanManager:"};
 constexpr std::array<const char*, 3> kNetworkKeys = {"Username", "Netware", "LanManager"};
-constexpr const char* kNamelessStem = "USER";
+constexpr const char* kNamelessStem = "NEWUSER";
 
 // Takes the names of all records of a kind; the first user of a network name is the one that has it.
 void TakeNames(ControlStream& list, RecordKind kind, ListedNames& names) {
@@ -43,7 +44,8 @@ bool IsUnfit(char c) { return std::string_view("\\/:*?\"<>|.,;()@ ").find(c) != 
 std::string FitStem(std::string_view networkName) {
     std::string stem = UpperText(networkName);
     std::erase_if(stem, [](char c) { return IsControl(c) || IsUnfit(c); });
-    if (stem.empty()) stem = kNamelessStem;
+    const std::size_t unmarked = stem.find_first_not_of(Switches().UserGroupIdentifier);
+    stem = unmarked == std::string::npos ? kNamelessStem : stem.substr(unmarked);
     return stem.substr(0, RecordName::kLimit);
 }
 
@@ -73,7 +75,7 @@ std::optional<std::size_t> FindFaultyName(std::span<const NetworkChoice> choices
     for (std::size_t i = 0; i < choices.size(); ++i) {
         const std::string& name = choices[i].Name;
         const std::string upper = UpperText(name);
-        auto fault = FaultOfNewName(name);
+        auto fault = FaultOfNewName(name, RecordKind::User);
         if (!fault && listed.Taken.contains(upper)) fault = FillMessage(kNameTaken, name);
         if (!fault && !given.insert(upper).second) fault = FillMessage(kNameGivenTwice, name);
         if (!fault) continue;
@@ -95,7 +97,9 @@ bool ReadListedNames(ListedNames& names) {
     return WasRead(list);
 }
 
-bool UserNameOffers::IsFree(const std::string& name) const { return !taken_.contains(name) && !FaultOfNewName(name); }
+bool UserNameOffers::IsFree(const std::string& name) const {
+    return !taken_.contains(name) && !FaultOfNewName(name, RecordKind::User);
+}
 
 std::string UserNameOffers::OfferUserName(std::string_view networkName) {
     const std::string stem = FitStem(networkName);

@@ -33,7 +33,14 @@ void PrinterSlots::Begin(HWND page, std::span<const PrinterSlot> slots, FieldRec
     list_->Begin(page);
     list_->Refill([] { return true; });
     shown_ = 0;
-    ShowFields(page, FieldsOf(slots_.front()), record);
+    ShowFieldsOf(slots_.front());
+}
+
+void PrinterSlots::ShowFieldsOf(const PrinterSlot& slot) {
+    const std::vector<FieldControl> fields = FieldsOf(slot);
+    ShowFields(page_, fields, *record_);
+    if (tips_ != nullptr) DestroyWindow(tips_);
+    tips_ = AddTooltips(page_, fields, *record_);
     EnableFields();
 }
 
@@ -71,8 +78,7 @@ void PrinterSlots::ShowSelected() {
     if (selected.empty() || selected.front() == shown_) return;
     if (const int fault = Take(); fault != 0) return FocusControl(page_, fault);
     shown_ = selected.front();
-    ShowFields(page_, FieldsOf(slots_[shown_]), *record_);
-    EnableFields();
+    ShowFieldsOf(slots_[shown_]);
 }
 
 void PrinterSlots::ChangePrinter() {

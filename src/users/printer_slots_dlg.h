@@ -48,8 +48,10 @@ class PrinterSlots : public RowModel {
   private:
     [[nodiscard]] std::vector<FieldControl> FieldsOf(const PrinterSlot& slot) const;
     void EnableFields() const;
+    void ShowFieldsOf(const PrinterSlot& slot);
 
     HWND page_ = nullptr;
+    HWND tips_ = nullptr; // for the keys of the slot
     std::span<const PrinterSlot> slots_;
     FieldRecord* record_ = nullptr;
     std::string empty_;

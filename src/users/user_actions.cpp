@@ -119,17 +119,21 @@ std::size_t CreateAllDirectories(std::span<const NamedRecord> added, RecordKind 
 
 } // namespace
 
-std::optional<std::string> FaultOfNewName(std::string_view name) {
+std::optional<std::string> FaultOfNewName(std::string_view name, RecordKind kind) {
     const std::string shown = CleanLine(name);
     if (name.empty() || name.size() > RecordName::kLimit) return FillMessage(kNameLength, shown);
     if (IsDefaultName(name)) return FillMessage(kNameInBrackets, shown);
     const std::string_view fault = platform::FaultOfFileName(name);
     if (!fault.empty()) return FillMessage(kNotADirectoryName, shown, fault);
-    return {};
+    const char mark = Switches().UserGroupIdentifier;
+    const bool isMarked = ToUpper(name.front()) == mark;
+    if (isMarked == (kind == RecordKind::Group)) return {};
+    if (isMarked) return FillMessage(kNameHasGroupMark, shown, std::string(1, mark));
+    return FillMessage(kNameLacksGroupMark, shown, std::string(1, mark));
 }
 
-bool CheckNewName(UserList& list, std::string_view name) {
-    if (const auto fault = FaultOfNewName(name)) {
+bool CheckNewName(UserList& list, std::string_view name, RecordKind kind) {
+    if (const auto fault = FaultOfNewName(name, kind)) {
         ShowError("%s", *fault);
         return false;
     }
@@ -141,7 +145,7 @@ bool CheckNewName(UserList& list, std::string_view name) {
 }
 
 bool CheckNewUser(UserList& list, std::string_view name, const UserRecord& record, RecordKind kind) {
-    return CheckNewName(list, name) && (kind == RecordKind::Group || CheckGroup(list, record));
+    return CheckNewName(list, name, kind) && (kind == RecordKind::Group || CheckGroup(list, record));
 }
 
 bool CheckGroup(UserList& list, const UserRecord& record) {

@@ -20,15 +20,16 @@ namespace bv {
 bool CheckNewUser(UserList& list, std::string_view name, const UserRecord& record, RecordKind kind);
 
 // Whether a new record can have the name: it passes FaultOfNewName and is neither a user's nor a group's. False after
-// 9020 to 9023 or 9011.
-bool CheckNewName(UserList& list, std::string_view name);
+// 9020 to 9023, 9232, 9233 or 9011.
+bool CheckNewName(UserList& list, std::string_view name, RecordKind kind);
 
 // Whether the record's Group: is empty or a user group of the list. False after 9024 or 9011.
 bool CheckGroup(UserList& list, const UserRecord& record);
 
 // The message that says why no new record can have the name: 9020 for its length, 9021 for a "(" at its front, 9022
-// when directories cannot have it; none without a fault.
-std::optional<std::string> FaultOfNewName(std::string_view name);
+// when directories cannot have it, 9232 and 9233 when a user's name begins with the mark of groups or a group's does
+// not; none without a fault. Records that are there keep their names, whatever these are.
+std::optional<std::string> FaultOfNewName(std::string_view name, RecordKind kind);
 
 // Each of the next four returns whether everything was done as asked; when not, a message has said why (except a
 // question answered No).

@@ -60,7 +60,7 @@ bool CheckRecord(UserDialog& context) {
     UserList list;
     if (!list) return false;
     const RecordEntry& entry = context.Entry;
-    if (entry.IsNew() && !CheckNewName(list, entry.Name())) {
+    if (entry.IsNew() && !CheckNewName(list, entry.Name(), entry.Kind())) {
         const bool isGroup = IsGroup(context);
         context.Pages.Show(0, isGroup ? ID_GROUP_NAME : ID_USER_NAME);
         return false;

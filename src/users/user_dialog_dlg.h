@@ -15,6 +15,8 @@
 #include "users/printer_slots_dlg.h"
 #include "users/time_range_dlg.h"
 #include "users/user_entry.h"
+#include "users/user_messages.h"
+#include "voice/messages.h"
 
 namespace bv {
 
@@ -23,12 +25,17 @@ class RecordFields : public FieldRecord {
   public:
     explicit RecordFields(RecordEntry& entry) : entry_(entry) {}
 
-    [[nodiscard]] std::string TextOf(std::string_view key) const override { return Key(key).Show(entry_.After()); }
+    [[nodiscard]] std::string TextOf(std::string_view key) const override {
+        return Key(key).Field.Text(entry_.After());
+    }
     std::optional<std::string> Enter(std::string_view key, std::string_view text) override {
         return entry_.Enter(key, text);
     }
-    [[nodiscard]] std::size_t LimitOf(std::string_view key) const override { return Key(key).Rule.Limit; }
-    [[nodiscard]] std::string Describe(std::string_view key) const override { return DescribeValues(Key(key).Rule); }
+    [[nodiscard]] std::size_t LimitOf(std::string_view key) const override { return Key(key).Field.Rule.Limit; }
+    [[nodiscard]] std::string Describe(std::string_view key) const override {
+        if (key == "Name") return FillMessage(kNameStays);
+        return TooltipOf(HelpOf(Key(key), entry_.Kind()));
+    }
 
   private:
     [[nodiscard]] const RecordKey& Key(std::string_view key) const { return *FindRecordKey(entry_.Kind(), key); }

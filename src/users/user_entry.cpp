@@ -27,7 +27,7 @@ std::vector<std::string> LinesOf(std::string_view key, std::string_view body) {
 std::optional<std::string> LineThatLifts(std::string_view body) {
     for (const PermissionKey& permission : kPermissionKeys) {
         const bool isOurs =
-            std::ranges::any_of(RecordKeys(), [&](const auto& row) { return row.Key == permission.Key; });
+            std::ranges::any_of(RecordKeys(), [&](const auto& row) { return row.Field.Key == permission.Key; });
         if (isOurs) continue;
         for (const std::string& line : LinesOf(permission.Key, body)) {
             std::uint8_t flags = 0;
@@ -37,10 +37,26 @@ std::optional<std::string> LineThatLifts(std::string_view body) {
     return {};
 }
 
+// The record that lines are read as.
+UserRecord ReadLines(const std::string& lines, RecordKind kind, bool isDefault) {
+    platform::OverlayFiles memory;
+    constexpr platform::OpenRequest kNew = {platform::Access::ReadWrite, platform::Deny::Nothing,
+                                            platform::Creation::CreateOrTruncate};
+    const std::string path = "C:\\RECORD";
+    ControlStream stream(memory.Open(path, kNew).Opened, path);
+    stream.Write(lines);
+    stream.Rewind();
+    UserRecord record;
+    ReadRecordBody(stream, kind, isDefault, record);
+    return record;
+}
+
 } // namespace
 
 const RecordKey* FindRecordKey(RecordKind kind, std::string_view name) {
-    const auto isWanted = [=](const RecordKey& key) { return HasKey(key, kind) && EqualFolded(KeyName(key), name); };
+    const auto isWanted = [=](const RecordKey& key) {
+        return HasKey(key, kind) && EqualFolded(key.Field.Name(), name);
+    };
     const auto found = std::ranges::find_if(RecordKeys(), isWanted);
     return found == RecordKeys().end() ? nullptr : &*found;
 }
@@ -52,9 +68,9 @@ std::optional<std::string> EnterValue(UserRecord& record, RecordKind kind, std::
         const char* const records = kind == RecordKind::User ? "users" : "groups";
         return FillMessage(kNoSuchKey, CleanLine(keyName), CleanLine(value), records);
     }
-    if (key->Enter(record, value)) return {};
-    auto fault = FaultOfValue(KeyName(*key), key->Rule, value);
-    return fault ? fault : NotAValue(KeyName(*key), key->Rule, value);
+    if (key->Field.Store(record, value)) return {};
+    auto fault = FaultOfValue(key->Field.Name(), key->Field.Rule, value);
+    return fault ? fault : NotAValue(key->Field.Name(), key->Field.Rule, value);
 }
 
 std::optional<StoredRecord> BeginningOf(RecordKind kind, const std::string& like) {
@@ -83,8 +99,8 @@ RecordEntry RecordEntry::OfNew(RecordKind kind, std::string name, StoredRecord d
 
 std::optional<std::string> RecordEntry::Enter(std::string_view keyName, std::string_view value) {
     const RecordKey* key = FindRecordKey(kind_, keyName);
-    const bool isAsStored = key != nullptr && value == key->Show(stored_.Record);
-    if (!isAsStored || value != key->Show(after_)) {
+    const bool isAsStored = key != nullptr && value == key->Field.Text(stored_.Record);
+    if (!isAsStored || value != key->Field.Text(after_)) {
         auto fault = EnterValue(after_, kind_, keyName, value);
         if (fault && !isAsStored) return fault;
         if (fault) key->Read(after_, value); // what the file has is taken back, whether it could be entered or not
@@ -96,26 +112,17 @@ std::optional<std::string> RecordEntry::Enter(std::string_view keyName, std::str
 bool RecordEntry::IsEntered(const RecordKey& key) const { return std::ranges::find(entered_, &key) != entered_.end(); }
 
 UserRecord RecordEntry::ReadBack() const {
-    platform::OverlayFiles memory;
-    constexpr platform::OpenRequest kNew = {platform::Access::ReadWrite, platform::Deny::Nothing,
-                                            platform::Creation::CreateOrTruncate};
-    const std::string path = "C:\\RECORD";
-    ControlStream stream(memory.Open(path, kNew).Opened, path);
-    stream.Write(UserRecordLines(stored_.Name, after_, stored_.Body, kind_));
-    stream.Rewind();
-    UserRecord readBack;
-    ReadRecordBody(stream, kind_, IsDefaultName(stored_.Name), readBack);
-    return readBack;
+    return ReadLines(UserRecordLines(stored_.Name, after_, stored_.Body, kind_), kind_, IsDefaultName(stored_.Name));
 }
 
 // What would not come back when it is written says nothing: writing it would not make it what it reads as.
 bool RecordEntry::SaysOtherwise(const RecordKey& key, const UserRecord& readBack) const {
-    const std::string inForce = key.Show(stored_.Record);
-    if (key.Show(readBack) != inForce) return false;
-    return std::ranges::any_of(LinesOf(key.Key, stored_.Body), [&](const std::string& line) {
+    const std::string inForce = key.Field.Text(stored_.Record);
+    if (key.Field.Text(readBack) != inForce) return false;
+    return std::ranges::any_of(LinesOf(key.Field.Key, stored_.Body), [&](const std::string& line) {
         const std::string_view value = KeyValue(line).value_or("");
         UserRecord said = stored_.Record;
-        return value != inForce && (!key.Enter(said, value) || key.Show(said) != inForce);
+        return value != inForce && (!key.Field.Store(said, value) || key.Field.Text(said) != inForce);
     });
 }
 
@@ -127,21 +134,21 @@ bool RecordEntry::IsToBeWritten() const {
 }
 
 std::string RecordEntry::WhyNotKept(const RecordKey& key, const UserRecord& readBack) const {
-    const std::string value = key.Show(after_);
+    const std::string value = key.Field.Text(after_);
     const auto lifting = LineThatLifts(stored_.Body);
-    if (lifting && (key.Key == kDialKey || key.Key == kSendTimeKey)) {
-        return FormatText("%s: \"%s\" does not count beside the line \"%s\", which lifts every limit", KeyName(key),
+    if (lifting && (key.Field.Key == kDialKey || key.Field.Key == kSendTimeKey)) {
+        return FormatText("%s: \"%s\" does not count beside the line \"%s\", which lifts every limit", key.Field.Name(),
                           value, *lifting);
     }
-    return FormatText("%s: \"%s\" is not kept with the other values; \"%s\" would come back", KeyName(key), value,
-                      key.Show(readBack));
+    return FormatText("%s: \"%s\" is not kept with the other values; \"%s\" would come back", key.Field.Name(), value,
+                      key.Field.Text(readBack));
 }
 
 std::optional<RecordEntry::Fault> RecordEntry::FaultOfWhole() const {
     if (entered_.empty() || !IsToBeWritten()) return {};
     const UserRecord readBack = ReadBack();
     for (const RecordKey* key : entered_) {
-        if (key->Show(after_) != key->Show(readBack)) return Fault{key, WhyNotKept(*key, readBack)};
+        if (key->Field.Text(after_) != key->Field.Text(readBack)) return Fault{key, WhyNotKept(*key, readBack)};
     }
     return {};
 }
@@ -151,12 +158,20 @@ std::vector<RecordEntry::Change> RecordEntry::Changes() const {
     if (!IsToBeWritten()) return changes;
     const UserRecord readBack = ReadBack();
     for (const RecordKey& key : RecordKeys()) {
-        if (!HasKey(key, kind_) || key.Show(stored_.Record) == key.Show(readBack)) continue;
-        const std::string text =
-            FormatText("%s: \"%s\" to \"%s\"", KeyName(key), key.Show(stored_.Record), key.Show(readBack));
+        if (!HasKey(key, kind_) || key.Field.Text(stored_.Record) == key.Field.Text(readBack)) continue;
+        const std::string text = FormatText("%s: \"%s\" to \"%s\"", key.Field.Name(), key.Field.Text(stored_.Record),
+                                            key.Field.Text(readBack));
         changes.push_back({&key, text, IsEntered(key)});
     }
     return changes;
+}
+
+KeyHelp HelpOf(const RecordKey& key, RecordKind kind) {
+    return {std::string(key.Field.Key),
+            std::string(key.Meaning),
+            DescribeValues(key.Field.Rule),
+            key.Field.Text(ReadLines({}, kind, false)),
+            {}};
 }
 
 } // namespace bv

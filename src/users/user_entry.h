@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "ctlfile/key_help.h"
 #include "users/user_list.h"
 #include "users/user_record.h"
 
@@ -14,9 +15,6 @@ namespace bv {
 
 // The key of that name, without its colon and in any case, in the records of the kind; none without one.
 const RecordKey* FindRecordKey(RecordKind kind, std::string_view name);
-
-// The name of a key without its colon.
-constexpr std::string_view KeyName(const RecordKey& key) { return key.Key.substr(0, key.Key.size() - 1); }
 
 // Puts a value into the record. Returns a sentence that names key and value, and the record stays, when the kind has no
 // such key or the key cannot have the value.
@@ -80,5 +78,8 @@ class RecordEntry {
     bool isNew_ = false;
     std::vector<const RecordKey*> entered_;
 };
+
+// What a person is told of a key: its default is that of a record without lines.
+KeyHelp HelpOf(const RecordKey& key, RecordKind kind);
 
 } // namespace bv

@@ -18,14 +18,14 @@ using IsWanted = std::function<bool(std::string_view name)>;
 std::optional<std::string> RowsAsCsv(const IsWanted& isWanted) {
     std::string text = "Name";
     for (const RecordKey& key : RecordKeys()) {
-        if (HasKey(key, RecordKind::User)) text.append(",").append(KeyName(key));
+        if (HasKey(key, RecordKind::User)) text.append(",").append(key.Field.Name());
     }
     text += kLineEnd;
     const auto addRow = [&](const StoredRecord& user) {
         if (IsDefaultName(user.Name) || !isWanted(user.Name)) return true;
         text += CsvText(user.Name);
         for (const RecordKey& key : RecordKeys()) {
-            if (HasKey(key, RecordKind::User)) text.append(",").append(CsvText(key.Show(user.Record)));
+            if (HasKey(key, RecordKind::User)) text.append(",").append(CsvText(key.Field.Text(user.Record)));
         }
         text += kLineEnd;
         return true;

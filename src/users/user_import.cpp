@@ -83,14 +83,16 @@ class RowJudge {
     }
 
     void CheckNewName(const std::string& name, const KnownRecords& known, RowVerdict& verdict) const {
-        if (const auto fault = FaultOfNewName(name)) AddFault(verdict, nameAt_, *fault);
-        if (known.Groups.contains(UpperText(name))) AddFault(verdict, nameAt_, FillMessage(kNameTaken, name));
+        if (const auto fault = FaultOfNewName(name, kUser))
+            AddFault(verdict, nameAt_, *fault);
+        else if (known.Groups.contains(UpperText(name)))
+            AddFault(verdict, nameAt_, FillMessage(kNameTaken, name));
     }
 
     void EnterField(const std::string& value, std::size_t at, const KnownRecords& known, RecordEntry& entry,
                     RowVerdict& verdict) const {
         const std::string_view key = names_[columns_[at]];
-        const bool isInForce = value == FindRecordKey(kUser, key)->Show(entry.Before());
+        const bool isInForce = value == FindRecordKey(kUser, key)->Field.Text(entry.Before());
         if (const auto fault = entry.Enter(key, value)) AddFault(verdict, at, *fault);
         const bool isGroup = key == "Group" && !value.empty() && !isInForce;
         if (isGroup && !known.Groups.contains(UpperText(value)))
@@ -104,7 +106,7 @@ class RowJudge {
 
     // The column of a key in the file; that of the name for a key that is not there.
     [[nodiscard]] std::size_t ColumnOf(const RecordKey& key) const {
-        const auto isKey = [&](std::size_t column) { return names_[column] == KeyName(key); };
+        const auto isKey = [&](std::size_t column) { return names_[column] == key.Field.Name(); };
         const auto found = std::ranges::find_if(columns_, isKey);
         return 1 + (found == columns_.end() ? nameAt_ : static_cast<std::size_t>(found - columns_.begin()));
     }
@@ -119,7 +121,7 @@ class RowJudge {
 
 UserImport::UserImport() : columns_{kNameColumn} {
     for (const RecordKey& key : RecordKeys()) {
-        if (HasKey(key, kUser)) columns_.push_back(KeyName(key));
+        if (HasKey(key, kUser)) columns_.push_back(key.Field.Name());
     }
 }
 

@@ -12,7 +12,7 @@ std::string WhoseRecord(const RecordEntry& entry) {
 }
 
 bool OverwritesTheirs(const RecordEntry& entry, const RecordKey& key, const std::string& theirs) {
-    const std::string value = FormatText("%s: \"%s\"", KeyName(key), theirs);
+    const std::string value = FormatText("%s: \"%s\"", key.Field.Name(), theirs);
     return AskWarning(kOverwriteTheirs, WhoseRecord(entry), value);
 }
 
@@ -31,12 +31,12 @@ std::optional<RecordEntry> OnTopOfTheList(const RecordEntry& entry) {
     RecordEntry merged(entry.Kind(), std::move(*now));
     const UserRecord theirs = merged.Before();
     for (const RecordKey& key : RecordKeys()) {
-        const std::string mine = key.Show(entry.After());
-        const std::string before = key.Show(entry.Before());
-        const std::string nowThere = key.Show(theirs);
+        const std::string mine = key.Field.Text(entry.After());
+        const std::string before = key.Field.Text(entry.Before());
+        const std::string nowThere = key.Field.Text(theirs);
         if (!HasKey(key, entry.Kind()) || mine == before || mine == nowThere) continue;
         if (nowThere != before && !OverwritesTheirs(entry, key, nowThere)) continue;
-        merged.Enter(KeyName(key), mine);
+        merged.Enter(key.Field.Name(), mine);
     }
     return merged;
 }

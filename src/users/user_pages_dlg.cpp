@@ -27,6 +27,10 @@ constexpr FieldControl kFullname[] = {{ID_USER_FULLNAME, "Fullname"}};
 constexpr FieldControl kNetworkNames[] = {
     {ID_USER_USERNAME, "Username"}, {ID_USER_NETWARE, "Netware"}, {ID_USER_LANMANAGER, "LanManager"}};
 
+constexpr FieldControl kGeneralTips[] = {{ID_USER_NAME, "Name"},       {ID_USER_FULLNAME, "Fullname"},
+                                         {ID_USER_GROUP, "Group"},     {ID_USER_USERNAME, "Username"},
+                                         {ID_USER_NETWARE, "Netware"}, {ID_USER_LANMANAGER, "LanManager"}};
+
 bool HasSameNames(const UserDialog& context) {
     const std::string name = context.Fields.TextOf("Username");
     return context.Fields.TextOf("Netware") == name && context.Fields.TextOf("LanManager") == name;
@@ -51,7 +55,7 @@ void FillGeneral(HWND page, UserDialog& context) {
     if (!context.Entry.IsNew()) SendDlgItemMessageA(page, ID_USER_NAME, EM_SETREADONLY, TRUE, 0);
     ShowFields(page, kFullname, context.Fields);
     ShowFields(page, kNetworkNames, context.Fields);
-    AddTooltips(page, kNetworkNames, context.Fields);
+    AddTooltips(page, kGeneralTips, context.Fields);
     context.Group.Begin(page, ID_USER_GROUP, ID_USER_CHOOSE_GROUP, kGroupNames, FillMessage(kNoGroupWords));
     context.Group.Put(context.Fields.TextOf("Group"));
     Tick(page, ID_USER_SAME_NAME, HasSameNames(context));
@@ -104,10 +108,13 @@ std::uint32_t TicksOf(std::uint8_t flags) {
 void FillPermissions(HWND page, UserDialog& context) {
     std::vector<CheckList::Row> rows;
     for (const PermissionRow& row : kPermissionRows)
-        rows.push_back({row.Text, row.Key.empty() ? "GroupAdmin (only shown)" : std::string(row.Key), row.Key.empty()});
+        rows.push_back(
+            {row.Text, row.Key.empty() ? "GroupAdmin (only shown)" : std::string(row.Key), row.Key.empty(),
+             row.Key.empty() ? std::string() : FormatText("%s: %s", row.Key, context.Fields.Describe(row.Key))});
     constexpr int kWhatUnits = 172;
     context.Permissions.Begin(page, ID_PERMISSIONS, "Permission", "Key", kWhatUnits, rows);
     context.Permissions.SetMask(TicksOf(context.Entry.After().Permissions.Flags));
+    SetText(page, ID_PERMISSIONS_HINT, FillMessage(kGroupAdministratorStays));
     EnableControl(page, ID_PERMISSIONS_DEFAULT, !IsDefaultName(context.Entry.Name()));
 }
 
@@ -137,6 +144,9 @@ constexpr DialogPlan<UserDialog> kPermissions{HELP_USER_PERMISSIONS, FillPermiss
 
 void FillTimes(HWND page, UserDialog& context) {
     context.Times.Begin(page, ID_TIMES, context.Fields.TextOf("SendTime"));
+    std::vector<FieldControl> tips;
+    for (int control = kTimeAny; control <= kTimeClearDays; ++control) tips.push_back({ID_TIMES + control, "SendTime"});
+    AddTooltips(page, tips, context.Fields);
     context.TimesShown = context.Times.Text();
 }
 
@@ -181,6 +191,8 @@ void FillDial(HWND page, UserDialog& context) {
     context.DialClasses.Begin(page, ID_DIAL_CLASSES, "Numbers", "", kWhatUnits, rows);
     context.DialClasses.SetMask(context.Entry.After().Permissions.DialMask & kEveryDialClass);
     ShowDialLine(page, context);
+    constexpr FieldControl kTips[] = {{ID_DIAL_CLASSES, "Dial"}};
+    AddTooltips(page, kTips, context.Fields);
 }
 
 int TakeDial(HWND, UserDialog& context) {
@@ -249,6 +261,8 @@ void EnableWords(HWND page, const PrintOption& option) {
 void ShowOption(HWND page, const UserDialog& context, const PrintOption& option) {
     Tick(page, option.Default, context.Fields.TextOf(option.Key) == kAsServer);
     ShowFields(page, {&option.Words, 1}, context.Fields);
+    const FieldControl tips[] = {{option.Default, option.Key}, option.Words};
+    AddTooltips(page, tips, context.Fields);
     EnableWords(page, option);
 }
 
@@ -313,6 +327,10 @@ constexpr DialogPlan<UserDialog> kPrint{HELP_USER_PRINT, FillPrint, kPrintComman
 constexpr FieldControl kMailFields[] = {{ID_MAIL_INBOX, "MailInbox", FieldForm::Check},
                                         {ID_MAIL_GATEWAY, "MailGateway", FieldForm::Check}};
 constexpr FieldControl kMailName[] = {{ID_MAIL_NAME, "MailName"}};
+constexpr FieldControl kMailTips[] = {{ID_MAIL_INBOX, "MailInbox"},
+                                      {ID_MAIL_GATEWAY, "MailGateway"},
+                                      {ID_MAIL_PROFILE, "MailName"},
+                                      {ID_MAIL_NAME, "MailName"}};
 constexpr const char* kProfile = "*";
 
 bool IsProfileName(std::string_view name) { return name.starts_with('(') || name.starts_with('*'); }
@@ -331,8 +349,7 @@ void EnableMail(HWND page, UserDialog&) {
 void FillMail(HWND page, UserDialog& context) {
     ShowFields(page, kMailFields, context.Fields);
     ShowFields(page, kMailName, context.Fields);
-    AddTooltips(page, kMailFields, context.Fields);
-    AddTooltips(page, kMailName, context.Fields);
+    AddTooltips(page, kMailTips, context.Fields);
     Tick(page, ID_MAIL_PROFILE, IsProfileName(context.Fields.TextOf("MailName")));
     EnableMail(page, context);
 }

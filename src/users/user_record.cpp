@@ -265,59 +265,73 @@ struct SendTime {
 // --- The table ---
 
 template <class Form>
-constexpr RecordKey Row(std::string_view key, RecordSet readIn, RecordSet writtenIn) {
-    return {key, readIn, writtenIn, Form::Read, Form::Write, Form::Show, Form::Enter, Form::kRule};
+constexpr RecordKey Row(std::string_view key, RecordSet readIn, RecordSet writtenIn, std::string_view meaning) {
+    return {{key, Form::kRule, Form::Show, Form::Enter}, meaning, readIn, writtenIn, Form::Read, Form::Write};
 }
 
 template <PermissionFlag kFlag>
-constexpr RecordKey PermissionRow() {
-    return Row<Permission<kFlag>>(Permission<kFlag>::kKey.Key, kNoRecords, kUsers);
+constexpr RecordKey PermissionRow(std::string_view meaning) {
+    return Row<Permission<kFlag>>(Permission<kFlag>::kKey.Key, kNoRecords, kUsers, meaning);
 }
 
 template <auto kPrinter, auto kField>
-constexpr RecordKey PrinterRow(std::string_view key, RecordSet records) {
-    return Row<Text<kPrinter, kField>>(key, records, records);
+constexpr RecordKey PrinterRow(std::string_view key, RecordSet records, std::string_view meaning) {
+    return Row<Text<kPrinter, kField>>(key, records, records, meaning);
 }
+
+constexpr std::string_view kBin = "The paper bin of that printer.";
+constexpr std::string_view kPaper = "The paper of that printer.";
+constexpr std::string_view kSquashed = "Whether a fax is made smaller to fit that paper, in height only or both ways.";
 
 using R = UserRecord;
 using P = PrinterChoice;
 
 constexpr RecordKey kRecordKeys[] = {
-    Row<PlainText<&R::Fullname>>("Fullname:", kNamedRecords, kAllRecords),
-    Row<GroupName>("Group:", kNamedUsers, kUsers),
-    Row<PlainText<&R::Username>>("Username:", kNamedUsers, kUsers),
-    Row<PlainText<&R::Netware>>("Netware:", kNamedUsers, kUsers),
-    Row<PlainText<&R::LanManager>>("LanManager:", kNamedUsers, kUsers),
-    PrinterRow<&R::PrintSent, &P::Device>("PrintSentDevice:", kUsers),
-    PrinterRow<&R::PrintSent, &P::Bin>("PrintSentBin:", kUsers),
-    PrinterRow<&R::PrintSent, &P::Paper>("PrintSentPaper:", kUsers),
-    Row<Squash<&R::PrintSent>>("PrintSentSquash:", kAllRecords, kUsers),
-    PrinterRow<&R::PrintSent2, &P::Device>("PrintSentDevice2:", kUsers),
-    PrinterRow<&R::PrintSent2, &P::Bin>("PrintSentBin2:", kUsers),
-    PrinterRow<&R::PrintSent2, &P::Paper>("PrintSentPaper2:", kUsers),
-    Row<Squash<&R::PrintSent2>>("PrintSentSquash2:", kAllRecords, kUsers),
-    PrinterRow<&R::PrintRecd, &P::Device>("PrintRecdDevice:", kAllRecords),
-    PrinterRow<&R::PrintRecd, &P::Bin>("PrintRecdBin:", kAllRecords),
-    PrinterRow<&R::PrintRecd, &P::Paper>("PrintRecdPaper:", kAllRecords),
-    Row<Squash<&R::PrintRecd>>("PrintRecdSquash:", kAllRecords, kUsers),
-    Row<GroupSquash>("PrintRecdSquash:", kNoRecords, kGroups),
-    PrinterRow<&R::PrintRecd2, &P::Device>("PrintRecdDevice2:", kAllRecords),
-    PrinterRow<&R::PrintRecd2, &P::Bin>("PrintRecdBin2:", kAllRecords),
-    PrinterRow<&R::PrintRecd2, &P::Paper>("PrintRecdPaper2:", kAllRecords),
-    Row<Squash<&R::PrintRecd2>>("PrintRecdSquash2:", kAllRecords, kAllRecords),
-    Row<PrintOptions<SentOptions>>("PrintSentOptions:", kUsers, kUsers),
-    Row<PrintOptions<RecdOptions>>("PrintRecdOptions:", kAllRecords, kAllRecords),
-    Row<YesOrNo<&R::MailInbox>>("MailInbox:", kAllRecords, kUsers),
-    Row<YesOrNo<&R::MailGateway>>("MailGateway:", kAllRecords, kUsers),
-    Row<MailName>("MailName:", kAllRecords, kUsers),
-    PermissionRow<kNetworkEdit>(),
-    PermissionRow<kUrgent>(),
-    PermissionRow<kAdmin>(),
-    PermissionRow<kRushToTop>(),
-    PermissionRow<kPrivateEdit>(),
-    PermissionRow<kSubmitAny>(),
-    Row<Dial>(kDialKey, kNoRecords, kUsers),
-    Row<SendTime>(kSendTimeKey, kNoRecords, kUsers),
+    Row<PlainText<&R::Fullname>>("Fullname:", kNamedRecords, kAllRecords, "What others see beside the name."),
+    Row<GroupName>("Group:", kNamedUsers, kUsers, "The group that the user belongs to."),
+    Row<PlainText<&R::Username>>("Username:", kNamedUsers, kUsers,
+                                 "The name with which the user logs in to the network."),
+    Row<PlainText<&R::Netware>>("Netware:", kNamedUsers, kUsers,
+                                "The name on a NetWare network; without one, the user name."),
+    Row<PlainText<&R::LanManager>>("LanManager:", kNamedUsers, kUsers,
+                                   "The name on a LAN Manager network; without one, the user name."),
+    PrinterRow<&R::PrintSent, &P::Device>("PrintSentDevice:", kUsers,
+                                          "The printer for sent faxes; without one, what the server's settings say."),
+    PrinterRow<&R::PrintSent, &P::Bin>("PrintSentBin:", kUsers, kBin),
+    PrinterRow<&R::PrintSent, &P::Paper>("PrintSentPaper:", kUsers, kPaper),
+    Row<Squash<&R::PrintSent>>("PrintSentSquash:", kAllRecords, kUsers, kSquashed),
+    PrinterRow<&R::PrintSent2, &P::Device>("PrintSentDevice2:", kUsers, "A second printer for sent faxes."),
+    PrinterRow<&R::PrintSent2, &P::Bin>("PrintSentBin2:", kUsers, kBin),
+    PrinterRow<&R::PrintSent2, &P::Paper>("PrintSentPaper2:", kUsers, kPaper),
+    Row<Squash<&R::PrintSent2>>("PrintSentSquash2:", kAllRecords, kUsers, kSquashed),
+    PrinterRow<&R::PrintRecd, &P::Device>(
+        "PrintRecdDevice:", kAllRecords,
+        "The printer for received faxes; without one, what the server's settings say."),
+    PrinterRow<&R::PrintRecd, &P::Bin>("PrintRecdBin:", kAllRecords, kBin),
+    PrinterRow<&R::PrintRecd, &P::Paper>("PrintRecdPaper:", kAllRecords, kPaper),
+    Row<Squash<&R::PrintRecd>>("PrintRecdSquash:", kAllRecords, kUsers, kSquashed),
+    Row<GroupSquash>("PrintRecdSquash:", kNoRecords, kGroups, kSquashed),
+    PrinterRow<&R::PrintRecd2, &P::Device>("PrintRecdDevice2:", kAllRecords, "A second printer for received faxes."),
+    PrinterRow<&R::PrintRecd2, &P::Bin>("PrintRecdBin2:", kAllRecords, kBin),
+    PrinterRow<&R::PrintRecd2, &P::Paper>("PrintRecdPaper2:", kAllRecords, kPaper),
+    Row<Squash<&R::PrintRecd2>>("PrintRecdSquash2:", kAllRecords, kAllRecords, kSquashed),
+    Row<PrintOptions<SentOptions>>(
+        "PrintSentOptions:", kUsers, kUsers,
+        "What is printed of a sent fax: the report, the fax itself, or what the server's settings say."),
+    Row<PrintOptions<RecdOptions>>("PrintRecdOptions:", kAllRecords, kAllRecords,
+                                   "What is printed of a received fax, and whether it is then deleted."),
+    Row<YesOrNo<&R::MailInbox>>("MailInbox:", kAllRecords, kUsers, "Received faxes go to the user's mail inbox."),
+    Row<YesOrNo<&R::MailGateway>>("MailGateway:", kAllRecords, kUsers, "The user can send faxes by mail."),
+    Row<MailName>("MailName:", kAllRecords, kUsers,
+                  "The user's name in the mail system; kept only with inbox or gateway."),
+    PermissionRow<kNetworkEdit>("May edit messages over the network."),
+    PermissionRow<kUrgent>("May send urgent messages."),
+    PermissionRow<kAdmin>("Is an administrator."),
+    PermissionRow<kRushToTop>("May move messages to the top of the queue."),
+    PermissionRow<kPrivateEdit>("May edit private messages."),
+    PermissionRow<kSubmitAny>("May submit on behalf of any user."),
+    Row<Dial>(kDialKey, kNoRecords, kUsers, "Which numbers the user may dial."),
+    Row<SendTime>(kSendTimeKey, kNoRecords, kUsers, "When the user's faxes are sent."),
 };
 
 RecordSet SetOf(RecordKind kind, bool isDefault) {
@@ -327,7 +341,7 @@ RecordSet SetOf(RecordKind kind, bool isDefault) {
 
 // Whether a line of a record has any key of the table.
 bool IsKeyLine(std::string_view line) {
-    const auto begins = [line](const RecordKey& key) { return BeginsWith(line, key.Key); };
+    const auto begins = [line](const RecordKey& key) { return BeginsWith(line, key.Field.Key); };
     return BeginsWith(line, kNameKey) || std::ranges::any_of(kRecordKeys, begins);
 }
 
@@ -337,7 +351,7 @@ void ReadKeys(ControlStream& list, RecordSet records, UserRecord& record) {
     while (ReadControlLine(list, line) && !IsParagraphLine(line)) {
         for (std::size_t i = 0; i < seen.size(); ++i) {
             const RecordKey& key = kRecordKeys[i];
-            if (seen[i] || (key.ReadIn & records) == 0 || !BeginsWith(line, key.Key)) continue;
+            if (seen[i] || (key.ReadIn & records) == 0 || !BeginsWith(line, key.Field.Key)) continue;
             key.Read(record, KeyValue(line).value_or(""));
             seen[i] = true;
         }
@@ -387,7 +401,7 @@ std::string UserRecordLines(std::string_view name, const UserRecord& record, std
     add(kNameKey, std::string(name));
     for (const RecordKey& key : kRecordKeys) {
         if (!HasKey(key, kind)) continue;
-        if (const std::optional<std::string> value = key.Write(record)) add(key.Key, *value);
+        if (const std::optional<std::string> value = key.Write(record)) add(key.Field.Key, *value);
     }
     for (std::string_view rest = oldBody.value_or(""); !rest.empty();) {
         const std::string line = CleanLine(TakeLine(rest));

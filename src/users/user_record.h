@@ -73,8 +73,12 @@ enum RecordSet : unsigned {
 
 // One key beside "Name:".
 struct RecordKey {
-    std::string_view Key; // with its colon
-    RecordSet ReadIn;     // the permissions are read by ReadUserPermissions, the words of print options by Read alone
+    // Its text is the value that is in force: that of the file, with "DEFAULT" for print options that are default. What
+    // a person gives is taken by Store: not a value of another form, one over its limit or one that the file would not
+    // give back; its rule says what is taken, as far as one value can say it.
+    KeyField<UserRecord> Field;
+    std::string_view Meaning; // a sentence for a person
+    RecordSet ReadIn; // the permissions are read by ReadUserPermissions, the words of print options by Read alone
     RecordSet WrittenIn;
 
     // Takes a value of the file, or as much of it as counts.
@@ -82,17 +86,6 @@ struct RecordKey {
 
     // The value for its line; none when the line is not written.
     std::optional<std::string> (*Write)(const UserRecord&);
-
-    // The value that is in force, in the form that Enter takes: that of the file, with "DEFAULT" for print options
-    // that are default.
-    std::string (*Show)(const UserRecord&);
-
-    // Takes a value from a person. False, the record as it was, for a value of another form, one over its limit and one
-    // that the file would not give back.
-    bool (*Enter)(UserRecord&, std::string_view value);
-
-    // What Enter takes, as far as a rule of one value can say it.
-    ValueRule Rule;
 };
 
 // In the order in which they are written. A key that the kinds write differently has a row for each; of the rows that a

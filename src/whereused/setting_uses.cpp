@@ -1,6 +1,7 @@
 #include "whereused/setting_uses.h"
 
 #include <functional>
+#include <span>
 #include <string_view>
 
 #include "ctlfile/lines.h"
@@ -15,19 +16,32 @@
 namespace bv {
 namespace {
 
-constexpr struct {
+// A key whose value is a name.
+struct NameKey {
     std::string_view Paragraph; // empty: of any device
     std::string_view Key;
-} kUserKeys[] = {{"", "RecdUser:"}, {"[BSUBMIT]", "User:"}, {"[HPSCAN]", "User:"}};
+};
+constexpr NameKey kUserKeys[] = {{"", "RecdUser:"}, {"[BSUBMIT]", "User:"}, {"[HPSCAN]", "User:"}};
+constexpr std::string_view kPrinting = "[PRINTING]";
+constexpr std::string_view kOlderPrinting = "[QUEUEMAN]";
+constexpr NameKey kPrinterKeys[] = {
+    {kPrinting, "PrintSentDevice:"},  {kPrinting, "PrintSentDevice2:"},     {kPrinting, "PrintRecdDevice:"},
+    {kPrinting, "PrintRecdDevice2:"}, {kOlderPrinting, "PrintSentDevice:"}, {kOlderPrinting, "PrintRecdDevice:"},
+};
+
+std::span<const NameKey> KeysOf(NamedThing kind) {
+    if (kind == NamedThing::Printer) return kPrinterKeys;
+    return kUserKeys;
+}
 
 // Visits the lines that name one of them, each right after it was read.
 using Visitor = std::function<void(const Use& use, std::string_view key)>;
-void VisitUses(ControlStream& file, const NameSet& names, const Visitor& visit) {
+void VisitUses(ControlStream& file, NamedThing kind, const NameSet& names, const Visitor& visit) {
     ControlLine header;
     ControlLine line;
     while (FindParagraph(file, std::nullopt, header)) {
         while (FindKeyLine(file, std::nullopt, line)) {
-            for (const auto& [paragraph, key] : kUserKeys) {
+            for (const auto& [paragraph, key] : KeysOf(kind)) {
                 if (!StartsWithFolded(header.View(), paragraph) || !BeginsWith(line, key)) continue;
                 const std::string_view value = KeyValue(line).value_or("");
                 if (!names.Has(value)) continue;
@@ -42,19 +56,19 @@ void VisitUses(ControlStream& file, const NameSet& names, const Visitor& visit) 
 
 } // namespace
 
-std::optional<std::vector<Use>> FindSettingUses(const NameSet& names) {
+std::optional<std::vector<Use>> FindSettingUses(NamedThing kind, const NameSet& names) {
     ControlStream file = OpenForReading(PathOf(ServerFile::Setup));
     if (!file) return {};
     std::vector<Use> uses;
-    VisitUses(file, names, [&uses](const Use& use, std::string_view) { uses.push_back(use); });
+    VisitUses(file, kind, names, [&uses](const Use& use, std::string_view) { uses.push_back(use); });
     if (!WasRead(file)) return {};
     return uses;
 }
 
-bool ChangeSettingUses(const NameSet& names, const UseChange& change) {
+bool ChangeSettingUses(NamedThing kind, const NameSet& names, const UseChange& change) {
     const auto plan = [&](ControlStream& held) {
         TextEdits edits;
-        VisitUses(held, names, [&](const Use&, std::string_view key) {
+        VisitUses(held, kind, names, [&](const Use&, std::string_view key) {
             edits.push_back(EditLastLine(held, KeyedLine(key, change.By)));
         });
         return edits;

@@ -13,7 +13,10 @@
 #include "routing/routing_uses.h"
 #include "shell/name_set.h"
 #include "shell/server_files.h"
+#include "users/printer_uses.h"
+#include "users/printers.h"
 #include "users/user_list.h"
+#include "users/user_messages.h"
 #include "voice/messages.h"
 #include "whereused/setting_uses.h"
 
@@ -22,9 +25,14 @@ namespace {
 
 using Uses = std::vector<Use>;
 
-std::string_view WordOf(RecordKind kind, const Names& names) {
-    if (kind == RecordKind::User) return names.size() == 1 ? "user" : "users";
-    return names.size() == 1 ? "user group" : "user groups";
+std::string_view WordOf(NamedThing kind, const Names& names) {
+    const bool isOne = names.size() == 1;
+    switch (kind) {
+    case NamedThing::User: return isOne ? "user" : "users";
+    case NamedThing::UserGroup: return isOne ? "user group" : "user groups";
+    case NamedThing::Printer: break;
+    }
+    return isOne ? "printer" : "printers";
 }
 
 std::optional<Uses> FindMembers(const NameSet& groups) {
@@ -56,29 +64,51 @@ bool ChangeMembers(const NameSet& groups, const UseChange& change) {
     return saved.Updated == updates.size();
 }
 
-std::optional<Uses> FindUserUsesOfLcr(const NameSet& names) { return FindLcrUses(LcrName::User, names); }
+std::optional<Uses> FindInUserList(NamedThing kind, const NameSet& names) {
+    return kind == NamedThing::Printer ? FindListPrinterUses(names) : FindMembers(names);
+}
+
+bool ChangeUserList(NamedThing kind, const NameSet& names, const UseChange& change) {
+    return kind == NamedThing::Printer ? ChangeListPrinterUses(names, change) : ChangeMembers(names, change);
+}
+
+std::optional<Uses> FindUsersOfLcr(NamedThing, const NameSet& users) { return FindLcrUses(LcrName::User, users); }
+
+// For what treats all kinds in the same way.
+template <std::optional<Uses> (*kFind)(const NameSet& names)>
+std::optional<Uses> Find(NamedThing, const NameSet& names) {
+    return kFind(names);
+}
+template <bool (*kChange)(const NameSet& names, const UseChange& change)>
+bool Change(NamedThing, const NameSet& names, const UseChange& change) {
+    return kChange(names, change);
+}
+
+constexpr auto kUsers = static_cast<unsigned>(NamedThing::User);
+constexpr auto kGroups = static_cast<unsigned>(NamedThing::UserGroup);
+constexpr auto kPrinters = static_cast<unsigned>(NamedThing::Printer);
 
 // What looks through the files, for which kinds of name, in the order of showing.
 struct Search {
-    bool OfUsers;
-    bool OfGroups;
-    std::optional<Uses> (*Find)(const NameSet& names);
+    unsigned Kinds;
+    std::optional<Uses> (*Find)(NamedThing kind, const NameSet& names);
 };
 constexpr Search kSearches[] = {
-    {false, true, FindMembers},  {true, false, FindUserUsesOfLcr}, {true, true, FindRoutingUses},
-    {true, false, FindMailUses}, {true, true, FindSettingUses},
+    {kGroups | kPrinters, FindInUserList},           {kUsers, FindUsersOfLcr},
+    {kUsers | kGroups, Find<FindRoutingUses>},       {kUsers, Find<FindMailUses>},
+    {kUsers | kGroups | kPrinters, FindSettingUses},
 };
 
 // What changes a file's places, in the order of writing.
 struct UseWriter {
     ServerFile File;
     bool NeedsLock; // of the editors of routing
-    bool (*Change)(const NameSet& names, const UseChange& change);
+    bool (*Change)(NamedThing kind, const NameSet& names, const UseChange& change);
 };
 constexpr UseWriter kWriters[] = {
-    {ServerFile::Rules, true, ChangeRuleUsers},      {ServerFile::Links, true, ChangeLinkAccounts},
-    {ServerFile::Routing, false, ChangeRoutingUses}, {ServerFile::MailList, false, ChangeMailUses},
-    {ServerFile::Setup, false, ChangeSettingUses},   {ServerFile::UserList, false, ChangeMembers},
+    {ServerFile::Rules, true, Change<ChangeRuleUsers>},      {ServerFile::Links, true, Change<ChangeLinkAccounts>},
+    {ServerFile::Routing, false, Change<ChangeRoutingUses>}, {ServerFile::MailList, false, Change<ChangeMailUses>},
+    {ServerFile::Setup, false, ChangeSettingUses},           {ServerFile::UserList, false, ChangeUserList},
 };
 
 // The places in the file that the change makes otherwise.
@@ -89,12 +119,12 @@ std::size_t CountChanged(const Uses& uses, const UseWriter& writer, const UseCha
     }));
 }
 
-bool ChangeFiles(const Uses& uses, const Names& names, const UseChange& change) {
+bool ChangeFiles(const Uses& uses, NamedThing kind, const Names& names, const UseChange& change) {
     const NameSet set(names);
     return std::ranges::all_of(kWriters, [&](const UseWriter& writer) {
         const std::size_t count = CountChanged(uses, writer, change);
         if (count == 0) return true;
-        const bool isChanged = writer.Change(set, change);
+        const bool isChanged = writer.Change(kind, set, change);
         if (isChanged)
             ShowStatus(kPlacesChanged, NameOf(writer.File), count);
         else
@@ -108,19 +138,51 @@ bool NeedsLock(const Uses& uses, const UseChange& change) {
         kWriters, [&](const UseWriter& writer) { return writer.NeedsLock && CountChanged(uses, writer, change) != 0; });
 }
 
-bool ChangeFound(RecordKind kind, const Names& names, const UseChange& change) {
+bool ChangeFound(NamedThing kind, const Names& names, const UseChange& change) {
     const auto uses = FindUses(kind, names);
-    return uses && ChangeFiles(*uses, names, change);
+    return uses && ChangeFiles(*uses, kind, names, change);
+}
+
+// Whether there is such a record, whose name then is as in the list. False after a message.
+bool CheckRecord(RecordKind kind, std::string& name) {
+    UserList list;
+    if (!list) return false;
+    const std::optional<std::string> stored = list.NameOf(name, kind);
+    if (!list.IsRead()) return false;
+    if (!stored || IsDefaultName(name)) {
+        ShowNotFound(name, kind);
+        return false;
+    }
+    name = *stored;
+    return true;
+}
+
+// The same for a printer of the fax server.
+bool CheckPrinter(std::string& name) {
+    std::vector<OfferedPrinter> printers;
+    if (!ReadServerPrinters(printers)) return false;
+    const auto isNamed = [&](const OfferedPrinter& printer) { return EqualFolded(printer.Name, name); };
+    const auto found = std::ranges::find_if(printers, isNamed);
+    if (found == printers.end()) {
+        ShowError(kNoSuchPrinter, name);
+        return false;
+    }
+    name = found->Name;
+    return true;
 }
 
 } // namespace
 
-std::optional<Uses> FindUses(RecordKind kind, const Names& names) {
+RecordKind RecordKindOf(NamedThing kind) {
+    return kind == NamedThing::UserGroup ? RecordKind::Group : RecordKind::User;
+}
+
+std::optional<Uses> FindUses(NamedThing kind, const Names& names) {
     const NameSet set(names);
     Uses uses;
     for (const Search& search : kSearches) {
-        if (!(kind == RecordKind::User ? search.OfUsers : search.OfGroups)) continue;
-        auto found = search.Find(set);
+        if ((search.Kinds & static_cast<unsigned>(kind)) == 0) continue;
+        auto found = search.Find(kind, set);
         if (!found) return {};
         std::ranges::move(*found, std::back_inserter(uses));
     }
@@ -137,46 +199,38 @@ std::string NamesText(const Names& names) {
     return text;
 }
 
-std::string CountText(RecordKind kind, const Names& names, std::size_t count) {
+std::string CountText(NamedThing kind, const Names& names, std::size_t count) {
     if (count == 0) return FillMessage(kUsedNowhere, WordOf(kind, names), NamesText(names));
     return FillMessage(kPlacesWhereUsed, WordOf(kind, names), NamesText(names), count);
 }
 
-bool AgreeToDeletion(RecordKind kind, const Names& names) {
+bool AgreeToDeletion(NamedThing kind, const Names& names) {
     const std::optional<Uses> uses = FindUses(kind, names);
     return uses && AskDespiteUses(*uses, NamesText(names));
 }
 
-bool CheckReplacement(RecordKind kind, const Names& names, std::string& by) {
+bool CheckReplacement(NamedThing kind, const Names& names, std::string& by) {
     if (NameSet(names).Has(by)) {
         ShowError(kReplacedByItself, by);
         return false;
     }
-    UserList list;
-    if (!list) return false;
-    const std::optional<std::string> stored = list.NameOf(by, kind);
-    if (!list.IsRead()) return false;
-    if (!stored || IsDefaultName(by)) {
-        ShowNotFound(by, kind);
-        return false;
-    }
-    by = *stored;
-    return true;
+    return kind == NamedThing::Printer ? CheckPrinter(by) : CheckRecord(RecordKindOf(kind), by);
 }
 
-bool ChangeUses(RecordKind kind, const Names& names, UseChange change) {
+bool ChangeUses(NamedThing kind, const Names& names, UseChange change) {
     if (change.What == UseChange::Kind::Leave) return true;
     if (change.What == UseChange::Kind::TakeOut) change.By.clear();
     if (change.What == UseChange::Kind::Replace && !CheckReplacement(kind, names, change.By)) return false;
     const auto uses = FindUses(kind, names);
     if (!uses) return false;
-    if (!NeedsLock(*uses, change)) return ChangeFiles(*uses, names, change);
+    if (!NeedsLock(*uses, change)) return ChangeFiles(*uses, kind, names, change);
     return RunLcrEditor([&] { return CheckNoPendingRules() && ChangeFound(kind, names, change); });
 }
 
-bool DeleteWithUses(RecordKind kind, const Names& names, const UseChange& change, const SaveProgress& goOn) {
-    const auto records = FindDeletable(names, kind);
-    return records && ChangeUses(kind, names, change) && DeleteRecords(*records, kind, goOn);
+bool DeleteWithUses(NamedThing kind, const Names& names, const UseChange& change, const SaveProgress& goOn) {
+    const RecordKind records = RecordKindOf(kind);
+    const auto found = FindDeletable(names, records);
+    return found && ChangeUses(kind, names, change) && DeleteRecords(*found, records, goOn);
 }
 
 } // namespace bv

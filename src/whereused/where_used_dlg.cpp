@@ -1,10 +1,12 @@
 #include "whereused/where_used_dlg.h"
 
+#include "dialogs/list_dlg.h"
 #include "dialogs/list_view_dlg.h"
 #include "dialogs/name_field_dlg.h"
 #include "dialogs/progress_dlg.h"
 #include "resources/ids.h"
 #include "shell/row_table.h"
+#include "users/printers.h"
 #include "users/user_list.h"
 #include "voice/messages.h"
 #include "whereused/where_used.h"
@@ -17,7 +19,7 @@ constexpr ListPlan kListToLookAt{.List = ID_USES_LIST, .Columns = std::span(kCol
 constexpr ListPlan kListToDelete{.List = ID_USES_LIST, .Columns = kColumns, .Name = "Delete", .IsSorted = false};
 
 struct UseDialog {
-    RecordKind Kind;
+    NamedThing Kind;
     Names Which;
     bool Deletes;
     std::vector<Use> Uses;
@@ -27,15 +29,14 @@ struct UseDialog {
     NameField By{};
 };
 
-RecordKind KindOf(NamedThing kind) { return kind == NamedThing::UserGroup ? RecordKind::Group : RecordKind::User; }
-
 void ReadRows(UseDialog& context) {
     context.Rows.Begin(context.Deletes ? 4 : 3);
+    UseEffects effects(context.Change);
     for (const Use& use : context.Uses) {
         context.Rows.Add(use.Widens ? "!" : "");
         context.Rows.Add(use.File);
         context.Rows.Add(use.Where);
-        if (context.Deletes) context.Rows.Add(EffectText(use, context.Change));
+        if (context.Deletes) context.Rows.Add(effects.TextOf(use));
     }
 }
 
@@ -64,11 +65,30 @@ void Choose(HWND dialog, UseDialog& context) {
     context.Change.What = ChosenKind(dialog);
     context.Change.By = GetText(dialog, ID_USES_BY);
     context.Change.DeleteEmptied = IsDlgButtonChecked(dialog, ID_USES_EMPTIED) == BST_CHECKED;
-    EnableControl(dialog, ID_USES_EMPTIED, context.Change.What == UseChange::Kind::TakeOut);
+    const bool canEmpty = context.Kind == NamedThing::User && context.Change.What == UseChange::Kind::TakeOut;
+    EnableControl(dialog, ID_USES_EMPTIED, canEmpty);
     for (const int control : {ID_USES_BY, ID_USES_CHOOSE})
         EnableControl(dialog, control, context.Change.What == UseChange::Kind::Replace);
     ReadRows(context);
     InvalidateRect(GetDlgItem(dialog, ID_USES_LIST), nullptr, FALSE);
+}
+
+void OfferPrinters(HWND dialog) {
+    std::vector<OfferedPrinter> printers;
+    ReadServerPrinters(printers);
+    ComboBoxTarget list(dialog, ID_USES_BY);
+    for (const OfferedPrinter& printer : printers) list.Add(printer.Name);
+    ShowWindow(GetDlgItem(dialog, ID_USES_CHOOSE), SW_HIDE); // the list has them all
+}
+
+// The list's entry comes into the field only after this.
+void TakeListedPrinter(HWND dialog, UseDialog& context) {
+    if (context.Kind != NamedThing::Printer) return;
+    char name[kPrinterNameLimit + 1] = "";
+    const LRESULT entry = SendDlgItemMessageA(dialog, ID_USES_BY, CB_GETCURSEL, 0, 0);
+    SendDlgItemMessageA(dialog, ID_USES_BY, CB_GETLBTEXT, static_cast<WPARAM>(entry), reinterpret_cast<LPARAM>(name));
+    SetText(dialog, ID_USES_BY, name);
+    Choose(dialog, context);
 }
 
 void FillUses(HWND dialog, UseDialog& context) {
@@ -79,8 +99,11 @@ void FillUses(HWND dialog, UseDialog& context) {
     FocusControl(dialog, ID_USES_LIST);
     if (!context.Deletes) return;
     CheckDlgButton(dialog, ID_USES_TAKE_OUT, BST_CHECKED);
-    context.By.Begin(dialog, ID_USES_BY, ID_USES_CHOOSE, context.Kind == RecordKind::User ? kUserNames : kGroupNames,
-                     "");
+    if (context.Kind == NamedThing::Printer)
+        OfferPrinters(dialog);
+    else
+        context.By.Begin(dialog, ID_USES_BY, ID_USES_CHOOSE,
+                         context.Kind == NamedThing::User ? kUserNames : kGroupNames, "");
     Choose(dialog, context);
 }
 
@@ -96,31 +119,38 @@ bool WithProgress(HWND owner, std::size_t total, Action act) {
 }
 
 bool IsThere(const UseDialog& context) {
+    if (context.Kind == NamedThing::Printer) return true;
     UserList list;
-    return list && (list.Has(context.Which.front(), context.Kind) || !list.IsRead());
+    return list && (list.Has(context.Which.front(), RecordKindOf(context.Kind)) || !list.IsRead());
+}
+
+bool TakeReplacement(HWND dialog, UseDialog& context) {
+    std::string& by = context.Change.By;
+    const bool isTaken = context.Kind == NamedThing::Printer ? TakeText(dialog, ID_USES_BY, by) : context.By.Take(by);
+    return isTaken && CheckReplacement(context.Kind, context.Which, by);
+}
+
+bool Settle(HWND dialog, const UseDialog& context) {
+    if (context.Kind == NamedThing::Printer) return ChangeUses(context.Kind, context.Which, context.Change);
+    return WithProgress(dialog, context.Which.size(), [&](const SaveProgress& goOn) {
+        return DeleteWithUses(context.Kind, context.Which, context.Change, goOn);
+    });
 }
 
 void PressDelete(HWND dialog, UseDialog& context) {
     if (!context.Deletes) return EndWithOk(dialog, context);
     Choose(dialog, context);
-    if (context.Change.What == UseChange::Kind::Replace &&
-        (!context.By.Take(context.Change.By) || !CheckReplacement(context.Kind, context.Which, context.Change.By)))
+    if (context.Change.What == UseChange::Kind::Replace && !TakeReplacement(dialog, context))
         return FocusControl(dialog, ID_USES_BY);
-    const bool isDone = WithProgress(dialog, context.Which.size(), [&](const SaveProgress& goOn) {
-        return DeleteWithUses(context.Kind, context.Which, context.Change, goOn);
-    });
-    if (isDone || !IsThere(context)) return EndWithOk(dialog, context);
+    if (Settle(dialog, context) || !IsThere(context)) return EndWithOk(dialog, context);
     ReadUsesAgain(dialog, context);
 }
 
 constexpr DialogCommand<UseDialog> kCommands[] = {
-    {ID_USES_LIST, kListReload, ReadUsesAgain},
-    {ID_USES_TAKE_OUT, BN_CLICKED, Choose},
-    {ID_USES_EMPTIED, BN_CLICKED, Choose},
-    {ID_USES_REPLACE, BN_CLICKED, Choose},
-    {ID_USES_BY, CBN_EDITCHANGE, Choose},
-    {ID_USES_LEAVE, BN_CLICKED, Choose},
-    {IDOK, BN_CLICKED, PressDelete},
+    {ID_USES_LIST, kListReload, ReadUsesAgain}, {ID_USES_TAKE_OUT, BN_CLICKED, Choose},
+    {ID_USES_EMPTIED, BN_CLICKED, Choose},      {ID_USES_REPLACE, BN_CLICKED, Choose},
+    {ID_USES_BY, CBN_EDITCHANGE, Choose},       {ID_USES_BY, CBN_SELCHANGE, TakeListedPrinter},
+    {ID_USES_LEAVE, BN_CLICKED, Choose},        {IDOK, BN_CLICKED, PressDelete},
     {IDCANCEL, BN_CLICKED, EndWithCancel},
 };
 constexpr Anchor kAnchors[] = {
@@ -133,32 +163,38 @@ constexpr Anchor kAnchors[] = {
 };
 constexpr DialogPlan<UseDialog> kPlan{HELP_WHERE_USED, FillUses, kCommands, kAnchors};
 
+// False, after a message, when the places cannot be found.
+bool FindPlaces(UseDialog& context) {
+    const WaitCursor wait;
+    auto uses = FindUses(context.Kind, context.Which);
+    if (uses) context.Uses = std::move(*uses);
+    return uses.has_value();
+}
+
+UsesFate SettlePlaces(HWND owner, UseDialog& context) {
+    if (!FindPlaces(context)) return UsesFate::Cancelled;
+    if (context.Uses.empty()) return UsesFate::None;
+    const bool isSettled = OpenDialog("DeleteUsedBox", owner, WhereUsedDlgBox, &context) == IDOK;
+    return isSettled ? UsesFate::Settled : UsesFate::Cancelled;
+}
+
 } // namespace
 
 void ShowUses(HWND owner, NamedThing kind, const std::string& name) {
-    UseDialog context{.Kind = KindOf(kind), .Which = {name}, .Deletes = false, .Uses = {}};
-    {
-        const WaitCursor wait;
-        auto uses = FindUses(context.Kind, context.Which);
-        if (!uses) return;
-        context.Uses = std::move(*uses);
-    }
-    OpenDialog("WhereUsedBox", owner, WhereUsedDlgBox, &context);
+    UseDialog context{.Kind = kind, .Which = {name}, .Deletes = false, .Uses = {}};
+    if (FindPlaces(context)) OpenDialog("WhereUsedBox", owner, WhereUsedDlgBox, &context);
 }
 
 void DeleteByDialog(HWND owner, NamedThing kind, const std::vector<std::string>& names) {
-    UseDialog context{.Kind = KindOf(kind), .Which = names, .Deletes = true, .Uses = {}};
-    {
-        const WaitCursor wait;
-        auto uses = FindUses(context.Kind, names);
-        if (!uses) return;
-        context.Uses = std::move(*uses);
-    }
-    if (!context.Uses.empty()) {
-        OpenDialog("DeleteUsedBox", owner, WhereUsedDlgBox, &context);
-        return;
-    }
-    WithProgress(owner, names.size(), [&](const SaveProgress& goOn) { return DeleteUsers(names, context.Kind, goOn); });
+    UseDialog context{.Kind = kind, .Which = names, .Deletes = true, .Uses = {}};
+    if (SettlePlaces(owner, context) != UsesFate::None) return; // the dialog deletes by itself
+    WithProgress(owner, names.size(),
+                 [&](const SaveProgress& goOn) { return DeleteUsers(names, RecordKindOf(kind), goOn); });
+}
+
+UsesFate SettlePrinterUses(HWND owner, const std::vector<std::string>& names) {
+    UseDialog context{.Kind = NamedThing::Printer, .Which = names, .Deletes = true, .Uses = {}};
+    return SettlePlaces(owner, context);
 }
 
 INT_PTR CALLBACK WhereUsedDlgBox(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {

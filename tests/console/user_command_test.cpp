@@ -74,6 +74,7 @@ const test::CommandCase kCases[] = {
     {"group delete @s --take-out", 0, "", "Deleting directory structure for user @S\n",
      Replaced(Replaced(kList, "Group: @S\r\n", ""), kGroups, "")},
     {"where-used group @s", 0, "USERLIST.INI\tuser ANN, Group: @S\tis emptied\n", ""},
+    {"where-used printer PRINT-1", 0, "", "printer PRINT-1 is used nowhere\n"},
     {"where-used user CARL", 0, "", "user CARL is used nowhere\n"},
     {"user clone ann DORA Fullname=D --quiet", 0, "", "",
      kList + "\r\n[USER]\r\nName: DORA\r\nFullname: D\r\nGroup: @S\r\nUsername: \r\nNetware: \r\nLanManager: \r\n"
@@ -108,6 +109,8 @@ TEST(UserCommand, DoesOneThingAndSaysIt) {
     Scene rehearsal;
     EXPECT_EQ(rehearsal.Console.Type("user add BEN --dry-run"), 0);
     EXPECT_FALSE(rehearsal.HasDirectory("BEN"));
+    rehearsal.Server.Put("F:\\BRIVANE\\B-DB\\SETUP.INI", "[OPTIONS]\r\nUserGroupIdentifier: g\r\n");
+    EXPECT_EQ(rehearsal.Console.Type("user add guy"), 1) << "the server's own mark of groups";
 }
 
 TEST(UserCommand, SetsARecordToWhatItReadsAs) {
@@ -217,7 +220,7 @@ TEST(UserImport, NamesEveryBadRowAndWritesNothing) {
           "line 8, column 3: 3 fields where the first line has 2",
           "line 3, column 1: Name: \"a b\" - the name of a user or group is that of its directory, and no file name "
           "has a control character or one of \\ / : * ? \" < > |.",
-          "line 7, column 1: Name: \"@s\" - there is a user or user group of that name already.",
+          "line 7, column 1: Name: \"@s\" - the name of a user does not begin with @, which marks user groups.",
           "line 6, column 2: Admin: \"huh\" is not YES or NO"}},
         {"Name,Group\r\nBEN,@X\r\nDORA,@S\r\ndora,\r\n",
          {"line 4, column 1: Name: \"dora\" is there twice",

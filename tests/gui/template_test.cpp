@@ -6,6 +6,7 @@
 #include <cstring>
 #include <set>
 
+#include "dialogs/font_dlg.h"
 #include "gui/gui.h"
 #include "resources/ids.h"
 
@@ -194,6 +195,21 @@ TEST_P(ScaledTemplates, HaveEvenMarginsAndNoOverlaps) {
 
 INSTANTIATE_TEST_SUITE_P(Percent, ScaledTemplates, testing::Values(100, 150, 200),
                          [](const auto& percent) { return std::to_string(percent.param); });
+
+// At 200 % a screen of 1024 x 768 holds no large dialog; then its letters are smaller, but not than at 100 %.
+TEST(Templates, FitASmallScreenAtAHighResolution) {
+    constexpr SIZE kArea{1024 - 16, 768 - 72}; // without a task bar and a window's frame
+    constexpr int kDpi = 192;
+    for (const std::string& name : TemplateNames()) {
+        SCOPED_TRACE(name);
+        const SIZE units = UnitsOf(LoadDialogTemplate(name.c_str(), kDpi));
+        const int dpi = FittingDpi(kDpi, units, kArea);
+        const SIZE pixels = PixelsAt(dpi, units);
+        EXPECT_TRUE(pixels.cx <= kArea.cx && pixels.cy <= kArea.cy) << pixels.cx << " x " << pixels.cy;
+        EXPECT_GE(dpi, 96);
+        EXPECT_EQ(FittingDpi(96, units, kArea), 96);
+    }
+}
 
 TEST(Templates, AreAllThere) {
     EXPECT_EQ(TemplateNames().size(), 24u); // so that no test here passes for want of templates

@@ -4,21 +4,28 @@
 #include <commctrl.h>
 #include <gmock/gmock.h>
 
+#include <optional>
+#include <set>
+
 #include "dialogs/layout_dlg.h"
 #include "dialogs/name_field_dlg.h"
+#include "dialogs/status_dlg.h"
 #include "gui/disk_server.h"
 #include "gui/gui.h"
 #include "resources/ids.h"
 #include "shell/server_paths.h"
 #include "shell/startup.h"
+#include "support/faulty_files.h"
 #include "support/recording_front.h"
 #include "users/user_details_dlg.h"
+#include "users/user_entry.h"
 #include "users/user_list_dlg.h"
 #include "whereused/where_used_dlg.h"
 
 namespace bv::gui {
 namespace {
 
+using testing::AllOf;
 using testing::Contains;
 using testing::Each;
 using testing::ElementsAre;
@@ -39,7 +46,7 @@ class UserDialogs : public testing::Test {
     }
 
     void WithList(const std::function<void(HWND, const Windows&)>& drive) {
-        static constexpr DialogServices kServices{ShowUses, DeleteByDialog};
+        static constexpr DialogServices kServices{ShowUses, DeleteByDialog, SettlePrinterUses};
         RunDriven([] { ConfigureUsers(nullptr, kServices); },
                   [&](const Windows& windows) { drive(windows.Wait(kListTitle), windows); });
     }
@@ -241,6 +248,148 @@ TEST_F(UserDialogs, TheListIsWorkedByKeyboard) {
         EXPECT_TRUE(counts("15 of 15 shown, 1 selected"));
         EXPECT_EQ(File(), Before);
     });
+}
+
+// What meets OK while a user's details are open; what was typed stays, and is saved when the fault is gone.
+TEST_F(UserDialogs, FaultsOfTheListKeepWhatWasTyped) {
+    const std::string path = Server.Files().Path(kList);
+    HANDLE held = INVALID_HANDLE_VALUE;
+    const auto write = [&](const std::string& text) { Server.Files().Write(kList, text); };
+    const auto makeTemporary = [&] { CreateDirectoryA(Server.Files().Path("B-DB\\USERLIST.TMP").c_str(), nullptr); };
+    const auto removeTemporary = [&] { RemoveDirectoryA(Server.Files().Path("B-DB\\USERLIST.TMP").c_str()); };
+    test::FaultyFiles full(platform::Service<platform::FileSystem>::System(), {test::FaultKind::ShortWrite, 2});
+    std::optional<platform::Substitute<platform::FileSystem>> useFull;
+    constexpr const char* kGone = "error: Brivane user ANNA not found";
+    constexpr const char* kUnopened = "error: Unable to open file ";
+    const struct {
+        const char* What;
+        const char* Said;
+        std::function<void()> Spoil;
+        std::function<void()> Mend;
+    } faults[] = {
+        {"held for longer than anybody waits", kUnopened,
+         [&] { held = CreateFileA(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr); },
+         [&] { CloseHandle(held); }},
+        {"deleted", kUnopened, [&] { DeleteFileA(path.c_str()); }, [&] { write(Before); }},
+        {"emptied", kGone, [&] { write(""); }, [&] { write(Before); }},
+        {"another one", kGone, [&] { write("[USER]\r\nName: ZOE\r\n"); }, [&] { write(Before); }},
+        {"without room beside it", "error: Unable to create file ", makeTemporary, removeTemporary},
+        {"on a full disk", "error: Error writing to file ", [&] { useFull.emplace(full); }, [&] { useFull.reset(); }},
+    };
+    for (const auto& [what, said, spoil, mend] : faults) {
+        SCOPED_TRACE(what);
+        write(Before);
+        WithAnna([&](HWND dialog) {
+            SetTextOf(FrontPage(dialog), ID_USER_FULLNAME, "Anna Mine");
+            spoil();
+            Front.Said.clear();
+            Click(dialog, IDOK);
+            EXPECT_TRUE(Says(said)) << what << testing::PrintToString(Front.Said);
+            EXPECT_TRUE(Until([&] { return IsWindowEnabled(dialog) != FALSE; }));
+            EXPECT_EQ(Text(FrontPage(dialog), ID_USER_FULLNAME), "Anna Mine");
+            mend();
+            Click(dialog, IDOK);
+            EXPECT_TRUE(Until([&] { return !IsWindow(dialog); }));
+        });
+        EXPECT_THAT(Record("ANNA"), HasSubstr("Fullname: Anna Mine\r\n"));
+    }
+}
+
+std::string KeyOf(const std::string& tip) { return tip.substr(0, tip.find(':')); }
+
+// The keys of all tooltips of a process.
+std::set<std::string> KeysOfTooltips() {
+    std::set<std::string> keys;
+    const auto take = [](HWND tips, LPARAM data) -> BOOL {
+        if (ClassOf(tips) != "tooltips_class32") return TRUE;
+        for (WPARAM tool = 0; tool < static_cast<WPARAM>(Send(tips, TTM_GETTOOLCOUNT)); ++tool) {
+            char text[1024] = "";
+            TOOLINFOA info{};
+            info.cbSize = sizeof info;
+            info.lpszText = text;
+            Send(tips, TTM_ENUMTOOLSA, tool, reinterpret_cast<LPARAM>(&info));
+            reinterpret_cast<std::set<std::string>*>(data)->insert(KeyOf(text));
+        }
+        return TRUE;
+    };
+    EnumWindows(take, reinterpret_cast<LPARAM>(&keys));
+    return keys;
+}
+
+std::string KeyOfTip(HWND page, int row) {
+    wchar_t text[1024] = L"";
+    NMLVGETINFOTIPW tip{};
+    tip.hdr = {GetDlgItem(page, ID_PERMISSIONS), ID_PERMISSIONS, LVN_GETINFOTIPW};
+    tip.pszText = text;
+    tip.cchTextMax = 1024;
+    tip.iItem = row;
+    Send(page, WM_NOTIFY, ID_PERMISSIONS, reinterpret_cast<LPARAM>(&tip));
+    const std::wstring wide = text;
+    return KeyOf({wide.begin(), wide.end()});
+}
+
+TEST_F(UserDialogs, EveryKeyOfAUserHasATooltip) {
+    std::set<std::string> keys;
+    WithAnna([&](HWND dialog) {
+        for (int page = kGeneral; page <= kMail; ++page) {
+            const HWND window = ShowPage(dialog, page);
+            for (int row = 0; page == kPermissions && row < 6; ++row) keys.insert(KeyOfTip(window, row));
+            for (int slot = 0; page == kPrint && slot < 4; ++slot) {
+                Select(window, ID_PRINT_SLOTS, slot);
+                keys.merge(KeysOfTooltips());
+            }
+        }
+        keys.merge(KeysOfTooltips());
+    });
+    for (const RecordKey& key : RecordKeys()) {
+        if (HasKey(key, RecordKind::User)) {
+            EXPECT_THAT(keys, Contains(key.Field.Name()));
+        }
+    }
+}
+
+// The windows whose new text the system was told of, on the dialogs' thread.
+std::vector<HWND> toldOf;
+
+TEST_F(UserDialogs, TheStatusLineIsSaid) {
+    constexpr DWORD kEvent = EVENT_OBJECT_LIVEREGIONCHANGED;
+    const auto note = [](HWINEVENTHOOK, DWORD, HWND window, LONG, LONG, DWORD, DWORD) { toldOf.push_back(window); };
+    static constexpr DialogServices kServices{};
+    RunDriven(
+        [&] {
+            const HWINEVENTHOOK hook =
+                SetWinEventHook(kEvent, kEvent, nullptr, note, GetCurrentProcessId(), 0, WINEVENT_OUTOFCONTEXT);
+            ConfigureUsers(nullptr, kServices);
+            UnhookWinEvent(hook);
+        },
+        [&](const Windows& windows) {
+            const HWND line = GetDlgItem(windows.Wait(kListTitle), ID_STATUS_LINE);
+            ShowStatusInDialogs(1, "Modified user ANNA");
+            EXPECT_EQ(Text(line), "Modified user ANNA");
+            EXPECT_TRUE(Until([&] { return std::ranges::find(toldOf, line) != toldOf.end(); }));
+        });
+}
+
+TEST_F(UserDialogs, TheDetailsAreWorkedByKeyboardAlone) {
+    WithAnna([&](HWND dialog) {
+        const auto isAt = [&](int control) { return Until([&] { return FocusOf(FrontPage(dialog)) == control; }); };
+        SetForegroundWindow(dialog);
+        EXPECT_TRUE(isAt(ID_USER_FULLNAME));
+        Type("Keys alone");
+        Key('O', VK_MENU); // Choose group
+        Key(VK_ESCAPE);
+        HWND page = ShowPage(dialog, kPermissions);
+        Key('P', VK_MENU);
+        EXPECT_TRUE(isAt(ID_PERMISSIONS));
+        Key(VK_SPACE);
+        page = ShowPage(dialog, kMail);
+        Key('G', VK_MENU);
+        EXPECT_TRUE(Until([&] { return IsChecked(page, ID_MAIL_GATEWAY); }));
+        Key(VK_RETURN);
+        EXPECT_TRUE(Until([&] { return !IsWindow(dialog); }));
+    });
+    EXPECT_THAT(Record("ANNA"), AllOf(HasSubstr("Fullname: Keys alone\r\n"), HasSubstr("MailGateway: YES\r\n"),
+                                      HasSubstr("NetworkEdit: NO\r\n")));
 }
 
 TEST_F(UserDialogs, ChangesOfSomebodyElseAreKeptOrAskedAbout) {

@@ -3,6 +3,7 @@
 #include <stdexcept>
 
 #include "shell/server_paths.h"
+#include "shell/startup.h"
 
 namespace bv::test {
 
@@ -14,7 +15,9 @@ void MemoryServer::Load() {
                                     "SystemArea: F:\\BRIVANE\r\n"
                                     "MailArea: F:\\BRIVANE\\B-MAIL\r\n");
     Put("F:\\BRIVANE\\B-DB\\SETUP.INI", "[OPTIONS]\r\n");
-    if (LoadServerPaths() != kDone) throw std::runtime_error("the server in memory does not load");
+    ControlStream setup;
+    if (LoadServerPaths(&setup) != kDone) throw std::runtime_error("the server in memory does not load");
+    ReadServerSwitches(setup);
 }
 
 void MemoryServer::Put(const std::string& path, std::string_view bytes) {

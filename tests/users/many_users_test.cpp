@@ -49,9 +49,11 @@ TEST_F(ManyUsers, AreSummarisedByTheMostFrequentValues) {
     const auto summaries = SummariseUsers(names);
     ASSERT_TRUE(summaries);
     for (const auto& [key, text] : *summaries) {
-        const std::string expected = key->Key == "Admin:" ? "NO 2, YES 1" : key->Key == "RushToTop:" ? "NO" : text;
-        EXPECT_EQ(text, expected) << key->Key;
-        EXPECT_NE(key->Key, "Fullname:");
+        const std::string expected = key->Field.Key == "Admin:"       ? "NO 2, YES 1"
+                                     : key->Field.Key == "RushToTop:" ? "NO"
+                                                                      : text;
+        EXPECT_EQ(text, expected) << key->Field.Key;
+        EXPECT_NE(key->Field.Key, "Fullname:");
     }
 }
 

@@ -72,7 +72,7 @@ TEST_F(NetworkUsers, AreOfferedNamesThatAreFreeAndFit) {
         {"JohnSmithson", "JOHNSMI2"},
         {"con", "CON2"},
         {"@(x)", "X"},
-        {"@ .", "USER"},
+        {"@ .", "NEWUSER"},
         {"johnsmith3", "JOHNSMI3"},
         {"a\tb\"c\\d", "ABCD"},
         {"(default)", "DEFAULT"},

@@ -239,6 +239,7 @@ TEST_F(UserActions, ANewNameIsFreeAndFitsItsDirectory) {
     const struct {
         const char* Name;
         const char* Why;
+        RecordKind Kind = kUser;
     } rows[] = {
         {"", "a name has 1 to 8"},
         {"NINECHARS", "a name has 1 to 8"},
@@ -251,10 +252,12 @@ TEST_F(UserActions, ANewNameIsFreeAndFitsItsDirectory) {
         {"nul", "for devices"},
         {"COM1.X", "for devices"},
         {"ann", "already"},
-        {"@a", "already"},
+        {"@a", "already", kGroup},
+        {"@C", "the name of a user does not begin with @"},
+        {"C", "the name of a user group begins with @.", kGroup},
     };
-    for (const auto& [name, why] : rows) {
-        EXPECT_FALSE(CheckNewUser(list, name, {}, kUser)) << name;
+    for (const auto& [name, why, kind] : rows) {
+        EXPECT_FALSE(CheckNewUser(list, name, {}, kind)) << name;
         EXPECT_THAT(LastSaid(), testing::HasSubstr(why)) << name;
     }
     inGroup.Group = "@NONE";

@@ -8,6 +8,7 @@
 
 #include "support/memory_server.h"
 #include "support/samples.h"
+#include "users/user_entry.h"
 #include "users/user_record.h"
 #include "voice/format.h"
 
@@ -110,9 +111,9 @@ std::string Shown(const UserRecord& record) {
     std::string text;
     for (const RecordKey& key : RecordKeys()) {
         if (!HasKey(key, RecordKind::User)) continue;
-        const std::string value = key.Show(record);
+        const std::string value = key.Field.Text(record);
         if (value.empty() || value == "NO" || value == "DEFAULT") continue;
-        text += std::string(key.Key) + value + "|";
+        text += std::string(key.Field.Key) + value + "|";
     }
     return text;
 }
@@ -214,16 +215,18 @@ TEST(UserList, ThatCannotBeOpenedIsNamed) {
 
 TEST(RecordKeys, RefuseFromAPersonWhatTheFileWouldNotGiveBack) {
     using Entry = std::pair<std::string, std::string>;
-    const auto rowOf = [](const std::string& key) { return std::ranges::find(RecordKeys(), key, &RecordKey::Key); };
+    const auto rowOf = [](const std::string& key) {
+        return std::ranges::find(RecordKeys(), key, [](const RecordKey& row) { return row.Field.Key; });
+    };
     for (const auto& [key, value] :
          {Entry("Fullname:", std::string(100, 'x')), Entry("Fullname:", ""), Entry("PrintSentSquash:", "vertical"),
           Entry("PrintRecdOptions:", "status,DELETE"), Entry("PrintRecdOptions:", "default"),
           Entry("PrintSentOptions:", ""), Entry("MailInbox:", "on"), Entry("Urgent:", "no"),
           Entry("Dial:", "National 1"), Entry("SendTime:", "AFTER 9:00 MON")}) {
         UserRecord record;
-        EXPECT_TRUE(rowOf(key)->Enter(record, value)) << key << value;
+        EXPECT_TRUE(rowOf(key)->Field.Store(record, value)) << key << value;
         const UserRecord entered = record;
-        EXPECT_TRUE(rowOf(key)->Enter(record, rowOf(key)->Show(record))) << key << value;
+        EXPECT_TRUE(rowOf(key)->Field.Store(record, rowOf(key)->Field.Text(record))) << key << value;
         EXPECT_EQ(record, entered) << key << value;
     }
     for (const auto& [key, value] :
@@ -233,7 +236,7 @@ TEST(RecordKeys, RefuseFromAPersonWhatTheFileWouldNotGiveBack) {
           Entry("Urgent:", "never"), Entry("Dial:", "World"), Entry("SendTime:", "AFTER 9:00am"),
           Entry("SendTime:", "AFTER 0:00 MON")}) {
         UserRecord record;
-        EXPECT_FALSE(rowOf(key)->Enter(record, value)) << key << value;
+        EXPECT_FALSE(rowOf(key)->Field.Store(record, value)) << key << value;
         EXPECT_EQ(record, UserRecord()) << key << value;
     }
 }
@@ -244,13 +247,7 @@ TEST(DeviceNames, TellTheirKinds) {
     EXPECT_TRUE(IsNetworkDevice("NetworkA") && !IsNetworkDevice("NETWOR"));
 }
 
-// The row of a key in a table of a help page.
-std::string HelpRow(const RecordKey& key, const UserRecord& unset) {
-    const std::string value = key.Show(unset);
-    return FormatText("<tr><td><code>%s</code></td><td>%s</td><td>%s</td></tr>\n", key.Key, DescribeValues(key.Rule),
-                      value.empty() ? "nothing" : value);
-}
-
+// tests/programs/help_tables writes them so.
 TEST(HelpPages, SayOfEachKeyWhatTheTableSays) {
     std::string tables;
     for (int page = 202; page <= 207; ++page) {
@@ -258,14 +255,12 @@ TEST(HelpPages, SayOfEachKeyWhatTheTableSays) {
         for (std::string line; std::getline(file, line);)
             if (line.starts_with("<tr><td>")) tables += line + '\n';
     }
-    const Server server("[USER]\r\nName: A\r\n");
-    UserRecord unset;
-    ASSERT_TRUE(ReadUserRecord("A", unset, RecordKind::User));
     std::size_t keys = 0;
     for (const RecordKey& key : RecordKeys()) {
         if (!HasKey(key, RecordKind::User)) continue;
         ++keys;
-        EXPECT_NE(tables.find(HelpRow(key, unset)), std::string::npos) << HelpRow(key, unset);
+        const std::string row = HelpRowOf(HelpOf(key, RecordKind::User));
+        EXPECT_NE(tables.find(row), std::string::npos) << row;
     }
     EXPECT_EQ(static_cast<std::size_t>(std::ranges::count(tables, '\n')), keys);
 }

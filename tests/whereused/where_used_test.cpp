@@ -23,8 +23,8 @@ const std::string kArea = "F:\\BRIVANE\\B-DB\\";
 TEST(WhereUsed, NamesEveryPlaceAndAsks) {
     MemoryServer server;
     server.Load();
-    EXPECT_THAT(FindUses(RecordKind::User, {"ann"}), testing::Optional(testing::IsEmpty()));
-    EXPECT_TRUE(AgreeToDeletion(RecordKind::User, {"ann"}));
+    EXPECT_THAT(FindUses(NamedThing::User, {"ann"}), testing::Optional(testing::IsEmpty()));
+    EXPECT_TRUE(AgreeToDeletion(NamedThing::User, {"ann"}));
 
     server.Put(kArea + "LCRRules.ini", "[RULE]\nDescription: One\nUser: Ann\n\n[RULE]\nUser: ANN\nUser: BEN\n");
     server.Put(kArea + "LINK.INI", "[LINK]\nRemoteServerID: LON\nLinkType: WAN\nRemoteServerAddress: x\n"
@@ -34,7 +34,7 @@ TEST(WhereUsed, NamesEveryPlaceAndAsks) {
     server.Put(kArea + "MAILLIST.INI", "[USER]\nBrivname: ANN\nEmailname: Ann A\n");
     server.Put(kArea + "SETUP.INI", "[MODEM-1]\nRecdUser: ann\nUserName: ANN\n[HPSCAN]\nUser: ANNE\n");
     server.Front.TakeSaid();
-    EXPECT_FALSE(AgreeToDeletion(RecordKind::User, {"ANN"}));
+    EXPECT_FALSE(AgreeToDeletion(NamedThing::User, {"ANN"}));
     EXPECT_THAT(server.Front.TakeSaid(),
                 ElementsAre("ask warning: ANN is used in:\nLCRRULES.INI: rule 1 \"One\", which then takes more faxes\n"
                             "LCRRULES.INI: rule 2 \"\"\nLINK.INI: link LON\nROUTING.INI: sender +44 for ANN\n"
@@ -44,7 +44,7 @@ TEST(WhereUsed, NamesEveryPlaceAndAsks) {
     server.Files.Delete(kArea + "LINK.INI");
     server.Files.MakeDirectory(kArea + "LINK.INI");
     server.Front.Answer = true;
-    EXPECT_FALSE(AgreeToDeletion(RecordKind::User, {"ANN"}));
+    EXPECT_FALSE(AgreeToDeletion(NamedThing::User, {"ANN"}));
     EXPECT_THAT(server.Front.TakeSaid(), ElementsAre("error: File error: couldn't open " + kArea + "Link.ini"));
 }
 
@@ -52,6 +52,10 @@ const std::string kAnn =
     "[USER]\r\nName: ANN\r\nFullname: \r\nGroup: @S\r\nUsername: \r\nNetware: \r\nLanManager: \r\nMailInbox: YES\r\n"
     "MailName: Ann A\r\n\r\n";
 const std::string kGroupS = "[GROUP]\r\nName: @S\r\n\r\n";
+
+const std::string kCarlPrints = "Fullname: \r\nUsername: \r\nNetware: \r\nLanManager: \r\nPrintSentDevice: PRINT-1\r\n"
+                                "PrintSentBin: Upper\r\nPrintRecdDevice2: print-1\r\n";
+const std::string kGroupT = "[GROUP]\r\nName: @T\r\nFullname: \r\nPrintRecdDevice: PRINT-1\r\n";
 
 // A server on which every file names ANN, whose own mail user is Ann A, and the group @S.
 struct Scene {
@@ -65,8 +69,8 @@ struct Scene {
     std::string Get(const std::string& name) { return Server.Get(kArea + name); }
 
     inline static const std::map<std::string, std::string> kFiles = {
-        {"USERLIST.INI", kAnn + "[USER]\r\nName: BEN\r\nGroup: @T\r\n\r\n[USER]\r\nName: CARL\r\n\r\n" + kGroupS +
-                             "[GROUP]\r\nName: @T\r\n"},
+        {"USERLIST.INI", kAnn + "[USER]\r\nName: BEN\r\nGroup: @T\r\n\r\n[USER]\r\nName: CARL\r\n" + kCarlPrints +
+                             "\r\n" + kGroupS + kGroupT},
         {"LCRRULES.INI", "[BRIVANE]\r\nType: LCRRules\r\nRevision: A\r\n\r\n[RULE]\r\nDescription: One\r\nUser: "
                          "Ann\r\n\r\n[RULE]\r\nDescription: Two\r\nUser: ANN\r\n"
                          "User: BEN\r\n\r\n"},
@@ -81,7 +85,9 @@ struct Scene {
         {"MAILLIST.INI",
          "[USER]\r\nBrivname: ANN\r\nEmailname: Ann A\r\nX: 1\r\n\r\n[USER]\r\nBrivname: P\r\nEmailname: Q\r\n"
          "EmailBrivname: ann\r\nProfile: YES\r\n\r\n"},
-        {"SETUP.INI", "[MODEM-1]\r\n  odd\r\nRecdUser:   ann\r\n[BSUBMIT]\r\nUser: ANN\r\n[OTHER]\r\nUser: ANN"},
+        {"SETUP.INI", "[MODEM-1]\r\n  odd\r\nRecdUser:   ann\r\n[BSUBMIT]\r\nUser: ANN\r\n[OTHER]\r\nUser: ANN\r\n"
+                      "[PRINTERS]\r\nDevice: PRINT-1 \"a\"\r\nDevice: PRINT-2 \"b\"\r\n"
+                      "[PRINTING]\r\nPrintSentDevice2: PRINT-1\r\nPrintSentDevice: PRINT-10"},
     };
 };
 
@@ -91,15 +97,16 @@ struct Replacement {
 };
 struct ChangeCase {
     const char* What;
-    RecordKind Kind;
+    NamedThing Kind;
     Names Which;
     UseChange Change;
     std::vector<Replacement> After; // of the scene's files; the others are as before
 };
 
 using enum UseChange::Kind;
-constexpr auto kUser = RecordKind::User;
-constexpr auto kGroup = RecordKind::Group;
+constexpr auto kUser = NamedThing::User;
+constexpr auto kGroup = NamedThing::UserGroup;
+constexpr auto kPrinter = NamedThing::Printer;
 const std::pair<std::string, std::string> kRuleGoes = {"[RULE]\r\nDescription: One\r\nUser: Ann\r\n\r\n", ""};
 const std::pair<std::string, std::string> kRuleWidens = {"One\r\nUser: Ann\r\n", "One\r\n"};
 const std::vector<Replacement> kTakenOut = {
@@ -159,6 +166,28 @@ const ChangeCase kChanges[] = {
         {"BEN: \"q\" LAN-ANY \"ANN\" DELETE\r\nAnn: LAN-ANY \"CARL\"\r\n", ""}}},
       kTakenOut[2],
       kTakenOut[3]}},
+    {"a printer",
+     kPrinter,
+     {"PRINT-1"},
+     {Replace, "print-2"},
+     {{"USERLIST.INI",
+       {{"SentDevice: PRINT-1\r\n", "SentDevice: PRINT-2\r\n"},
+        {"Device2: print-1", "Device2: PRINT-2"},
+        {"RecdDevice: PRINT-1", "RecdDevice: PRINT-2"}}},
+      {"SETUP.INI", {{"PrintSentDevice2: PRINT-1", "PrintSentDevice2: PRINT-2"}}}}},
+    // a sender has one rule for each addressee, and no faxes are forwarded from BEN to BEN
+    {"two by one",
+     kUser,
+     {"ANN", "CARL"},
+     {Replace, "BEN"},
+     {{"LCRRULES.INI", {{"User: Ann", "User: BEN"}, {"User: ANN\r\n", ""}}},
+      {"LINK.INI", {{"AccountName: ANN", "AccountName: BEN"}}},
+      {"ROUTING.INI",
+       {{"ANN: BEN\r\nCARL: ann\r\n", "BEN: BEN\r\n"},
+        {"7:  ANN  x", "7:  BEN  x"},
+        {"BEN: \"q\" LAN-ANY \"ANN\" DELETE\r\nAnn: LAN-ANY \"CARL\"\r\n", ""}}},
+      {"MAILLIST.INI", {{"Brivname: ANN", "Brivname: BEN"}, {"EmailBrivname: ann", "EmailBrivname: BEN"}}},
+      {"SETUP.INI", {{"RecdUser:   ann", "RecdUser: BEN"}, {"[BSUBMIT]\r\nUser: ANN", "[BSUBMIT]\r\nUser: BEN"}}}}},
 };
 
 TEST(WhereUsed, ChangesThePlacesAndNothingElse) {
@@ -217,14 +246,13 @@ TEST(WhereUsed, DeletesManyInOneRewrite) {
     FollowUserList();
     scene.Server.Front.Answer = true;
     EXPECT_TRUE(DeleteWithUses(kUser, {"ann", "CARL"}, {Replace, "BEN"}, [](std::size_t) { return true; }));
-    EXPECT_EQ(scene.Get("USERLIST.INI"),
-              "[USER]\r\nName: BEN\r\nGroup: @T\r\n\r\n" + kGroupS + "[GROUP]\r\nName: @T\r\n");
+    EXPECT_EQ(scene.Get("USERLIST.INI"), "[USER]\r\nName: BEN\r\nGroup: @T\r\n\r\n" + kGroupS + kGroupT);
     EXPECT_THAT(scene.Get("MAILLIST.INI"), testing::HasSubstr("Brivname: BEN\r\nEmailname: Ann A\r\nX: 1\r\n"));
     EXPECT_THAT(scene.Server.Front.TakeSaid(), testing::Contains("status 1: Deleted 2 users"));
 
     const std::string before = scene.Get("USERLIST.INI");
     const std::vector<std::string> gone[] = {{"BEN", "NOBODY"}, {"BEN", "(default)"}};
-    for (const auto& names : gone) EXPECT_FALSE(DeleteUsers(names, kUser, [](std::size_t) { return true; }));
+    for (const auto& names : gone) EXPECT_FALSE(DeleteUsers(names, RecordKind::User, [](std::size_t) { return true; }));
     EXPECT_EQ(scene.Get("USERLIST.INI"), before);
     SetMailListHook({});
 }

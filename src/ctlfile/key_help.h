@@ -1,0 +1,26 @@
+// What is said of a key wherever a person meets it: in the tooltip of its control and in the table of a help page.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace bv {
+
+struct KeyHelp {
+    std::string Key;       // with its colon
+    std::string Meaning;   // a sentence
+    std::string Values;    // "YES or NO"
+    std::string Default;   // what is in force without the line; empty: nothing
+    std::string Paragraph; // its header; empty for a key of records
+};
+
+// What follows the key's name in a tooltip: "a number from 0 to 65534, else 5, [QUEUEMAN]", then the sentence.
+std::string TooltipOf(const KeyHelp& help);
+
+// The row of the key in a help page, a line in HTML.
+std::string HelpRowOf(const KeyHelp& help);
+
+// The page's text with the rows of these keys as they are to be; what stands in other lines stays.
+std::string WithHelpRows(const std::string& page, const std::vector<KeyHelp>& keys);
+
+} // namespace bv
