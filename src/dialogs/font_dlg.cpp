@@ -20,6 +20,8 @@ std::optional<LOGFONTW> MessageFontAt(int dpi) {
     return metrics.lfMessageFont;
 }
 
+int PointsOf(const LOGFONTW& font, int dpi) { return MulDiv(-font.lfHeight, kPointsPerInch, dpi); }
+
 template <class Value>
 void Append(DialogTemplate& target, const Value& value) {
     const auto* bytes = reinterpret_cast<const std::byte*>(&value);
@@ -38,7 +40,7 @@ std::size_t Aligned(std::size_t at) { return (at + kItemAlignment - 1) / kItemAl
 
 // Size, weight, slant, character set and face name, as a template has them.
 void AppendFont(DialogTemplate& target, const LOGFONTW& font, int dpi) {
-    Append(target, static_cast<WORD>(MulDiv(-font.lfHeight, kPointsPerInch, dpi)));
+    Append(target, static_cast<WORD>(PointsOf(font, dpi)));
     Append(target, static_cast<WORD>(font.lfWeight));
     Append(target, font.lfItalic);
     Append(target, font.lfCharSet);
@@ -70,6 +72,8 @@ MessageFont::MessageFont(int dpi) {
     if (const std::optional<LOGFONTW> font = MessageFontAt(dpi)) font_ = CreateFontIndirectW(&*font);
 }
 
+MessageFont::MessageFont(const LOGFONTW& font) : font_(CreateFontIndirectW(&font)) {}
+
 MessageFont::MessageFont(MessageFont&& other) noexcept : font_(std::exchange(other.font_, nullptr)) {}
 
 MessageFont& MessageFont::operator=(MessageFont&& other) noexcept {
@@ -95,9 +99,12 @@ SIZE UnitsOf(const DialogTemplate& source) {
     return {size[0], size[1]};
 }
 
-SIZE PixelsAt(int dpi, SIZE units) {
+SIZE PixelsAt(int dpi, int sizedFor, SIZE units) {
     static constexpr std::wstring_view kLetters = L"ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
-    const MessageFont font(dpi);
+    std::optional<LOGFONTW> sized = MessageFontAt(sizedFor);
+    if (!sized) return {};
+    sized->lfHeight = -MulDiv(PointsOf(*sized, dpi), dpi, kPointsPerInch); // whole points, as the template has them
+    const MessageFont font(*sized);
     const HDC drawing = GetDC(nullptr);
     const HGDIOBJ before = SelectObject(drawing, font.Handle());
     SIZE text{};
@@ -113,11 +120,11 @@ SIZE PixelsAt(int dpi, SIZE units) {
 int FittingDpi(int dpi, SIZE units, SIZE area) {
     constexpr int kLeastPoints = 5;
     const std::optional<LOGFONTW> font = MessageFontAt(dpi);
-    const int all = font ? MulDiv(-font->lfHeight, kPointsPerInch, dpi) : 0;
+    const int all = font ? PointsOf(*font, dpi) : 0;
     int fitting = dpi;
     for (int points = all; points >= kLeastPoints; --points) {
         fitting = MulDiv(dpi, points, all);
-        const SIZE size = PixelsAt(fitting, units);
+        const SIZE size = PixelsAt(dpi, fitting, units);
         if (size.cx <= area.cx && size.cy <= area.cy) break;
     }
     return fitting;

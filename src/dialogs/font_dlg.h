@@ -17,6 +17,7 @@ class MessageFont {
   public:
     MessageFont() = default;
     explicit MessageFont(int dpi);
+    explicit MessageFont(const LOGFONTW& font);
     MessageFont(MessageFont&& other) noexcept;
     MessageFont& operator=(MessageFont&& other) noexcept;
     ~MessageFont();
@@ -40,8 +41,8 @@ bool IsPageTemplate(const DialogTemplate& source);
 // The size of a template's client area, in dialog units.
 SIZE UnitsOf(const DialogTemplate& source);
 
-// Dialog units as pixels, by the message font at a resolution.
-SIZE PixelsAt(int dpi, SIZE units);
+// Dialog units as pixels, in a template that was loaded for a window and, if given, as large as at another resolution.
+SIZE PixelsAt(int dpi, int sizedFor, SIZE units);
 
 // The largest resolution up to that of the window at which so many units fit an area of so many pixels. Letters of less
 // than five points nobody reads, so that what is still too large then is cut.

@@ -196,6 +196,22 @@ TEST_P(ScaledTemplates, HaveEvenMarginsAndNoOverlaps) {
 INSTANTIATE_TEST_SUITE_P(Percent, ScaledTemplates, testing::Values(100, 150, 200),
                          [](const auto& percent) { return std::to_string(percent.param); });
 
+TEST(Templates, AreAsLargeAsTheyAreMeasured) {
+    constexpr int kDpi = 96;
+    for (const int sizedFor : {kDpi, 84, 75, 64, 54}) {
+        const DialogTemplate source = LoadDialogTemplate("ConfigUsersBox", kDpi, sizedFor);
+        const HWND dialog = CreateDialogIndirectParamA(
+            nullptr, reinterpret_cast<LPCDLGTEMPLATEA>(source.data()), nullptr,
+            [](HWND, UINT, WPARAM, LPARAM) -> INT_PTR { return FALSE; }, 0);
+        RECT client{};
+        GetClientRect(dialog, &client);
+        const SIZE measured = PixelsAt(kDpi, sizedFor, UnitsOf(source));
+        EXPECT_EQ(client.right, measured.cx) << sizedFor;
+        EXPECT_EQ(client.bottom, measured.cy) << sizedFor;
+        DestroyWindow(dialog);
+    }
+}
+
 // At 200 % a screen of 1024 x 768 holds no large dialog; then its letters are smaller, but not than at 100 %.
 TEST(Templates, FitASmallScreenAtAHighResolution) {
     constexpr SIZE kArea{1024 - 16, 768 - 72}; // without a task bar and a window's frame
@@ -204,7 +220,7 @@ TEST(Templates, FitASmallScreenAtAHighResolution) {
         SCOPED_TRACE(name);
         const SIZE units = UnitsOf(LoadDialogTemplate(name.c_str(), kDpi));
         const int dpi = FittingDpi(kDpi, units, kArea);
-        const SIZE pixels = PixelsAt(dpi, units);
+        const SIZE pixels = PixelsAt(kDpi, dpi, units);
         EXPECT_TRUE(pixels.cx <= kArea.cx && pixels.cy <= kArea.cy) << pixels.cx << " x " << pixels.cy;
         EXPECT_GE(dpi, 96);
         EXPECT_EQ(FittingDpi(96, units, kArea), 96);
