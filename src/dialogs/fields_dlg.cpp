@@ -108,6 +108,14 @@ std::string TickedWords(HWND dialog, const FieldControl& field) {
     return text;
 }
 
+// The words of the text that have a check box; there may be others, which are kept with them.
+std::string KnownWords(const FieldControl& field, std::string_view text) {
+    std::string known;
+    for (const std::string_view word : field.Values)
+        if (HasWord(text, word)) known.append(known.empty() ? "" : " ").append(word);
+    return known;
+}
+
 // The place of the value that is chosen, or -1.
 int ChosenIndex(HWND dialog, const FieldControl& field) {
     if (field.Form == FieldForm::Choice)
@@ -121,7 +129,11 @@ int ChosenIndex(HWND dialog, const FieldControl& field) {
 std::optional<std::string> FieldText(HWND dialog, const FieldControl& field, const FieldRecord& record) {
     switch (field.Form) {
     case FieldForm::Check: return std::string(IsChecked(dialog, field.Control) ? kYes : kNo);
-    case FieldForm::Words: return TickedWords(dialog, field);
+    case FieldForm::Words: {
+        const std::string before = record.TextOf(field.Key);
+        const std::string words = TickedWords(dialog, field);
+        return words == KnownWords(field, before) ? before : words;
+    }
     case FieldForm::Choice:
     case FieldForm::Radio: {
         const int chosen = ChosenIndex(dialog, field);

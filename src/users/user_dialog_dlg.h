@@ -12,8 +12,8 @@
 #include "dialogs/list_view_dlg.h"
 #include "dialogs/name_field_dlg.h"
 #include "dialogs/page_host_dlg.h"
-#include "users/printer_slots_dlg.h"
-#include "users/time_range_dlg.h"
+#include "dialogs/printer_slots_dlg.h"
+#include "dialogs/time_range_dlg.h"
 #include "users/user_entry.h"
 
 namespace bv {
