@@ -102,7 +102,7 @@ using Values = std::span<const std::string_view>;
 // --- General ---
 
 constexpr FieldControl kGeneralFields[] = {{ID_GENERAL_LOG_DAYS, "OPTIONS/LogKeepDays", FieldForm::Number}};
-constexpr ListColumn kFactColumns[] = {{"What", 84}, {"Value", 106}, {"From", 76}};
+constexpr ListColumn kFactColumns[] = {{"What", 90}, {"Value", 100}, {"From", 76}};
 constexpr ListPlan kFactPlan{.List = ID_GENERAL_FACTS, .Columns = kFactColumns, .IsSorted = false};
 
 void FillGeneral(HWND page, Context& context) {
