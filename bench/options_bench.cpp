@@ -2,6 +2,7 @@
 #include <benchmark/benchmark.h>
 #include <cstdint>
 #include <cstdlib>
+#include <filesystem>
 #include <span>
 
 #include "baselines.h"
@@ -33,8 +34,32 @@ void SaveOptions(benchmark::State& state) {
     }
 }
 
+// The same of so many keys in a long file, which gets the values that it has.
+void SaveIntoLongSetup(benchmark::State& state) {
+    namespace fs = std::filesystem;
+    constexpr std::size_t kLines = 100'000;
+    const fs::path setup = UseServer(kUsers).Setup.HostPath;
+    const fs::path kept = setup.string() + ".kept";
+    fs::copy_file(setup, kept, fs::copy_options::overwrite_existing);
+    fs::copy_file(SetupFile(kLines).HostPath, setup, fs::copy_options::overwrite_existing);
+    ServerOptions options;
+    SavedOptions saved;
+    if (!LoadServerOptions(options, saved) || !SaveServerOptions(options, saved)) std::abort();
+    for (auto _ : state) {
+        std::size_t left = Size(state);
+        for (const OptionKey& key : OptionKeys())
+            if (key.Trait != OptionKey::Traits::OnlyRead && left > 0) {
+                saved[static_cast<std::size_t>(&key - OptionKeys().data())].reset();
+                --left;
+            }
+        if (!SaveServerOptions(options, saved)) std::abort();
+    }
+    fs::rename(kept, setup);
+}
+
 BENCHMARK(OptionsFloor)->Unit(benchmark::kMicrosecond);
 BENCHMARK(SaveOptions)->Arg(1)->Arg(5)->Unit(benchmark::kMicrosecond);
+BENCHMARK(SaveIntoLongSetup)->Arg(1)->Arg(60)->Unit(benchmark::kMillisecond);
 
 } // namespace
 } // namespace bv::bench

@@ -89,15 +89,19 @@ def as_png(rows):
     return b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", head) + chunk(b"IDAT", zlib.compress(lines, 9)) + chunk(b"IEND", b"")
 
 
-def main():
-    images = [(size, (as_png if size == 256 else as_bitmap)(draw(size))) for size in SIZES]
+def write_icon(path, images):
+    """Images as pairs of a size and its bytes."""
     offset = 6 + 16 * len(images)
     entries = b""
     for size, image in images:
         entries += struct.pack("<BBBBHHII", size % 256, size % 256, 0, 0, 1, 32, len(image), offset)
         offset += len(image)
-    with open(sys.argv[1], "wb") as file:
+    with open(path, "wb") as file:
         file.write(struct.pack("<HHH", 0, 1, len(images)) + entries + b"".join(image for _, image in images))
+
+
+def main():
+    write_icon(sys.argv[1], [(size, (as_png if size == 256 else as_bitmap)(draw(size))) for size in SIZES])
 
 
 if __name__ == "__main__":

@@ -13,9 +13,12 @@
 #include "dialogs/csv_import_dlg.h"
 #include "dialogs/dialog_dlg.h"
 #include "dialogs/name_field_dlg.h"
+#include "dialogs/printer_choice_dlg.h"
 #include "dialogs/progress_dlg.h"
 #include "gui/disk_server.h"
 #include "gui/gui.h"
+#include "options/options_dialog_dlg.h"
+#include "options/options_dlg.h"
 #include "resources/ids.h"
 #include "shell/front_dlg.h"
 #include "shell/main_window_dlg.h"
@@ -25,7 +28,6 @@
 #include "support/fakes.h"
 #include "users/many_users_dlg.h"
 #include "users/network_users_dlg.h"
-#include "users/printer_choice_dlg.h"
 #include "users/user_details_dlg.h"
 #include "users/user_import.h"
 #include "users/user_list_dlg.h"
@@ -217,6 +219,25 @@ void DrawChoosers(const Painter& painter, HWND owner) {
         });
 }
 
+void DrawOptions(const Painter& painter, HWND owner) {
+    constexpr const char* kTitle = "Brivane - server settings";
+    const auto open = [&] { ConfigureOptions(owner); };
+    const std::vector<Page> pages = PagesOfOptions();
+    const auto show = [&](HWND dialog, std::size_t page) {
+        if (page != 0) Select(dialog, ID_OPTIONS_LIST, static_cast<int>(page));
+        Until([&] { return Text(dialog, ID_OPTIONS_TITLE) == pages[page].Title; });
+    };
+    for (std::size_t page = 0; page < pages.size(); ++page)
+        painter.Draw("options-" + std::to_string(page + 1), kTitle, open, [&](HWND dialog) { show(dialog, page); });
+    painter.Draw("options-find", kTitle, open, [](HWND dialog) { SetTextOf(dialog, ID_OPTIONS_FIND, "directory"); });
+    RunDriven(open, [&](const Windows& windows) {
+        const HWND dialog = windows.Wait(kTitle);
+        show(dialog, pages.size() - 1);
+        Click(FrontPage(dialog), ID_TYPES_ADD);
+        painter.DrawOpen("telephone-type", windows.Wait("Telephone-number type"));
+    });
+}
+
 void DrawBoxes(const Painter& painter) {
     painter.Draw("box-delete", FillMessage(kCaptionOfDelete), [] {
         AskFilled(kCaptionOfDelete, BoxIcon::Question,
@@ -251,6 +272,7 @@ int DrawPictures(const std::string& directory) {
     DrawItems(painter, window.Handle());
     DrawUsers(painter, window.Handle(), server);
     DrawChoosers(painter, window.Handle());
+    DrawOptions(painter, window.Handle());
     DrawBoxes(painter);
     DrawProgress(painter, window.Handle());
     DrawFullCatalogue(painter, window.Handle(), server);

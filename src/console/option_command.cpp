@@ -11,7 +11,7 @@
 #include "options/server_options.h"
 #include "options/telephone_types.h"
 #include "platform/ascii.h"
-#include "voice/format.h"
+#include "voice/messages.h"
 
 namespace bv::console {
 namespace {
@@ -109,6 +109,23 @@ int Set(Session& session, const Arguments& arguments) {
     return Perform(session, [&] { return SaveServerOptions(loaded.Options, loaded.Saved); });
 }
 
+int Find(Session& session, const Arguments& arguments) {
+    const std::vector<OptionHit> hits = FindOptions(arguments["TEXT"]);
+    if (hits.empty()) return session.Refuse(FillMessage(kNothingFits, arguments["TEXT"]));
+    std::vector<Record> records;
+    for (const OptionHit& hit : hits) {
+        const std::string_view paragraph = BareName(hit.Paragraph);
+        const OptionKey* key = FindOptionKey(paragraph, hit.Key);
+        const bool isSettable = key != nullptr && key->Trait != OptionKey::Traits::OnlyRead;
+        records.push_back({{"Option", FormatText("%s/%s", paragraph, hit.Key)},
+                           {"Title", std::string(hit.Title)},
+                           {"Page", std::string(TitleOf(hit.Page))},
+                           {"Takes", isSettable ? DescribeOption(*key) : ""}});
+    }
+    PrintRecords(session, records);
+    return kExitDone;
+}
+
 int ListTypes(Session& session, const Arguments&) {
     TelephoneTypes types;
     const bool isWhole = LoadTelephoneTypes(types);
@@ -148,6 +165,11 @@ constexpr Verb kVerbs[] = {
                      {kAssignments, "Options and values as 'list' prints them", ParameterKind::ZeroOrMore}}},
      .Example = "QUEUEMAN/SendTries=3 WORKSTATION/ChargeCode=OPTIONAL",
      .Change = Located<Set>},
+    {.Name = "find",
+     .Help = "Find options by words of their titles, pages and keys, and say what each takes and its default",
+     .Parameters = {{{"TEXT", "Words that must all stand somewhere"}}},
+     .Example = "'sent directory'",
+     .Run = Located<Find>},
     {.Name = "telnum list",
      .Help = "List the types of telephone number that users may be allowed to dial",
      .Run = Located<ListTypes>},

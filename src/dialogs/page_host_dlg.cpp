@@ -23,28 +23,35 @@ void GiveTexture(HWND page) {
 
 } // namespace
 
-void PageHost::Begin(HWND dialog, int tabs, const std::vector<Page>& pages) {
+void PageHost::Begin(HWND dialog, int chooser, const std::vector<Page>& pages) {
     dialog_ = dialog;
-    tabs_ = GetDlgItem(dialog, tabs);
+    chooser_ = GetDlgItem(dialog, chooser);
     for (const Page& page : pages) {
-        TCITEMA item{};
-        item.mask = TCIF_TEXT;
-        std::string title = page.Title;
-        item.pszText = title.data();
-        SendMessageA(tabs_, TCM_INSERTITEMA, pages_.size(), reinterpret_cast<LPARAM>(&item));
         pages_.emplace_back(page);
+        AddTitle(pages_.size() - 1, page);
     }
     TakeUp(dialog, *this);
     Show(0);
 }
 
+void PageHost::AddTitle(std::size_t page, const Page& what) {
+    TCITEMA item{};
+    item.mask = TCIF_TEXT;
+    std::string title = what.Title;
+    item.pszText = title.data();
+    SendMessageA(chooser_, TCM_INSERTITEMA, page, reinterpret_cast<LPARAM>(&item));
+}
+
+void PageHost::ShowChosen(std::size_t page) { SendMessageA(chooser_, TCM_SETCURSEL, page, 0); }
+
 void PageHost::Place(HWND window) const {
-    RECT area = PlaceInParent(tabs_);
-    SendMessageA(tabs_, TCM_ADJUSTRECT, FALSE, reinterpret_cast<LPARAM>(&area));
+    RECT area = PlaceInParent(chooser_);
+    SendMessageA(chooser_, TCM_ADJUSTRECT, FALSE, reinterpret_cast<LPARAM>(&area));
+    GiveTexture(window);
     // Behind the tab control in the order of the keyboard, in front of it on the screen.
     SetWindowPos(window, HWND_TOP, area.left, area.top, area.right - area.left, area.bottom - area.top, SWP_NOACTIVATE);
-    SetWindowPos(tabs_, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
-    SetWindowPos(window, tabs_, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+    SetWindowPos(chooser_, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+    SetWindowPos(window, chooser_, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
 }
 
 HWND PageHost::Window(std::size_t page) {
@@ -52,7 +59,7 @@ HWND PageHost::Window(std::size_t page) {
     if (shown.Window != nullptr) return shown.Window;
     shown.Opened = std::make_unique<OpenedDialog>(shown.What.Template, OpenedOf(dialog_)->Context());
     shown.Window = CreatePlannedDialog(*shown.Opened, dialog_, shown.What.Procedure);
-    GiveTexture(shown.Window);
+    SetWindowSubclass(shown.Window, FollowPage, 1, reinterpret_cast<DWORD_PTR>(this));
     Place(shown.Window);
     shown.State = StateOfControls(shown.Window);
     return shown.Window;
@@ -61,10 +68,10 @@ HWND PageHost::Window(std::size_t page) {
 void PageHost::Show(std::size_t page, int control) {
     const HWND window = Window(page);
     const HWND before = pages_.at(front_).Window;
-    SendMessageA(tabs_, TCM_SETCURSEL, page, 0);
+    ShowChosen(page);
     ShowWindow(window, SW_SHOWNA);
     if (before != nullptr && before != window) {
-        if (IsChild(before, GetFocus())) SetFocus(tabs_);
+        if (IsChild(before, GetFocus())) SetFocus(chooser_);
         ShowWindow(before, SW_HIDE);
     }
     front_ = page;
@@ -102,6 +109,26 @@ bool PageHost::TakeAll() {
     return true;
 }
 
+void PageHost::FillAnew() {
+    const HWND front = pages_.at(front_).Window;
+    HWND focus = GetFocus();
+    while (focus != nullptr && GetParent(focus) != front) focus = GetAncestor(focus, GA_PARENT);
+    const int control = focus == nullptr ? 0 : GetDlgCtrlID(focus);
+    for (Shown& page : pages_) {
+        if (page.Window != nullptr) DestroyWindow(page.Window);
+        page.Window = nullptr;
+    }
+    Show(front_, control);
+}
+
+LRESULT CALLBACK PageHost::FollowPage(HWND page, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
+                                      DWORD_PTR data) {
+    const LRESULT result = DefSubclassProc(page, message, wParam, lParam);
+    if (message == WM_COMMAND) reinterpret_cast<PageHost*>(data)->Touched();
+    if (message == WM_NCDESTROY) RemoveWindowSubclass(page, FollowPage, id);
+    return result;
+}
+
 void PageHost::NoteAsFilled(HWND page) {
     for (Shown& shown : pages_)
         if (shown.Window == page) shown.State = StateOfControls(page);
@@ -119,18 +146,26 @@ bool PageHost::Answer(const DialogMessage& message, INT_PTR& result) {
     }
     if (message.Number != WM_NOTIFY) return false;
     const auto& notice = *reinterpret_cast<const NMHDR*>(message.LParam);
-    if (notice.hwndFrom != tabs_) return false;
+    return notice.hwndFrom == chooser_ && AnswerChooser(notice, result);
+}
+
+bool PageHost::AnswerChooser(const NMHDR& notice, INT_PTR& result) {
     if (notice.code == TCN_SELCHANGING) {
         SetWindowLongPtrA(dialog_, DWLP_MSGRESULT, Leave() ? FALSE : TRUE);
         result = TRUE;
     }
-    if (notice.code == TCN_SELCHANGE) Show(static_cast<std::size_t>(SendMessageA(tabs_, TCM_GETCURSEL, 0, 0)));
+    if (notice.code == TCN_SELCHANGE) Show(static_cast<std::size_t>(SendMessageA(chooser_, TCM_GETCURSEL, 0, 0)));
     return true;
+}
+
+void PageHost::Turn(std::size_t page) {
+    if (Leave()) return Show(page);
+    ShowChosen(front_);
 }
 
 void PageHost::Step(int by) {
     const auto count = static_cast<int>(pages_.size());
-    if (Leave()) Show(static_cast<std::size_t>((static_cast<int>(front_) + by + count) % count));
+    Turn(static_cast<std::size_t>((static_cast<int>(front_) + by + count) % count));
 }
 
 bool PageHost::TakeKey(const MSG& message) {

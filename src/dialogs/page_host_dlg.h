@@ -1,5 +1,6 @@
-// A dialog of pages behind a tab control. A page is a child dialog with a plan of its own over the same context; it is
-// made when it is first shown. A page with a fault is not left.
+// A dialog of pages, of which one is in front: behind a tab control, or beside a list (page_list_dlg.h). A page is a
+// child dialog with a plan of its own over the same context; it is made when it is first shown. A page with a fault is
+// not left.
 #pragma once
 
 #include <windows.h>
@@ -21,6 +22,7 @@ struct Page {
     // Takes what the page's controls say into the context. Returns the control of the first fault, after its message,
     // or 0. None: the page takes it as it goes.
     int (*Take)(HWND page, void* context) = nullptr;
+    const char* Icon = nullptr; // of a page in a list
 };
 
 // The Take of a page, for a function that knows the context's type.
@@ -32,7 +34,7 @@ int TakePage(HWND page, void* context) {
 class PageHost : public DialogPart {
   public:
     // Takes up the tab control of a dialog that is being filled, and shows the first page.
-    void Begin(HWND dialog, int tabs, const std::vector<Page>& pages);
+    void Begin(HWND dialog, int chooser, const std::vector<Page>& pages);
 
     // Has all pages that were shown taken, in their order. False at the first fault, whose page and control then have
     // the focus.
@@ -48,6 +50,9 @@ class PageHost : public DialogPart {
     // The page's window; made if it was not there yet.
     HWND Window(std::size_t page);
 
+    // Makes the pages that were shown anew, as the context has them now. The focus stays where it is.
+    void FillAnew();
+
     // The page's controls show something else now, and the person has changed nothing.
     void NoteAsFilled(HWND page);
 
@@ -56,6 +61,26 @@ class PageHost : public DialogPart {
 
     bool Answer(const DialogMessage& message, INT_PTR& result) override;
     bool TakeKey(const MSG& message) override;
+
+  protected:
+    // What the person chooses pages by, here a tab control: a title in it, the one that is chosen, what it tells, and
+    // the place of a page in the dialog and in the order of the keyboard.
+    virtual void AddTitle(std::size_t page, const Page& what);
+    virtual void ShowChosen(std::size_t page);
+    virtual bool AnswerChooser(const NMHDR& notice, INT_PTR& result);
+    virtual void Place(HWND window) const;
+
+    // A control of a page has told something.
+    virtual void Touched() {}
+
+    // Goes to another page, if the one in front can be left. Else that one is chosen again.
+    void Turn(std::size_t page);
+
+    [[nodiscard]] HWND Dialog() const { return dialog_; }
+    [[nodiscard]] HWND Chooser() const { return chooser_; }
+    [[nodiscard]] std::size_t Front() const { return front_; }
+    [[nodiscard]] std::size_t Count() const { return pages_.size(); }
+    [[nodiscard]] const Page& What(std::size_t page) const { return pages_.at(page).What; }
 
   private:
     struct Shown {
@@ -68,10 +93,11 @@ class PageHost : public DialogPart {
     bool Leave();
     int Take(Shown& page) const;
     void Step(int by);
-    void Place(HWND window) const;
+    static LRESULT CALLBACK FollowPage(HWND page, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
+                                       DWORD_PTR data);
 
     HWND dialog_ = nullptr;
-    HWND tabs_ = nullptr;
+    HWND chooser_ = nullptr;
     std::size_t front_ = 0;
     std::vector<Shown> pages_;
 };

@@ -6,6 +6,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "ctlfile/fixed_text.h"
 #include "ctlfile/key_fields.h"
@@ -128,12 +129,33 @@ struct ServerOptions {
     friend bool operator==(const ServerOptions&, const ServerOptions&) = default;
 };
 
+// What belongs together for a person: the pages on which the options are shown.
+enum class OptionPage {
+    General,
+    Sending,
+    Archiving,
+    OffpeakTimes,
+    InwardRouting,
+    Printing,
+    PrintLayout,
+    TextConversion,
+    SubmitDirectory,
+    ScannerInput,
+    Workstations,
+    TelephoneNumbers,
+    LeastCostRouting,
+    MailGateway
+};
+const char* TitleOf(OptionPage page);
+
 // The keys in the order in which they are read and written.
 struct OptionKey {
     std::string_view Paragraph; // its header
     KeyField<ServerOptions> Field;
+    OptionPage Page;
+    std::string_view Title; // what a person calls it
 
-    enum class Traits { None, OnlyRead, Receiver }; // Receiver: the name of a user or group
+    enum class Traits { None, OnlyRead, Receiver, Directory }; // Receiver: the name of a user or group
     Traits Trait = Traits::None;
     std::string_view DefaultBelowServer = {}; // the default is this directory of the server area
     bool EmptyIsDefault = false;              // the file has nothing in place of the default
@@ -142,5 +164,17 @@ std::span<const OptionKey> OptionKeys();
 
 // The key of that name in that paragraph, both in any case and without brackets and separator; none without one.
 const OptionKey* FindOptionKey(std::string_view paragraph, std::string_view name);
+
+// An option that somebody looks for: one of OptionKeys, or another one that has a place on the pages.
+struct OptionHit {
+    OptionPage Page;
+    std::string_view Paragraph; // its header
+    std::string_view Key;       // without its separator
+    std::string_view Title;
+};
+
+// The options, page by page, in whose titles or keys each of the words stands somewhere, in any case; all of them
+// without a word.
+std::vector<OptionHit> FindOptions(std::string_view words);
 
 } // namespace bv

@@ -5,15 +5,19 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
+#include <utility>
 
 #include "ctlfile/reading.h"
 #include "ctlfile/saving.h"
+#include "options/option_messages.h"
 #include "options/option_values.h"
 #include "platform/ascii.h"
 #include "shell/server_files.h"
 #include "shell/server_paths.h"
 #include "shell/startup.h"
 #include "shell/versions.h"
+#include "users/directories.h"
 #include "users/receiver.h"
 #include "voice/front.h"
 #include "voice/messages.h"
@@ -96,21 +100,44 @@ StoredValue ReadOption(ControlStream& setup, Position body, const OptionKey& key
     return key.Field.Text(options);
 }
 
-bool IsKeyChanged(const Options& options, const SavedOptions& saved, const OptionKey& key) {
-    return key.Trait != OnlyRead && StoredValueOf(saved, key) != key.Field.Text(options);
-}
-
 bool IsChanged(const Options& options, const SavedOptions& saved) {
-    return std::ranges::any_of(OptionKeys(), [&](const OptionKey& key) { return IsKeyChanged(options, saved, key); });
+    return std::ranges::any_of(OptionKeys(), [&](const OptionKey& key) { return IsToBeWritten(options, saved, key); });
 }
 
-// Whoever stood there already may be anybody.
-bool CheckReceivers(const Options& options, const SavedOptions& saved) {
-    return std::ranges::all_of(OptionKeys(), [&](const OptionKey& key) {
-        if (key.Trait != Receiver) return true;
-        const std::string name = key.Field.Text(options);
-        return StoredValueOf(saved, key) == name || CheckReceiver(name);
-    });
+// Whether a value may be meant that nobody has given yet: neither the file's nor the default.
+bool IsGivenAnew(const Options& options, const SavedOptions& saved, const OptionKey& key) {
+    const std::string text = key.Field.Text(options);
+    return StoredValueOf(saved, key).value_or(DefaultText(key)) != text;
+}
+
+bool CheckScanner(const Options& options) {
+    if (!options.HPScan || !options.HPScanDirectory.IsEmpty()) return true;
+    ShowError(kScannerNeedsDirectory);
+    return false;
+}
+
+bool CheckMargins(const Options& options) {
+    const int margins = options.AsciiTopMargin + options.AsciiBottomMargin;
+    return margins < options.AsciiFormLength || AskContinue(kNoRoomForText, margins, options.AsciiFormLength);
+}
+
+// What is asked about values together, and the keys that it is about.
+struct CommonRule {
+    bool (*Check)(const Options& options);
+    std::span<const std::pair<std::string_view, std::string_view>> Keys; // the first one is said to be wrong
+};
+constexpr std::pair<std::string_view, std::string_view> kScannerKeys[] = {{"HPSCAN", "Directory"},
+                                                                          {"OPTIONS", "HPScan"}};
+constexpr std::pair<std::string_view, std::string_view> kMarginKeys[] = {
+    {"EPSTIFF", "AsciiTopMargin"}, {"EPSTIFF", "AsciiBottomMargin"}, {"EPSTIFF", "AsciiFormLength"}};
+constexpr CommonRule kCommonRules[] = {{CheckScanner, kScannerKeys}, {CheckMargins, kMarginKeys}};
+
+// What stood there already may be anything.
+bool CheckKey(const Options& options, const SavedOptions& saved, const OptionKey& key) {
+    if (key.Trait != Receiver && key.Trait != Directory) return true;
+    if (!IsGivenAnew(options, saved, key)) return true;
+    const std::string text = key.Field.Text(options);
+    return key.Trait == Receiver ? CheckReceiver(text) : CheckDirectory(text);
 }
 
 // The value as it is written: the file keeps no copy of a default directory that it need not.
@@ -120,7 +147,7 @@ std::string FileText(const OptionKey& key, const std::string& text) {
 
 bool WriteChangedKeys(Rewrite& rewrite, const Options& options, const SavedOptions& saved) {
     for (const OptionKey& key : OptionKeys()) {
-        if (!IsKeyChanged(options, saved, key)) continue;
+        if (!IsToBeWritten(options, saved, key)) continue;
         const std::string value = FileText(key, key.Field.Text(options));
         if (!RewriteKey(rewrite, {key.Paragraph, key.Field.Key, value})) return false;
     }
@@ -140,6 +167,15 @@ const StoredValue& StoredValueOf(const SavedOptions& saved, const OptionKey& key
     static const StoredValue none;
     const auto index = static_cast<std::size_t>(&key - OptionKeys().data());
     return index < saved.size() ? saved[index] : none;
+}
+
+std::string DefaultText(const OptionKey& key) {
+    return key.DefaultBelowServer.empty() ? key.Field.Text(Options()) : DefaultDirectory(key);
+}
+
+std::string DescribeOption(const OptionKey& key) {
+    const std::string text = DefaultText(key);
+    return DescribeValues(key.Field.Rule) + "; default " + (text.empty() ? "nothing" : text);
 }
 
 OptionsFound ReadServerOptions(ControlStream& setup, ServerOptions& options, SavedOptions& saved) {
@@ -174,15 +210,36 @@ bool LoadServerOptions(ServerOptions& options, SavedOptions& saved, OptionsFound
 bool EnterOption(const OptionKey& key, std::string_view text, ServerOptions& options) {
     if (key.Trait == OnlyRead) {
         const std::string_view paragraph = key.Paragraph.substr(1, key.Paragraph.size() - 2);
-        ShowError("%s/%s is the server's own and is only read", paragraph, key.Field.Name());
+        ShowError(kOptionOnlyRead, paragraph, key.Field.Name());
         return false;
     }
     return text == key.Field.Text(options) || EnterValue(key.Field, text, options);
 }
 
+bool IsToBeWritten(const ServerOptions& options, const SavedOptions& saved, const OptionKey& key) {
+    return key.Trait != OnlyRead && StoredValueOf(saved, key) != key.Field.Text(options);
+}
+
+const OptionKey* CheckOptions(const ServerOptions& options, const SavedOptions& saved) {
+    for (const OptionKey& key : OptionKeys())
+        if (!CheckKey(options, saved, key)) return &key;
+    for (const CommonRule& rule : kCommonRules) {
+        const auto isNew = [&](const auto& name) {
+            return IsGivenAnew(options, saved, *FindOptionKey(name.first, name.second));
+        };
+        if (std::ranges::any_of(rule.Keys, isNew) && !rule.Check(options))
+            return FindOptionKey(rule.Keys.front().first, rule.Keys.front().second);
+    }
+    return nullptr;
+}
+
 bool SaveServerOptions(const ServerOptions& options, SavedOptions& saved) {
     if (!IsChanged(options, saved)) return true;
-    if (!CheckReceivers(options, saved)) return false;
+    return CheckOptions(options, saved) == nullptr && WriteServerOptions(options, saved);
+}
+
+bool WriteServerOptions(const ServerOptions& options, SavedOptions& saved) {
+    if (!IsChanged(options, saved)) return true;
     Rewrite rewrite(PathOf(ServerFile::Setup), kTimeout);
     if (!CheckOpened(rewrite)) return false;
     CurrentFront().ShowWaitCursor(true);

@@ -7,6 +7,7 @@
 #include "ctlfile/reader.h"
 #include "ctlfile/reading.h"
 #include "ctlfile/saving.h"
+#include "options/option_messages.h"
 #include "platform/ascii.h"
 #include "shell/server_files.h"
 #include "shell/startup.h"
@@ -74,17 +75,6 @@ std::optional<TelephoneTypeCode> KeptType(std::string_view word) {
     return {};
 }
 
-// The writer's words are not all read as they were meant; a rewrite of the list changes such entries.
-void WarnOfShifts(const TelephoneTypes& types) {
-    for (const TelephoneType& type : types) {
-        const std::string written = TelephoneTypeWord(type.Code);
-        const auto readBack = ParseTelephoneType(written);
-        if (readBack == type.Code) continue;
-        ShowWarning("%s \"%s\" will be read as %s from now on", written, type.Description.View(),
-                    TelephoneTypeWord(readBack.value_or(type.Code)));
-    }
-}
-
 } // namespace
 
 std::string TelephoneTypeWord(TelephoneTypeCode code) {
@@ -116,6 +106,50 @@ std::optional<std::string> FaultOfTypeDescription(std::string_view text) {
     return FaultOfValue("TelnumType", kRule, text);
 }
 
+std::vector<std::string> KeptTypeWords() {
+    std::vector<std::string> words;
+    for (TelephoneTypeCode code = kLocal; code <= kLastType; ++code)
+        if (ParseTelephoneType(TelephoneTypeWord(code)) == code) words.push_back(TelephoneTypeWord(code));
+    return words;
+}
+
+std::optional<TelephoneType> EnterType(const TelephoneTypes& types, std::size_t place, std::string_view word,
+                                       std::string_view description) {
+    const bool isNew = place >= types.size();
+    if (isNew && types.size() >= kMaxTelephoneTypes) {
+        ShowError(kTooManyTypes, kMaxTelephoneTypes);
+        return {};
+    }
+    const bool stays = !isNew && EqualFolded(word, TelephoneTypeWord(types[place].Code));
+    const auto code = stays ? std::optional(types[place].Code) : KeptType(word);
+    if (!code) return {};
+    for (std::size_t i = 0; i < types.size() && !stays; ++i) {
+        if (i == place || types[i].Code != *code) continue;
+        ShowError(kTypeDescribed, word);
+        return {};
+    }
+    const bool isAsBefore = !isNew && types[place].Description.View() == description;
+    if (const auto fault = FaultOfTypeDescription(description); fault && !isAsBefore) {
+        ShowError("%s", *fault);
+        return {};
+    }
+    return TelephoneType{*code, description};
+}
+
+std::string TypeReadBack(TelephoneTypeCode code) {
+    return TelephoneTypeWord(ParseTelephoneType(TelephoneTypeWord(code)).value_or(code));
+}
+
+// The writer's words are not all read as they were meant; a rewrite of the list changes such entries.
+void WarnOfShifts(const TelephoneTypes& types) {
+    for (const TelephoneType& type : types) {
+        const std::string written = TelephoneTypeWord(type.Code);
+        if (ParseTelephoneType(written) == type.Code) continue;
+        ShowWarning("%s \"%s\" will be read as %s from now on", written, type.Description.View(),
+                    TypeReadBack(type.Code));
+    }
+}
+
 bool DescribeTelephoneTypes(std::span<const TypeDescription> descriptions, TelephoneTypes& types) {
     TelephoneTypes described = types;
     std::vector<TelephoneTypeCode> given;
@@ -131,8 +165,7 @@ bool DescribeTelephoneTypes(std::span<const TypeDescription> descriptions, Telep
         else
             described.push_back({*code, description});
     }
-    if (described.size() > kMaxTelephoneTypes)
-        return Refuse(FormatText("There can be at most %d telephone-number types", kMaxTelephoneTypes));
+    if (described.size() > kMaxTelephoneTypes) return Refuse(FillMessage(kTooManyTypes, kMaxTelephoneTypes));
     if (described != types) WarnOfShifts(described);
     types = std::move(described);
     return true;

@@ -37,6 +37,21 @@ std::optional<TelephoneTypeCode> ParseTelephoneType(std::string_view word);
 // Why a person may not give the text as a description, in a sentence; none when it is fine.
 std::optional<std::string> FaultOfTypeDescription(std::string_view text);
 
+// The words of the types that are read as themselves once they are written, which alone a person may give anew.
+std::vector<std::string> KeptTypeWords();
+
+// What a person may not do with the entry at `place`, behind the last one a new one: two descriptions of one type, a
+// word that is read as another type, more than 20. The type that an entry has may stay. The entry; none after a
+// message.
+std::optional<TelephoneType> EnterType(const TelephoneTypes& types, std::size_t place, std::string_view word,
+                                       std::string_view description);
+
+// The word under which the server knows the type of an entry once it is written.
+std::string TypeReadBack(TelephoneTypeCode code);
+
+// Warns of each type of a list to be written that will be read as another one from then on.
+void WarnOfShifts(const TelephoneTypes& types);
+
 // A description that a person gives to the type of a word.
 struct TypeDescription {
     std::string Word;

@@ -4,6 +4,7 @@
 
 #include "covlet/catalogue_dlg.h"
 #include "dialogs/dialog_dlg.h"
+#include "options/options_dlg.h"
 #include "resources/ids.h"
 #include "shell/menu_walk.h"
 #include "shell/startup.h"
@@ -30,7 +31,7 @@ void OpenUsers(HWND owner) { ConfigureUsers(owner, kServices); }
 constexpr Area kAreas[] = {
     {MenuEntry::Users, ID_MENU_USERS, kAreaOfUsers, OpenUsers},
     {MenuEntry::Devices, ID_MENU_DEVICES, kAreaOfDevices, nullptr},
-    {MenuEntry::Settings, ID_MENU_SETTINGS, kAreaOfSettings, nullptr},
+    {MenuEntry::Settings, ID_MENU_SETTINGS, kAreaOfSettings, ConfigureOptions},
     {MenuEntry::InwardRouting, ID_MENU_ROUTING, kAreaOfRouting, nullptr},
     {MenuEntry::Coversheets, ID_MENU_COVLET, kAreaOfCoversheets, ConfigureCoversheets},
 };

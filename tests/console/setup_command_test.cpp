@@ -50,6 +50,14 @@ const test::CommandCase kCases[] = {
     {"option get QUEUEMAN/SendRetryWait --json", 0, "{\n  \"SendRetryWait\": \"60\"\n}\n", ""},
     {"option get QUEUEMAN/MailLoginParams", 0, "********\n", ""},
     {"option get QUEUEMAN/MailLoginParams --reveal", 0, "sekrit\n", ""},
+    {"option find 'sent directory'", 0,
+     "QUEUEMAN/ArchiveSentPath\tDirectory of sent faxes\tArchiving\ta text of at most 256 characters; default "
+     "F:\\BRIVANE\\SERVER\\B-SENT\\\n",
+     ""},
+    {"option find nothing", 1, "", "Nothing fits the filter \"nothing\"\n"},
+    {"option set EPSTIFF/AsciiTopMargin=70", 1, "",
+     "Margins of 72 lines leave no room on a page of 72 - Would you like to continue? [y/N] No (nobody to ask; --yes "
+     "answers Yes)\n"},
     {"option set BSUBMIT/User=NOBODY", 1, "", "Brivane user NOBODY not found\n"},
     {"option set", 2, "", "What is to be set is missing\n"},
     {"option set OPTIONS/MailGatewayV6=YES", 1, "", "OPTIONS/MailGatewayV6 is the server's own and is only read\n"},

@@ -4,9 +4,12 @@
 
 #include <windows.h>
 
+#include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "dialogs/dialog_dlg.h"
+#include "users/permissions.h"
 
 namespace bv {
 
@@ -24,8 +27,9 @@ enum TimeRangeControl : int {
 
 class TimeRange : public DialogPart {
   public:
-    // Takes up the controls of a dialog that is being filled. The key's text; empty: at any time.
-    void Begin(HWND dialog, int base, const std::string& text);
+    // Takes up the controls of a dialog that is being filled. The key's text; empty: at any time. At once are chosen,
+    // by their button, days alone ("MON TUE") or times and days.
+    void Begin(HWND dialog, int base, const std::string& text, std::string_view atOnce = "MON TUE WED THU FRI");
 
     // The text that the controls make; what is no time stands in it as it was typed.
     [[nodiscard]] std::string Text() const;
@@ -38,6 +42,8 @@ class TimeRange : public DialogPart {
   private:
     void Show(const std::string& text);
     void Update();
+    void ShowTimes(const SendTimeRange& range);
+    void ChooseAtOnce();
     void CheckDays(std::uint16_t days);
     [[nodiscard]] std::string Time(int which) const;
     static LRESULT CALLBACK TimeKeys(HWND edit, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
@@ -45,6 +51,7 @@ class TimeRange : public DialogPart {
 
     HWND dialog_ = nullptr;
     int base_ = 0;
+    std::string atOnce_;
 };
 
 // "130" and "1:30" as "01:30"; another text as it is.

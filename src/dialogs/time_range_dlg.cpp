@@ -1,4 +1,4 @@
-#include "users/time_range_dlg.h"
+#include "dialogs/time_range_dlg.h"
 
 #include <commctrl.h>
 
@@ -6,7 +6,6 @@
 #include <cstdint>
 
 #include "platform/ascii.h"
-#include "users/permissions.h"
 #include "users/week_days.h"
 #include "voice/format.h"
 
@@ -15,7 +14,6 @@ namespace {
 
 constexpr int kLongestTime = 5;
 constexpr int kMinutesADay = 24 * 60;
-constexpr std::uint16_t kWorkingDays = 2 + 4 + 8 + 16 + 32;
 
 int NumberOf(const std::string& digits) {
     int number = 0;
@@ -44,9 +42,10 @@ std::string FullTime(const std::string& text) {
     return digits.substr(0, 2) + ":" + digits.substr(2);
 }
 
-void TimeRange::Begin(HWND dialog, int base, const std::string& text) {
+void TimeRange::Begin(HWND dialog, int base, const std::string& text, std::string_view atOnce) {
     dialog_ = dialog;
     base_ = base;
+    atOnce_ = atOnce;
     for (const int time : {kTimeAfter, kTimeBefore}) {
         SendDlgItemMessageA(dialog, base + time, EM_LIMITTEXT, kLongestTime, 0);
         SetWindowSubclass(GetDlgItem(dialog, base + time), TimeKeys, 1, 0);
@@ -63,11 +62,22 @@ void TimeRange::Show(const std::string& text) {
     }
     CheckRadioButton(dialog_, base_ + kTimeAny, base_ + kTimeOnly, base_ + (text.empty() ? kTimeAny : kTimeOnly));
     if (!text.empty()) {
-        SetText(dialog_, base_ + kTimeAfter, FormatText("%.2d:%.2d", range.FromHour, range.FromMinute));
-        SetText(dialog_, base_ + kTimeBefore, FormatText("%.2d:%.2d", range.ToHour, range.ToMinute));
+        ShowTimes(range);
         CheckDays(range.Days);
     }
     Update();
+}
+
+void TimeRange::ShowTimes(const SendTimeRange& range) {
+    SetText(dialog_, base_ + kTimeAfter, FormatText("%.2d:%.2d", range.FromHour, range.FromMinute));
+    SetText(dialog_, base_ + kTimeBefore, FormatText("%.2d:%.2d", range.ToHour, range.ToMinute));
+}
+
+void TimeRange::ChooseAtOnce() {
+    SendTimeRange range{};
+    ParseSendTime(atOnce_, range);
+    if (StartsWithFolded(atOnce_, "AFTER")) ShowTimes(range);
+    CheckDays(range.Days);
 }
 
 void TimeRange::CheckDays(std::uint16_t days) {
@@ -111,7 +121,7 @@ bool TimeRange::Answer(const DialogMessage& message, INT_PTR&) {
     const int control = LOWORD(message.WParam) - base_;
     const int code = HIWORD(message.WParam);
     if (control < kTimeAny || control >= kTimeLine) return false;
-    if (code == BN_CLICKED && control == kTimeDaysAtOnce) CheckDays(kWorkingDays);
+    if (code == BN_CLICKED && control == kTimeDaysAtOnce) ChooseAtOnce();
     if (code == BN_CLICKED && control == kTimeClearDays) CheckDays(0);
     if (code == BN_CLICKED || code == EN_CHANGE) Update();
     return true;
