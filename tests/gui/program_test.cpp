@@ -12,6 +12,7 @@ namespace {
 
 constexpr const char* kMenuTitle = "Brivane configuration";
 constexpr const char* kCatalogueTitle = "Brivane - coversheets and letterheads";
+constexpr const char* kDevicesTitle = "Brivane - devices";
 constexpr const char* kWarningCaption = "Brivane Setup - Warning!";
 
 std::string Command(const std::string& arguments = "") { return "\"" + BesideTest("BVSETUP.exe") + "\" " + arguments; }
@@ -135,7 +136,6 @@ bool CloseNext(const Program& setup, std::string_view title) {
 }
 
 constexpr const char* kUsersTitle = "Brivane - users and user groups";
-constexpr const char* kDevicesTitle = kWarningCaption; // this version has none
 constexpr const char* kSettingsTitle = "Brivane - server settings";
 
 TEST_F(Setup, StartFunctionsAndInstallerModesGoThroughTheirDialogs) {
