@@ -5,6 +5,7 @@
 #include <span>
 #include <utility>
 
+#include "devices/device_actions.h"
 #include "lcr/edit_lock.h"
 #include "lcr/lcr_uses.h"
 #include "lcr/rule_actions.h"
@@ -228,9 +229,24 @@ bool ChangeUses(NamedThing kind, const Names& names, UseChange change) {
 }
 
 bool DeleteWithUses(NamedThing kind, const Names& names, const UseChange& change, const SaveProgress& goOn) {
+    if (kind == NamedThing::Printer)
+        return CheckRemovable(names) && ChangeUses(kind, names, change) && RemoveDevices(names);
     const RecordKind records = RecordKindOf(kind);
     const auto found = FindDeletable(names, records);
     return found && ChangeUses(kind, names, change) && DeleteRecords(*found, records, goOn);
+}
+
+bool DeleteUnused(NamedThing kind, const Names& names, const SaveProgress& goOn) {
+    return kind == NamedThing::Printer ? DeleteDevices(names) : DeleteUsers(names, RecordKindOf(kind), goOn);
+}
+
+bool IsThere(NamedThing kind, const std::string& name) {
+    if (kind == NamedThing::Printer) {
+        const std::optional<NameSet> devices = ReadDeviceNames();
+        return !devices || devices->Has(name);
+    }
+    UserList list;
+    return !list || list.Has(name, RecordKindOf(kind)) || !list.IsRead();
 }
 
 } // namespace bv

@@ -43,8 +43,14 @@ bool CheckReplacement(NamedThing kind, const Names& names, std::string& by);
 // those told of by then stay changed.
 bool ChangeUses(NamedThing kind, const Names& names, UseChange change);
 
-// Changes the places and then deletes the users or groups, which are looked for first (FindDeletable, DeleteRecords).
-// Asks nothing. False after a message.
+// Changes the places and then deletes the records (FindDeletable, DeleteRecords) or devices (CheckRemovable,
+// RemoveDevices), which are looked for first. Asks nothing. False after a message.
 bool DeleteWithUses(NamedThing kind, const Names& names, const UseChange& change, const SaveProgress& goOn);
+
+// The same for what is used nowhere, after one question (DeleteUsers, DeleteDevices).
+bool DeleteUnused(NamedThing kind, const Names& names, const SaveProgress& goOn);
+
+// Whether the name is still there, as far as can be told.
+bool IsThere(NamedThing kind, const std::string& name);
 
 } // namespace bv

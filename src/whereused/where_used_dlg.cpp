@@ -118,20 +118,13 @@ bool WithProgress(HWND owner, std::size_t total, Action act) {
     });
 }
 
-bool IsThere(const UseDialog& context) {
-    if (context.Kind == NamedThing::Printer) return true;
-    UserList list;
-    return list && (list.Has(context.Which.front(), RecordKindOf(context.Kind)) || !list.IsRead());
-}
-
 bool TakeReplacement(HWND dialog, UseDialog& context) {
     std::string& by = context.Change.By;
     const bool isTaken = context.Kind == NamedThing::Printer ? TakeText(dialog, ID_USES_BY, by) : context.By.Take(by);
     return isTaken && CheckReplacement(context.Kind, context.Which, by);
 }
 
-bool Settle(HWND dialog, const UseDialog& context) {
-    if (context.Kind == NamedThing::Printer) return ChangeUses(context.Kind, context.Which, context.Change);
+bool DeleteChosen(HWND dialog, const UseDialog& context) {
     return WithProgress(dialog, context.Which.size(), [&](const SaveProgress& goOn) {
         return DeleteWithUses(context.Kind, context.Which, context.Change, goOn);
     });
@@ -142,7 +135,7 @@ void PressDelete(HWND dialog, UseDialog& context) {
     Choose(dialog, context);
     if (context.Change.What == UseChange::Kind::Replace && !TakeReplacement(dialog, context))
         return FocusControl(dialog, ID_USES_BY);
-    if (Settle(dialog, context) || !IsThere(context)) return EndWithOk(dialog, context);
+    if (DeleteChosen(dialog, context) || !IsThere(context.Kind, context.Which.front())) return EndWithOk(dialog, context);
     ReadUsesAgain(dialog, context);
 }
 
@@ -171,13 +164,6 @@ bool FindPlaces(UseDialog& context) {
     return uses.has_value();
 }
 
-UsesFate SettlePlaces(HWND owner, UseDialog& context) {
-    if (!FindPlaces(context)) return UsesFate::Cancelled;
-    if (context.Uses.empty()) return UsesFate::None;
-    const bool isSettled = OpenDialog("DeleteUsedBox", owner, WhereUsedDlgBox, &context) == IDOK;
-    return isSettled ? UsesFate::Settled : UsesFate::Cancelled;
-}
-
 } // namespace
 
 void ShowUses(HWND owner, NamedThing kind, const std::string& name) {
@@ -187,14 +173,12 @@ void ShowUses(HWND owner, NamedThing kind, const std::string& name) {
 
 void DeleteByDialog(HWND owner, NamedThing kind, const std::vector<std::string>& names) {
     UseDialog context{.Kind = kind, .Which = names, .Deletes = true, .Uses = {}};
-    if (SettlePlaces(owner, context) != UsesFate::None) return; // the dialog deletes by itself
-    WithProgress(owner, names.size(),
-                 [&](const SaveProgress& goOn) { return DeleteUsers(names, RecordKindOf(kind), goOn); });
-}
-
-UsesFate SettlePrinterUses(HWND owner, const std::vector<std::string>& names) {
-    UseDialog context{.Kind = NamedThing::Printer, .Which = names, .Deletes = true, .Uses = {}};
-    return SettlePlaces(owner, context);
+    if (!FindPlaces(context)) return;
+    if (!context.Uses.empty()) {
+        OpenDialog("DeleteUsedBox", owner, WhereUsedDlgBox, &context);
+        return;
+    }
+    WithProgress(owner, names.size(), [&](const SaveProgress& goOn) { return DeleteUnused(kind, names, goOn); });
 }
 
 INT_PTR CALLBACK WhereUsedDlgBox(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {

@@ -10,7 +10,6 @@ namespace bv {
 // As DialogServices has them.
 void ShowUses(HWND owner, NamedThing kind, const std::string& name);
 void DeleteByDialog(HWND owner, NamedThing kind, const std::vector<std::string>& names);
-UsesFate SettlePrinterUses(HWND owner, const std::vector<std::string>& names);
 
 INT_PTR CALLBACK WhereUsedDlgBox(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
 

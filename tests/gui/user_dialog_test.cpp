@@ -46,7 +46,7 @@ class UserDialogs : public testing::Test {
     }
 
     void WithList(const std::function<void(HWND, const Windows&)>& drive) {
-        static constexpr DialogServices kServices{ShowUses, DeleteByDialog, SettlePrinterUses};
+        static constexpr DialogServices kServices{ShowUses, DeleteByDialog};
         RunDriven([] { ConfigureUsers(nullptr, kServices); },
                   [&](const Windows& windows) { drive(windows.Wait(kListTitle), windows); });
     }

@@ -35,7 +35,7 @@ class WhereUsedDialogs : public testing::Test {
 
     // The list of users with those selected that the filter leaves.
     void WithUsers(const std::string& filter, const std::function<void(HWND, const Windows&)>& drive) {
-        static constexpr DialogServices kServices{ShowUses, DeleteByDialog, SettlePrinterUses};
+        static constexpr DialogServices kServices{ShowUses, DeleteByDialog};
         RunDriven([] { ConfigureUsers(nullptr, kServices); },
                   [&](const Windows& windows) {
                       const HWND list = windows.Wait("Brivane - users and user groups");
