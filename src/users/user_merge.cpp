@@ -1,19 +1,13 @@
 #include "users/user_merge.h"
 
+#include "ctlfile/merge.h"
 #include "users/user_list.h"
-#include "users/user_messages.h"
-#include "voice/messages.h"
 
 namespace bv {
 namespace {
 
 std::string WhoseRecord(const RecordEntry& entry) {
     return std::string(entry.Kind() == RecordKind::Group ? "User group " : "User ") + entry.Name();
-}
-
-bool OverwritesTheirs(const RecordEntry& entry, const RecordKey& key, const std::string& theirs) {
-    const std::string value = FormatText("%s: \"%s\"", KeyName(key), theirs);
-    return AskWarning(kOverwriteTheirs, WhoseRecord(entry), value);
 }
 
 } // namespace
@@ -30,13 +24,11 @@ std::optional<RecordEntry> OnTopOfTheList(const RecordEntry& entry) {
     if (!now) return std::nullopt;
     RecordEntry merged(entry.Kind(), std::move(*now));
     const UserRecord theirs = merged.Before();
+    const std::string whose = WhoseRecord(entry);
     for (const RecordKey& key : RecordKeys()) {
-        const std::string mine = key.Show(entry.After());
-        const std::string before = key.Show(entry.Before());
-        const std::string nowThere = key.Show(theirs);
-        if (!HasKey(key, entry.Kind()) || mine == before || mine == nowThere) continue;
-        if (nowThere != before && !OverwritesTheirs(entry, key, nowThere)) continue;
-        merged.Enter(KeyName(key), mine);
+        if (!HasKey(key, entry.Kind())) continue;
+        const MergedKey texts{KeyName(key), key.Show(entry.Before()), key.Show(entry.After()), key.Show(theirs)};
+        if (TakesMine(whose, texts)) merged.Enter(KeyName(key), texts.Mine);
     }
     return merged;
 }
