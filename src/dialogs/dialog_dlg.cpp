@@ -1,5 +1,7 @@
 #include "dialogs/dialog_dlg.h"
 
+#include <commctrl.h>
+
 #include <algorithm>
 #include <utility>
 
@@ -260,10 +262,22 @@ bool TakeText(HWND dialog, int control, std::string& text) {
     return true;
 }
 
+bool IsOfClass(HWND window, const char* name) {
+    char found[32] = "";
+    GetClassNameA(window, found, sizeof found);
+    return lstrcmpiA(found, name) == 0;
+}
+
+HWND ArrowsOf(HWND edit) {
+    const HWND next = GetWindow(edit, GW_HWNDNEXT);
+    return next != nullptr && IsOfClass(next, UPDOWN_CLASSA) ? next : nullptr;
+}
+
 void EnableControl(HWND dialog, int control, bool enabled) {
     const HWND window = GetDlgItem(dialog, control);
     if (!enabled && GetFocus() == window) SendMessageA(dialog, WM_NEXTDLGCTL, 0, FALSE);
     EnableWindow(window, enabled);
+    if (const HWND arrows = ArrowsOf(window)) EnableWindow(arrows, enabled);
 }
 
 void FocusControl(HWND dialog, int control) {

@@ -209,7 +209,12 @@ bool TakeField(HWND dialog, int control, FixedText<N>& text) {
     return true;
 }
 
-// A disabled control that has the focus hands it to the dialog's next one first.
+bool IsOfClass(HWND window, const char* name);
+
+// The arrows beside an edit control for a number; none when it has none.
+HWND ArrowsOf(HWND edit);
+
+// A disabled control that has the focus hands it to the dialog's next one first. Arrows follow their number.
 void EnableControl(HWND dialog, int control, bool enabled);
 
 // Moves the focus to a control and selects its text: the field that is wrong.

@@ -14,12 +14,6 @@ namespace {
 constexpr std::string_view kYes = "YES";
 constexpr std::string_view kNo = "NO";
 
-bool IsOfClass(HWND window, const char* name) {
-    char found[32] = "";
-    GetClassNameA(window, found, sizeof found);
-    return lstrcmpiA(found, name) == 0;
-}
-
 void SetChecked(HWND dialog, int control, bool checked) {
     CheckDlgButton(dialog, control, checked ? BST_CHECKED : BST_UNCHECKED);
 }
@@ -35,13 +29,19 @@ bool HasWord(std::string_view text, std::string_view word) {
     return false;
 }
 
-void FillChoice(HWND dialog, const FieldControl& field, const std::string& text) {
+void AddEntries(HWND dialog, const FieldControl& field) {
     SendDlgItemMessageA(dialog, field.Control, CB_RESETCONTENT, 0, 0);
-    for (const std::string_view value : field.Values)
-        SendDlgItemMessageA(dialog, field.Control, CB_ADDSTRING, 0,
-                            reinterpret_cast<LPARAM>(std::string(value).c_str()));
-    SendDlgItemMessageA(dialog, field.Control, CB_SELECTSTRING, static_cast<WPARAM>(-1),
-                        reinterpret_cast<LPARAM>(text.c_str()));
+    for (std::size_t i = 0; i < field.Values.size(); ++i) {
+        const std::string entry = field.Titles.empty() ? std::string(field.Values[i]) : field.Titles[i];
+        SendDlgItemMessageA(dialog, field.Control, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(entry.c_str()));
+    }
+}
+
+// The place of the text among the values, or -1.
+int ValueIndex(const FieldControl& field, std::string_view text) {
+    const auto isText = [text](std::string_view value) { return EqualFolded(value, text); };
+    const auto found = std::ranges::find_if(field.Values, isText);
+    return found == field.Values.end() ? -1 : static_cast<int>(found - field.Values.begin());
 }
 
 void LimitText(HWND dialog, int control, std::size_t limit) {
@@ -50,15 +50,48 @@ void LimitText(HWND dialog, int control, std::size_t limit) {
     SendDlgItemMessageA(dialog, control, isCombo ? CB_LIMITTEXT : EM_LIMITTEXT, limit, 0);
 }
 
+// Puts the arrows beside a number, once, and says how far they go.
+void GiveArrows(HWND dialog, int control, std::size_t largest) {
+    const HWND edit = GetDlgItem(dialog, control);
+    HWND arrows = ArrowsOf(edit);
+    if (arrows == nullptr) {
+        constexpr DWORD kStyle =
+            WS_CHILD | WS_VISIBLE | UDS_SETBUDDYINT | UDS_ALIGNRIGHT | UDS_ARROWKEYS | UDS_NOTHOUSANDS;
+        arrows = CreateWindowExA(0, UPDOWN_CLASSA, nullptr, kStyle, 0, 0, 0, 0, dialog, nullptr,
+                                 GetModuleHandleA(nullptr), nullptr);
+        SetWindowPos(arrows, edit, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+        SendMessageA(arrows, UDM_SETBUDDY, reinterpret_cast<WPARAM>(edit), 0);
+    }
+    SendMessageA(arrows, UDM_SETRANGE32, 0, static_cast<LPARAM>(largest));
+}
+
+void ShowText(HWND dialog, const FieldControl& field, const FieldRecord& record, const std::string& text) {
+    if (!field.Values.empty()) AddEntries(dialog, field);
+    LimitText(dialog, field.Control, record.LimitOf(field.Key));
+    SetText(dialog, field.Control, text);
+}
+
+void ShowNumber(HWND dialog, const FieldControl& field, const FieldRecord& record, const std::string& text) {
+    const std::size_t largest = record.LimitOf(field.Key);
+    GiveArrows(dialog, field.Control, largest);
+    LimitText(dialog, field.Control, std::to_string(largest).size());
+    SetText(dialog, field.Control, text);
+}
+
 void ShowField(HWND dialog, const FieldControl& field, const FieldRecord& record) {
     const std::string text = record.TextOf(field.Key);
     switch (field.Form) {
-    case FieldForm::Text:
-        LimitText(dialog, field.Control, record.LimitOf(field.Key));
-        SetText(dialog, field.Control, text);
+    case FieldForm::Text: return ShowText(dialog, field, record, text);
+    case FieldForm::Number: return ShowNumber(dialog, field, record, text);
+    case FieldForm::Check: return SetChecked(dialog, field.Control, text == kYes);
+    case FieldForm::Choice:
+        AddEntries(dialog, field);
+        SendDlgItemMessageA(dialog, field.Control, CB_SETCURSEL, static_cast<WPARAM>(ValueIndex(field, text)), 0);
         break;
-    case FieldForm::Check: SetChecked(dialog, field.Control, text == kYes); break;
-    case FieldForm::Choice: FillChoice(dialog, field, text); break;
+    case FieldForm::Radio:
+        for (int i = 0; i < static_cast<int>(field.Values.size()); ++i)
+            SetChecked(dialog, field.Control + i, i == ValueIndex(field, text));
+        break;
     case FieldForm::Words:
         for (std::size_t i = 0; i < field.Values.size(); ++i)
             SetChecked(dialog, field.Control + static_cast<int>(i), HasWord(text, field.Values[i]));
@@ -66,19 +99,45 @@ void ShowField(HWND dialog, const FieldControl& field, const FieldRecord& record
     }
 }
 
-// What the controls say; none after kNotInCodePage.
-std::optional<std::string> FieldText(HWND dialog, const FieldControl& field) {
+std::string TickedWords(HWND dialog, const FieldControl& field) {
     std::string text;
+    for (std::size_t i = 0; i < field.Values.size(); ++i) {
+        if (!IsChecked(dialog, field.Control + static_cast<int>(i))) continue;
+        text.append(text.empty() ? "" : " ").append(field.Values[i]);
+    }
+    return text;
+}
+
+// The place of the value that is chosen, or -1.
+int ChosenIndex(HWND dialog, const FieldControl& field) {
+    if (field.Form == FieldForm::Choice)
+        return static_cast<int>(SendDlgItemMessageA(dialog, field.Control, CB_GETCURSEL, 0, 0));
+    for (int i = 0; i < static_cast<int>(field.Values.size()); ++i)
+        if (IsChecked(dialog, field.Control + i)) return i;
+    return -1;
+}
+
+// What the controls say; none after kNotInCodePage. As long as nothing is chosen, the value is what it was.
+std::optional<std::string> FieldText(HWND dialog, const FieldControl& field, const FieldRecord& record) {
     switch (field.Form) {
     case FieldForm::Check: return std::string(IsChecked(dialog, field.Control) ? kYes : kNo);
-    case FieldForm::Words:
-        for (std::size_t i = 0; i < field.Values.size(); ++i) {
-            if (!IsChecked(dialog, field.Control + static_cast<int>(i))) continue;
-            text.append(text.empty() ? "" : " ").append(field.Values[i]);
-        }
-        return text;
-    default: return TakeText(dialog, field.Control, text) ? std::optional(text) : std::nullopt;
+    case FieldForm::Words: return TickedWords(dialog, field);
+    case FieldForm::Choice:
+    case FieldForm::Radio: {
+        const int chosen = ChosenIndex(dialog, field);
+        if (chosen < 0 || chosen == ValueIndex(field, record.TextOf(field.Key))) return record.TextOf(field.Key);
+        return std::string(field.Values[static_cast<std::size_t>(chosen)]);
     }
+    default: break;
+    }
+    std::string text;
+    return TakeText(dialog, field.Control, text) ? std::optional(text) : std::nullopt;
+}
+
+// The control that the field's last value is shown by.
+int LastControl(const FieldControl& field) {
+    const bool isRow = field.Form == FieldForm::Words || field.Form == FieldForm::Radio;
+    return field.Control + (isRow ? static_cast<int>(field.Values.size()) - 1 : 0);
 }
 
 HWND MakeTooltips(HWND dialog) {
@@ -109,7 +168,7 @@ void ShowFields(HWND dialog, std::span<const FieldControl> fields, const FieldRe
 
 int TakeFields(HWND dialog, std::span<const FieldControl> fields, FieldRecord& record) {
     for (const FieldControl& field : fields) {
-        const std::optional<std::string> text = FieldText(dialog, field);
+        const std::optional<std::string> text = FieldText(dialog, field, record);
         if (!text) return field.Control;
         if (*text == record.TextOf(field.Key)) continue;
         if (const std::optional<std::string> fault = record.Enter(field.Key, *text)) {
@@ -124,9 +183,7 @@ void AddTooltips(HWND dialog, std::span<const FieldControl> fields, const FieldR
     const HWND tips = MakeTooltips(dialog);
     for (const FieldControl& field : fields) {
         std::string text = std::string(field.Key) + ": " + record.Describe(field.Key);
-        const int last =
-            field.Control + (field.Form == FieldForm::Words ? static_cast<int>(field.Values.size()) - 1 : 0);
-        for (int control = field.Control; control <= last; ++control) {
+        for (int control = field.Control; control <= LastControl(field); ++control) {
             TOOLINFOA tool{};
             tool.cbSize = sizeof tool;
             tool.uFlags = TTF_SUBCLASS | TTF_IDISHWND;

@@ -20,7 +20,7 @@ class FieldRecord {
     // Takes a value; the fault, in a sentence, when it cannot.
     virtual std::optional<std::string> Enter(std::string_view key, std::string_view text) = 0;
 
-    // The characters that a value has at most; 0 for what is not typed.
+    // The characters that a value has at most, or the largest of a number; 0 for what is not typed.
     [[nodiscard]] virtual std::size_t LimitOf(std::string_view key) const = 0;
 
     // What the key takes, in words, for a tooltip.
@@ -28,9 +28,11 @@ class FieldRecord {
 };
 
 enum class FieldForm {
-    Text,   // an edit control, or a combo box that can be typed into
+    Text,   // an edit control, or a combo box that can be typed into and offers the values
+    Number, // an edit control for digits, which gets arrows beside it
     Check,  // a check box: YES and NO
-    Choice, // a drop-down list whose entries are the file's words
+    Choice, // a drop-down list of the values
+    Radio,  // radio buttons in a row, one of them for each value
     Words,  // check boxes in a row, each a word of the value
 };
 
@@ -38,7 +40,8 @@ struct FieldControl {
     int Control;
     std::string_view Key;
     FieldForm Form = FieldForm::Text;
-    std::span<const std::string_view> Values = {}; // of a Choice or of Words
+    std::span<const std::string_view> Values = {}; // as the file has them
+    std::span<const char* const> Titles = {};      // of a Choice, what the list says for each of them, if not the same
 };
 
 // Fills the controls and gives them their limits.
