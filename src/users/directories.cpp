@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "platform/files.h"
+#include "users/user_messages.h"
 #include "voice/messages.h"
 
 namespace bv {
@@ -61,6 +62,12 @@ std::uint16_t CreateDirectoryPath(std::string_view path) {
     const auto present = std::find_if(levels.rbegin(), levels.rend(), IsDirectory);
     const bool isMade = std::all_of(present.base(), levels.end(), CreateLevel);
     return isMade ? 0 : kDirectoryFailed;
+}
+
+bool CheckDirectory(const std::string& directory) {
+    const std::string path = directory.substr(0, directory.find_last_not_of('\\') + 1);
+    if (path.empty() || IsDirectory(path) || !AskQuestion(kMakeDirectory, directory)) return true;
+    return CreateDirectoryPath(path) == 0;
 }
 
 std::vector<std::string> ListDirectoryFiles(const std::string& directory, std::string_view pattern) {

@@ -17,6 +17,11 @@ inline constexpr std::uint16_t kDirectoryFailed = 0xF00C;
 //   "Unable to create directory %s"
 std::uint16_t CreateDirectoryPath(std::string_view path);
 
+// For a directory that a person gives for a setting: when it is not there, 9208 asks whether to make it. No keeps it as
+// given, as the server may see it where this computer does not. False when it is to be made and cannot be, after the
+// message.
+bool CheckDirectory(const std::string& directory);
+
 // The paths of the files in the directory that match the pattern, of which "*.*" matches all; names that begin with "."
 // are passed over.
 std::vector<std::string> ListDirectoryFiles(const std::string& directory, std::string_view pattern);
