@@ -72,16 +72,41 @@ std::optional<DeviceType> GivenType(const Session& session, const Arguments& arg
     return type;
 }
 
+// How many are to be added; none after a message.
+std::optional<int> GivenCount(const Arguments& arguments) {
+    return arguments.Has("--count") ? ParseDeviceCount(arguments["--count"]) : 1;
+}
+
+// Adds devices that begin as the one given, under the first free numbers of the stem, and prints their names.
+int AddNumbered(Session& session, const Arguments& arguments, const std::string& stem, Device device) {
+    if (const int fault = Enter(session, arguments, device)) return fault;
+    const std::optional<int> count = GivenCount(arguments);
+    const std::optional<int> first = count ? FreeNumbers(stem, *count) : std::nullopt;
+    if (!first) return kExitRefused;
+    NewDevices devices{stem, *first, *count};
+    const int status = Perform(session, [&] { return AddDevices(devices, device, [](int) { return true; }); });
+    for (int i = 0; i < devices.Done; ++i)
+        if (!session.Json && !session.DryRun) PrintLines(session, {devices.Name(i)});
+    return status;
+}
+
 int Add(Session& session, const Arguments& arguments) {
     const std::optional<DeviceType> type = GivenType(session, arguments);
     if (!type) return kExitRefused;
-    Device device = NewDevice(*type);
-    if (const int fault = Enter(session, arguments, device)) return fault;
-    const std::optional<DeviceName> name = NextDeviceName(arguments["STEM"]);
-    if (!name) return kExitRefused;
-    const int status = Perform(session, [&] { return AddDevice(*name, device); });
-    if (status == kExitDone && !session.Json && !session.DryRun) PrintLines(session, {name->String()});
-    return status;
+    std::optional<Device> device = BeginningOf(*type, {});
+    if (!device) return kExitRefused;
+    // One device has the port that a new one has; several begin with the first that is free.
+    if (!arguments.Has("--count")) device->Settings.Port = NewDevice(*type).Settings.Port;
+    return AddNumbered(session, arguments, arguments["STEM"], *device);
+}
+
+int Clone(Session& session, const Arguments& arguments) {
+    std::string name = arguments["NAME"];
+    Device like;
+    if (const int fault = ReadListed(session, name, like)) return fault;
+    const std::optional<Device> device = BeginningOf(like.Type, name);
+    if (!device) return kExitRefused;
+    return AddNumbered(session, arguments, std::string(StemOf(name)), *device);
 }
 
 int Set(Session& session, const Arguments& arguments) {
@@ -103,6 +128,8 @@ int Delete(Session& session, const Arguments& arguments) {
 }
 
 constexpr Parameter kName = {"NAME", "Name as listed, in any case"};
+constexpr Parameter kCount = {"--count", "Add so many (up to 24), of numbers and ports in a row",
+                              ParameterKind::Option};
 constexpr Parameter kType = {"TYPE", "FCLASS (modem), GAMMA, BTROUT (boards) or PRINT (printer)"};
 
 constexpr Verb kVerbs[] = {
@@ -117,13 +144,21 @@ constexpr Verb kVerbs[] = {
      .Example = "MODEM-1",
      .Run = Located<Show>},
     {.Name = "add",
-     .Help = "Add a device under the first free number, and print its name",
+     .Help = "Add a device, or several, under the first free numbers, and print their names",
      .Parameters = {{{"STEM", "The name without its number: MODEM makes MODEM-1 to MODEM-99"},
                      kType,
                      {kAssignments, "Keys and values as 'show' prints them; the others are a new device's",
-                      ParameterKind::ZeroOrMore}}},
+                      ParameterKind::ZeroOrMore},
+                     kCount}},
      .Example = "MODEM FCLASS 'Description=Second line' Port=COM2",
      .Run = Located<Add>},
+    {.Name = "clone",
+     .Help = "Add a device like another one, with the next number and the first free port, and print its name",
+     .Parameters = {{kName,
+                     {kAssignments, "Keys and values that differ, as 'show' prints them", ParameterKind::ZeroOrMore},
+                     kCount}},
+     .Example = "GAMMA-1 --count 3",
+     .Run = Located<Clone>},
     {.Name = "set",
      .Help = "Change keys of a device",
      .Parameters = {{kName, {kAssignments, "Keys and values as 'show' prints them", ParameterKind::OneOrMore}}},

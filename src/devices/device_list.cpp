@@ -19,8 +19,6 @@
 namespace bv {
 namespace {
 
-constexpr int kLastNumber = 99;
-
 ControlStream OpenSetup() { return OpenForReading(PathOf(ServerFile::Setup)); }
 
 const ListedDevice* FindIn(const std::vector<ListedDevice>& devices, std::string_view name) {
@@ -105,13 +103,6 @@ std::string WithChangedLists(std::string_view text, std::string_view name, std::
     return changed;
 }
 
-std::string NumberedName(std::string_view stem, int number) {
-    std::string name = FormatText("%s-%d", stem, number);
-    // The names in parentheses are the system's own, which are in lower case.
-    std::ranges::transform(name, name.begin(), name.starts_with('(') ? ToLower : ToUpper);
-    return name;
-}
-
 } // namespace
 
 bool ReadDeviceList(std::vector<ListedDevice>& devices) {
@@ -178,27 +169,58 @@ bool UpdateDeviceList(std::string_view name, std::optional<std::string_view> des
 
 std::string_view OfferedStem(DeviceType type) { return type == DeviceType::Modem ? "MODEM" : TypeWord(type); }
 
+DeviceType TypeOfName(std::string_view name) {
+    for (const DeviceType type : {DeviceType::GammaLink, DeviceType::Brooktrout, DeviceType::Printer})
+        if (StartsWithFolded(name, OfferedStem(type))) return type;
+    return DeviceType::Modem;
+}
+
 bool IsValidDeviceName(std::string_view name) {
     const auto isUnfit = [](char c) { return IsControl(c) || c == ' ' || c == ',' || c == '"'; };
     return !name.empty() && name.size() <= DeviceName::kLimit && std::ranges::none_of(name, isUnfit);
 }
 
-std::optional<DeviceName> NextDeviceName(std::string_view stem) {
+std::string DeviceNameOf(std::string_view stem, int number) {
+    std::string name = FormatText("%s-%d", stem, number);
+    // The names in parentheses are the system's own, which are in lower case.
+    std::ranges::transform(name, name.begin(), name.starts_with('(') ? ToLower : ToUpper);
+    return name;
+}
+
+std::string_view StemOf(std::string_view name) { return name.substr(0, name.rfind('-')); }
+
+std::optional<NameSet> ReadDeviceNames() {
     ControlStream setup = OpenSetup();
     if (!setup) return {};
-    const std::vector<ListedDevice> lists[] = {ReadDevicesOf(setup, kDeviceList), ReadDevicesOf(setup, kPrinterList),
-                                               ReadDevicesOf(setup, kScannerList)};
+    NameSet names;
+    for (const std::string_view list : {kDeviceList, kPrinterList, kScannerList})
+        for (const ListedDevice& device : ReadDevicesOf(setup, list)) names.Add(device.Name);
     if (!WasRead(setup)) return {};
-    for (int number = 1; number <= kLastNumber; ++number) {
-        const std::string name = NumberedName(stem, number);
+    return names;
+}
+
+int OfferedNumber(const NameSet& taken, std::string_view stem) {
+    int number = 1;
+    while (number < kLastDeviceNumber && taken.Has(DeviceNameOf(stem, number))) ++number;
+    return number;
+}
+
+std::optional<int> FreeNumbers(std::string_view stem, int count) {
+    const std::optional<NameSet> taken = ReadDeviceNames();
+    if (!taken) return {};
+    int free = 0;
+    for (int number = 1; number <= kLastDeviceNumber; ++number) {
+        const std::string name = DeviceNameOf(stem, number);
         if (stem.empty() || !IsValidDeviceName(name)) {
             ShowError("Device name '%s' invalid", name);
             return {};
         }
-        const auto hasIt = [&](const auto& devices) { return FindIn(devices, name) != nullptr; };
-        if (std::ranges::none_of(lists, hasIt)) return DeviceName(name);
+        free = taken->Has(name) ? 0 : free + 1;
+        if (free == count) return number - count + 1;
     }
-    ShowError("All device numbers of '%s' are in use", stem);
+    ShowError(count == 1 ? MessageWith<1>("All device numbers of '%s' are in use")
+                         : MessageWith<1>("There are not so many free numbers of '%s' in a row"),
+              stem);
     return {};
 }
 

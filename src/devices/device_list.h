@@ -9,6 +9,7 @@
 
 #include "devices/device_settings.h"
 #include "shell/device_lists.h"
+#include "shell/name_set.h"
 #include "voice/list_target.h"
 
 namespace bv {
@@ -59,11 +60,29 @@ bool UpdateDeviceList(std::string_view name, std::optional<std::string_view> des
 // What a stem is offered as when a device of the type is added: MODEM, GAMMA, BTROUT or PRINT.
 std::string_view OfferedStem(DeviceType type);
 
+// The type whose stem a name begins with, or a modem: the best guess for a device that has none.
+DeviceType TypeOfName(std::string_view name);
+
 // A name that a list can hold: of 1 to 11 characters, without blanks, commas, quotes and control characters.
 bool IsValidDeviceName(std::string_view name);
 
-// The first name STEM-1 to STEM-99 that none of the lists has, in upper case, or in lower case when it begins with "(".
-// None after 413, or after a message: the name is not valid, or all are taken.
-std::optional<DeviceName> NextDeviceName(std::string_view stem);
+// The numbers of devices of one stem.
+inline constexpr int kLastDeviceNumber = 99;
+
+// STEM-NUMBER in upper case, or in lower case when it begins with "("; it may be too long, or invalid otherwise.
+std::string DeviceNameOf(std::string_view stem, int number);
+
+// The stem of such a name: what stands before its last hyphen, or the whole of a name without one.
+std::string_view StemOf(std::string_view name);
+
+// The first of so many numbers in a row under whose names none of the lists has a device. None after 413 or 9011, or
+// after a message: a name is not valid, or there are not so many.
+std::optional<int> FreeNumbers(std::string_view stem, int count);
+
+// The number that is offered for a device of the stem: the first whose name is not among them.
+int OfferedNumber(const NameSet& taken, std::string_view stem);
+
+// The names that any of the three lists has. None after 413 or 9011.
+std::optional<NameSet> ReadDeviceNames();
 
 } // namespace bv

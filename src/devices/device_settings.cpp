@@ -13,28 +13,13 @@
 
 namespace bv {
 
-template <>
-struct ChoiceWords<ClassOrder> {
-    static constexpr std::string_view kWords[] = {"1.0,1,2,2.0,2.1", "2,2.0,2.1,1.0,1"};
-};
-template <>
-struct ChoiceWords<DialMethod> {
-    static constexpr std::string_view kWords[] = {"TONE", "PULSE"};
-};
-template <>
-struct ChoiceWords<SpeakerMode> {
-    static constexpr std::string_view kWords[] = {"ON", "OFF", "CONNECT"};
-};
-template <>
-struct ChoiceWords<SpeakerLevel> {
-    static constexpr std::string_view kWords[] = {"LOW", "MEDIUM", "HIGH"};
-};
-
 namespace {
 
 using Settings = DeviceSettings;
 
 constexpr std::string_view kTypeWords[] = {"FCLASS", "GAMMA", "BTROUT", "PRINT"}; // by DeviceType
+
+constexpr std::string_view kTypeTitles[] = {"Fax modem", "GammaLink channel", "Brooktrout port", "Windows printer"};
 
 constexpr unsigned Bit(DeviceType type) { return 1U << static_cast<unsigned>(type); }
 constexpr unsigned kModem = Bit(DeviceType::Modem);
@@ -43,6 +28,7 @@ constexpr unsigned kFax = kModem | Bit(DeviceType::GammaLink) | kBrooktrout;
 constexpr unsigned kAll = kFax | Bit(DeviceType::Printer);
 
 constexpr std::string_view kDescriptionKey = "Description:";
+constexpr std::string_view kPortKey = "Port:";
 
 // The description also stands in quotes, in the list of devices.
 constexpr ValueRule kQuotable = {ValueRule::Form::Other,
@@ -89,7 +75,7 @@ constexpr DeviceKey kKeys[] = {
     {FieldOf<&Settings::MinSendRetryPages>("MinSendRetryPages:", kSettingNumber), kFax},
     {FieldOf<&Settings::PhoneNum>("PhoneNum:"), kFax},
     {FieldOf<&Settings::Organisation>("Organisation:"), kFax},
-    {FieldOf<&Settings::Port>("Port:"), kFax},
+    {FieldOf<&Settings::Port>(kPortKey), kFax},
     {FieldOf<&Settings::RecdUser>("RecdUser:"), kFax},
     {FieldOf<&Settings::ReceiveInit>("ReceiveInit:"), kModem},
     {FieldOf<&Settings::ReceiveOnly>("ReceiveOnly:"), kFax},
@@ -136,6 +122,8 @@ std::optional<DeviceType> ParseDeviceType(std::string_view word) {
     return static_cast<DeviceType>(*code);
 }
 
+std::string_view TypeTitle(DeviceType type) { return kTypeTitles[static_cast<std::size_t>(type)]; }
+
 std::span<const DeviceKey> DeviceKeys() { return kKeys; }
 
 const DeviceKey* FindDeviceKey(DeviceType type, std::string_view name) {
@@ -152,6 +140,7 @@ bool EnterDeviceValue(Device& device, std::string_view keyName, std::string_view
     }
     if (!EnterValue(key->Field, text, device.Settings)) return false;
     device.IsDescribed = device.IsDescribed || key->Field.Key == kDescriptionKey;
+    device.IsPortGiven = device.IsPortGiven || key->Field.Key == kPortKey;
     return true;
 }
 
@@ -188,9 +177,12 @@ bool ReadDeviceSettings(std::string_view name, DeviceType type, Device& device) 
     return WasRead(setup);
 }
 
-bool IsChanged(const Device& device) {
-    return std::ranges::any_of(kKeys, [&device](const DeviceKey& key) { return IsKeyChanged(device, key); });
+std::size_t CountChanged(const Device& device) {
+    const auto isChanged = [&device](const DeviceKey& key) { return IsKeyChanged(device, key); };
+    return static_cast<std::size_t>(std::ranges::count_if(kKeys, isChanged));
 }
+
+bool IsChanged(const Device& device) { return CountChanged(device) != 0; }
 
 bool WriteDeviceSettings(std::string_view name, Device& device) {
     if (!IsChanged(device)) return true;

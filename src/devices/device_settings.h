@@ -26,10 +26,30 @@ enum class DeviceType {
 std::string_view TypeWord(DeviceType type);
 std::optional<DeviceType> ParseDeviceType(std::string_view word);
 
+// The type as a person reads it: "Fax modem".
+std::string_view TypeTitle(DeviceType type);
+
 enum class ClassOrder { Class1First, Class2First };
 enum class DialMethod { Tone, Pulse };
 enum class SpeakerMode { On, Off, Connect };
 enum class SpeakerLevel { Low, Medium, High };
+
+template <>
+struct ChoiceWords<ClassOrder> {
+    static constexpr std::string_view kWords[] = {"1.0,1,2,2.0,2.1", "2,2.0,2.1,1.0,1"};
+};
+template <>
+struct ChoiceWords<DialMethod> {
+    static constexpr std::string_view kWords[] = {"TONE", "PULSE"};
+};
+template <>
+struct ChoiceWords<SpeakerMode> {
+    static constexpr std::string_view kWords[] = {"ON", "OFF", "CONNECT"};
+};
+template <>
+struct ChoiceWords<SpeakerLevel> {
+    static constexpr std::string_view kWords[] = {"LOW", "MEDIUM", "HIGH"};
+};
 
 // What is not in the paragraph has the value given here: the server's historical behaviour. A new device differs in a
 // few (NewDevice).
@@ -85,6 +105,7 @@ struct Device {
     DeviceSettings Settings;
     std::vector<StoredValue> AsRead;
     bool IsDescribed = false; // a person has given the description, which then is the lists', too
+    bool IsPortGiven = false; // and the port, about which then may be asked
 };
 
 // Takes a value that a person gives for a key of the device's type. False after a message.
@@ -100,7 +121,8 @@ Device NewDevice(DeviceType type, std::string_view organisation = {});
 // one. Status 468 and 469. False after 413 or 9011.
 bool ReadDeviceSettings(std::string_view name, DeviceType type, Device& device);
 
-// Whether saving would write any key.
+// How many keys saving would write, and whether any.
+std::size_t CountChanged(const Device& device);
 bool IsChanged(const Device& device);
 
 // Writes the keys whose values are not those in the file, by one rewrite of SETUP.INI each; without any, does nothing.

@@ -32,6 +32,15 @@ const test::CommandCase kCases[] = {
     {"device add print print Description=B", 0, "PRINT-2\n", "Added device PRINT-2\n",
      Replaced(kSetup, "Device: PRINT-1 \"Laser\"\n", "Device: PRINT-1 \"Laser\"\nDevice: PRINT-2 \"B\"\n") +
          "\n[PRINT-2]\nDescription: B\nType: PRINT\n"},
+    {"device clone print-1 Description=C", 0, "PRINT-2\n", "Added device PRINT-2\n",
+     Replaced(kSetup, "Device: PRINT-1 \"Laser\"\n", "Device: PRINT-1 \"Laser\"\nDevice: PRINT-2 \"C\"\n") +
+         "\n[PRINT-2]\nDescription: C\nType: PRINT\n"},
+    {"device clone MODEM-2", 1, "", "Device MODEM-2 not found\n"},
+    {"device add P PRINT --count 2 Description=B", 0, "P-1\nP-2\n", "Added device P-2\n",
+     Replaced(kSetup, "Device: PRINT-1 \"Laser\"\n",
+              "Device: P-1 \"B 1\"\nDevice: P-2 \"B 2\"\nDevice: PRINT-1 \"Laser\"\n") +
+         "\n[P-1]\nDescription: B 1\nType: PRINT\n\n[P-2]\nDescription: B 2\nType: PRINT\n"},
+    {"device add P PRINT --count 25", 1, "", "How many: \"25\" - at most 24 devices are added at once.\n"},
     {"device delete modem-1 --yes", 0, "", "Deleted device modem-1\n",
      Replaced(kSetup, "Device: MODEM-1 \"Main\"\n", "")},
     {"device set PRINT-1 Port=COM1", 1, "", "Port: \"COM1\" - PRINT devices have no such key\n"},

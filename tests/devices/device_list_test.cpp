@@ -135,23 +135,26 @@ TEST(DeviceList, NamesANewDevice) {
     for (int i = 1; i <= 9; ++i) ones += "Device: longstem-" + std::to_string(i) + " \"x\"\n";
     std::string all;
     for (int i = 1; i <= 99; ++i) all += "Device: M-" + std::to_string(i) + " \"x\"\n";
-    const std::tuple<std::string, const char*, const char*, const char*> cases[] = {
-        {"", "modem", "MODEM-1", ""},
-        {"Device: modem-1 \"\"\nDevice: MODEM-3 \"\"\nDevice: MODEM-2\n", "Modem", "MODEM-2", ""},
-        {"Device: (x-1 \"\"\n", "(X", "(x-2", ""},
-        {"", "NINECHARS", "NINECHARS-1", ""},
-        {"", "TENCHARS90", "", "Device name 'TENCHARS90-1' invalid"},
-        {ones, "longstem", "LONGSTEM-10", ""},
-        {test::Replaced(ones, "longstem", "ninechars"), "ninechars", "", "Device name 'NINECHARS-10' invalid"},
-        {all, "M", "", "All device numbers of 'M' are in use"},
-        {"", "", "", "Device name '-1' invalid"},
-        {"", "a b", "", "Device name 'A B-1' invalid"},
-        {"", "a,b", "", "Device name 'A,B-1' invalid"},
-        {"", "\"a", "", "Device name '\"A-1' invalid"},
+    const std::tuple<std::string, const char*, int, const char*, const char*> cases[] = {
+        {"", "modem", 1, "MODEM-1", ""},
+        {"Device: modem-1 \"\"\nDevice: MODEM-3 \"\"\nDevice: MODEM-2\n", "Modem", 1, "MODEM-2", ""},
+        {"Device: modem-1 \"\"\nDevice: MODEM-3 \"\"\n", "Modem", 2, "MODEM-4", ""},
+        {"Device: (x-1 \"\"\n", "(X", 1, "(x-2", ""},
+        {"", "NINECHARS", 1, "NINECHARS-1", ""},
+        {"", "NINECHARS", 10, "", "Device name 'NINECHARS-10' invalid"},
+        {"", "TENCHARS90", 1, "", "Device name 'TENCHARS90-1' invalid"},
+        {ones, "longstem", 1, "LONGSTEM-10", ""},
+        {all, "M", 1, "", "All device numbers of 'M' are in use"},
+        {"Device: M-50 \"\"\n", "M", 50, "", "There are not so many free numbers of 'M' in a row"},
+        {"", "", 1, "", "Device name '-1' invalid"},
+        {"", "a b", 1, "", "Device name 'A B-1' invalid"},
+        {"", "a,b", 1, "", "Device name 'A,B-1' invalid"},
+        {"", "\"a", 1, "", "Device name '\"A-1' invalid"},
     };
-    for (const auto& [lines, stem, name, fault] : cases) {
+    for (const auto& [lines, stem, count, name, fault] : cases) {
         SetupServer server("[DEVICES]\n" + lines + "[M-1]\n");
-        EXPECT_EQ(NextDeviceName(stem).value_or("").String(), name) << stem;
+        const std::optional<int> number = FreeNumbers(stem, count);
+        EXPECT_EQ(number ? DeviceNameOf(stem, *number) : "", name) << stem;
         const std::string said = std::string("error: ") + fault;
         EXPECT_THAT(server.Front.TakeSaid(), ElementsAreArray(&said, *fault == '\0' ? 0U : 1U)) << stem;
     }
@@ -162,12 +165,17 @@ const std::string kPrinterOnly =
     "[DEVICES]\nDevice: NETWORK \"n\"\nDevice: P-1 \"Old\"\n\n[PRINTERS]\nDevice: P-1 \"Old\"\n\n"
     "[SCANNERS]\nDevice: P-1 \"Old\"\n\n[P-1]\nDescription: Old\nType: PRINT\n";
 
+bool AddOne(const char* stem, const Device& device, int number = 1) {
+    NewDevices devices{stem, number};
+    return AddDevices(devices, device, [](int) { return true; });
+}
+
 TEST(DeviceActions, AddWritesTheSettingsAndThenTheLists) {
     SetupServer server("[DEVICES]\n\n[PRINTERS]\n\n[SCANNERS]\n");
     server.Put("F:\\BRIVANE\\B-DB\\USERLIST.INI", kUsers);
     Device printer = NewDevice(Printer);
     printer.Settings.Description = "Post room";
-    EXPECT_TRUE(AddDevice("P-1", printer));
+    EXPECT_TRUE(AddOne("P", printer));
     EXPECT_EQ(server.GetSetup(), "[DEVICES]\nDevice: P-1 \"Post room\"\n\n[PRINTERS]\nDevice: P-1 \"Post room\"\n\n"
                                  "[SCANNERS]\n\n[P-1]\nDescription: Post room\nType: PRINT\n");
     EXPECT_THAT(server.Front.TakeSaid(),
@@ -177,19 +185,19 @@ TEST(DeviceActions, AddWritesTheSettingsAndThenTheLists) {
     const std::string before = server.GetSetup();
     Device modem = NewDevice(Modem, "Quillmere");
     EXPECT_EQ(modem.Settings.Organisation, "Quillmere");
-    EXPECT_FALSE(AddDevice("p-1", modem) || AddDevice("NETWORK-1", modem) || AddDevice("TWELVE-CHARS", modem));
+    EXPECT_FALSE(AddOne("p", modem) || AddOne("NETWORK", modem) || AddOne("TWELVE-CHAR", modem));
     modem.Settings.RecdUser = "NOBODY";
-    EXPECT_FALSE(AddDevice("M-1", modem));
+    EXPECT_FALSE(AddOne("M", modem));
     modem.Settings.RecdUser = "@sales";
     modem.Settings.Type = "GAMMA";
-    EXPECT_FALSE(AddDevice("M-1", modem));
+    EXPECT_FALSE(AddOne("M", modem));
     EXPECT_EQ(server.GetSetup(), before);
     EXPECT_THAT(server.Front.TakeSaid(),
-                ElementsAre("error: Device p-1 is already installed", "error: Device name 'NETWORK-1' invalid",
-                            "error: Device name 'TWELVE-CHARS' invalid", "error: Brivane user NOBODY not found",
+                ElementsAre("error: Device P-1 is already installed", "error: Device name 'NETWORK-1' invalid",
+                            "error: Device name 'TWELVE-CHAR-1' invalid", "error: Brivane user NOBODY not found",
                             "error: The type of device M-1 cannot be changed"));
     modem.Settings.Type.Clear();
-    EXPECT_TRUE(AddDevice("M-1", modem));
+    EXPECT_TRUE(AddOne("M", modem));
     FoundDevice found;
     EXPECT_TRUE(FindDevice("M-1", found) && found.IsListed && !found.IsPrinter && found.Type == Modem);
 }
@@ -198,7 +206,7 @@ TEST(DeviceActions, ADeviceWhoseSettingsCannotBeWrittenIsNotListed) {
     const std::string before = "[DEVICES]\n[PRINTERS]\n[SCANNERS]\n";
     const std::vector<std::string> texts = test::TextsLeftByFaults(before, [] {
         Device printer = NewDevice(Printer);
-        return AddDevice("P-1", printer);
+        return AddOne("P", printer);
     });
     const std::string described = before + "\n[P-1]\nDescription:\n";
     EXPECT_THAT(texts, ElementsAre(before, described, described + "Type: PRINT\n",
@@ -263,6 +271,114 @@ TEST(DeviceActions, DeleteAsksAndTakesTheDeviceOutOfTheLists) {
     EXPECT_EQ(server.GetSetup(), "[DEVICES]\nDevice: NETWORK \"n\"\n\n[PRINTERS]\n\n[SCANNERS]\n\n[P-1]\n"
                                  "Description: Old\nType: PRINT\n");
     EXPECT_THAT(server.Front.TakeSaid(), ElementsAre(question, kUpdating, kUpdated, "status 1: Deleted device P-1"));
+}
+
+const std::string kLines = "[DEVICES]\nDevice: G-1 \"First\"\n[PRINTERS]\n[SCANNERS]\n[G-1]\nType: GAMMA\n"
+                           "Organisation: Quill\nPort: CHANNEL1\nSpeaker: ON\n[G-3]\nType: GAMMA\nPort: earlier\n";
+
+TEST(DeviceActions, SeveralGetTheNextNumbersAndPorts) {
+    SetupServer server(kLines);
+    server.Front.Answer = true;
+    std::optional<Device> device = BeginningOf(GammaLink, "G-1");
+    ASSERT_TRUE(device && EnterDeviceValue(*device, "Description", "Line"));
+    EXPECT_EQ(device->Settings.Port, "CHANNEL2");
+    EXPECT_EQ(BeginningOf(Modem, "")->Settings.Organisation, "Quill");
+    server.Front.TakeSaid();
+    NewDevices taken{"g", 1, 2};
+    EXPECT_FALSE(AddDevices(taken, *device, [](int) { return true; }));
+    NewDevices beyond{"g", 99, 2};
+    EXPECT_FALSE(AddDevices(beyond, *device, [](int) { return true; }));
+    EXPECT_THAT(server.Front.TakeSaid(), ElementsAre("error: Numbers 1 to 2 of g are not all free.",
+                                                     "error: Number: \"100\" - a device number is from 1 to 99."));
+    NewDevices devices{"g", 2, 3};
+    EXPECT_FALSE(AddDevices(devices, *device, [](int done) { return done < 1; }));
+    EXPECT_EQ(devices.Done, 1);
+    EXPECT_TRUE(AddDevices(devices, *device, [](int) { return true; })) << "and goes on where it stopped";
+    EXPECT_THAT(server.GetSetup(), testing::HasSubstr("Device: G-2 \"Line 1\"\nDevice: G-3 \"Line 2\"\n"));
+    EXPECT_THAT(server.GetSetup(), testing::HasSubstr("Port: CHANNEL3\n")) << "in place of what was there";
+    FoundDevice last;
+    EXPECT_TRUE(FindDevice("G-4", last));
+    EXPECT_EQ(last.Type, GammaLink);
+    EXPECT_THAT(server.Front.Said, testing::Contains("status 1: Added device G-4"));
+    Device another = NewDevice(GammaLink);
+    EXPECT_TRUE(EnterDeviceValue(another, "Port", "channel4"));
+    server.Front.TakeSaid();
+    server.Front.Answer = false;
+    EXPECT_FALSE(AddOne("G", another, 9));
+    EXPECT_THAT(server.Front.TakeSaid(),
+                ElementsAre(testing::HasSubstr("Port channel4 is used by device G-4 as well")));
+}
+
+TEST(DeviceActions, EarlierSettingsAreTakenUpOnlyWhenAgreedTo) {
+    SetupServer server(kLines);
+    for (const bool agrees : {false, true}) {
+        server.Front.Answer = agrees;
+        Device device = NewDevice(GammaLink);
+        EXPECT_TRUE(OfferEarlierSettings("G-3", device));
+        EXPECT_EQ(device.Settings.Port, agrees ? "earlier" : "");
+        EXPECT_THAT(server.Front.TakeSaid(), testing::Contains(testing::HasSubstr("an earlier device G-3")));
+    }
+    Device modem = NewDevice(Modem);
+    EXPECT_TRUE(OfferEarlierSettings("G-3", modem)) << "which were another type's";
+    EXPECT_THAT(server.Front.Said, IsEmpty());
+}
+
+TEST(DeviceActions, AChangeGoesOnTopOfWhatSomebodyElseHasChanged) {
+    Device opened;
+    const auto change = [&](bool overwrites) {
+        SetupServer server(kPrinterOnly + "[M-1]\nType: FCLASS\nPort: COM1\nDialPrefix: 9\nSendMsgTries: 4\n");
+        server.PutSetup(test::Replaced(server.GetSetup(), "P-1 \"Old\"", "M-1 \"Old\""));
+        EXPECT_TRUE(ReadDeviceSettings("M-1", Modem, opened));
+        Device mine = opened;
+        EXPECT_TRUE(ChangeDevice("M-1", opened, mine)) << "although keys are missing";
+        EXPECT_TRUE(EnterDeviceValue(mine, "Port", "COM2") && EnterDeviceValue(mine, "DialPrefix", "0"));
+        EXPECT_TRUE(EnterDeviceValue(mine, "Speaker", "ON"));
+        server.PutSetup(test::Replaced(test::Replaced(server.GetSetup(), "COM1", "COM3"), "Tries: 4", "Tries: 7"));
+        server.Front.TakeSaid();
+        server.Front.Answer = overwrites;
+        EXPECT_TRUE(ChangeDevice("M-1", opened, mine));
+        EXPECT_THAT(server.Front.Said,
+                    testing::Contains("ask warning: Device M-1 was changed by somebody else meanwhile: "
+                                      "Port: \"COM3\".\n\nOverwrite it with your value?"));
+        EXPECT_THAT(server.GetSetup(), testing::HasSubstr("DialPrefix: 0\nSendMsgTries: 7\n"));
+        EXPECT_THAT(server.GetSetup(), testing::HasSubstr("Speaker: ON\n"));
+        return server.GetSetup();
+    };
+    EXPECT_THAT(change(false), testing::HasSubstr("Port: COM3\n"));
+    EXPECT_THAT(change(true), testing::HasSubstr("Port: COM2\n"));
+    SetupServer server(kPrinterOnly);
+    Device gone = opened;
+    gone.Settings.Port = "COM9";
+    EXPECT_FALSE(ChangeDevice("M-1", opened, gone));
+    EXPECT_THAT(server.Front.Said, ElementsAre("error: Device M-1 not found"));
+}
+
+TEST(DeviceActions, ASaveThatFailedHalfWayGoesOnWithTheRest) {
+    const std::string before = "[DEVICES]\nDevice: M-1 \"\"\n[M-1]\nType: FCLASS\nPort: COM1\nPhoneNum: 1\n";
+    std::size_t halves = 0;
+    for (int call = 1;; ++call) {
+        SetupServer server(before);
+        Device opened;
+        ASSERT_TRUE(ReadDeviceSettings("M-1", Modem, opened));
+        Device mine = opened;
+        EXPECT_TRUE(EnterDeviceValue(mine, "Port", "COM2") && EnterDeviceValue(mine, "PhoneNum", "2"));
+        EXPECT_TRUE(EnterDeviceValue(mine, "Description", "D"));
+        bool done = false;
+        {
+            test::FaultyFiles faulty(server.Files, {test::FaultKind::FailOnce, call});
+            const platform::Substitute<platform::FileSystem> use(faulty);
+            done = ChangeDevice("M-1", opened, mine);
+            if (!faulty.Fired()) break;
+        }
+        const std::string left = server.GetSetup();
+        if (!done && left != before) ++halves;
+        server.Front.TakeSaid();
+        EXPECT_TRUE(ChangeDevice("M-1", opened, mine));
+        EXPECT_THAT(server.GetSetup(), testing::HasSubstr("Device: M-1 \"D\"\n"));
+        EXPECT_THAT(server.GetSetup(), testing::HasSubstr("Type: FCLASS\nPort: COM2\nPhoneNum: 2\n"));
+        EXPECT_THAT(server.Front.Said, testing::Not(testing::Contains(testing::HasSubstr("somebody else"))));
+    }
+    EXPECT_GT(halves, 3U);
 }
 
 } // namespace
