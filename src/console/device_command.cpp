@@ -12,6 +12,7 @@
 #include "devices/device_settings.h"
 #include "platform/ascii.h"
 #include "users/user_list.h"
+#include "whereused/where_used.h"
 
 namespace bv::console {
 namespace {
@@ -123,8 +124,10 @@ int Repair(Session& session, const Arguments& arguments) {
     return Perform(session, [&] { return RepairDevice(UpperText(arguments["NAME"]), *type); });
 }
 
+// What users and options name as their printer is asked about first.
 int Delete(Session& session, const Arguments& arguments) {
-    return Perform(session, [&] { return DeleteDevice(arguments["NAME"]); });
+    const std::string name = arguments["NAME"];
+    return Perform(session, [&] { return AgreeToDeletion(NamedThing::Printer, {name}) && DeleteDevice(name); });
 }
 
 constexpr Parameter kName = {"NAME", "Name as listed, in any case"};

@@ -206,13 +206,14 @@ int Delete(Session& session, const Arguments& arguments, RecordKind kind) {
         return session.WrongUsage("Only one of --take-out, --replace-by and --leave can be given");
     const auto goOn = [](std::size_t) { return true; };
     return Perform(session, [&] {
-        if (const auto change = ChosenChange(arguments)) return DeleteWithUses(kind, names, *change, goOn);
-        if (!AgreeToDeletion(kind, names)) return false;
+        if (const auto change = ChosenChange(arguments)) return DeleteWithUses(ThingOf(kind), names, *change, goOn);
+        if (!AgreeToDeletion(ThingOf(kind), names)) return false;
         return names.size() == 1 ? DeleteUser(names.front(), kind) : DeleteUsers(names, kind, goOn);
     });
 }
 
-int ShowWhereUsed(Session& session, const Arguments& arguments, RecordKind kind) {
+template <NamedThing kind>
+int ShowWhereUsed(Session& session, const Arguments& arguments) {
     const auto uses = FindUses(kind, {arguments["NAME"]});
     if (!uses) return kExitRefused;
     std::vector<Record> records;
@@ -342,18 +343,24 @@ constexpr Verb kWhereUsedVerbs[] = {
      .Help = "List the places that name a user, with what becomes of each when the name is taken out",
      .Parameters = {{kName}},
      .Example = "IRIS",
-     .Run = kFor<ShowWhereUsed, kUser>},
+     .Run = Located<ShowWhereUsed<NamedThing::User>>},
     {.Name = "group",
      .Help = "List the members of a user group and the places that name it",
      .Parameters = {{kName}},
      .Example = "@SALES",
-     .Run = kFor<ShowWhereUsed, kGroup>},
+     .Run = Located<ShowWhereUsed<NamedThing::UserGroup>>},
+    {.Name = "printer",
+     .Help = "List the users, groups and options that name a printer",
+     .Parameters = {{{"NAME", "Name as listed, in any case"}}},
+     .Example = "PRINT-1",
+     .Run = Located<ShowWhereUsed<NamedThing::Printer>>},
 };
 
 } // namespace
 
 const Area kUserArea = {"user", "The users of the fax server", kUserVerbs};
 const Area kGroupArea = {"group", "The groups of users", kGroupVerbs};
-const Area kWhereUsedArea = {"where-used", "Where the server's files name a user or a group", kWhereUsedVerbs};
+const Area kWhereUsedArea = {"where-used", "Where the server's files name a user, a group or a printer",
+                             kWhereUsedVerbs};
 
 } // namespace bv::console

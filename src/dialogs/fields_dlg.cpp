@@ -50,21 +50,6 @@ void LimitText(HWND dialog, int control, std::size_t limit) {
     SendDlgItemMessageA(dialog, control, isCombo ? CB_LIMITTEXT : EM_LIMITTEXT, limit, 0);
 }
 
-// Puts the arrows beside a number, once, and says how far they go.
-void GiveArrows(HWND dialog, int control, std::size_t largest) {
-    const HWND edit = GetDlgItem(dialog, control);
-    HWND arrows = ArrowsOf(edit);
-    if (arrows == nullptr) {
-        constexpr DWORD kStyle =
-            WS_CHILD | WS_VISIBLE | UDS_SETBUDDYINT | UDS_ALIGNRIGHT | UDS_ARROWKEYS | UDS_NOTHOUSANDS;
-        arrows = CreateWindowExA(0, UPDOWN_CLASSA, nullptr, kStyle, 0, 0, 0, 0, dialog, nullptr,
-                                 GetModuleHandleA(nullptr), nullptr);
-        SetWindowPos(arrows, edit, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
-        SendMessageA(arrows, UDM_SETBUDDY, reinterpret_cast<WPARAM>(edit), 0);
-    }
-    SendMessageA(arrows, UDM_SETRANGE32, 0, static_cast<LPARAM>(largest));
-}
-
 void ShowText(HWND dialog, const FieldControl& field, const FieldRecord& record, const std::string& text) {
     if (!field.Values.empty()) AddEntries(dialog, field);
     LimitText(dialog, field.Control, record.LimitOf(field.Key));
@@ -73,8 +58,12 @@ void ShowText(HWND dialog, const FieldControl& field, const FieldRecord& record,
 
 void ShowNumber(HWND dialog, const FieldControl& field, const FieldRecord& record, const std::string& text) {
     const std::size_t largest = record.LimitOf(field.Key);
-    GiveArrows(dialog, field.Control, largest);
-    LimitText(dialog, field.Control, std::to_string(largest).size());
+    if (field.Values.empty()) {
+        GiveArrows(dialog, field.Control, 0, largest);
+    } else {
+        AddEntries(dialog, field);
+        LimitText(dialog, field.Control, std::to_string(largest).size());
+    }
     SetText(dialog, field.Control, text);
 }
 
@@ -161,6 +150,21 @@ void AppendState(HWND control, std::string& state) {
 }
 
 } // namespace
+
+void GiveArrows(HWND dialog, int control, std::size_t smallest, std::size_t largest) {
+    const HWND edit = GetDlgItem(dialog, control);
+    HWND arrows = ArrowsOf(edit);
+    if (arrows == nullptr) {
+        constexpr DWORD kStyle =
+            WS_CHILD | WS_VISIBLE | UDS_SETBUDDYINT | UDS_ALIGNRIGHT | UDS_ARROWKEYS | UDS_NOTHOUSANDS;
+        arrows = CreateWindowExA(0, UPDOWN_CLASSA, nullptr, kStyle, 0, 0, 0, 0, dialog, nullptr,
+                                 GetModuleHandleA(nullptr), nullptr);
+        SetWindowPos(arrows, edit, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+        SendMessageA(arrows, UDM_SETBUDDY, reinterpret_cast<WPARAM>(edit), 0);
+    }
+    SendMessageA(arrows, UDM_SETRANGE32, smallest, static_cast<LPARAM>(largest));
+    SendMessageA(edit, EM_LIMITTEXT, std::to_string(largest).size(), 0);
+}
 
 void ShowFields(HWND dialog, std::span<const FieldControl> fields, const FieldRecord& record) {
     for (const FieldControl& field : fields) ShowField(dialog, field, record);

@@ -29,7 +29,7 @@ class FieldRecord {
 
 enum class FieldForm {
     Text,   // an edit control, or a combo box that can be typed into and offers the values
-    Number, // an edit control for digits, which gets arrows beside it
+    Number, // an edit control for digits, which gets arrows beside it, or a combo box that offers the values
     Check,  // a check box: YES and NO
     Choice, // a drop-down list of the values
     Radio,  // radio buttons in a row, one of them for each value
@@ -43,6 +43,9 @@ struct FieldControl {
     std::span<const std::string_view> Values = {}; // as the file has them
     std::span<const char* const> Titles = {};      // of a Choice, what the list says for each of them, if not the same
 };
+
+// Puts arrows beside an edit control for numbers, once, says how far they go, and limits its digits.
+void GiveArrows(HWND dialog, int control, std::size_t smallest, std::size_t largest);
 
 // Fills the controls and gives them their limits.
 void ShowFields(HWND dialog, std::span<const FieldControl> fields, const FieldRecord& record);

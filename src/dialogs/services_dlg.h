@@ -6,10 +6,9 @@
 #include <string>
 #include <vector>
 
-namespace bv {
+#include "shell/uses.h"
 
-// What a name is that other files can refer to.
-enum class NamedThing { User, UserGroup };
+namespace bv {
 
 struct DialogServices {
     // Shows the places that use the name.

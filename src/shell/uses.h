@@ -8,6 +8,9 @@
 
 namespace bv {
 
+// What a name is that other files can refer to.
+enum class NamedThing { User, UserGroup, Printer };
+
 // What a place is to the name.
 enum class UseKind {
     Value, // the value of a key, which can be empty

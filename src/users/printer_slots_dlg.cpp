@@ -1,7 +1,7 @@
 #include "users/printer_slots_dlg.h"
 
+#include "dialogs/printer_choice_dlg.h"
 #include "resources/ids.h"
-#include "users/printer_choice_dlg.h"
 #include "users/printers.h"
 
 namespace bv {

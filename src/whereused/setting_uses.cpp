@@ -16,19 +16,30 @@ namespace bv {
 namespace {
 
 constexpr struct {
+    SettingName Kind;
     std::string_view Paragraph; // empty: of any device
     std::string_view Key;
-} kUserKeys[] = {{"", "RecdUser:"}, {"[BSUBMIT]", "User:"}, {"[HPSCAN]", "User:"}};
+} kNameKeys[] = {
+    {SettingName::User, "", "RecdUser:"},
+    {SettingName::User, "[BSUBMIT]", "User:"},
+    {SettingName::User, "[HPSCAN]", "User:"},
+    {SettingName::Printer, "[PRINTING]", "PrintSentDevice:"},
+    {SettingName::Printer, "[PRINTING]", "PrintSentDevice2:"},
+    {SettingName::Printer, "[PRINTING]", "PrintRecdDevice:"},
+    {SettingName::Printer, "[PRINTING]", "PrintRecdDevice2:"},
+    {SettingName::Printer, "[QUEUEMAN]", "PrintSentDevice:"}, // as older versions have it
+    {SettingName::Printer, "[QUEUEMAN]", "PrintRecdDevice:"},
+};
 
 // Visits the lines that name one of them, each right after it was read.
 using Visitor = std::function<void(const Use& use, std::string_view key)>;
-void VisitUses(ControlStream& file, const NameSet& names, const Visitor& visit) {
+void VisitUses(ControlStream& file, SettingName kind, const NameSet& names, const Visitor& visit) {
     ControlLine header;
     ControlLine line;
     while (FindParagraph(file, std::nullopt, header)) {
         while (FindKeyLine(file, std::nullopt, line)) {
-            for (const auto& [paragraph, key] : kUserKeys) {
-                if (!StartsWithFolded(header.View(), paragraph) || !BeginsWith(line, key)) continue;
+            for (const auto& [named, paragraph, key] : kNameKeys) {
+                if (named != kind || !StartsWithFolded(header.View(), paragraph) || !BeginsWith(line, key)) continue;
                 const std::string_view value = KeyValue(line).value_or("");
                 if (!names.Has(value)) continue;
                 visit({.File = NameOf(ServerFile::Setup),
@@ -42,19 +53,19 @@ void VisitUses(ControlStream& file, const NameSet& names, const Visitor& visit) 
 
 } // namespace
 
-std::optional<std::vector<Use>> FindSettingUses(const NameSet& names) {
+std::optional<std::vector<Use>> FindSettingUses(SettingName kind, const NameSet& names) {
     ControlStream file = OpenForReading(PathOf(ServerFile::Setup));
     if (!file) return {};
     std::vector<Use> uses;
-    VisitUses(file, names, [&uses](const Use& use, std::string_view) { uses.push_back(use); });
+    VisitUses(file, kind, names, [&uses](const Use& use, std::string_view) { uses.push_back(use); });
     if (!WasRead(file)) return {};
     return uses;
 }
 
-bool ChangeSettingUses(const NameSet& names, const UseChange& change) {
+bool ChangeSettingUses(SettingName kind, const NameSet& names, const UseChange& change) {
     const auto plan = [&](ControlStream& held) {
         TextEdits edits;
-        VisitUses(held, names, [&](const Use&, std::string_view key) {
+        VisitUses(held, kind, names, [&](const Use&, std::string_view key) {
             edits.push_back(EditLastLine(held, KeyedLine(key, change.By)));
         });
         return edits;

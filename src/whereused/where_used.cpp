@@ -5,6 +5,7 @@
 #include <span>
 #include <utility>
 
+#include "devices/device_actions.h"
 #include "lcr/edit_lock.h"
 #include "lcr/lcr_uses.h"
 #include "lcr/rule_actions.h"
@@ -13,8 +14,10 @@
 #include "routing/routing_uses.h"
 #include "shell/name_set.h"
 #include "shell/server_files.h"
+#include "users/printers.h"
 #include "users/user_list.h"
 #include "voice/messages.h"
+#include "whereused/printer_uses.h"
 #include "whereused/setting_uses.h"
 
 namespace bv {
@@ -22,10 +25,21 @@ namespace {
 
 using Uses = std::vector<Use>;
 
-std::string_view WordOf(RecordKind kind, const Names& names) {
-    if (kind == RecordKind::User) return names.size() == 1 ? "user" : "users";
-    return names.size() == 1 ? "user group" : "user groups";
+struct Words {
+    std::string_view One;
+    std::string_view Several;
+};
+constexpr Words kWords[] = {{"user", "users"}, {"user group", "user groups"}, {"printer", "printers"}}; // by NamedThing
+
+std::string_view WordOf(NamedThing kind, const Names& names) {
+    const Words& words = kWords[static_cast<std::size_t>(kind)];
+    return names.size() == 1 ? words.One : words.Several;
 }
+
+constexpr unsigned Bit(NamedThing kind) { return 1U << static_cast<unsigned>(kind); }
+constexpr unsigned kUsers = Bit(NamedThing::User);
+constexpr unsigned kGroups = Bit(NamedThing::UserGroup);
+constexpr unsigned kPrinters = Bit(NamedThing::Printer);
 
 std::optional<Uses> FindMembers(const NameSet& groups) {
     UserListView view;
@@ -58,41 +72,57 @@ bool ChangeMembers(const NameSet& groups, const UseChange& change) {
 
 std::optional<Uses> FindUserUsesOfLcr(const NameSet& names) { return FindLcrUses(LcrName::User, names); }
 
+std::optional<Uses> FindUserSettings(const NameSet& names) { return FindSettingUses(SettingName::User, names); }
+std::optional<Uses> FindPrinterSettings(const NameSet& names) { return FindSettingUses(SettingName::Printer, names); }
+bool ChangeUserSettings(const NameSet& names, const UseChange& change) {
+    return ChangeSettingUses(SettingName::User, names, change);
+}
+bool ChangePrinterSettings(const NameSet& names, const UseChange& change) {
+    return ChangeSettingUses(SettingName::Printer, names, change);
+}
+
 // What looks through the files, for which kinds of name, in the order of showing.
 struct Search {
-    bool OfUsers;
-    bool OfGroups;
+    unsigned Kinds;
     std::optional<Uses> (*Find)(const NameSet& names);
 };
 constexpr Search kSearches[] = {
-    {false, true, FindMembers},  {true, false, FindUserUsesOfLcr}, {true, true, FindRoutingUses},
-    {true, false, FindMailUses}, {true, true, FindSettingUses},
+    {kGroups, FindMembers},           {kUsers, FindUserUsesOfLcr},          {kUsers | kGroups, FindRoutingUses},
+    {kUsers, FindMailUses},           {kUsers | kGroups, FindUserSettings}, {kPrinters, FindPrinterUses},
+    {kPrinters, FindPrinterSettings},
 };
 
-// What changes a file's places, in the order of writing.
+// What changes a file's places, for which kinds of name, in the order of writing.
 struct UseWriter {
+    unsigned Kinds;
     ServerFile File;
     bool NeedsLock; // of the editors of routing
     bool (*Change)(const NameSet& names, const UseChange& change);
 };
 constexpr UseWriter kWriters[] = {
-    {ServerFile::Rules, true, ChangeRuleUsers},      {ServerFile::Links, true, ChangeLinkAccounts},
-    {ServerFile::Routing, false, ChangeRoutingUses}, {ServerFile::MailList, false, ChangeMailUses},
-    {ServerFile::Setup, false, ChangeSettingUses},   {ServerFile::UserList, false, ChangeMembers},
+    {kUsers | kGroups, ServerFile::Rules, true, ChangeRuleUsers},
+    {kUsers | kGroups, ServerFile::Links, true, ChangeLinkAccounts},
+    {kUsers | kGroups, ServerFile::Routing, false, ChangeRoutingUses},
+    {kUsers | kGroups, ServerFile::MailList, false, ChangeMailUses},
+    {kUsers | kGroups, ServerFile::Setup, false, ChangeUserSettings},
+    {kUsers | kGroups, ServerFile::UserList, false, ChangeMembers},
+    {kPrinters, ServerFile::Setup, false, ChangePrinterSettings},
+    {kPrinters, ServerFile::UserList, false, ChangePrinterUses},
 };
 
 // The places in the file that the change makes otherwise.
-std::size_t CountChanged(const Uses& uses, const UseWriter& writer, const UseChange& change) {
+std::size_t CountChanged(NamedThing kind, const Uses& uses, const UseWriter& writer, const UseChange& change) {
+    if ((writer.Kinds & Bit(kind)) == 0) return 0;
     return static_cast<std::size_t>(std::ranges::count_if(uses, [&](const Use& use) {
         const bool isLeft = use.GoesWithIt && change.What == UseChange::Kind::TakeOut;
         return use.File == NameOf(writer.File) && use.CanChange && !isLeft;
     }));
 }
 
-bool ChangeFiles(const Uses& uses, const Names& names, const UseChange& change) {
+bool ChangeFiles(NamedThing kind, const Uses& uses, const Names& names, const UseChange& change) {
     const NameSet set(names);
     return std::ranges::all_of(kWriters, [&](const UseWriter& writer) {
-        const std::size_t count = CountChanged(uses, writer, change);
+        const std::size_t count = CountChanged(kind, uses, writer, change);
         if (count == 0) return true;
         const bool isChanged = writer.Change(set, change);
         if (isChanged)
@@ -103,23 +133,50 @@ bool ChangeFiles(const Uses& uses, const Names& names, const UseChange& change) 
     });
 }
 
-bool NeedsLock(const Uses& uses, const UseChange& change) {
-    return std::ranges::any_of(
-        kWriters, [&](const UseWriter& writer) { return writer.NeedsLock && CountChanged(uses, writer, change) != 0; });
+bool NeedsLock(NamedThing kind, const Uses& uses, const UseChange& change) {
+    return std::ranges::any_of(kWriters, [&](const UseWriter& writer) {
+        return writer.NeedsLock && CountChanged(kind, uses, writer, change) != 0;
+    });
 }
 
-bool ChangeFound(RecordKind kind, const Names& names, const UseChange& change) {
+// Whether there is one of the name, which is then spelled as in the list. False after a message.
+bool FindListedRecord(RecordKind kind, std::string& name) {
+    UserList list;
+    if (!list) return false;
+    const std::optional<std::string> stored = list.NameOf(name, kind);
+    if (!list.IsRead()) return false;
+    if (!stored || IsDefaultName(name)) {
+        ShowNotFound(name, kind);
+        return false;
+    }
+    name = *stored;
+    return true;
+}
+
+bool FindListedPrinter(std::string& name) {
+    std::vector<OfferedPrinter> printers;
+    if (!ReadServerPrinters(printers)) return false;
+    for (const OfferedPrinter& printer : printers) {
+        if (!EqualFolded(printer.Name, name)) continue;
+        name = printer.Name;
+        return true;
+    }
+    ShowError("Device %s not found", name);
+    return false;
+}
+
+bool ChangeFound(NamedThing kind, const Names& names, const UseChange& change) {
     const auto uses = FindUses(kind, names);
-    return uses && ChangeFiles(*uses, names, change);
+    return uses && ChangeFiles(kind, *uses, names, change);
 }
 
 } // namespace
 
-std::optional<Uses> FindUses(RecordKind kind, const Names& names) {
+std::optional<Uses> FindUses(NamedThing kind, const Names& names) {
     const NameSet set(names);
     Uses uses;
     for (const Search& search : kSearches) {
-        if (!(kind == RecordKind::User ? search.OfUsers : search.OfGroups)) continue;
+        if ((search.Kinds & Bit(kind)) == 0) continue;
         auto found = search.Find(set);
         if (!found) return {};
         std::ranges::move(*found, std::back_inserter(uses));
@@ -137,46 +194,52 @@ std::string NamesText(const Names& names) {
     return text;
 }
 
-std::string CountText(RecordKind kind, const Names& names, std::size_t count) {
+std::string CountText(NamedThing kind, const Names& names, std::size_t count) {
     if (count == 0) return FillMessage(kUsedNowhere, WordOf(kind, names), NamesText(names));
     return FillMessage(kPlacesWhereUsed, WordOf(kind, names), NamesText(names), count);
 }
 
-bool AgreeToDeletion(RecordKind kind, const Names& names) {
+bool AgreeToDeletion(NamedThing kind, const Names& names) {
     const std::optional<Uses> uses = FindUses(kind, names);
     return uses && AskDespiteUses(*uses, NamesText(names));
 }
 
-bool CheckReplacement(RecordKind kind, const Names& names, std::string& by) {
+bool CheckReplacement(NamedThing kind, const Names& names, std::string& by) {
     if (NameSet(names).Has(by)) {
         ShowError(kReplacedByItself, by);
         return false;
     }
-    UserList list;
-    if (!list) return false;
-    const std::optional<std::string> stored = list.NameOf(by, kind);
-    if (!list.IsRead()) return false;
-    if (!stored || IsDefaultName(by)) {
-        ShowNotFound(by, kind);
-        return false;
-    }
-    by = *stored;
-    return true;
+    return kind == NamedThing::Printer ? FindListedPrinter(by) : FindListedRecord(RecordOf(kind), by);
 }
 
-bool ChangeUses(RecordKind kind, const Names& names, UseChange change) {
+bool ChangeUses(NamedThing kind, const Names& names, UseChange change) {
     if (change.What == UseChange::Kind::Leave) return true;
     if (change.What == UseChange::Kind::TakeOut) change.By.clear();
     if (change.What == UseChange::Kind::Replace && !CheckReplacement(kind, names, change.By)) return false;
     const auto uses = FindUses(kind, names);
     if (!uses) return false;
-    if (!NeedsLock(*uses, change)) return ChangeFiles(*uses, names, change);
+    if (!NeedsLock(kind, *uses, change)) return ChangeFiles(kind, *uses, names, change);
     return RunLcrEditor([&] { return CheckNoPendingRules() && ChangeFound(kind, names, change); });
 }
 
-bool DeleteWithUses(RecordKind kind, const Names& names, const UseChange& change, const SaveProgress& goOn) {
-    const auto records = FindDeletable(names, kind);
-    return records && ChangeUses(kind, names, change) && DeleteRecords(*records, kind, goOn);
+bool DeleteWithUses(NamedThing kind, const Names& names, const UseChange& change, const SaveProgress& goOn) {
+    if (kind == NamedThing::Printer)
+        return CheckRemovable(names) && ChangeUses(kind, names, change) && RemoveDevices(names);
+    const auto records = FindDeletable(names, RecordOf(kind));
+    return records && ChangeUses(kind, names, change) && DeleteRecords(*records, RecordOf(kind), goOn);
+}
+
+bool DeleteUnused(NamedThing kind, const Names& names, const SaveProgress& goOn) {
+    return kind == NamedThing::Printer ? DeleteDevices(names) : DeleteUsers(names, RecordOf(kind), goOn);
+}
+
+bool IsThere(NamedThing kind, const std::string& name) {
+    if (kind == NamedThing::Printer) {
+        const std::optional<NameSet> devices = ReadDeviceNames();
+        return !devices || devices->Has(name);
+    }
+    UserList list;
+    return !list || list.Has(name, RecordOf(kind)) || !list.IsRead();
 }
 
 } // namespace bv

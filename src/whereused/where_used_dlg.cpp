@@ -2,10 +2,11 @@
 
 #include "dialogs/list_view_dlg.h"
 #include "dialogs/name_field_dlg.h"
+#include "dialogs/printer_choice_dlg.h"
 #include "dialogs/progress_dlg.h"
 #include "resources/ids.h"
 #include "shell/row_table.h"
-#include "users/user_list.h"
+#include "users/printers.h"
 #include "voice/messages.h"
 #include "whereused/where_used.h"
 
@@ -17,7 +18,7 @@ constexpr ListPlan kListToLookAt{.List = ID_USES_LIST, .Columns = std::span(kCol
 constexpr ListPlan kListToDelete{.List = ID_USES_LIST, .Columns = kColumns, .Name = "Delete", .IsSorted = false};
 
 struct UseDialog {
-    RecordKind Kind;
+    NamedThing Kind;
     Names Which;
     bool Deletes;
     std::vector<Use> Uses;
@@ -26,8 +27,6 @@ struct UseDialog {
     ListView List{Rows, Deletes ? kListToDelete : kListToLookAt};
     NameField By{};
 };
-
-RecordKind KindOf(NamedThing kind) { return kind == NamedThing::UserGroup ? RecordKind::Group : RecordKind::User; }
 
 void ReadRows(UseDialog& context) {
     context.Rows.Begin(context.Deletes ? 4 : 3);
@@ -71,6 +70,39 @@ void Choose(HWND dialog, UseDialog& context) {
     InvalidateRect(GetDlgItem(dialog, ID_USES_LIST), nullptr, FALSE);
 }
 
+// What the names can be replaced by: a printer of the server's, or of all users or groups.
+void BeginReplacement(HWND dialog, UseDialog& context) {
+    if (context.Kind != NamedThing::Printer) {
+        const NameKinds kinds = context.Kind == NamedThing::User ? kUserNames : kGroupNames;
+        return context.By.Begin(dialog, ID_USES_BY, ID_USES_CHOOSE, kinds, "");
+    }
+    ShowWindow(GetDlgItem(dialog, ID_USES_EMPTIED), SW_HIDE); // no rule names a printer
+    std::vector<OfferedPrinter> printers;
+    ReadServerPrinters(printers);
+    for (const OfferedPrinter& printer : printers)
+        SendDlgItemMessageA(dialog, ID_USES_BY, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(printer.Name.c_str()));
+}
+
+void PressChoosePrinter(HWND dialog, UseDialog& context) {
+    if (context.Kind != NamedThing::Printer) return;
+    const auto name = ChoosePrinter(dialog, GetText(dialog, ID_USES_BY));
+    if (!name) return;
+    SetText(dialog, ID_USES_BY, *name);
+    Choose(dialog, context);
+}
+
+// The text of a list's entry is the control's only after this notification.
+void TakeListedPrinter(HWND dialog, UseDialog& context) {
+    if (context.Kind == NamedThing::Printer)
+        PostMessageA(dialog, WM_COMMAND, MAKEWPARAM(ID_USES_BY, CBN_EDITCHANGE), 0);
+}
+
+bool TakeReplacement(HWND dialog, UseDialog& context) {
+    std::string& by = context.Change.By;
+    const bool taken = context.Kind == NamedThing::Printer ? TakeText(dialog, ID_USES_BY, by) : context.By.Take(by);
+    return taken && CheckReplacement(context.Kind, context.Which, by);
+}
+
 void FillUses(HWND dialog, UseDialog& context) {
     const std::string names = NamesText(context.Which);
     SetWindowTextA(dialog, FormatText("Where %s is used", names).c_str());
@@ -79,8 +111,7 @@ void FillUses(HWND dialog, UseDialog& context) {
     FocusControl(dialog, ID_USES_LIST);
     if (!context.Deletes) return;
     CheckDlgButton(dialog, ID_USES_TAKE_OUT, BST_CHECKED);
-    context.By.Begin(dialog, ID_USES_BY, ID_USES_CHOOSE, context.Kind == RecordKind::User ? kUserNames : kGroupNames,
-                     "");
+    BeginReplacement(dialog, context);
     Choose(dialog, context);
 }
 
@@ -95,21 +126,15 @@ bool WithProgress(HWND owner, std::size_t total, Action act) {
     });
 }
 
-bool IsThere(const UseDialog& context) {
-    UserList list;
-    return list && (list.Has(context.Which.front(), context.Kind) || !list.IsRead());
-}
-
 void PressDelete(HWND dialog, UseDialog& context) {
     if (!context.Deletes) return EndWithOk(dialog, context);
     Choose(dialog, context);
-    if (context.Change.What == UseChange::Kind::Replace &&
-        (!context.By.Take(context.Change.By) || !CheckReplacement(context.Kind, context.Which, context.Change.By)))
+    if (context.Change.What == UseChange::Kind::Replace && !TakeReplacement(dialog, context))
         return FocusControl(dialog, ID_USES_BY);
     const bool isDone = WithProgress(dialog, context.Which.size(), [&](const SaveProgress& goOn) {
         return DeleteWithUses(context.Kind, context.Which, context.Change, goOn);
     });
-    if (isDone || !IsThere(context)) return EndWithOk(dialog, context);
+    if (isDone || !IsThere(context.Kind, context.Which.front())) return EndWithOk(dialog, context);
     ReadUsesAgain(dialog, context);
 }
 
@@ -119,6 +144,8 @@ constexpr DialogCommand<UseDialog> kCommands[] = {
     {ID_USES_EMPTIED, BN_CLICKED, Choose},
     {ID_USES_REPLACE, BN_CLICKED, Choose},
     {ID_USES_BY, CBN_EDITCHANGE, Choose},
+    {ID_USES_BY, CBN_SELCHANGE, TakeListedPrinter},
+    {ID_USES_CHOOSE, BN_CLICKED, PressChoosePrinter},
     {ID_USES_LEAVE, BN_CLICKED, Choose},
     {IDOK, BN_CLICKED, PressDelete},
     {IDCANCEL, BN_CLICKED, EndWithCancel},
@@ -136,7 +163,7 @@ constexpr DialogPlan<UseDialog> kPlan{HELP_WHERE_USED, FillUses, kCommands, kAnc
 } // namespace
 
 void ShowUses(HWND owner, NamedThing kind, const std::string& name) {
-    UseDialog context{.Kind = KindOf(kind), .Which = {name}, .Deletes = false, .Uses = {}};
+    UseDialog context{.Kind = kind, .Which = {name}, .Deletes = false, .Uses = {}};
     {
         const WaitCursor wait;
         auto uses = FindUses(context.Kind, context.Which);
@@ -147,7 +174,7 @@ void ShowUses(HWND owner, NamedThing kind, const std::string& name) {
 }
 
 void DeleteByDialog(HWND owner, NamedThing kind, const std::vector<std::string>& names) {
-    UseDialog context{.Kind = KindOf(kind), .Which = names, .Deletes = true, .Uses = {}};
+    UseDialog context{.Kind = kind, .Which = names, .Deletes = true, .Uses = {}};
     {
         const WaitCursor wait;
         auto uses = FindUses(context.Kind, names);
@@ -158,7 +185,8 @@ void DeleteByDialog(HWND owner, NamedThing kind, const std::vector<std::string>&
         OpenDialog("DeleteUsedBox", owner, WhereUsedDlgBox, &context);
         return;
     }
-    WithProgress(owner, names.size(), [&](const SaveProgress& goOn) { return DeleteUsers(names, context.Kind, goOn); });
+    WithProgress(owner, names.size(),
+                 [&](const SaveProgress& goOn) { return DeleteUnused(context.Kind, names, goOn); });
 }
 
 INT_PTR CALLBACK WhereUsedDlgBox(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {

@@ -47,6 +47,8 @@ const test::CommandCase kCases[] = {
     {"device repair PRINT-1 PRINT", 1, "", "Device PRINT-1 has the type PRINT already\n"},
     {"device repair NETWORK GAMMA", 1, "", "Device NETWORK is the network connection and cannot be changed\n"},
 
+    {"where-used printer print-1", 0, "", "printer print-1 is used nowhere\n"},
+
     {"printer list", 0, "PRINT-1\tLaser\t\n", ""},
     {"printer list --installed --of QUILL", 2, "", "--installed and --of cannot be given together\n"},
 

@@ -23,8 +23,8 @@ const std::string kArea = "F:\\BRIVANE\\B-DB\\";
 TEST(WhereUsed, NamesEveryPlaceAndAsks) {
     MemoryServer server;
     server.Load();
-    EXPECT_THAT(FindUses(RecordKind::User, {"ann"}), testing::Optional(testing::IsEmpty()));
-    EXPECT_TRUE(AgreeToDeletion(RecordKind::User, {"ann"}));
+    EXPECT_THAT(FindUses(NamedThing::User, {"ann"}), testing::Optional(testing::IsEmpty()));
+    EXPECT_TRUE(AgreeToDeletion(NamedThing::User, {"ann"}));
 
     server.Put(kArea + "LCRRules.ini", "[RULE]\nDescription: One\nUser: Ann\n\n[RULE]\nUser: ANN\nUser: BEN\n");
     server.Put(kArea + "LINK.INI", "[LINK]\nRemoteServerID: LON\nLinkType: WAN\nRemoteServerAddress: x\n"
@@ -34,7 +34,7 @@ TEST(WhereUsed, NamesEveryPlaceAndAsks) {
     server.Put(kArea + "MAILLIST.INI", "[USER]\nBrivname: ANN\nEmailname: Ann A\n");
     server.Put(kArea + "SETUP.INI", "[MODEM-1]\nRecdUser: ann\nUserName: ANN\n[HPSCAN]\nUser: ANNE\n");
     server.Front.TakeSaid();
-    EXPECT_FALSE(AgreeToDeletion(RecordKind::User, {"ANN"}));
+    EXPECT_FALSE(AgreeToDeletion(NamedThing::User, {"ANN"}));
     EXPECT_THAT(server.Front.TakeSaid(),
                 ElementsAre("ask warning: ANN is used in:\nLCRRULES.INI: rule 1 \"One\", which then takes more faxes\n"
                             "LCRRULES.INI: rule 2 \"\"\nLINK.INI: link LON\nROUTING.INI: sender +44 for ANN\n"
@@ -44,7 +44,7 @@ TEST(WhereUsed, NamesEveryPlaceAndAsks) {
     server.Files.Delete(kArea + "LINK.INI");
     server.Files.MakeDirectory(kArea + "LINK.INI");
     server.Front.Answer = true;
-    EXPECT_FALSE(AgreeToDeletion(RecordKind::User, {"ANN"}));
+    EXPECT_FALSE(AgreeToDeletion(NamedThing::User, {"ANN"}));
     EXPECT_THAT(server.Front.TakeSaid(), ElementsAre("error: File error: couldn't open " + kArea + "Link.ini"));
 }
 
@@ -91,15 +91,15 @@ struct Replacement {
 };
 struct ChangeCase {
     const char* What;
-    RecordKind Kind;
+    NamedThing Kind;
     Names Which;
     UseChange Change;
     std::vector<Replacement> After; // of the scene's files; the others are as before
 };
 
 using enum UseChange::Kind;
-constexpr auto kUser = RecordKind::User;
-constexpr auto kGroup = RecordKind::Group;
+constexpr auto kUser = NamedThing::User;
+constexpr auto kGroup = NamedThing::UserGroup;
 const std::pair<std::string, std::string> kRuleGoes = {"[RULE]\r\nDescription: One\r\nUser: Ann\r\n\r\n", ""};
 const std::pair<std::string, std::string> kRuleWidens = {"One\r\nUser: Ann\r\n", "One\r\n"};
 const std::vector<Replacement> kTakenOut = {
@@ -224,9 +224,43 @@ TEST(WhereUsed, DeletesManyInOneRewrite) {
 
     const std::string before = scene.Get("USERLIST.INI");
     const std::vector<std::string> gone[] = {{"BEN", "NOBODY"}, {"BEN", "(default)"}};
-    for (const auto& names : gone) EXPECT_FALSE(DeleteUsers(names, kUser, [](std::size_t) { return true; }));
+    for (const auto& names : gone) EXPECT_FALSE(DeleteUsers(names, RecordKind::User, [](std::size_t) { return true; }));
     EXPECT_EQ(scene.Get("USERLIST.INI"), before);
     SetMailListHook({});
+}
+
+TEST(WhereUsed, FollowsPrintersThroughUsersGroupsAndOptions) {
+    const std::string user = "[USER]\r\nName: ANN\r\nPrintSentDevice: P-1\r\nPrintRecdDevice2: p-1\r\n\r\n";
+    const std::string group = "[GROUP]\r\nName: @S\r\nPrintRecdDevice: P-1\r\n";
+    const std::string setup =
+        "[DEVICES]\r\nDevice: P-1 \"One\"\r\nDevice: P-2 \"Two\"\r\n[PRINTERS]\r\nDevice: P-1 \"One\"\r\n"
+        "Device: P-2 \"Two\"\r\n[SCANNERS]\r\n[PRINTING]\r\nPrintRecdDevice: P-1\r\nPrintSentBin: P-1\r\n"
+        "[QUEUEMAN]\r\nPrintSentDevice: P-1\r\n[MODEM]\r\nPrintSentDevice: P-1\r\n";
+    const struct {
+        UseChange Change;
+        std::string By;
+    } cases[] = {{{TakeOut}, ""}, {{Replace, "p-2"}, "P-2"}};
+    for (const auto& [change, by] : cases) {
+        MemoryServer server;
+        server.Load();
+        server.Put(kArea + "USERLIST.INI", user + group);
+        server.Put(kArea + "SETUP.INI", setup);
+        const auto uses = FindUses(NamedThing::Printer, {"P-1"});
+        ASSERT_TRUE(uses);
+        EXPECT_EQ(uses->size(), 5U);
+        EXPECT_EQ(uses->front().Where, "user ANN, PrintSentDevice: P-1");
+        EXPECT_FALSE(DeleteWithUses(NamedThing::Printer, {"P-1", "P-3"}, change, {})) << "as one is not there";
+        EXPECT_EQ(server.Get(kArea + "USERLIST.INI"), user + group);
+        EXPECT_FALSE(DeleteWithUses(NamedThing::Printer, {"P-1"}, {Replace, "P-9"}, {}));
+        EXPECT_TRUE(DeleteWithUses(NamedThing::Printer, {"P-1"}, change, {}));
+        const std::string users = server.Get(kArea + "USERLIST.INI");
+        EXPECT_EQ(users.find("P-1"), users.npos);
+        EXPECT_EQ(users.find("PrintSentDevice: P-2") != users.npos, !by.empty());
+        std::string after = test::Replaced(setup, "Device: P-1 \"One\"\r\n", "");
+        after.replace(after.find("RecdDevice: P-1"), 15, by.empty() ? "RecdDevice:" : "RecdDevice: P-2");
+        after.replace(after.find("SentDevice: P-1"), 15, by.empty() ? "SentDevice:" : "SentDevice: P-2");
+        EXPECT_EQ(server.Get(kArea + "SETUP.INI"), after);
+    }
 }
 
 } // namespace

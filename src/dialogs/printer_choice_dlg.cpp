@@ -1,4 +1,4 @@
-#include "users/printer_choice_dlg.h"
+#include "dialogs/printer_choice_dlg.h"
 
 #include "dialogs/list_view_dlg.h"
 #include "resources/ids.h"
