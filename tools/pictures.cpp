@@ -9,6 +9,9 @@
 
 #include "covlet/catalogue_dlg.h"
 #include "covlet/item_dlg.h"
+#include "devices/add_device_dlg.h"
+#include "devices/device_details_dlg.h"
+#include "devices/device_list_dlg.h"
 #include "dialogs/colours_dlg.h"
 #include "dialogs/csv_import_dlg.h"
 #include "dialogs/dialog_dlg.h"
@@ -139,14 +142,14 @@ void DrawItems(const Painter& painter, HWND owner) {
 }
 
 // All pages of a record's details, one after the other.
-void DrawPages(const Painter& painter, const std::string& name, const std::string& title, int pages,
+void DrawPages(const Painter& painter, int tabs, const std::string& name, const std::string& title, int pages,
                const std::function<void()>& open) {
     for (int page = 0; page < pages; ++page)
         painter.Draw(name + "-" + std::to_string(page + 1), title, open, [&](HWND dialog) {
             SetForegroundWindow(dialog);
             for (int i = 0; i < page; ++i) {
                 Key(VK_TAB, VK_CONTROL);
-                Until([&] { return SendTo(dialog, ID_USER_PAGES, TCM_GETCURSEL) == i + 1; });
+                Until([&] { return SendTo(dialog, tabs, TCM_GETCURSEL) == i + 1; });
             }
         });
 }
@@ -163,9 +166,9 @@ void DrawUsers(const Painter& painter, HWND owner, const DiskServer& server) {
             Until(
                 [&] { return !Entries(dialog, ID_USERS_LIST).empty() && Entries(dialog, ID_USERS_LIST)[0][0] == '@'; });
         });
-    DrawPages(painter, "user", "Brivane user details - ANNA", 6,
+    DrawPages(painter, ID_USER_PAGES, "user", "Brivane user details - ANNA", 6,
               [&] { EditUserByDialog(owner, RecordKind::User, "ANNA"); });
-    DrawPages(painter, "group", "Brivane user group details - @SALES", 2,
+    DrawPages(painter, ID_USER_PAGES, "group", "Brivane user group details - @SALES", 2,
               [&] { EditUserByDialog(owner, RecordKind::Group, "@SALES"); });
     painter.Draw("where-used", "Where ANNA is used", [&] { ShowUses(owner, NamedThing::User, "ANNA"); });
     painter.Draw("where-used-delete", "Where ANNA, FRANK is used", [&] {
@@ -186,6 +189,19 @@ void DrawUsers(const Painter& painter, HWND owner, const DiskServer& server) {
             Until([&] { return !Text(dialog, ID_IMPORT_COUNT).empty(); });
         });
     painter.Draw("choose-user", "Choose a user", [&] { ChooseNames(owner, kUserNames, true); });
+}
+
+void DrawDevices(const Painter& painter, HWND owner) {
+    static constexpr DialogServices kServices{ShowUses, DeleteByDialog};
+    painter.Draw("devices", "Brivane - devices", [&] { ConfigureDevices(owner, kServices); });
+    painter.Draw("device-add", "Add new device", [&] { AddDeviceByDialog(owner, "GAMMA-1"); });
+    painter.Draw("device-type", "Type of device MODEM-9", [&] { AskDeviceType(owner, "MODEM-9"); });
+    DrawPages(painter, ID_DEVICE_PAGES, "device", "Brivane device details - MODEM-2", 5,
+              [&] { EditDeviceByDialog(owner, "MODEM-2"); });
+    painter.Draw("device-board", "Brivane device details - BTROUT-1", [&] { EditDeviceByDialog(owner, "BTROUT-1"); });
+    painter.Draw("device-printer", "Brivane device details - PRINT-1", [&] { EditDeviceByDialog(owner, "PRINT-1"); });
+    painter.Draw("where-used-printer", "Where PRINT-1 is used",
+                 [&] { DeleteByDialog(owner, NamedThing::Printer, {"PRINT-1"}); });
 }
 
 void DrawChoosers(const Painter& painter, HWND owner) {
@@ -249,6 +265,7 @@ int DrawPictures(const std::string& directory) {
     DrawCatalogues(painter, window.Handle());
     DrawItems(painter, window.Handle());
     DrawUsers(painter, window.Handle(), server);
+    DrawDevices(painter, window.Handle());
     DrawChoosers(painter, window.Handle());
     DrawBoxes(painter);
     DrawProgress(painter, window.Handle());

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "covlet/catalogue_dlg.h"
+#include "devices/device_list_dlg.h"
 #include "dialogs/dialog_dlg.h"
 #include "resources/ids.h"
 #include "shell/menu_walk.h"
@@ -25,11 +26,12 @@ struct Area {
 constexpr DialogServices kServices{ShowUses, DeleteByDialog};
 
 void OpenUsers(HWND owner) { ConfigureUsers(owner, kServices); }
+void OpenDevices(HWND owner) { ConfigureDevices(owner, kServices); }
 
 // In the menu's order.
 constexpr Area kAreas[] = {
     {MenuEntry::Users, ID_MENU_USERS, kAreaOfUsers, OpenUsers},
-    {MenuEntry::Devices, ID_MENU_DEVICES, kAreaOfDevices, nullptr},
+    {MenuEntry::Devices, ID_MENU_DEVICES, kAreaOfDevices, OpenDevices},
     {MenuEntry::Settings, ID_MENU_SETTINGS, kAreaOfSettings, nullptr},
     {MenuEntry::InwardRouting, ID_MENU_ROUTING, kAreaOfRouting, nullptr},
     {MenuEntry::Coversheets, ID_MENU_COVLET, kAreaOfCoversheets, ConfigureCoversheets},
