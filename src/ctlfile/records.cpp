@@ -91,6 +91,10 @@ void RecordWalker::Note(std::string_view line, Position at) {
 
 bool RecordWalker::Get(std::size_t index, TextPlace place) const {
     const Key& key = keys_[index];
+    if (key.FoundSize == 0) {
+        place.Assign({});
+        return false;
+    }
     std::string_view value = CountingPart(stream_.Seen(key.FoundAt, key.FoundSize));
     // The first separator of the line is the key's, so what follows that is the value.
     value.remove_prefix(std::min(key.ValueStart, value.size()));
@@ -100,7 +104,7 @@ bool RecordWalker::Get(std::size_t index, TextPlace place) const {
     } else {
         place.Assign(CleanLine(value));
     }
-    return key.FoundSize != 0;
+    return true;
 }
 
 } // namespace bv

@@ -195,6 +195,17 @@ void ListView::SelectRows(const std::vector<std::size_t>& rows, std::size_t plac
     SelectPlaces(places);
 }
 
+// The control tells of each row by itself, which counts only when all are selected.
+void ListView::SelectAll() {
+    isChanging_ = true;
+    Send(Window(), WM_SETREDRAW, FALSE);
+    SetItemState(Window(), -1, kSelected, kSelected);
+    Send(Window(), WM_SETREDRAW, TRUE);
+    isChanging_ = false;
+    ShowCount();
+    Notify(kListSelected);
+}
+
 void ListView::SelectPlaces(const std::vector<std::size_t>& places) {
     const HWND list = Window();
     isChanging_ = true;
@@ -353,7 +364,7 @@ void ListView::PressKey(WORD key) {
     static constexpr KeyCode kCodes[] = {
         {VK_F2, kListRename}, {VK_INSERT, kListAdd}, {VK_DELETE, kListDelete}, {VK_F5, kListReload}};
     if (IsDown(VK_CONTROL)) {
-        if (key == 'A') SetItemState(Window(), -1, kSelected, kSelected);
+        if (key == 'A') SelectAll();
         if (key == 'C' || key == VK_INSERT) CopySelected();
         if (key == 'F' && plan_.Filter != 0) FocusControl(dialog_, plan_.Filter);
         return;

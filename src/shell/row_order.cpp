@@ -29,13 +29,27 @@ void AppendFolded(std::string& folded, std::string_view text) {
 
 bool IsNumber(std::string_view text) { return !text.empty() && std::ranges::all_of(text, IsDigit); }
 
-// A text's first characters as a number that sorts as they do. Numbers sort before other texts, by their length first.
-std::uint64_t HeadOf(std::string_view text) {
+// A text's first characters, behind those that all have, as a number that sorts as they do. Numbers sort before other
+// texts, by their length first.
+std::uint64_t HeadOf(std::string_view text, std::size_t common) {
     std::uint64_t head = 0;
     if (IsNumber(text)) return std::min<std::size_t>(text.size(), 255);
-    for (std::size_t i = 0; i < kHeadSize; ++i)
+    for (std::size_t i = common; i < common + kHeadSize; ++i)
         head = head << 8 | (i < text.size() ? static_cast<unsigned char>(ToLower(text[i])) : 0U);
     return head;
+}
+
+// How many characters all texts of a column begin with; none where one of them is a number.
+std::size_t CommonBeginning(const RowModel& rows, std::size_t column) {
+    const std::string_view first = rows.Count() == 0 ? std::string_view() : rows.Text(0, column);
+    std::size_t common = first.size();
+    for (std::size_t row = 0; row < rows.Count() && common > 0; ++row) {
+        const std::string_view text = rows.Text(row, column);
+        std::size_t same = 0;
+        while (same < std::min(common, text.size()) && ToLower(text[same]) == ToLower(first[same])) ++same;
+        common = IsNumber(text) ? 0 : same;
+    }
+    return common;
 }
 
 struct SortKey {
@@ -97,13 +111,14 @@ void RowOrder::Sort(std::optional<SortBy> by) {
     if (by && by->Column < rows_.Columns()) {
         std::vector<SortKey> keys;
         keys.reserve(order_.size());
-        for (const Row row : order_) keys.push_back({HeadOf(rows_.Text(row, by->Column)), row});
+        const std::size_t common = CommonBeginning(rows_, by->Column);
+        for (const Row row : order_) keys.push_back({HeadOf(rows_.Text(row, by->Column), common), row});
         const auto isBefore = [&](const SortKey& a, const SortKey& b) {
             if (a.Head != b.Head) return (a.Head < b.Head) == by->Up;
             const int compared = CompareFolded(rows_.Text(a.Row, by->Column), rows_.Text(b.Row, by->Column));
             return compared == 0 ? a.Row < b.Row : (compared < 0) == by->Up;
         };
-        std::ranges::sort(keys, isBefore);
+        if (!std::ranges::is_sorted(keys, isBefore)) std::ranges::sort(keys, isBefore);
         std::ranges::transform(keys, order_.begin(), &SortKey::Row);
     }
     Show(order_);

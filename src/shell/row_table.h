@@ -13,11 +13,12 @@ namespace bv {
 
 class RowTable : public RowModel {
   public:
-    // Empty, and of rows of so many columns from now on.
-    void Begin(std::size_t columns) {
+    // Empty, and of rows of so many columns from now on; with room for so many characters, where that is known.
+    void Begin(std::size_t columns, std::size_t characters = 0) {
         columns_ = columns;
         texts_.clear();
         ends_.clear();
+        texts_.reserve(characters);
     }
 
     // The next cell of the row that is being added; a row is there with its last cell.

@@ -92,7 +92,8 @@ class Reader {
 bool IsProfile(std::string_view mailName) { return mailName.starts_with('(') || mailName.starts_with('*'); }
 
 void AddUsers(ControlStream& list, bool profilesOnly, RowTable& rows) {
-    rows.Begin(kUserColumns);
+    constexpr Position kShownPart = 3; // a third of the file at most, as a rule
+    rows.Begin(kUserColumns, static_cast<std::size_t>(list.Length().value_or(0) / kShownPart));
     Reader reader(list, RecordKind::User);
     while (reader.Next()) {
         if (profilesOnly && !IsProfile(reader.Value(kMailName))) continue;
