@@ -135,7 +135,8 @@ void PressDelete(HWND dialog, UseDialog& context) {
     Choose(dialog, context);
     if (context.Change.What == UseChange::Kind::Replace && !TakeReplacement(dialog, context))
         return FocusControl(dialog, ID_USES_BY);
-    if (DeleteChosen(dialog, context) || !IsThere(context.Kind, context.Which.front())) return EndWithOk(dialog, context);
+    if (DeleteChosen(dialog, context) || !IsThere(context.Kind, context.Which.front()))
+        return EndWithOk(dialog, context);
     ReadUsesAgain(dialog, context);
 }
 
