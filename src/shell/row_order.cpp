@@ -21,10 +21,8 @@ std::vector<std::string_view> WordsOf(std::string_view text) {
     return words;
 }
 
-void AppendFolded(std::string& folded, std::string_view text) {
-    const std::size_t start = folded.size();
-    folded += text;
-    for (std::size_t i = start; i < folded.size(); ++i) folded[i] = ToLower(folded[i]);
+void FoldText(std::string& text) {
+    std::ranges::transform(text, text.begin(), [](char c) { return ToLower(c); });
 }
 
 bool IsNumber(std::string_view text) { return !text.empty() && std::ranges::all_of(text, IsDigit); }
@@ -71,11 +69,12 @@ void RowOrder::Fold() {
     for (std::size_t row = 0; row < rows_.Count(); ++row) {
         lines_.push_back(folded_.size());
         for (std::size_t column = 0; column < rows_.Columns(); ++column) {
-            AppendFolded(folded_, rows_.Text(row, column));
+            folded_ += rows_.Text(row, column);
             folded_ += kBetweenColumns;
         }
     }
     lines_.push_back(folded_.size());
+    FoldText(folded_);
 }
 
 bool RowOrder::Fits(Row row, const std::vector<std::string_view>& words) const {
@@ -97,8 +96,8 @@ void RowOrder::Show(const std::vector<Row>& candidates) {
 }
 
 void RowOrder::Filter(std::string_view text) {
-    std::string folded;
-    AppendFolded(folded, text);
+    std::string folded(text);
+    FoldText(folded);
     const bool grows = folded.starts_with(filter_); // every hit is one of the hits so far
     filter_ = std::move(folded);
     Show(grows ? shown_ : order_);
