@@ -54,7 +54,7 @@ const char* PageOfKey(const UserDialog& context, std::string_view key) {
 bool CheckRecord(UserDialog& context) {
     if (const auto fault = context.Entry.FaultOfWhole()) {
         ShowError("%s", fault->Text);
-        context.Pages.ShowFault(PageOfKey(context, fault->Key->Key), 0);
+        context.Pages.ShowFault(PageOfKey(context, fault->Key->Field.Key), 0);
         return false;
     }
     UserList list;
