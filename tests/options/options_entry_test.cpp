@@ -128,7 +128,7 @@ TEST(OptionsEntry, ASaveThatFailsInItsMiddleSaysWhatWasSavedAndKeepsTheRest) {
         test::FaultyFiles failing(server.Files, {test::FaultKind::FailFromThenOn, call});
         const platform::Substitute<platform::FileSystem> use(failing);
         EXPECT_FALSE(entry.Save());
-        EXPECT_TRUE(entry.IsChanged());
+        ASSERT_TRUE(entry.IsChanged());
         said = server.Front.TakeSaid().back();
     }
     EXPECT_EQ(said, "warning: These settings were saved:\nOPTIONS/LogKeepDays\n\nThese were not:\n"
