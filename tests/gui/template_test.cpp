@@ -205,8 +205,8 @@ TEST(Templates, GiveEachInputAMnemonicAndANameOfItsOwn) {
         std::set<char> seen;
         if (IsPage(sample.Dialog())) seen.insert('H'); // of the Help beside it
         if (IsPage(sample.Dialog()) && name.starts_with("Options")) seen.insert({'N', 'P', 'Y'});
-        std::set<std::string> names;                   // that a screen reader says
-        std::string label;                             // the text before the control
+        std::set<std::string> names; // that a screen reader says
+        std::string label;           // the text before the control
         for (const HWND control : Children(sample.Dialog())) {
             const char own = Mnemonic(Text(control));
             EXPECT_TRUE(own == '\0' || seen.insert(own).second) << name << " has two of " << own;

@@ -108,7 +108,9 @@ TEST(OptionsEntry, TypesAreSavedAsAListOrNotAtAll) {
     EXPECT_THAT(server.GetSetup(),
                 HasSubstr("\nTelnumType: International1  \"Far\"\nTelnumType: National1       \"Inland\"\n"));
 
+    entry.SetTypes({});
     server.PutSetup(Replaced(before, "National ", "Nowhere  "));
+    EXPECT_FALSE(entry.Save()) << "on top of a list that cannot be read by now";
     ASSERT_TRUE(entry.Load());
     EXPECT_EQ(entry.Types(), std::nullopt);
     Enter(entry, "QUEUEMAN/SendTries", "3");
