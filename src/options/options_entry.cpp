@@ -87,6 +87,10 @@ std::size_t OptionsEntry::CountAbsent() const {
 bool OptionsEntry::TakeOver() {
     std::optional<InFile> now = Read();
     if (!now) return false;
+    if (types_ != typesBefore_ && !now->Types) {
+        ShowError(kTypesUnreadable);
+        return false;
+    }
     ServerOptions merged = now->Options;
     for (const OptionKey& key : OptionKeys()) {
         const std::string mine = key.Field.Text(after_);

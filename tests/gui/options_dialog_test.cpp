@@ -171,13 +171,19 @@ TEST_F(OptionDialogs, OkWithoutAChangeAndCancelWriteNothing) {
     WithOptions([&](HWND dialog, const Windows&) {
         for (int page = 0; page <= static_cast<int>(TelephoneNumbers); ++page)
             ShowPage(dialog, static_cast<OptionPage>(page));
-        Select(ShowPage(dialog, Printing), ID_PRINT_SLOTS, 2);
         EXPECT_FALSE(IsEnabled(dialog, ID_OPTIONS_APPLY));
         Front.Said.clear();
         Click(dialog, IDOK);
         EXPECT_TRUE(IsClosed(dialog));
     });
     EXPECT_THAT(Front.Said, Each(AnyOf(StartsWith("wait cursor"), "status 2: ")));
+    WithOptions([&](HWND dialog, const Windows&) {
+        const HWND page = ShowPage(dialog, Printing);
+        Select(page, ID_PRINT_SLOTS, 2);
+        EXPECT_TRUE(Until([&] { return Text(page, ID_PRINT_BIN) == "Lower tray"; }));
+        Click(dialog, IDCANCEL);
+        EXPECT_TRUE(IsClosed(dialog)) << "to look at a printer is no change";
+    });
     WithOptions([&](HWND dialog, const Windows&) {
         SetTextOf(ShowPage(dialog, Sending), ID_QUEUE_TRIES, "9");
         Click(dialog, IDCANCEL);

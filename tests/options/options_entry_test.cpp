@@ -108,7 +108,9 @@ TEST(OptionsEntry, TypesAreSavedAsAListOrNotAtAll) {
     EXPECT_THAT(server.GetSetup(),
                 HasSubstr("\nTelnumType: International1  \"Far\"\nTelnumType: National1       \"Inland\"\n"));
 
+    entry.SetTypes({});
     server.PutSetup(Replaced(before, "National ", "Nowhere  "));
+    EXPECT_FALSE(entry.Save()) << "on top of a list that cannot be read by now";
     ASSERT_TRUE(entry.Load());
     EXPECT_EQ(entry.Types(), std::nullopt);
     Enter(entry, "QUEUEMAN/SendTries", "3");
@@ -128,7 +130,7 @@ TEST(OptionsEntry, ASaveThatFailsInItsMiddleSaysWhatWasSavedAndKeepsTheRest) {
         test::FaultyFiles failing(server.Files, {test::FaultKind::FailFromThenOn, call});
         const platform::Substitute<platform::FileSystem> use(failing);
         EXPECT_FALSE(entry.Save());
-        EXPECT_TRUE(entry.IsChanged());
+        ASSERT_TRUE(entry.IsChanged());
         said = server.Front.TakeSaid().back();
     }
     EXPECT_EQ(said, "warning: These settings were saved:\nOPTIONS/LogKeepDays\n\nThese were not:\n"
