@@ -14,8 +14,8 @@ namespace bv {
 std::optional<std::vector<Use>> FindRoutingUses(const NameSet& names);
 
 // Makes the change to these rules in one rewrite, and to nothing else of the file. A rule that would stand beside
-// another one of its key, as when two names of it become one, or forward to the user whose faxes it forwards, goes. Sets SettingsChanged. False after a
-// message of OpenRoutingFile or EditControlFile.
+// another one of its key, as when two names of it become one, or forward to the user whose faxes it forwards, goes.
+// Sets SettingsChanged. False after a message of OpenRoutingFile or EditControlFile.
 bool ChangeRoutingUses(const NameSet& names, const UseChange& change);
 
 } // namespace bv

@@ -85,7 +85,8 @@ class RowJudge {
     void CheckNewName(const std::string& name, const KnownRecords& known, RowVerdict& verdict) const {
         if (const auto fault = FaultOfNewName(name, kUser))
             AddFault(verdict, nameAt_, *fault);
-        else if (known.Groups.contains(UpperText(name))) AddFault(verdict, nameAt_, FillMessage(kNameTaken, name));
+        else if (known.Groups.contains(UpperText(name)))
+            AddFault(verdict, nameAt_, FillMessage(kNameTaken, name));
     }
 
     void EnterField(const std::string& value, std::size_t at, const KnownRecords& known, RecordEntry& entry,

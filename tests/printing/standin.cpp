@@ -64,7 +64,7 @@ int WINAPI TellCapabilities(LPCWSTR, LPCWSTR port, WORD what, LPWSTR room, const
     if (what != DC_BINNAMES || std::wcscmp(port, L"LPT1:") != 0) return -1;
     if (room == nullptr) return Played().Bins;
     std::wmemset(room, L'U', kBin); // one that fills its place has no end
-    std::wcscpy(room + kBin, L"Lower");
+    std::wmemcpy(room + kBin, L"Lower", 6);
     return Played().BinsGiven;
 }
 

@@ -19,8 +19,8 @@ struct MemoryServer {
     FakeProcesses Processes;
     RecordingFront Front;
 
-    // Puts BRIVANE.INI into the Windows directory, a SETUP.INI below F:\BRIVANE, and loads the server's paths and switches:
-    // SystemArea F:\BRIVANE\, ServerArea F:\BRIVANE\SERVER\, MailArea F:\BRIVANE\B-MAIL\.
+    // Puts BRIVANE.INI into the Windows directory, a SETUP.INI below F:\BRIVANE, and loads the server's paths and
+    // switches: SystemArea F:\BRIVANE\, ServerArea F:\BRIVANE\SERVER\, MailArea F:\BRIVANE\B-MAIL\.
     void Load();
 
     void Put(const std::string& path, std::string_view bytes);
