@@ -159,7 +159,7 @@ void DrawPages(const Painter& painter, int tabs, const std::string& name, const 
 void DrawUsers(const Painter& painter, HWND owner, const DiskServer& server) {
     server.Files().Write("users.csv",
                          "Name,Fullname,Group\r\nADAM,Adam,@SALES\r\nBEN,Ben,@NOBODY\r\nANNA,Anna,@ACCTS\r\n");
-    static constexpr DialogServices kServices{ShowUses, DeleteByDialog, SettlePrinterUses};
+    static constexpr DialogServices kServices{ShowUses, DeleteByDialog};
     painter.Draw("users", "Brivane - users and user groups", [&] { ConfigureUsers(owner, kServices); });
     painter.Draw(
         "groups", "Brivane - users and user groups", [&] { ConfigureUsers(owner, kServices); },

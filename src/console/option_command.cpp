@@ -120,7 +120,7 @@ int Find(Session& session, const Arguments& arguments) {
         records.push_back({{"Option", FormatText("%s/%s", paragraph, hit.Key)},
                            {"Title", std::string(hit.Title)},
                            {"Page", std::string(TitleOf(hit.Page))},
-                           {"Takes", isSettable ? DescribeOption(*key) : ""}});
+                           {"Takes", isSettable ? TakesText(HelpOf(*key)) : ""}});
     }
     PrintRecords(session, records);
     return kExitDone;

@@ -7,21 +7,33 @@
 namespace bv {
 namespace {
 
-std::string DefaultText(const KeyHelp& help) { return help.Default.empty() ? "nothing" : help.Default; }
+std::string OrNothing(const std::string& text) { return text.empty() ? "nothing" : text; }
 
-std::string BeginOfRow(const KeyHelp& help) { return FormatText("<tr><td><code>%s</code></td>", help.Key); }
+std::string Cell(const std::string& text) { return "<td>" + text + "</td>"; }
+
+std::string BeginOfRow(const KeyHelp& help) {
+    const std::string paragraph = help.Paragraph.empty() ? "" : help.Paragraph + " ";
+    return "<tr>" + Cell("<code>" + paragraph + help.Key + "</code>");
+}
 
 } // namespace
 
+std::string TakesText(const KeyHelp& help) {
+    std::string text = FormatText("%s, else %s", help.Values, OrNothing(help.Default));
+    if (help.OfNew && *help.OfNew != help.Default) text += "; a new one has " + OrNothing(*help.OfNew);
+    return text;
+}
+
 std::string TooltipOf(const KeyHelp& help) {
-    std::string text = FormatText("%s, else %s", help.Values, DefaultText(help));
-    if (!help.Paragraph.empty()) text.append(", ").append(help.Paragraph);
-    return text.append("\r\n").append(help.Meaning);
+    return TakesText(help) + (help.Meaning.empty() ? "" : "\r\n" + help.Meaning);
 }
 
 std::string HelpRowOf(const KeyHelp& help) {
-    return BeginOfRow(help) +
-           FormatText("<td>%s</td><td>%s</td><td>%s</td></tr>\n", help.Meaning, help.Values, DefaultText(help));
+    std::string row = BeginOfRow(help);
+    if (!help.Meaning.empty()) row += Cell(help.Meaning);
+    row += Cell(help.Values) + Cell(OrNothing(help.Default));
+    if (help.OfNew) row += Cell(OrNothing(*help.OfNew));
+    return row + "</tr>\n";
 }
 
 std::string WithHelpRows(const std::string& page, const std::vector<KeyHelp>& keys) {

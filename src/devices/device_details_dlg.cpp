@@ -19,10 +19,7 @@ std::optional<std::string> DeviceFields::Enter(std::string_view key, std::string
 }
 
 std::string DeviceFields::Describe(std::string_view key) const {
-    const KeyField<DeviceSettings>& field = Key(key);
-    const std::string ofNew = field.Text(NewDevice(device_.Type).Settings);
-    const std::string values = DescribeValues(field.Rule);
-    return ofNew.empty() ? values : FormatText("%s; a new device has %s", values, ofNew);
+    return TooltipOf(HelpOf(*FindDeviceKey(device_.Type, key), device_.Type));
 }
 
 namespace {

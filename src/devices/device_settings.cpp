@@ -133,6 +133,13 @@ const DeviceKey* FindDeviceKey(DeviceType type, std::string_view name) {
     return found == std::end(kKeys) ? nullptr : found;
 }
 
+KeyHelp HelpOf(const DeviceKey& key, DeviceType type) {
+    return {.Key = std::string(key.Field.Key),
+            .Values = DescribeValues(key.Field.Rule),
+            .Default = key.Field.Text(DeviceSettings()),
+            .OfNew = key.Field.Text(NewDevice(type).Settings)};
+}
+
 bool EnterDeviceValue(Device& device, std::string_view keyName, std::string_view text) {
     const DeviceKey* key = FindDeviceKey(device.Type, keyName);
     if (key == nullptr) {

@@ -11,6 +11,7 @@
 
 #include "ctlfile/fixed_text.h"
 #include "ctlfile/key_fields.h"
+#include "ctlfile/key_help.h"
 #include "shell/device_lists.h"
 
 namespace bv {
@@ -98,6 +99,9 @@ std::span<const DeviceKey> DeviceKeys();
 
 // The key of that name, without separator and in any case, if devices of the type have it.
 const DeviceKey* FindDeviceKey(DeviceType type, std::string_view name);
+
+// What a person is told of the key of a device of the type.
+KeyHelp HelpOf(const DeviceKey& key, DeviceType type);
 
 // A device as it is edited: the settings, and beside them what SETUP.INI held for each of DeviceKeys.
 struct Device {

@@ -391,6 +391,6 @@ std::optional<std::string> OptionFields::Enter(std::string_view path, std::strin
 
 std::size_t OptionFields::LimitOf(std::string_view path) const { return KeyOf(path).Field.Rule.Limit; }
 
-std::string OptionFields::Describe(std::string_view path) const { return DescribeOption(KeyOf(path)); }
+std::string OptionFields::Describe(std::string_view path) const { return TooltipOf(HelpOf(KeyOf(path))); }
 
 } // namespace bv

@@ -173,9 +173,14 @@ std::string DefaultText(const OptionKey& key) {
     return key.DefaultBelowServer.empty() ? key.Field.Text(Options()) : DefaultDirectory(key);
 }
 
-std::string DescribeOption(const OptionKey& key) {
-    const std::string text = DefaultText(key);
-    return DescribeValues(key.Field.Rule) + "; default " + (text.empty() ? "nothing" : text);
+KeyHelp HelpOf(const OptionKey& key) {
+    const std::string text = key.DefaultBelowServer.empty()
+                                 ? key.Field.Text(ServerOptions())
+                                 : FormatText("%s in the server area", key.DefaultBelowServer);
+    return {.Key = std::string(key.Field.Key),
+            .Values = DescribeValues(key.Field.Rule),
+            .Default = text,
+            .Paragraph = std::string(key.Paragraph)};
 }
 
 OptionsFound ReadServerOptions(ControlStream& setup, ServerOptions& options, SavedOptions& saved) {

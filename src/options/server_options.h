@@ -7,6 +7,7 @@
 
 #include "ctlfile/control_stream.h"
 #include "ctlfile/key_fields.h"
+#include "ctlfile/key_help.h"
 #include "options/option_keys.h"
 
 namespace bv {
@@ -33,8 +34,8 @@ bool LoadServerOptions(ServerOptions& options, SavedOptions& saved, OptionsFound
 // The value that is in force without the key.
 std::string DefaultText(const OptionKey& key);
 
-// What a person may give for the key, and its default: "a number from 0 to 65534; default 5".
-std::string DescribeOption(const OptionKey& key);
+// What a person is told of the key.
+KeyHelp HelpOf(const OptionKey& key);
 
 // Takes a value that a person gives; that which is in force may always be given. False after a message.
 bool EnterOption(const OptionKey& key, std::string_view text, ServerOptions& options);

@@ -167,11 +167,8 @@ std::vector<RecordEntry::Change> RecordEntry::Changes() const {
 }
 
 KeyHelp HelpOf(const RecordKey& key, RecordKind kind) {
-    return {std::string(key.Field.Key),
-            std::string(key.Meaning),
-            DescribeValues(key.Field.Rule),
-            key.Field.Text(ReadLines({}, kind, false)),
-            {}};
+    return {std::string(key.Field.Key), DescribeValues(key.Field.Rule), key.Field.Text(ReadLines({}, kind, false)),
+            std::string(key.Meaning)};
 }
 
 } // namespace bv

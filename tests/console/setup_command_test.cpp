@@ -62,8 +62,8 @@ const test::CommandCase kCases[] = {
     {"option get QUEUEMAN/MailLoginParams", 0, "********\n", ""},
     {"option get QUEUEMAN/MailLoginParams --reveal", 0, "sekrit\n", ""},
     {"option find 'sent directory'", 0,
-     "QUEUEMAN/ArchiveSentPath\tDirectory of sent faxes\tArchiving\ta text of at most 256 characters; default "
-     "F:\\BRIVANE\\SERVER\\B-SENT\\\n",
+     "QUEUEMAN/ArchiveSentPath\tDirectory of sent faxes\tArchiving\ta text of at most 256 characters, else "
+     "B-SENT\\ in the server area\n",
      ""},
     {"option find nothing", 1, "", "Nothing fits the filter \"nothing\"\n"},
     {"option set EPSTIFF/AsciiTopMargin=70", 1, "",
