@@ -176,7 +176,8 @@ void DrawUsers(const Painter& painter, HWND owner, const DiskServer& server) {
     painter.Draw("where-used-delete", "Where ANNA, FRANK is used", [&] {
         DeleteByDialog(owner, NamedThing::User, {"ANNA", "FRANK"});
     });
-    painter.Draw("where-used-printer", "Where PRINT-1 is used", [&] { SettlePrinterUses(owner, {"PRINT-1"}); });
+    painter.Draw("where-used-printer", "Where PRINT-1 is used",
+                 [&] { DeleteByDialog(owner, NamedThing::Printer, {"PRINT-1"}); });
     painter.Draw("user-new", "Add new user", [&] { AddUserByDialog(owner, {}); });
     painter.Draw("users-many", "Change 3 users", [&] { ChangeUsersByDialog(owner, {"ANNA", "BEN", "CLARA"}); });
     painter.Draw(

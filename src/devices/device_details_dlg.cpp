@@ -7,6 +7,7 @@
 #include "devices/device_messages.h"
 #include "dialogs/progress_dlg.h"
 #include "resources/ids.h"
+#include "shell/server_files.h"
 #include "users/receiver.h"
 #include "voice/messages.h"
 
@@ -29,7 +30,7 @@ void FillDetails(HWND dialog, DeviceDialog& context) {
     const char* title = context.IsNew() ? "Add new device" : "Brivane device details";
     SetWindowTextA(dialog, FormatText("%s - %s", title, names).c_str());
     const std::size_t missing = CountChanged(context.Opened);
-    if (!context.IsNew() && missing != 0) SetText(dialog, ID_DEVICE_HINT, FillMessage(kKeysToBeWritten, missing));
+    if (!context.IsNew() && missing != 0) SetText(dialog, ID_DEVICE_HINT, FillMessage(kSettingsAbsent, NameOf(ServerFile::Setup), missing));
     context.Pages.Begin(dialog, ID_DEVICE_PAGES, PagesOf(context.Opened.Type));
     context.Pages.FocusFirst();
 }

@@ -206,14 +206,26 @@ void ListView::SelectAll() {
     Notify(kListSelected);
 }
 
+// A change of all rows at once visits all of them, so that a few are better changed one by one.
+void ListView::Deselect() const {
+    constexpr std::size_t kFew = 100;
+    const HWND list = Window();
+    if (CountSelected() > kFew) return SetItemState(list, -1, 0, kSelected);
+    for (int item = NextItem(list, -1, LVNI_SELECTED); item >= 0; item = NextItem(list, item, LVNI_SELECTED))
+        SetItemState(list, item, 0, kSelected);
+}
+
 void ListView::SelectPlaces(const std::vector<std::size_t>& places) {
     const HWND list = Window();
     isChanging_ = true;
     Send(list, WM_SETREDRAW, FALSE);
     const bool all = places.size() == order_.Shown();
-    SetItemState(list, -1, all && !places.empty() ? kSelected : 0, kSelected);
-    if (!all)
+    if (all && !places.empty()) {
+        SetItemState(list, -1, kSelected, kSelected);
+    } else {
+        Deselect();
         for (const std::size_t place : places) SetItemState(list, static_cast<int>(place), kSelected, kSelected);
+    }
     if (!places.empty()) {
         const int first = static_cast<int>(places.front());
         SetItemState(list, first, kFocusedAndSelected, kFocusedAndSelected);

@@ -97,6 +97,7 @@ class ListView : public DialogPart {
     [[nodiscard]] std::size_t CountTicked() const;
     void SelectRows(const std::vector<std::size_t>& rows, std::size_t place);
     void SelectAll();
+    void Deselect() const;
     void SelectPlaces(const std::vector<std::size_t>& places);
     void CopySelected() const;
     void OpenMenu(POINT at);

@@ -5,7 +5,6 @@
 #include "devices/setup_text.h"
 #include "platform/ascii.h"
 #include "support/help_pages.h"
-#include "voice/format.h"
 
 namespace bv {
 namespace {
