@@ -177,7 +177,8 @@ TEST_F(DeviceDialogs, FaultsKeepTheirPageAndGetTheFocus) {
 // MODEM-2 has few of its keys, a word that is none, and a line that is not ours.
 TEST_F(DeviceDialogs, WithoutAChangeNothingIsWrittenAndWithOneWhatIsMissing) {
     WithDevice("MODEM-2", [&](HWND dialog) {
-        EXPECT_EQ(Text(dialog, ID_DEVICE_HINT), "Settings that the file does not have yet and that saving writes: 25");
+        EXPECT_EQ(Text(dialog, ID_DEVICE_HINT),
+                  "Settings that file SETUP.INI does not have yet and that saving writes: 25");
         for (int page = kLine; page <= kCommands; ++page) ShowPage(dialog, page);
         Click(dialog, IDOK);
         EXPECT_TRUE(IsClosed(dialog));
