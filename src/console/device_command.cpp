@@ -126,7 +126,7 @@ int Repair(Session& session, const Arguments& arguments) {
 
 // What users and options name as their printer is asked about first.
 int Delete(Session& session, const Arguments& arguments) {
-    const std::string name = arguments["NAME"];
+    const std::string& name = arguments["NAME"];
     return Perform(session, [&] { return AgreeToDeletion(NamedThing::Printer, {name}) && DeleteDevice(name); });
 }
 

@@ -1,7 +1,6 @@
 #include "devices/add_device_dlg.h"
 
-#include <cstdlib>
-
+#include "ctlfile/digits.h"
 #include "devices/device_actions.h"
 #include "devices/device_details_dlg.h"
 #include "devices/device_messages.h"
@@ -44,8 +43,8 @@ void CheckType(HWND dialog, DeviceType type) {
 
 void ShowNames(HWND dialog, AddDialog&) {
     const NewDevices devices{GetText(dialog, ID_NEW_DEVICE_STEM),
-                             std::atoi(GetText(dialog, ID_NEW_DEVICE_NUMBER).c_str()),
-                             std::atoi(GetText(dialog, ID_NEW_DEVICE_COUNT).c_str())};
+                             ParseDigits(GetText(dialog, ID_NEW_DEVICE_NUMBER)).value_or(0),
+                             ParseDigits(GetText(dialog, ID_NEW_DEVICE_COUNT)).value_or(0)};
     SetText(dialog, ID_NEW_DEVICE_NAME, devices.Names());
 }
 

@@ -30,7 +30,8 @@ void FillDetails(HWND dialog, DeviceDialog& context) {
     const char* title = context.IsNew() ? "Add new device" : "Brivane device details";
     SetWindowTextA(dialog, FormatText("%s - %s", title, names).c_str());
     const std::size_t missing = CountChanged(context.Opened);
-    if (!context.IsNew() && missing != 0) SetText(dialog, ID_DEVICE_HINT, FillMessage(kSettingsAbsent, NameOf(ServerFile::Setup), missing));
+    if (!context.IsNew() && missing != 0)
+        SetText(dialog, ID_DEVICE_HINT, FillMessage(kSettingsAbsent, NameOf(ServerFile::Setup), missing));
     context.Pages.Begin(dialog, ID_DEVICE_PAGES, PagesOf(context.Opened.Type));
     context.Pages.FocusFirst();
 }

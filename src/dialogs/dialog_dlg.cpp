@@ -16,8 +16,6 @@
 namespace bv {
 namespace {
 
-constexpr INT_PTR kKeyTaken = -2;
-constexpr INT_PTR kKeyForList = -1;
 constexpr const char* kOpenedProperty = "BrivaneOpenedDialog";
 
 HINSTANCE Instance() { return GetModuleHandleA(nullptr); }
@@ -90,7 +88,7 @@ void OpenedDialog::Begin(HWND dialog, std::span<const Anchor> anchors) {
 
 DialogTemplate OpenedDialog::Load(HWND owner) {
     const int dpi = DpiOf(owner);
-    const DialogTemplate source = LoadDialogTemplate(templateName_.c_str(), dpi);
+    DialogTemplate source = LoadDialogTemplate(templateName_.c_str(), dpi);
     if (source.empty()) return source;
     units_ = UnitsOf(source);
     const OpenedDialog* host = IsPageTemplate(source) ? OpenedOf(owner) : nullptr;

@@ -283,9 +283,7 @@ constexpr FieldControl kTextFields[] = {
 };
 
 void ShowLinesOfText(HWND page, Context&) {
-    const auto number = [page](int control) {
-        return static_cast<int>(GetDlgItemInt(page, static_cast<UINT>(control), nullptr, FALSE));
-    };
+    const auto number = [page](int control) { return static_cast<int>(GetDlgItemInt(page, control, nullptr, FALSE)); };
     const int lines = number(ID_TEXT_LINES) - number(ID_TEXT_TOP) - number(ID_TEXT_BOTTOM);
     SetText(page, ID_TEXT_COUNT, FillMessage(kLinesOfText, std::max(lines, 0)));
 }
