@@ -90,9 +90,10 @@ TEST(InwardRules, TellWhoGetsAFax) {
     };
     const RoutingScene scene;
     for (const auto& [fax, text] : cases) EXPECT_EQ(TraceText(TraceInward(Listed(), fax)), text);
-    const RoutingScene circle(Replaced(kRules, "\"CARL\" DELETE", "\"ANN\""));
+    const RoutingScene circle(Replaced(kRules, "\n\n[X]", "\nCARL: LAN-ANY \"BOB\"\n\n[X]"));
     EXPECT_EQ(TraceText(TraceInward(Listed(), {"", "1", ""})),
-              "By sub-address 1: ANN. ANN copies to BOB. BOB copies to ANN. It comes back: ANN -> BOB -> ANN.");
+              "By sub-address 1: ANN. ANN copies to BOB. BOB forwards to CARL. CARL copies to BOB. "
+              "It comes back: BOB -> CARL -> BOB.");
 }
 
 struct Change {
