@@ -23,6 +23,8 @@
 #include "options/options_dialog_dlg.h"
 #include "options/options_dlg.h"
 #include "resources/ids.h"
+#include "routing/inward_dlg.h"
+#include "routing/inward_rule_dlg.h"
 #include "shell/front_dlg.h"
 #include "shell/main_window_dlg.h"
 #include "shell/menu_dlg.h"
@@ -208,6 +210,39 @@ void DrawDevices(const Painter& painter, HWND owner) {
                  [&] { DeleteByDialog(owner, NamedThing::Printer, {"PRINT-1"}); });
 }
 
+void DrawRouting(const Painter& painter, HWND owner, const DiskServer& server) {
+    constexpr const char* kTitle = "Brivane - automatic inward routing";
+    const std::string rules = server.Files().Read("B-DB\\ROUTING.INI");
+    std::string changed = rules;
+    changed.replace(changed.find("FRANK: NICO"), 11, "FRANK: OTTO");
+    changed.replace(changed.find("temp1:"), 6, "FRANK:");
+    server.Files().Write("B-DB\\ROUTING.INI", changed);
+    const auto open = [&] { ConfigureRouting(owner); };
+    painter.Draw("inward", kTitle, open, [](HWND dialog) {
+        SetTextOf(dialog, ID_INWARD_TRY_SENDER, "+44 20 7946 0150");
+        SetTextOf(dialog, ID_INWARD_TRY_SUB_ADDRESS, "101");
+        SetTextOf(dialog, ID_INWARD_TRY_ADDRESSEE, "HUGO");
+        Until([&] { return !Text(dialog, ID_INWARD_RESULT).empty(); });
+    });
+    for (const int kind : {ID_INWARD_SUB_ADDRESSES, ID_INWARD_FORWARDS})
+        painter.Draw(kind == ID_INWARD_FORWARDS ? "inward-forwards" : "inward-sub-addresses", kTitle, open,
+                     [&](HWND dialog) {
+                         Click(dialog, kind);
+                         Until([&] { return IsChecked(dialog, kind); });
+                     });
+    InwardRules listed;
+    ReadInwardRules(listed);
+    painter.Draw("inward-sender", "Sender rule", [&] { SenderRuleByDialog(owner, listed, listed.Senders.at(0)); });
+    painter.Draw(
+        "inward-sender-new", "Add new sender rule", [&] { SenderRuleByDialog(owner, listed, {}); },
+        [](HWND dialog) { SetTextOf(dialog, ID_SENDER_ID, "44 (20) 79460150"); });
+    painter.Draw("inward-sub-address", "Sub-address rule",
+                 [&] { SubAddressRuleByDialog(owner, listed.SubAddresses.at(0)); });
+    painter.Draw("inward-forward", "Forwarding rule",
+                 [&] { ForwardRuleByDialog(owner, listed, listed.Forwards.at(0)); });
+    server.Files().Write("B-DB\\ROUTING.INI", rules);
+}
+
 void DrawChoosers(const Painter& painter, HWND owner) {
     test::FakePrinters printers;
     printers.Lists[""].Printers = {{"Office laser", "PCL 6", "LPT1:", "second floor"}};
@@ -289,6 +324,7 @@ int DrawPictures(const std::string& directory) {
     DrawItems(painter, window.Handle());
     DrawUsers(painter, window.Handle(), server);
     DrawDevices(painter, window.Handle());
+    DrawRouting(painter, window.Handle(), server);
     DrawChoosers(painter, window.Handle());
     DrawOptions(painter, window.Handle());
     DrawBoxes(painter);

@@ -6,6 +6,7 @@
 
 #include "console/dry_run.h"
 #include "console/interrupt.h"
+#include "ctlfile/utf8.h"
 #include "platform/clock.h"
 #include "voice/messages.h"
 
@@ -97,6 +98,12 @@ bool Save(const Session& session, CsvImport& import, const ImportCounts& planned
 
 bool IsUtf8Csv(const Session& session, const Arguments& arguments) {
     return arguments.Has(kUtf8Flag.Name) || session.Streams.IsUtf8();
+}
+
+void PrintCsv(const Session& session, const Arguments& arguments, const std::string& text) {
+    if (arguments.Has(kUtf8Flag.Name))
+        session.Streams.PrintDocument(kByteOrderMark); // the locale cannot be known later
+    session.Streams.PrintDocument(IsUtf8Csv(session, arguments) ? FromCodePage(text) : text);
 }
 
 int ImportFile(Session& session, const Arguments& arguments, CsvImport& import) {

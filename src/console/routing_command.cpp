@@ -3,10 +3,13 @@
 #include <optional>
 
 #include "console/commands.h"
+#include "console/csv_import.h"
 #include "console/dry_run.h"
 #include "console/located.h"
 #include "console/output.h"
 #include "platform/overlay_files.h"
+#include "routing/inward_import.h"
+#include "routing/inward_trace.h"
 #include "routing/routing_actions.h"
 #include "voice/format.h"
 
@@ -21,6 +24,9 @@ constexpr std::string_view kTarget = "TARGET";
 constexpr std::string_view kKind = "KIND";
 constexpr std::string_view kOrganisation = "--organisation";
 constexpr std::string_view kDeletes = "--delete";
+constexpr std::string_view kFromSender = "--sender";
+constexpr std::string_view kSubAddress = "--subaddr";
+constexpr std::string_view kFor = "--for";
 
 using Records = std::vector<Record>;
 
@@ -105,6 +111,32 @@ int DeleteForward(Session& session, const Arguments& arguments) {
     return Perform(session, [&] { return RemoveForwardRule(arguments[kUser]); });
 }
 
+int Try(Session& session, const Arguments& arguments) {
+    InwardRules rules;
+    if (!ReadInwardRules(rules)) return kExitRefused;
+    const auto steps = TraceInward(rules, {arguments[kFromSender], arguments[kSubAddress], arguments[kFor]});
+    Records records;
+    for (const InwardStep& step : steps)
+        records.push_back({{"step", std::string(StepWord(step.What))}, {"from", step.From}, {"to", step.To}});
+    PrintRecords(session, records);
+    if (steps.empty() && !session.Json && !session.Quiet) session.Streams.PrintNotice(TraceText(steps) + '\n');
+    for (const RoutingKind kind : {RoutingKind::SubAddress, RoutingKind::Sender})
+        if (const std::string why = WhyUnused(kind); !why.empty()) session.Streams.PrintNotice(why + '\n');
+    return kExitDone;
+}
+
+int Import(Session& session, const Arguments& arguments) {
+    InwardImport rules;
+    return ImportFile(session, arguments, rules);
+}
+
+int Export(Session& session, const Arguments& arguments) {
+    InwardRules rules;
+    if (!ReadInwardRules(rules)) return kExitRefused;
+    PrintCsv(session, arguments, InwardRulesAsCsv(rules));
+    return kExitDone;
+}
+
 constexpr Parameter kIdParameter = {kId, "The sender's fax identifier; only its letters, digits and @ tell"};
 constexpr Parameter kNumberParameter = {kNumber, "Sub-address that the sender transmits"};
 constexpr Parameter kForwarded = {kUser, "User or group whose faxes are forwarded"};
@@ -151,6 +183,26 @@ constexpr Verb kVerbs[] = {
      .Parameters = {{kForwarded}},
      .Example = "BOB",
      .Change = Located<DeleteForward>},
+    {.Name = "try",
+     .Help = "Say who gets a received fax: by its sub-address, by its sender, and by the forwardings from there on",
+     .Parameters = {{{kFromSender, "The sender's fax identifier", ParameterKind::Option, "ID"},
+                     {kSubAddress, "The sub-address that it carries", ParameterKind::Option, "NUMBER"},
+                     {kFor, "User or group whom it names; else (unaddressed)", ParameterKind::Option, "USER"}}},
+     .Example = "--sender '+44 171 123' --for ANNA",
+     .Run = Located<Try>},
+    {.Name = "export",
+     .Help = "Print all rules as comma-separated values, with a first line of the columns' names",
+     .Parameters = {{kUtf8Flag}},
+     .Example = "> routing.csv",
+     .Run = Located<Export>},
+    {.Name = "import",
+     .Help = "Add and change rules as a file of comma-separated values says; those it does not name stay",
+     .Parameters = {{{.Name = "FILE",
+                      .Help = "File with a first line of columns, as export prints them; only Kind must be there",
+                      .IsPath = true},
+                     kUtf8Flag}},
+     .Example = "routing.csv --dry-run",
+     .Change = Located<Import>},
 };
 
 } // namespace

@@ -11,7 +11,6 @@
 #include "console/located.h"
 #include "console/output.h"
 #include "ctlfile/lines.h"
-#include "ctlfile/utf8.h"
 #include "platform/ascii.h"
 #include "users/many_users.h"
 #include "users/user_actions.h"
@@ -229,9 +228,7 @@ int ShowWhereUsed(Session& session, const Arguments& arguments, NamedThing kind)
 int Export(Session& session, const Arguments& arguments) {
     const std::optional<std::string> text = UsersAsCsv();
     if (!text) return kExitRefused;
-    if (arguments.Has(kUtf8Flag.Name))
-        session.Streams.PrintDocument(kByteOrderMark); // the locale cannot be known later
-    session.Streams.PrintDocument(IsUtf8Csv(session, arguments) ? FromCodePage(*text) : *text);
+    PrintCsv(session, arguments, *text);
     return kExitDone;
 }
 

@@ -153,7 +153,7 @@ void ListView::Refill(const std::function<bool()>& read) {
     const std::unordered_set<std::string> wanted(names.begin(), names.end());
     std::vector<std::size_t> rows;
     for (std::size_t row = 0; !wanted.empty() && row < rows_.Count(); ++row)
-        if (wanted.contains(std::string(rows_.Text(row, 0)))) rows.push_back(row);
+        if (wanted.contains(rows_.Name(row))) rows.push_back(row);
     SelectRows(rows, static_cast<std::size_t>(std::max(place, 0)));
 }
 
@@ -172,13 +172,13 @@ std::vector<std::size_t> ListView::Selected() const {
 
 std::vector<std::string> ListView::SelectedNames() const {
     std::vector<std::string> names;
-    for (const std::size_t row : Selected()) names.emplace_back(rows_.Text(row, 0));
+    for (const std::size_t row : Selected()) names.push_back(rows_.Name(row));
     return names;
 }
 
 void ListView::SelectName(std::string_view name) {
     for (std::size_t row = 0; row < rows_.Count(); ++row) {
-        if (!EqualFolded(rows_.Text(row, 0), name)) continue;
+        if (!EqualFolded(rows_.Name(row), name)) continue;
         if (!order_.PlaceOf(row)) SetText(dialog_, plan_.Filter, {});
         return SelectRows({row}, 0);
     }

@@ -121,6 +121,7 @@ void NameField::FillList() {
         SendMessageA(combo, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(entry.c_str()));
     };
     if (!noName_.empty()) add(noName_);
+    for (const std::string& word : words_) add(word);
     std::size_t count = 0;
     VisitUserRows(ViewOf(kinds_), [&](const UserRow& row) {
         if (++count > kMostListed) return;

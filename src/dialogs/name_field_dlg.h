@@ -6,6 +6,7 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "dialogs/dialog_dlg.h"
@@ -21,6 +22,9 @@ class NameField : public DialogPart {
     // no name, "(no group)", stands first, if there is one. A name that is chosen is told as one that is typed
     // (CBN_EDITCHANGE).
     void Begin(HWND dialog, int combo, int button, NameKinds kinds, const std::string& noName);
+
+    // Words that stand for other than a user, first in the list.
+    void Offer(std::vector<std::string> words) { words_ = std::move(words); }
 
     void Put(const std::string& name);
 
@@ -38,6 +42,7 @@ class NameField : public DialogPart {
     int button_ = 0;
     NameKinds kinds_ = kUserNames;
     std::string noName_;
+    std::vector<std::string> words_;
     bool isFilled_ = false;
 };
 

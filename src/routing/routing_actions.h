@@ -15,9 +15,8 @@ std::optional<std::vector<SenderIdRule>> SenderRules();
 std::optional<std::vector<SubAddressRule>> SubAddressRules();
 std::optional<std::vector<ForwardRule>> ForwardRules();
 
-// Each adds a rule, or puts it in the place of the one with its key. Users must be in the user list; an addressee and
-// the user of a forwarding may also be a word in parentheses. 9138 names what the file cannot keep. A sender keeps its
-// organisation unless one is given; one with several records is refused with 9139.
+// Each adds a rule as the Save of its kind (inward_actions.h), by what a person types: the rule that is there gives
+// way. A sender keeps its organisation unless one is given.
 bool EnterSenderRule(std::string_view sender, std::string_view addressee, std::string_view user,
                      std::optional<std::string_view> organisation);
 bool EnterSubAddressRule(std::string_view subAddress, std::string_view user);

@@ -7,6 +7,7 @@
 #include "ctlfile/saving.h"
 #include "ctlfile/whole_file.h"
 #include "platform/ascii.h"
+#include "routing/routing_lines.h"
 #include "routing/routing_messages.h"
 #include "shell/server_files.h"
 #include "shell/startup.h"
@@ -17,12 +18,9 @@ namespace {
 
 constexpr std::string_view kNewFile = "[BRIVANE]\r\nType: RoutingInit\r\nRevision: A\r\n\r\n"
                                       "[SENDERID]\r\n\r\n[SUBADDR]\r\n\r\n[FORWARD]\r\n";
-constexpr std::string_view kSenderId = "[SENDERID]";
-constexpr std::string_view kSubAddress = "[SUBADDR]";
-constexpr std::string_view kForward = "[FORWARD]";
-constexpr std::string_view kAnyNetwork = "LAN-ANY";
-constexpr std::string_view kDelete = "DELETE";
-constexpr char kRecordMarker = '@';
+constexpr std::string_view kSenderId = HeaderOf(RoutingKind::Sender);
+constexpr std::string_view kSubAddress = HeaderOf(RoutingKind::SubAddress);
+constexpr std::string_view kForward = HeaderOf(RoutingKind::Forward);
 
 // Never over a file that has come, or that only seemed to be away.
 bool CreateRoutingFile(const std::string& path) {
@@ -87,8 +85,6 @@ bool ReadRules(ControlStream& file, std::string_view header, std::string_view ki
     return WasRead(file);
 }
 
-std::string_view Unescaped(std::string_view key) { return key.substr(key.starts_with('\\') ? 1 : 0); }
-
 // The other way to escape the key that a reader takes for the same; none when there is none.
 std::optional<std::string> OtherKeyOf(std::string_view paragraph, std::string_view name) {
     constexpr std::string_view kNoKeyBegins = "\\[;\" ";
@@ -98,82 +94,6 @@ std::optional<std::string> OtherKeyOf(std::string_view paragraph, std::string_vi
     if (key[1] == kRecordMarker && paragraph == kSenderId) return {};
     return key.substr(1);
 }
-
-// The first token of a line as a key, with what follows it; none when it is no key with its colon.
-struct KeyedTokens {
-    std::string Key;
-    std::optional<std::string_view> Rest;
-};
-std::optional<KeyedTokens> ParseKeyedTokens(std::string_view line) {
-    const auto [token, rest] = ParseQuotedToken(line);
-    if (!token || !token->ends_with(':')) return {};
-    const std::string_view key = Unescaped(token->substr(0, token->size() - 1));
-    if (key.empty()) return {};
-    return KeyedTokens{std::string(key), rest};
-}
-
-bool IsQuoted(const std::optional<std::string_view>& token) { return token && token->starts_with('"'); }
-
-// A line "@KEY: "sender" "organisation""; none when it is malformed.
-std::optional<SenderIdRule> ParseRecordLine(std::string_view line) {
-    const auto [key, afterKey] = ParseQuotedToken(line.substr(1));
-    const auto [sender, afterSender] = ParseQuotedToken(afterKey);
-    if (!key || !key->ends_with(':') || !IsQuoted(sender)) return {};
-    SenderIdRule record;
-    record.RecordKey = key->substr(0, key->size() - 1);
-    record.Sender = StripQuotes(*sender);
-    if (record.Sender.empty()) record.Sender = record.RecordKey;
-    record.Organisation = StripQuotes(ParseQuotedToken(afterSender).Token.value_or(""));
-    return record;
-}
-
-// Completes the record's rule from one of its lines; false when the line is no entry.
-bool ParseAddresseeLine(std::string_view line, SenderIdRule& rule) {
-    const std::size_t colon = line.find_first_of(":=");
-    if (colon == std::string_view::npos || line[colon] != ':') return false;
-    rule.Addressee = Unescaped(line.substr(0, colon));
-    rule.User = KeyValue(line).value_or("");
-    return !rule.Addressee.empty();
-}
-
-std::optional<SubAddressRule> ParseSubAddressLine(std::string_view line) {
-    const auto keyed = ParseKeyedTokens(line);
-    if (!keyed) return {};
-    return SubAddressRule{keyed->Key, UpperText(ParseQuotedToken(keyed->Rest).Token.value_or(""))};
-}
-
-std::optional<ForwardRule> ParseForwardLine(std::string_view line) {
-    const auto keyed = ParseKeyedTokens(line);
-    if (!keyed) return {};
-    QuotedToken network = ParseQuotedToken(keyed->Rest);
-    if (IsQuoted(network.Token)) network = ParseQuotedToken(network.Rest);
-    if (!network.Token || !EqualFolded(*network.Token, kAnyNetwork)) return {};
-    const auto [target, afterTarget] = ParseQuotedToken(network.Rest);
-    if (!IsQuoted(target)) return {};
-    const std::string_view last = ParseQuotedToken(afterTarget).Token.value_or("");
-    return ForwardRule{keyed->Key, UpperText(StripQuotes(*target)), EqualFolded(last, kDelete)};
-}
-
-std::string RecordKeyText(const SenderIdRule& rule) {
-    return FormatText("@%s:", rule.RecordKey.empty() ? SenderRecordKey(rule.Sender) : rule.RecordKey);
-}
-
-std::string RecordValue(const SenderIdRule& rule) {
-    return FormatText("\"%s\" \"%s\"", rule.Sender, rule.Organisation);
-}
-
-std::string ForwardValue(const ForwardRule& rule) {
-    return FormatText("\"\" %s \"%s\" %s", kAnyNetwork, rule.Target, rule.Deletes ? kDelete : "");
-}
-
-// Whether a line is read as it was written. A colon inside a key would let another key begin the line.
-bool IsKeptLine(std::string_view key, std::string_view value) {
-    const std::string line = KeyedLine(key, value);
-    return key.find(':') == key.size() - 1 && line.size() <= kMaxLine && FindControl(line, 0) == line.size();
-}
-
-// The line as a reader gets it.
-std::string LineOf(std::string_view key, std::string_view value) { return CleanLine(KeyedLine(key, value)); }
 
 // Runs one or more rewrites of the file, which must be a routing file.
 template <class Update>
@@ -271,10 +191,9 @@ ControlStream OpenRoutingFile() {
 }
 
 bool HasRoutingParagraph(ControlStream& file, RoutingKind kind) {
-    constexpr std::string_view kHeaders[] = {kSenderId, kSubAddress, kForward};
     ControlLine line;
     file.Rewind();
-    return FindParagraph(file, kHeaders[static_cast<std::size_t>(kind)], line) || file.Failed();
+    return FindParagraph(file, HeaderOf(kind), line) || file.Failed();
 }
 
 bool ReadSenderIdRules(ControlStream& file, const std::function<void(const SenderIdRule&)>& visit) {
@@ -309,38 +228,6 @@ bool ReadSubAddressRules(ControlStream& file, const std::function<void(const Sub
 
 bool ReadForwardRules(ControlStream& file, const std::function<void(const ForwardRule&)>& visit) {
     return ReadRules(file, kForward, "Automatic forwarding", ParseForwardLine, visit);
-}
-
-std::string RoutingKey(std::string_view name) {
-    const bool isPlain = !name.empty() && (IsLetter(name.front()) || IsDigit(name.front()));
-    return std::string(isPlain ? "" : "\\").append(name).append(":");
-}
-
-std::string SenderRecordKey(std::string_view sender) {
-    std::string key = UpperText(sender);
-    std::erase_if(key, [](char c) { return !IsLetter(c) && !IsDigit(c) && c != kRecordMarker; });
-    return key;
-}
-
-bool CanBeKept(const SenderIdRule& rule) {
-    const std::string recordKey = RecordKeyText(rule);
-    const std::string key = RoutingKey(rule.Addressee);
-    if (!IsKeptLine(recordKey, RecordValue(rule)) || !IsKeptLine(key, rule.User)) return false;
-    std::optional<SenderIdRule> back = ParseRecordLine(LineOf(recordKey, RecordValue(rule)));
-    if (!back || !ParseAddresseeLine(LineOf(key, rule.User), *back)) return false;
-    back->RecordKey = rule.RecordKey;
-    back->Record = rule.Record;
-    return !SenderRecordKey(rule.Sender).empty() && back == rule;
-}
-
-bool CanBeKept(const SubAddressRule& rule) {
-    const std::string key = RoutingKey(rule.SubAddress);
-    return IsKeptLine(key, rule.User) && ParseSubAddressLine(LineOf(key, rule.User)) == rule;
-}
-
-bool CanBeKept(const ForwardRule& rule) {
-    const std::string key = RoutingKey(rule.User);
-    return IsKeptLine(key, ForwardValue(rule)) && ParseForwardLine(LineOf(key, ForwardValue(rule))) == rule;
 }
 
 bool WriteSenderIdRule(const SenderIdRule& rule) { return ChangeAddressee(rule, Placing::InPlace, rule.User); }

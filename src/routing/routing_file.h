@@ -14,39 +14,12 @@
 #pragma once
 
 #include <functional>
-#include <optional>
-#include <string>
 #include <string_view>
 
 #include "ctlfile/control_stream.h"
+#include "routing/routing_lines.h"
 
 namespace bv {
-
-struct SenderIdRule {
-    std::string RecordKey;    // as the file has it; empty: the sender's own (SenderRecordKey)
-    std::string Sender;       // the identifier as entered
-    std::string Organisation; // of the sender, or empty
-    std::string Addressee;    // "Messages for": a user or a word in parentheses; empty: a record without entries
-    std::string User;         // "Route to"
-    int Record = 0;           // a reader counts the records of the file, from 0
-
-    friend bool operator==(const SenderIdRule&, const SenderIdRule&) = default;
-};
-
-struct SubAddressRule {
-    std::string SubAddress;
-    std::string User; // in upper case when read
-
-    friend bool operator==(const SubAddressRule&, const SubAddressRule&) = default;
-};
-
-struct ForwardRule {
-    std::string User;
-    std::string Target;   // in upper case when read
-    bool Deletes = false; // the fax leaves the first user; else that user keeps a copy
-
-    friend bool operator==(const ForwardRule&, const ForwardRule&) = default;
-};
 
 // Opens the routing file for reading, and first creates one without rules when there is none (status "Created new
 // routing rules file (ROUTING.INI)"). Without a stream, a message has said why: the file cannot be created, opened or
@@ -61,19 +34,7 @@ bool ReadSubAddressRules(ControlStream& file, const std::function<void(const Sub
 bool ReadForwardRules(ControlStream& file, const std::function<void(const ForwardRule&)>& visit);
 
 // Whether the file has the paragraph of a kind; also when that cannot be read, which the kind's reader then says.
-enum class RoutingKind { Sender, SubAddress, Forward };
 bool HasRoutingParagraph(ControlStream& file, RoutingKind kind);
-
-// The name as the key of a rule, as it begins a line: with its colon.
-std::string RoutingKey(std::string_view name);
-
-// The key of a sender's record; empty for an identifier without letters and digits, which cannot be filed.
-std::string SenderRecordKey(std::string_view sender);
-
-// Whether the rule, written to the file, is read as the same and is found again by its key.
-bool CanBeKept(const SenderIdRule& rule);
-bool CanBeKept(const SubAddressRule& rule);
-bool CanBeKept(const ForwardRule& rule);
 
 // Each sets one rule, in the place of one with the same key, by one rewrite of the file, which is made when there is
 // none. A sender's record line is always written anew. A line that has the key, but with a "\" that it does not need or

@@ -7,6 +7,7 @@
 #include "dialogs/dialog_dlg.h"
 #include "options/options_dlg.h"
 #include "resources/ids.h"
+#include "routing/inward_dlg.h"
 #include "shell/menu_walk.h"
 #include "shell/startup.h"
 #include "users/user_list_dlg.h"
@@ -34,7 +35,7 @@ constexpr Area kAreas[] = {
     {MenuEntry::Users, ID_MENU_USERS, kAreaOfUsers, OpenUsers},
     {MenuEntry::Devices, ID_MENU_DEVICES, kAreaOfDevices, OpenDevices},
     {MenuEntry::Settings, ID_MENU_SETTINGS, kAreaOfSettings, ConfigureOptions},
-    {MenuEntry::InwardRouting, ID_MENU_ROUTING, kAreaOfRouting, nullptr},
+    {MenuEntry::InwardRouting, ID_MENU_ROUTING, kAreaOfRouting, ConfigureRouting},
     {MenuEntry::Coversheets, ID_MENU_COVLET, kAreaOfCoversheets, ConfigureCoversheets},
 };
 

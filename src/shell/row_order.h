@@ -22,6 +22,9 @@ class RowModel {
     // Stays valid until the rows change.
     [[nodiscard]] virtual std::string_view Text(std::size_t row, std::size_t column) const = 0;
 
+    // By what a list finds a row again when the rows have changed.
+    [[nodiscard]] virtual std::string Name(std::size_t row) const { return std::string(Text(row, 0)); }
+
     // Of a list with boxes to tick.
     [[nodiscard]] virtual bool IsTicked(std::size_t) const { return false; }
 };

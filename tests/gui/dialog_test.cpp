@@ -197,8 +197,8 @@ TEST_F(Dialogs, MenuOffersWhatIsThereAndLeavesThroughQuit) {
         std::vector<int> enabled;
         for (int id : {ID_MENU_USERS, ID_MENU_DEVICES, ID_MENU_SETTINGS, ID_MENU_ROUTING, ID_MENU_COVLET, ID_MENU_QUIT})
             if (IsEnabled(menu, id)) enabled.push_back(id);
-        EXPECT_THAT(enabled,
-                    ElementsAre(ID_MENU_USERS, ID_MENU_DEVICES, ID_MENU_SETTINGS, ID_MENU_COVLET, ID_MENU_QUIT));
+        EXPECT_THAT(enabled, ElementsAre(ID_MENU_USERS, ID_MENU_DEVICES, ID_MENU_SETTINGS, ID_MENU_ROUTING,
+                                         ID_MENU_COVLET, ID_MENU_QUIT));
         EXPECT_TRUE(IsChecked(menu, ID_MENU_USERS));
         EXPECT_EQ(FocusOf(menu), ID_MENU_USERS);
         Click(menu, ID_MENU_COVLET);
