@@ -219,9 +219,8 @@ void DrawRouting(const Painter& painter, HWND owner, const DiskServer& server) {
     server.Files().Write("B-DB\\ROUTING.INI", changed);
     const auto open = [&] { ConfigureRouting(owner); };
     painter.Draw("inward", kTitle, open, [](HWND dialog) {
-        SetTextOf(dialog, ID_INWARD_TRY_SENDER, "+44 20 7946 0150");
-        SetTextOf(dialog, ID_INWARD_TRY_SUB_ADDRESS, "101");
         SetTextOf(dialog, ID_INWARD_TRY_ADDRESSEE, "HUGO");
+        SetTextOf(dialog, ID_INWARD_TRY_SENDER, "+44 20 7946 0151");
         Until([&] { return !Text(dialog, ID_INWARD_RESULT).empty(); });
     });
     for (const int kind : {ID_INWARD_SUB_ADDRESSES, ID_INWARD_FORWARDS})

@@ -104,9 +104,14 @@ template <class Rule>
 bool AgreeToReplace(const std::vector<Rule>& rules, const std::optional<Rule>& before, const Rule& rule,
                     std::string Rule::*key, std::string Rule::*user, Replacing replacing) {
     if (replacing == Replacing::Agreed) return true;
-    const auto isOther = [&](const Rule& other) { return EqualFolded(other.*key, rule.*key) && other != before; };
-    const auto other = std::ranges::find_if(rules, isOther);
-    return other == rules.end() || AskQuestion(kReplaceRoutingRule, (*other).*key, (*other).*user);
+    bool isSkipped = false; // the rule itself; one that is just like it gives way, too
+    for (const Rule& other : rules) {
+        if (!isSkipped && other == before)
+            isSkipped = true;
+        else if (EqualFolded(other.*key, rule.*key))
+            return AskQuestion(kReplaceRoutingRule, other.*key, other.*user);
+    }
+    return true;
 }
 
 std::ptrdiff_t CountInRecord(const std::vector<SenderIdRule>& rules, int record) {

@@ -77,8 +77,8 @@ void EnableButtons(HWND dialog, InwardDialog& context) {
 
 // Who gets the fax that the fields describe; nothing for empty ones.
 void TryFax(HWND dialog, InwardDialog& context) {
-    ReceivedFax fax = {GetText(dialog, ID_INWARD_TRY_SENDER), GetText(dialog, ID_INWARD_TRY_SUB_ADDRESS), {}};
-    if (!context.Addressee.Take(fax.Addressee)) return;
+    const ReceivedFax fax = {GetText(dialog, ID_INWARD_TRY_SENDER), GetText(dialog, ID_INWARD_TRY_SUB_ADDRESS),
+                             GetText(dialog, ID_INWARD_TRY_ADDRESSEE)};
     const bool isEmpty = fax.Sender.empty() && fax.SubAddress.empty() && fax.Addressee.empty();
     SetText(dialog, ID_INWARD_RESULT, isEmpty ? std::string() : TraceText(TraceInward(context.Rules, fax)));
 }
@@ -235,7 +235,7 @@ constexpr Anchor kAnchors[] = {
     {ID_INWARD_TRY_SUB_ADDRESS_LABEL, kMovesDown},
     {ID_INWARD_TRY_SUB_ADDRESS, kMovesDown},
     {ID_INWARD_TRY_ADDRESSEE_LABEL, kMovesDown},
-    {ID_INWARD_TRY_ADDRESSEE, kMovesDown | kGrowsAcross},
+    {ID_INWARD_TRY_ADDRESSEE, kMovesDown},
     {ID_INWARD_RESULT_LABEL, kMovesDown},
     {ID_INWARD_RESULT, kMovesDown | kGrowsAcross},
     {ID_STATUS_LINE, kMovesDown | kGrowsAcross},
