@@ -84,7 +84,7 @@ class InwardJudge {
   private:
     // The name as the file has names; a fault when there is no such user.
     std::string NameIn(JudgedRow& row, Column column, bool maySpecial) {
-        const std::string name = row.Text(column);
+        std::string name = row.Text(column);
         if (maySpecial && IsSpecialWord(name)) return name;
         if (name.empty() || !names_.Has(name)) row.AddFault(column, FillMessage(kNoSuchUser, CleanLine(name)));
         return UpperText(name);
