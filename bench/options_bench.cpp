@@ -1,11 +1,14 @@
-// Saving the server's options, one rewrite of the setup file a changed key, against the floor of one rewrite.
+// Saving the server's options, one rewrite of the setup file a changed key, against the floor of one rewrite; and the
+// list of its devices.
 #include <benchmark/benchmark.h>
 #include <cstdint>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <span>
 
 #include "baselines.h"
+#include "devices/device_rows.h"
 #include "options/server_options.h"
 #include "sample_files.h"
 #include "sizes.h"
@@ -34,6 +37,17 @@ void SaveOptions(benchmark::State& state) {
     }
 }
 
+// A setup file with so many modems of some twenty keys.
+void WriteDevices(const std::filesystem::path& setup, std::size_t devices) {
+    std::ofstream file(setup, std::ios::binary);
+    file << "[DEVICES]\r\n";
+    for (std::size_t i = 1; i <= devices; ++i) file << "Device: M" << i << " \"Line " << i << "\"\r\n";
+    for (std::size_t i = 1; i <= devices; ++i) {
+        file << "\r\n[M" << i << "]\r\nType: FCLASS\r\nPort: COM" << i << "\r\n";
+        for (int key = 0; key < 18; ++key) file << "Setting" << key << ": a value of usual length\r\n";
+    }
+}
+
 // The same of so many keys in a long file, which gets the values that it has.
 void SaveIntoLongSetup(benchmark::State& state) {
     namespace fs = std::filesystem;
@@ -57,9 +71,24 @@ void SaveIntoLongSetup(benchmark::State& state) {
     fs::rename(kept, setup);
 }
 
+// The list of so many devices, each with a paragraph of its own.
+void ListDevices(benchmark::State& state) {
+    namespace fs = std::filesystem;
+    const fs::path setup = UseServer(kUsers).Setup.HostPath;
+    const fs::path kept = setup.string() + ".kept";
+    fs::copy_file(setup, kept, fs::copy_options::overwrite_existing);
+    WriteDevices(setup, Size(state));
+    for (auto _ : state) {
+        RowTable rows;
+        if (!ReadDeviceRows(NetworkDevices::Hidden, rows) || rows.Count() != Size(state)) std::abort();
+    }
+    fs::rename(kept, setup);
+}
+
 BENCHMARK(OptionsFloor)->Unit(benchmark::kMicrosecond);
 BENCHMARK(SaveOptions)->Arg(1)->Arg(5)->Unit(benchmark::kMicrosecond);
 BENCHMARK(SaveIntoLongSetup)->Arg(1)->Arg(60)->Unit(benchmark::kMillisecond);
+BENCHMARK(ListDevices)->Arg(50)->Arg(500)->Unit(benchmark::kMillisecond);
 
 } // namespace
 } // namespace bv::bench

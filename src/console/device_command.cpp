@@ -7,6 +7,7 @@
 #include "console/dry_run.h"
 #include "console/located.h"
 #include "console/output.h"
+#include "console/use_change.h"
 #include "devices/device_actions.h"
 #include "devices/device_list.h"
 #include "devices/device_settings.h"
@@ -124,10 +125,16 @@ int Repair(Session& session, const Arguments& arguments) {
     return Perform(session, [&] { return RepairDevice(UpperText(arguments["NAME"]), *type); });
 }
 
-// What users and options name as their printer is asked about first.
+// What users and options name as their printer is changed as is said, or asked about first.
 int Delete(Session& session, const Arguments& arguments) {
     const std::string& name = arguments["NAME"];
-    return Perform(session, [&] { return AgreeToDeletion(NamedThing::Printer, {name}) && DeleteDevice(name); });
+    if (HasSeveralUseChanges(arguments)) return session.WrongUsage(kOneUseChange);
+    const auto goOn = [](std::size_t) { return true; };
+    return Perform(session, [&] {
+        if (const auto change = ChosenUseChange(arguments))
+            return DeleteWithUses(NamedThing::Printer, {name}, *change, goOn);
+        return AgreeToDeletion(NamedThing::Printer, {name}) && DeleteDevice(name);
+    });
 }
 
 constexpr Parameter kName = {"NAME", "Name as listed, in any case"};
@@ -173,9 +180,10 @@ constexpr Verb kVerbs[] = {
      .Example = "MODEM-1 FCLASS",
      .Change = Located<Repair>},
     {.Name = "delete",
-     .Help = "Take a device out of the lists; its settings stay in the file",
-     .Parameters = {{kName}},
-     .Example = "MODEM-2 --yes",
+     .Help = "Take a device out of the lists; its settings stay in the file, and places that print on it are asked "
+             "about, or changed as is said",
+     .Parameters = {{kTakeOut, kReplaceBy, kLeave, kName}},
+     .Example = "PRINT-2 --replace-by PRINT-1",
      .Change = Located<Delete>},
 };
 

@@ -1,5 +1,6 @@
 // The server's options and the types of telephone number.
 #include <algorithm>
+#include <functional>
 #include <optional>
 
 #include "console/assignments.h"
@@ -8,6 +9,7 @@
 #include "console/located.h"
 #include "console/output.h"
 #include "console/password_input.h"
+#include "options/option_messages.h"
 #include "options/server_options.h"
 #include "options/telephone_types.h"
 #include "platform/ascii.h"
@@ -136,17 +138,58 @@ int ListTypes(Session& session, const Arguments&) {
     return isWhole ? kExitDone : kExitRefused;
 }
 
-int SetTypes(Session& session, const Arguments& arguments) {
-    const auto assignments = ReadAssignments(session, arguments, kTypeAssignments);
-    if (!assignments) return kExitWrongUsage;
+// Changes the list in memory, and saves it when that could be done.
+int ChangeTypes(const Session& session, const std::function<bool(TelephoneTypes& types)>& change) {
     TelephoneTypes before;
     if (!LoadTelephoneTypes(before)) return kExitRefused;
     TelephoneTypes types = before;
-    std::vector<TypeDescription> descriptions;
-    for (const auto& [word, description] : *assignments) descriptions.push_back({word, description});
-    if (!DescribeTelephoneTypes(descriptions, types)) return kExitRefused;
+    if (!change(types)) return kExitRefused;
     return Perform(session, [&] { return SaveTelephoneTypes(types, before); });
 }
+
+int SetTypes(Session& session, const Arguments& arguments) {
+    const auto assignments = ReadAssignments(session, arguments, kTypeAssignments);
+    if (!assignments) return kExitWrongUsage;
+    std::vector<TypeDescription> descriptions;
+    for (const auto& [word, description] : *assignments) descriptions.push_back({word, description});
+    return ChangeTypes(session, [&](TelephoneTypes& types) { return DescribeTelephoneTypes(descriptions, types); });
+}
+
+int AddType(Session& session, const Arguments& arguments) {
+    return ChangeTypes(session, [&](TelephoneTypes& types) {
+        const auto added = EnterType(types, types.size(), arguments["TYPE"], arguments["DESCRIPTION"]);
+        if (!added) return false;
+        types.push_back(*added);
+        WarnOfShifts(types);
+        return true;
+    });
+}
+
+int DeleteType(Session& session, const Arguments& arguments) {
+    return ChangeTypes(session, [&](TelephoneTypes& types) {
+        const auto place = PlaceOfType(types, arguments["TYPE"]);
+        if (!place) return false;
+        types.erase(types.begin() + static_cast<std::ptrdiff_t>(*place));
+        WarnOfShifts(types);
+        return true;
+    });
+}
+
+template <MoveBy kWay>
+int MoveListed(Session& session, const Arguments& arguments) {
+    return ChangeTypes(session, [&](TelephoneTypes& types) {
+        const auto place = PlaceOfType(types, arguments["TYPE"]);
+        if (!place) return false;
+        if (!MoveType(types, *place, kWay)) {
+            ShowError(kTypeAtEnd, arguments["TYPE"], kWay == MoveBy::Up ? "first" : "last");
+            return false;
+        }
+        WarnOfShifts(types);
+        return true;
+    });
+}
+
+constexpr Parameter kType = {"TYPE", "A type as 'telnum list' prints it; of several the first"};
 
 constexpr Verb kVerbs[] = {
     {.Name = "list",
@@ -180,6 +223,27 @@ constexpr Verb kVerbs[] = {
                       ParameterKind::OneOrMore}}},
      .Example = "'National1=Inland calls' 'International2=Europe'",
      .Change = Located<SetTypes>},
+    {.Name = "telnum add",
+     .Help = "Describe a type of telephone number that has no description yet",
+     .Parameters = {{{"TYPE", "Local, National1 to National9 or International2 to International9"},
+                     {"DESCRIPTION", "What it is called, at most 100 characters"}}},
+     .Example = "National2 'Mobile phones'",
+     .Change = Located<AddType>},
+    {.Name = "telnum delete",
+     .Help = "Take a type of telephone number out of the list",
+     .Parameters = {{kType}},
+     .Example = "National2",
+     .Change = Located<DeleteType>},
+    {.Name = "telnum up",
+     .Help = "Move a type of telephone number one place up in the list",
+     .Parameters = {{kType}},
+     .Example = "National2",
+     .Change = Located<MoveListed<MoveBy::Up>>},
+    {.Name = "telnum down",
+     .Help = "Move a type of telephone number one place down in the list",
+     .Parameters = {{kType}},
+     .Example = "Local",
+     .Change = Located<MoveListed<MoveBy::Down>>},
 };
 
 } // namespace

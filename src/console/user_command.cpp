@@ -10,6 +10,7 @@
 #include "console/dry_run.h"
 #include "console/located.h"
 #include "console/output.h"
+#include "console/use_change.h"
 #include "ctlfile/lines.h"
 #include "platform/ascii.h"
 #include "users/many_users.h"
@@ -188,24 +189,12 @@ int SetUser(Session& session, const Arguments& arguments) {
     return names.size() > 1 ? SetMany(session, arguments, names) : Set(session, arguments, RecordKind::User);
 }
 
-// What is to become of the places that name those who go: none of the flags asks.
-std::optional<UseChange> ChosenChange(const Arguments& arguments) {
-    if (arguments.Has("--take-out") || arguments.Has("--delete-emptied"))
-        return UseChange{UseChange::Kind::TakeOut, {}, arguments.Has("--delete-emptied")};
-    if (arguments.Has("--replace-by")) return UseChange{UseChange::Kind::Replace, arguments["--replace-by"]};
-    if (arguments.Has("--leave")) return UseChange{};
-    return {};
-}
-
 int Delete(Session& session, const Arguments& arguments, NamedThing kind) {
     const std::vector<std::string> names = arguments.All("NAME");
-    const bool takesOut = arguments.Has("--take-out") || arguments.Has("--delete-emptied");
-    const bool chosen[] = {takesOut, arguments.Has("--replace-by"), arguments.Has("--leave")};
-    if (std::ranges::count(chosen, true) > 1)
-        return session.WrongUsage("Only one of --take-out, --replace-by and --leave can be given");
+    if (HasSeveralUseChanges(arguments)) return session.WrongUsage(kOneUseChange);
     const auto goOn = [](std::size_t) { return true; };
     return Perform(session, [&] {
-        if (const auto change = ChosenChange(arguments)) return DeleteWithUses(kind, names, *change, goOn);
+        if (const auto change = ChosenUseChange(arguments)) return DeleteWithUses(kind, names, *change, goOn);
         if (!AgreeToDeletion(kind, names)) return false;
         const RecordKind records = RecordKindOf(kind);
         return names.size() == 1 ? DeleteUser(names.front(), records) : DeleteUsers(names, records, goOn);
@@ -252,12 +241,6 @@ constexpr Parameter kSomeKeys = {kAssignments, kKeysHelp, ParameterKind::ZeroOrM
 constexpr Parameter kKeys = {kAssignments, kKeysHelp, ParameterKind::OneOrMore};
 
 constexpr Parameter kNames = {"NAME", "Names of those who go", ParameterKind::OneOrMore};
-constexpr Parameter kTakeOut = {"--take-out", "Take the name out of all places that have it", ParameterKind::Flag};
-constexpr Parameter kDeleteEmptied = {"--delete-emptied", "The same, and delete rules that would then take more faxes",
-                                      ParameterKind::Flag};
-constexpr Parameter kReplaceBy = {"--replace-by", "Put another name into all places that have it",
-                                  ParameterKind::Option, "OTHER"};
-constexpr Parameter kLeave = {"--leave", "Leave the name in all places that have it", ParameterKind::Flag};
 
 constexpr auto kUser = RecordKind::User;
 constexpr auto kGroup = RecordKind::Group;

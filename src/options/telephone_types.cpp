@@ -1,6 +1,7 @@
 #include "options/telephone_types.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "ctlfile/key_fields.h"
 #include "ctlfile/lines.h"
@@ -134,6 +135,20 @@ std::optional<TelephoneType> EnterType(const TelephoneTypes& types, std::size_t 
         return {};
     }
     return TelephoneType{*code, description};
+}
+
+std::optional<std::size_t> PlaceOfType(const TelephoneTypes& types, std::string_view word) {
+    for (std::size_t i = 0; i < types.size(); ++i)
+        if (EqualFolded(TelephoneTypeWord(types[i].Code), word)) return i;
+    ShowError(kTypeNotDescribed, word);
+    return {};
+}
+
+bool MoveType(TelephoneTypes& types, std::size_t place, MoveBy way) {
+    const bool isAtEnd = way == MoveBy::Up ? place == 0 : place + 1 >= types.size();
+    if (isAtEnd || place >= types.size()) return false;
+    std::swap(types[place], types[way == MoveBy::Up ? place - 1 : place + 1]);
+    return true;
 }
 
 std::string TypeReadBack(TelephoneTypeCode code) {

@@ -46,6 +46,13 @@ std::vector<std::string> KeptTypeWords();
 std::optional<TelephoneType> EnterType(const TelephoneTypes& types, std::size_t place, std::string_view word,
                                        std::string_view description);
 
+// The place of the first entry with the word, as it is written; none after 9305.
+std::optional<std::size_t> PlaceOfType(const TelephoneTypes& types, std::string_view word);
+
+// Moves the entry at `place` one place up or down. False, with nothing moved, at that end of the list.
+enum class MoveBy { Up, Down };
+bool MoveType(TelephoneTypes& types, std::size_t place, MoveBy way);
+
 // The word under which the server knows the type of an entry once it is written.
 std::string TypeReadBack(TelephoneTypeCode code);
 

@@ -144,14 +144,12 @@ void PressDelete(HWND page, Context& context) {
     ChangeTypes(page, context, std::move(types), *row);
 }
 
-template <int kBy>
+template <MoveBy kWay>
 void PressMove(HWND page, Context& context) {
     const auto row = Selected(context);
-    if (!row || (kBy < 0 && *row == 0) || (kBy > 0 && *row + 1 >= Types(context).size())) return;
     TelephoneTypes types = Types(context);
-    const std::size_t to = *row + static_cast<std::size_t>(kBy);
-    std::swap(types[*row], types[to]);
-    ChangeTypes(page, context, std::move(types), to);
+    if (!row || !MoveType(types, *row, kWay)) return;
+    ChangeTypes(page, context, std::move(types), kWay == MoveBy::Up ? *row - 1 : *row + 1);
 }
 
 void FillTypes(HWND page, Context& context) {
@@ -164,11 +162,11 @@ void FillTypes(HWND page, Context& context) {
 }
 
 constexpr DialogCommand<Context> kCommands[] = {
-    {ID_TYPES_LIST, kListSelected, EnableButtons}, {ID_TYPES_LIST, kListOpen, PressEdit},
-    {ID_TYPES_LIST, kListRename, PressEdit},       {ID_TYPES_LIST, kListAdd, PressAdd},
-    {ID_TYPES_LIST, kListDelete, PressDelete},     {ID_TYPES_ADD, BN_CLICKED, PressAdd},
-    {ID_TYPES_EDIT, BN_CLICKED, PressEdit},        {ID_TYPES_DELETE, BN_CLICKED, PressDelete},
-    {ID_TYPES_UP, BN_CLICKED, PressMove<-1>},      {ID_TYPES_DOWN, BN_CLICKED, PressMove<1>},
+    {ID_TYPES_LIST, kListSelected, EnableButtons},    {ID_TYPES_LIST, kListOpen, PressEdit},
+    {ID_TYPES_LIST, kListRename, PressEdit},          {ID_TYPES_LIST, kListAdd, PressAdd},
+    {ID_TYPES_LIST, kListDelete, PressDelete},        {ID_TYPES_ADD, BN_CLICKED, PressAdd},
+    {ID_TYPES_EDIT, BN_CLICKED, PressEdit},           {ID_TYPES_DELETE, BN_CLICKED, PressDelete},
+    {ID_TYPES_UP, BN_CLICKED, PressMove<MoveBy::Up>}, {ID_TYPES_DOWN, BN_CLICKED, PressMove<MoveBy::Down>},
 };
 constexpr DialogPlan<Context> kPagePlan{HELP_OPTIONS + 1 + static_cast<int>(OptionPage::TelephoneNumbers), FillTypes,
                                         kCommands};

@@ -19,6 +19,7 @@ const std::string kPrinter = "[PRINT-1]\nDescription: Laser\nType: PRINT\nPort: 
 const std::string kQueue = "[QUEUEMAN]\nSendTries:\nSendRetryWait: 60\nMailLoginParams: sekrit\n"
                            "TelnumType: Local           \"Here\"\nTelnumType: International   \"Far\"\n";
 const std::string kSetup = kLists + kPrinter + "[MODEM-1]\nType: FCLASS\nSpeaker: on\n\n" + kQueue;
+const std::string kTypesSaved = "Updated file " + test::kSetupFile + "\n";
 
 const test::CommandCase kCases[] = {
     {"device list", 0, "MODEM-1\tMain\nPRINT-1\tLaser\n", ""},
@@ -43,6 +44,8 @@ const test::CommandCase kCases[] = {
     {"device add P PRINT --count 25", 1, "", "How many: \"25\" - at most 24 devices are added at once.\n"},
     {"device delete modem-1 --yes", 0, "", "Deleted device modem-1\n",
      Replaced(kSetup, "Device: MODEM-1 \"Main\"\n", "")},
+    {"device delete PRINT-1 --take-out --leave", 2, "",
+     "Only one of --take-out, --replace-by and --leave can be given\n"},
     {"device set PRINT-1 Port=COM1", 1, "", "Port: \"COM1\" - PRINT devices have no such key\n"},
     {"device repair PRINT-1 PRINT", 1, "", "Device PRINT-1 has the type PRINT already\n"},
     {"device repair NETWORK GAMMA", 1, "", "Device NETWORK is the network connection and cannot be changed\n"},
@@ -81,6 +84,17 @@ const test::CommandCase kCases[] = {
      Replaced(
          kSetup, "Local           \"Here\"\nTelnumType: International   \"Far\"\n",
          "Local           \"There\"\nTelnumType: International1  \"Far\"\nTelnumType: National1       \"Inland\"\n")},
+    {"option telnum add International2 Europe", 0, "", kTypesSaved,
+     Replaced(kSetup, "TelnumType: International   \"Far\"\n",
+              "TelnumType: International1  \"Far\"\nTelnumType: International2  \"Europe\"\n")},
+    {"option telnum add Local x", 1, "", "Type: there is a description of Local already.\n"},
+    {"option telnum delete INTERNATIONAL1", 0, "", kTypesSaved,
+     Replaced(kSetup, "TelnumType: International   \"Far\"\n", "")},
+    {"option telnum delete National1", 1, "", "Type: there is no description of National1.\n"},
+    {"option telnum down Local", 0, "", kTypesSaved,
+     Replaced(kSetup, "Local           \"Here\"\nTelnumType: International   \"Far\"",
+              "International1  \"Far\"\nTelnumType: Local           \"Here\"")},
+    {"option telnum up Local", 1, "", "Type: Local is the first of the list already.\n"},
     {"option telnum set International=x", 1, "", "International cannot be kept: International2 would come back\n"},
     {"option telnum set National=x National1=y", 1, "", "National1 is given twice\n"},
 };
@@ -110,6 +124,7 @@ struct OddCase {
 const std::string kNoLists = "\n[PRINTERS]\n\n[SCANNERS]\n\n";
 const std::string kBareModem = "[DEVICES]\nDevice: M-1 \"Listed\"\n" + kNoLists;
 const std::string kWholePrinter = "[PRINT-2]\nDescription: P\nType: PRINT\n";
+const std::string kBareLists = "[DEVICES]\n" + kNoLists;
 const std::string kForeign = kBareModem + "[M-1]\nType: ISDN\n";
 const std::string kScanner = "[DEVICES]\nDevice: S-1 \"S\"\n\n[PRINTERS]\n\n[SCANNERS]\nDevice: S-1 \"S\"\n\n";
 
@@ -127,6 +142,10 @@ const OddCase kOddCases[] = {
      0, "Modified device PRINT-2\n",
      "[DEVICES]\nDevice: PRINT-2 \"Listed\"\n\n[PRINTERS]\nDevice: PRINT-2 \"Listed\"\n\n[SCANNERS]\n\n"
      "[PRINT-2]\nDescription: P\nTray: 2\nType: PRINT\n"},
+    {"a printer goes, and the option that names it is emptied", "device delete PRINT-2 --take-out",
+     "[DEVICES]\nDevice: PRINT-2 \"P\"\n\n[PRINTERS]\nDevice: PRINT-2 \"P\"\n\n[SCANNERS]\n\n" + kWholePrinter +
+         "\n[PRINTING]\nPrintSentDevice: PRINT-2\n",
+     0, "Deleted device PRINT-2\n", kBareLists + kWholePrinter + "\n[PRINTING]\nPrintSentDevice:\n"},
     {"what another program made is not repaired", "device repair M-1 FCLASS", kForeign, 1,
      "Device M-1 has the type ISDN, which this program does not know\n", kForeign},
     {"nor is a scanner", "device repair S-1 GAMMA", kScanner, 1, "Device S-1 is a scanner\n", kScanner},

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "devices/setup_text.h"
+#include "voice/format.h"
 
 namespace bv {
 namespace {
@@ -46,6 +47,24 @@ TEST(DeviceRows, ShowWhatTheFirstParagraphOfTheNameSays) {
     EXPECT_EQ(FindByPort(*summaries, "CHANNEL2", "M-1")->Name, "G-1");
     server.Files.Delete(test::kSetupFile);
     EXPECT_THAT(Rows(NetworkDevices::Hidden), ElementsAre("(unreadable)"));
+}
+
+// The calls to the file system do not grow with the devices, only with the length of the file.
+TEST(DeviceRows, ManyAreReadInOnePass) {
+    std::string listed = "[DEVICES]\n";
+    std::string paragraphs;
+    for (int i = 1; i <= 500; ++i) {
+        listed += FormatText("Device: M-%d \"Modem\"\n", i);
+        paragraphs += FormatText("\n[M-%d]\nType: FCLASS\nPort: COM%d\n", i, i);
+    }
+    const auto calls = [](const std::string& setup, std::size_t devices) {
+        SetupServer server(setup);
+        test::FaultyFiles counting(server.Files, {});
+        const platform::Substitute<platform::FileSystem> use(counting);
+        EXPECT_EQ(Rows(NetworkDevices::Hidden).size(), devices);
+        return counting.Calls(test::CallKind::Looks);
+    };
+    EXPECT_EQ(calls(listed + paragraphs, 500), calls(test::Replaced(listed, "Device:", ";evice:") + paragraphs, 0));
 }
 
 TEST(DeviceRows, PortsAreCountedOn) {
