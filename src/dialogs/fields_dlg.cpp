@@ -150,6 +150,18 @@ HWND MakeTooltips(HWND dialog) {
     return tips;
 }
 
+void AddTo(HWND tips, HWND dialog, int control, std::string& text) {
+    TOOLINFOA tool{};
+    tool.cbSize = sizeof tool;
+    tool.uFlags = TTF_SUBCLASS | TTF_IDISHWND;
+    tool.hwnd = dialog;
+    tool.uId = reinterpret_cast<UINT_PTR>(GetDlgItem(dialog, control));
+    tool.lpszText = text.data();
+    SendMessageA(tips, TTM_ADDTOOLA, 0, reinterpret_cast<LPARAM>(&tool));
+    tool.uId = reinterpret_cast<UINT_PTR>(GetWindow(GetDlgItem(dialog, control), GW_CHILD));
+    if (tool.uId != 0) SendMessageA(tips, TTM_ADDTOOLA, 0, reinterpret_cast<LPARAM>(&tool)); // of a combo box
+}
+
 void AppendState(HWND control, std::string& state) {
     if (IsOfClass(control, "Button")) {
         state += static_cast<char>('0' + SendMessageA(control, BM_GETCHECK, 0, 0));
@@ -199,18 +211,14 @@ HWND AddTooltips(HWND dialog, std::span<const FieldControl> fields, const FieldR
     const HWND tips = MakeTooltips(dialog);
     for (const FieldControl& field : fields) {
         std::string text = std::string(field.Key) + ": " + record.Describe(field.Key);
-        for (int control = field.Control; control <= LastControl(field); ++control) {
-            TOOLINFOA tool{};
-            tool.cbSize = sizeof tool;
-            tool.uFlags = TTF_SUBCLASS | TTF_IDISHWND;
-            tool.hwnd = dialog;
-            tool.uId = reinterpret_cast<UINT_PTR>(GetDlgItem(dialog, control));
-            tool.lpszText = text.data();
-            SendMessageA(tips, TTM_ADDTOOLA, 0, reinterpret_cast<LPARAM>(&tool));
-            tool.uId = reinterpret_cast<UINT_PTR>(GetWindow(GetDlgItem(dialog, control), GW_CHILD));
-            if (tool.uId != 0) SendMessageA(tips, TTM_ADDTOOLA, 0, reinterpret_cast<LPARAM>(&tool)); // of a combo box
-        }
+        for (int control = field.Control; control <= LastControl(field); ++control) AddTo(tips, dialog, control, text);
     }
+    return tips;
+}
+
+HWND AddTooltip(HWND dialog, int control, std::string text) {
+    const HWND tips = MakeTooltips(dialog);
+    AddTo(tips, dialog, control, text);
     return tips;
 }
 

@@ -57,6 +57,9 @@ int TakeFields(HWND dialog, std::span<const FieldControl> fields, FieldRecord& r
 // dialog's.
 HWND AddTooltips(HWND dialog, std::span<const FieldControl> fields, const FieldRecord& record);
 
+// Gives one control a tooltip of any text. Returns the window that shows it.
+HWND AddTooltip(HWND dialog, int control, std::string text);
+
 // What the controls of a dialog say, in one text, to tell later whether anything was changed.
 std::string StateOfControls(HWND dialog);
 

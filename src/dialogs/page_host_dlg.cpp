@@ -23,7 +23,7 @@ void GiveTexture(HWND page) {
 
 } // namespace
 
-void PageHost::Begin(HWND dialog, int chooser, const std::vector<Page>& pages) {
+void PageHost::Begin(HWND dialog, int chooser, const std::vector<Page>& pages, std::size_t first) {
     dialog_ = dialog;
     chooser_ = GetDlgItem(dialog, chooser);
     for (const Page& page : pages) {
@@ -31,7 +31,8 @@ void PageHost::Begin(HWND dialog, int chooser, const std::vector<Page>& pages) {
         AddTitle(pages_.size() - 1, page);
     }
     TakeUp(dialog, *this);
-    Show(0);
+    front_ = first;
+    Show(first);
 }
 
 void PageHost::AddTitle(std::size_t page, const Page& what) {

@@ -33,8 +33,8 @@ int TakePage(HWND page, void* context) {
 
 class PageHost : public DialogPart {
   public:
-    // Takes up the tab control of a dialog that is being filled, and shows the first page.
-    void Begin(HWND dialog, int chooser, const std::vector<Page>& pages);
+    // Takes up the tab control of a dialog that is being filled, and shows a page.
+    void Begin(HWND dialog, int chooser, const std::vector<Page>& pages, std::size_t first = 0);
 
     // Has all pages that were shown taken, in their order. False at the first fault, whose page and control then have
     // the focus.

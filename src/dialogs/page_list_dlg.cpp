@@ -5,6 +5,7 @@
 
 #include "dialogs/font_dlg.h"
 #include "dialogs/layout_dlg.h"
+#include "platform/user_settings.h"
 #include "voice/messages.h"
 
 namespace bv {
@@ -14,6 +15,17 @@ constexpr UINT kTurnPage = WM_APP + 2;
 constexpr UINT kPageTouched = WM_APP + 3;
 constexpr int kIconSize = 20; // pixels at 96 to the inch
 constexpr std::size_t kLongestSearch = 100;
+constexpr const char* kLastPage = "Page"; // its template: in another version it may have another number
+
+std::string FolderOf(HWND dialog) { return SettingsFolder(OpenedOf(dialog)->TemplateName()); }
+
+// The page in front when the dialog was closed; the first one if there is none such.
+std::size_t LastPage(HWND dialog, const std::vector<Page>& pages) {
+    const auto kept = platform::TheUserSettings().Read(FolderOf(dialog), kLastPage);
+    const auto isKept = [&](const Page& page) { return kept == page.Template; };
+    const auto found = std::ranges::find_if(pages, isKept);
+    return found == pages.end() ? 0 : static_cast<std::size_t>(found - pages.begin());
+}
 
 } // namespace
 
@@ -26,10 +38,14 @@ void PageList::Begin(HWND dialog, const PageListPlan& plan, const std::vector<Pa
     LVCOLUMNA column{};
     SendMessageA(list, LVM_INSERTCOLUMNA, 0, reinterpret_cast<LPARAM>(&column));
     isListing_ = true;
-    PageHost::Begin(dialog, plan.List, pages);
+    PageHost::Begin(dialog, plan.List, pages, LastPage(dialog, pages));
     isListing_ = false;
     MakeIcons(DpiOf(dialog));
     FillWidth();
+}
+
+void PageList::RememberPage() const {
+    platform::TheUserSettings().Write(FolderOf(Dialog()), kLastPage, What(Front()).Template);
 }
 
 // The last column is as wide as the list, beside a scroll bar if there is one.
@@ -140,6 +156,7 @@ bool PageList::Answer(const DialogMessage& message, INT_PTR& result) {
         isTouched_ = false;
         if (touched_) touched_();
         return true;
+    case WM_DESTROY: RememberPage(); break;
     case WM_COMMAND:
         if (LOWORD(message.WParam) == plan_.Find && HIWORD(message.WParam) == EN_CHANGE) {
             ListFound();

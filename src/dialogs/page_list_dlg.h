@@ -30,7 +30,7 @@ class PageList : public PageHost {
     // Where the words are found; everywhere without any.
     using Finder = std::function<std::vector<Hit>(const std::string& words)>;
 
-    // Takes up the controls of a dialog that is being filled, and shows the first page.
+    // Takes up the controls of a dialog that is being filled, and shows the page that the person saw last.
     void Begin(HWND dialog, const PageListPlan& plan, const std::vector<Page>& pages, Finder find);
 
     // Has it called after a control of a page has told something, soon.
@@ -50,6 +50,7 @@ class PageList : public PageHost {
   private:
     void MakeIcons(int dpi);
     void FillWidth() const;
+    void RememberPage() const;
     void ListFound();
     void GoToFirstHit();
     bool TakeKeyInFind(WPARAM key);

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <map>
 
+#include "ctlfile/key_help.h"
+#include "dialogs/fields_dlg.h"
 #include "dialogs/list_view_dlg.h"
 #include "resources/ids.h"
 #include "shell/row_table.h"
@@ -24,6 +26,7 @@ struct ManyUsersDialog {
     std::map<std::string_view, std::string> Changes{}; // by key
     RowTable Rows{};
     ListView List{Rows, kList};
+    HWND Tip = nullptr; // of the box for the value
 };
 
 std::string_view SettingOf(const ManyUsersDialog& context, std::size_t row) {
@@ -56,11 +59,20 @@ void FillMany(HWND dialog, ManyUsersDialog& context) {
     FocusControl(dialog, ID_MANY_SETTINGS);
 }
 
-// The values of the selected key, for the box below the list.
+void DescribeValue(HWND dialog, ManyUsersDialog& context, const RecordKey* key) {
+    if (context.Tip != nullptr) DestroyWindow(context.Tip);
+    context.Tip = nullptr;
+    if (key == nullptr) return;
+    const std::string help = TooltipOf(HelpOf(*key, RecordKind::User));
+    context.Tip = AddTooltip(dialog, ID_MANY_VALUE, FormatText("%s: %s", key->Field.Name(), help));
+}
+
+// The values of the selected key, for the box below the list, and what it takes.
 void OfferValues(HWND dialog, ManyUsersDialog& context) {
     SendDlgItemMessageA(dialog, ID_MANY_VALUE, CB_RESETCONTENT, 0, 0);
     const std::vector<std::size_t> rows = context.List.Selected();
     for (const int control : {ID_MANY_SET, ID_MANY_LEAVE}) EnableControl(dialog, control, !rows.empty());
+    DescribeValue(dialog, context, rows.empty() ? nullptr : context.Settings[rows.front()].Key);
     if (rows.empty()) return;
     const RecordKey& key = *context.Settings[rows.front()].Key;
     for (const std::string_view word : OfferedWords(key.Field.Rule))

@@ -4,23 +4,35 @@
 #include <commctrl.h>
 #include <gmock/gmock.h>
 
+#include <filesystem>
+#include <map>
+#include <optional>
+
 #include "gui/disk_server.h"
 #include "gui/gui.h"
 #include "options/options_dialog_dlg.h"
 #include "options/options_dlg.h"
+#include "platform/clock.h"
 #include "resources/ids.h"
+#include "shell/front_dlg.h"
 #include "shell/server_paths.h"
 #include "shell/startup.h"
 #include "support/recording_front.h"
 #include "support/texts.h"
+#include "voice/format.h"
+#include "voice/messages.h"
 
 namespace bv::gui {
 namespace {
 
+using testing::_;
 using testing::AnyOf;
 using testing::Contains;
 using testing::Each;
+using testing::Ge;
 using testing::HasSubstr;
+using testing::Pair;
+using testing::SizeIs;
 using testing::StartsWith;
 
 constexpr const char* kTitle = "Brivane - server settings";
@@ -178,6 +190,7 @@ TEST_F(OptionDialogs, OkWithoutAChangeAndCancelWriteNothing) {
     });
     EXPECT_THAT(Front.Said, Each(AnyOf(StartsWith("wait cursor"), "status 2: ")));
     WithOptions([&](HWND dialog, const Windows&) {
+        EXPECT_EQ(Text(dialog, ID_OPTIONS_TITLE), TitleOf(TelephoneNumbers)) << "as the dialog was left";
         const HWND page = ShowPage(dialog, Printing);
         Select(page, ID_PRINT_SLOTS, 2);
         EXPECT_TRUE(Until([&] { return Text(page, ID_PRINT_BIN) == "Lower tray"; }));
@@ -223,6 +236,42 @@ TEST_F(OptionDialogs, FaultsKeepTheirPageAndGetTheFocus) {
         });
         EXPECT_EQ(File(), Before);
     }
+}
+
+// A second goes by between any two looks at it, so that the system gets each turn that it can have.
+struct HastyClock final : platform::Clock {
+    std::int64_t Time = platform::TheClock().Ticks();
+    std::int64_t Now() override { return Time; }
+    std::int64_t Ticks() override { return Time += 1000; }
+    void Sleep(std::int64_t milliseconds) override { Time += milliseconds; }
+};
+
+TEST_F(OptionDialogs, TheWindowAnswersWhileManySettingsAreSaved) {
+    std::string others = "[OTHER]\r\n"; // without any of the settings, so that all are written
+    for (int line = 0; line < 5000; ++line) others += FormatText("Key%d: something\r\n", line);
+    Server.Files().Write(kSetup, others);
+    MainWindow banner;
+    ASSERT_TRUE(banner.Open(SW_SHOWNORMAL));
+    WindowsFront speaker(banner);
+    const UseFront use(speaker);
+    HastyClock clock;
+    std::optional<platform::Substitute<platform::Clock>> useClock(std::in_place, clock);
+    std::map<std::uintmax_t, std::string> answers; // by the length of the file, which grows with each setting
+    WithOptions([&](HWND dialog, const Windows&) {
+        Click(dialog, IDOK);
+        EXPECT_TRUE(Until([&] {
+            const std::string status = Text(dialog, ID_STATUS_LINE);
+            std::error_code held;
+            const std::uintmax_t length = std::filesystem::file_size(Server.Files().HostPath(kSetup), held);
+            if (IsWindow(dialog) && !held) answers[length] = status;
+            return !IsWindow(dialog);
+        }));
+    });
+    useClock.reset();
+    YieldToSystem(true); // so that the next turn is counted from the real time again
+    EXPECT_THAT(answers, SizeIs(Ge(5u)));
+    EXPECT_THAT(answers, Contains(Pair(_, StartsWith("Updating file " + Server.Files().Path(kSetup)))));
+    EXPECT_THAT(File(), HasSubstr("SendTries: 5\r\n"));
 }
 
 TEST_F(OptionDialogs, PagesAreFoundByWordsAndWorkedByKeyboard) {

@@ -126,11 +126,15 @@ TEST_F(Setup, WaitsForTheEditorAndNotForTheViewer) {
     Server.Release("BRIVANE");
 }
 
-// Closes the window of that title, as its close box does.
+// Closes the window of that title, as its close box does; in the menu goes to where it stands.
 bool CloseNext(const Program& setup, std::string_view title) {
     if (title == kWarningCaption) return setup.Shown().AnswerBox(kWarningCaption, IDOK);
     const HWND window = setup.Shown().Wait(std::string(title));
     if (window == nullptr) return false;
+    if (title == kMenuTitle) {
+        Click(window, IDOK);
+        return true;
+    }
     PostMessageW(window, WM_CLOSE, 0, 0);
     return Until([&] { return !IsWindow(window); });
 }
@@ -145,6 +149,7 @@ TEST_F(Setup, StartFunctionsAndInstallerModesGoThroughTheirDialogs) {
         {"/A", {kUsersTitle, kDevicesTitle, kSettingsTitle}},
         {"/D", {kDevicesTitle, kSettingsTitle}},
         {"/M", {kSettingsTitle}},
+        {"/U", {kMenuTitle, kUsersTitle, kDevicesTitle, kSettingsTitle}},
     };
     for (const auto& [arguments, titles] : cases) {
         SCOPED_TRACE(arguments);
@@ -152,6 +157,23 @@ TEST_F(Setup, StartFunctionsAndInstallerModesGoThroughTheirDialogs) {
         for (const char* title : titles) EXPECT_TRUE(CloseNext(setup, title)) << title;
         EXPECT_EQ(setup.WaitForEnd(), 0);
     }
+}
+
+TEST_F(Setup, AChangeOfTheSettingsIsRememberedOnQuitting) {
+    const Program setup(Command());
+    const HWND menu = setup.Shown().Wait(kMenuTitle);
+    Click(menu, ID_MENU_SETTINGS);
+    Click(menu, IDOK);
+    const HWND settings = setup.Shown().Wait(kSettingsTitle);
+    SetTextOf(FrontPage(settings), ID_GENERAL_LOG_DAYS, "14");
+    Click(settings, IDOK);
+    ASSERT_TRUE(Until([&] { return !IsWindow(settings) && IsWindowEnabled(menu); }));
+    EXPECT_NE(Server.Files().Read("B-DB\\SETUP.INI").find("LogKeepDays: 14"), std::string::npos);
+    EXPECT_TRUE(Until([&] { return IsChecked(menu, ID_MENU_QUIT); }));
+    Click(menu, IDOK);
+    EXPECT_THAT(setup.Shown().WaitBox(kWarningCaption), testing::HasSubstr("will need to be re-started"));
+    EXPECT_TRUE(setup.Shown().AnswerBox(kWarningCaption, IDOK));
+    EXPECT_EQ(setup.WaitForEnd(), 0);
 }
 
 TEST_F(Setup, AWrongCommandLineEndsTheProgram) {

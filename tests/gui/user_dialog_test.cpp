@@ -17,6 +17,7 @@
 #include "shell/startup.h"
 #include "support/faulty_files.h"
 #include "support/recording_front.h"
+#include "users/many_users_dlg.h"
 #include "users/user_details_dlg.h"
 #include "users/user_entry.h"
 #include "users/user_list_dlg.h"
@@ -346,6 +347,22 @@ TEST_F(UserDialogs, EveryKeyOfAUserHasATooltip) {
             EXPECT_THAT(keys, Contains(key.Field.Name()));
         }
     }
+}
+
+TEST_F(UserDialogs, TheValueForManyUsersHasTheTooltipOfTheSelectedKey) {
+    RunDriven(
+        [] {
+            ChangeUsersByDialog(nullptr, {"ANNA", "BEN"});
+        },
+        [&](const Windows& windows) {
+            const HWND dialog = windows.Wait("Change 2 users");
+            for (const int row : {2, 5}) {
+                Select(dialog, ID_MANY_SETTINGS, row);
+                const std::string key = KeyOf(Entries(dialog, ID_MANY_SETTINGS)[static_cast<std::size_t>(row)]);
+                EXPECT_TRUE(Until([&] { return KeysOfTooltips() == std::set{key.substr(0, key.find('\t'))}; }));
+            }
+            Click(dialog, IDCANCEL);
+        });
 }
 
 // The windows whose new text the system was told of, on the dialogs' thread.
