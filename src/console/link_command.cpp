@@ -41,10 +41,12 @@ int Show(Session& session, const Arguments& arguments) {
 // Changes and saves the links while nobody else edits routing.
 int Edit(const Session& session, const std::function<bool(LinkEdit& edit)>& change) {
     return Perform(session, [&] {
-        return RunLcrEditor([&] {
-            LinkEdit edit;
-            return BeginLinkEdit(edit) && change(edit) && SaveLinkEdit(edit);
-        });
+        return RunLcrEditor(
+            [&] {
+                LinkEdit edit;
+                return BeginLinkEdit(edit) && change(edit) && SaveLinkEdit(edit);
+            },
+            "links");
     });
 }
 

@@ -28,7 +28,8 @@ int Show(Session& session, const Arguments&) {
 int Set(Session& session, const Arguments& arguments) {
     const auto values = ReadChanges(session, arguments, kAssignments, PasswordKey(RouterKeys()));
     if (!values) return kExitWrongUsage;
-    return Perform(session, [&] { return RunLcrEditor([&] { return EnterRouterSettings(*values); }); });
+    return Perform(session,
+                   [&] { return RunLcrEditor([&] { return EnterRouterSettings(*values); }, "general settings"); });
 }
 
 int TestInbox(Session& session, const Arguments& arguments) {

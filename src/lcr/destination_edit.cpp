@@ -147,6 +147,14 @@ bool HasEntry(const std::vector<MatchEntry>& entries, const MatchEntry& entry) {
     return std::ranges::find(entries, entry) != entries.end();
 }
 
+// The text with each entry put into it.
+template <class Entry, class Put>
+std::optional<std::string> WithEntries(std::string_view text, std::span<const Entry> entries, Put put) {
+    std::string changed(text);
+    for (const Entry& entry : entries) changed = put(changed, entry);
+    return changed;
+}
+
 } // namespace
 
 bool BeginDestinationEdit(DestinationEdit& edit) {
@@ -175,6 +183,27 @@ bool WriteArea(DestinationEdit& edit, std::string_view diallingCode, const AreaE
     if (country != nullptr && HasEntry(country->Areas, entry)) return true;
     return ChangeAreas(edit, diallingCode,
                        [&](std::string_view text) { return WithMatchEntry(kAreaFile, text, entry); });
+}
+
+bool WriteRegions(DestinationEdit& edit, std::span<const RegionEntry> entries) {
+    return entries.empty() || ChangeRegions(edit, [&](std::string_view text) {
+               return WithEntries(text, entries, [](std::string_view all, const RegionEntry& entry) {
+                   return WithMatchEntry(kRegionFile, all, entry);
+               });
+           });
+}
+
+bool WriteCountries(DestinationEdit& edit, std::span<const CountryEntry> entries) {
+    return entries.empty() ||
+           ChangeCountries(edit, [&](std::string_view text) { return WithEntries(text, entries, WithCountry); });
+}
+
+bool WriteAreas(DestinationEdit& edit, std::string_view diallingCode, std::span<const AreaEntry> entries) {
+    return entries.empty() || ChangeAreas(edit, diallingCode, [&](std::string_view text) {
+               return WithEntries(text, entries, [](std::string_view all, const AreaEntry& entry) {
+                   return WithMatchEntry(kAreaFile, all, entry);
+               });
+           });
 }
 
 bool DeleteRegion(DestinationEdit& edit, std::string_view identifier) {

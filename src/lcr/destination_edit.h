@@ -2,6 +2,7 @@
 // or thrown away together. Two administrators are kept apart by the edit lock (edit_lock.h).
 #pragma once
 
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -37,6 +38,11 @@ bool BeginDestinationEdit(DestinationEdit& edit);
 bool WriteRegion(DestinationEdit& edit, const RegionEntry& entry);
 bool WriteCountry(DestinationEdit& edit, const CountryEntry& entry);
 bool WriteArea(DestinationEdit& edit, std::string_view diallingCode, const AreaEntry& entry);
+
+// The same with several entries of a kind, which are written at once or not at all.
+bool WriteRegions(DestinationEdit& edit, std::span<const RegionEntry> entries);
+bool WriteCountries(DestinationEdit& edit, std::span<const CountryEntry> entries);
+bool WriteAreas(DestinationEdit& edit, std::string_view diallingCode, std::span<const AreaEntry> entries);
 
 // Take the first entry of exactly that identifier, in any case, out of its working copy. False, with it unchanged,
 // after a message; without such an entry, message 9130. A country's area file stays.

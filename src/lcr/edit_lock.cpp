@@ -6,11 +6,19 @@
 #include <string_view>
 #include <utility>
 
+#include "ctlfile/control_stream.h"
+#include "ctlfile/dates.h"
+#include "ctlfile/file_gate.h"
+#include "ctlfile/lines.h"
 #include "ctlfile/open_retry.h"
+#include "ctlfile/reader.h"
 #include "ctlfile/whole_file.h"
+#include "lcr/fax_entry.h"
 #include "lcr/lcr_messages.h"
 #include "platform/clock.h"
+#include "platform/environment.h"
 #include "platform/files.h"
+#include "platform/host_name.h"
 #include "shell/server_files.h"
 #include "shell/server_paths.h"
 #include "voice/messages.h"
@@ -50,6 +58,38 @@ platform::OpenResult OpenAlone(const std::string& path) {
     }
 }
 
+// The note
+
+constexpr std::string_view kNoteHeader = "[BRIVANE]\r\nType: LCREditNote\r\nRevision: A\r\n\r\n";
+constexpr std::string_view kHolder = "[HOLDER]";
+
+struct NoteLine {
+    std::string_view Key;
+    std::string LcrHolder::*Value;
+};
+constexpr NoteLine kNoteLines[] = {{"User:", &LcrHolder::User},
+                                   {"Host:", &LcrHolder::Host},
+                                   {"Since:", &LcrHolder::Since},
+                                   {"Editor:", &LcrHolder::Editor}};
+
+std::string OrUnknown(const std::string& name) { return name.empty() ? FillMessage(kNotKnown) : name; }
+
+LcrHolder ThisHolder(std::string_view what) {
+    std::string user;
+    for (const char* variable : {"USERNAME", "USER", "LOGNAME"}) {
+        if (user.empty()) user = platform::TheEnvironment().Variable(variable).value_or("");
+    }
+    const CalendarTime now = ToCalendar(platform::TheClock().Now() / 1000);
+    return {OrUnknown(user), OrUnknown(platform::HostName()), MomentText(now), std::string(what)};
+}
+
+void WriteNote(const LcrHolder& holder) {
+    std::string text = std::string(kNoteHeader).append(kHolder).append(kLineEnd);
+    for (const auto& [key, value] : kNoteLines)
+        text.append(key).append(" ").append(CleanLine(holder.*value)).append(kLineEnd);
+    WriteWholeFile(LcrNotePath(), text);
+}
+
 constexpr std::array<MessageWith<0>, 4> kLackMessages = {
     "",
     "You must configure the General Settings for this server before LCR can be enabled",
@@ -65,6 +105,32 @@ constexpr MessageWith<0> kRulesQuestion =
 
 std::string LcrLockPath() { return Paths().RequestArea.String() + "LCREDIT.LOK"; }
 
+std::string LcrNotePath() { return DatabaseFile("LCREDIT.WHO"); }
+
+bool IsLcrLocked() {
+    const platform::OpenResult look =
+        platform::Files().Open(LcrLockPath(), {platform::Access::Read, platform::Deny::Nothing});
+    return look.Error == FileError::AccessDenied;
+}
+
+std::optional<LcrHolder> FindLcrHolder() {
+    if (!IsLcrLocked()) return {};
+    ControlStream note = OpenToRead(LcrNotePath());
+    ControlLine line;
+    if (!note || !FindParagraph(note, kHolder, line)) return {};
+    LcrHolder holder;
+    for (const auto& [key, value] : kNoteLines) {
+        ControlLine found;
+        if (!GetKeyString(note, key, found)) return {};
+        holder.*value = found.String();
+    }
+    return holder;
+}
+
+std::string DescribeLcrHolder(const LcrHolder& holder) {
+    return FillMessage(kLcrHeldBy, holder.User, holder.Host, holder.Since, holder.Editor);
+}
+
 bool LockLcrEdit() {
     const std::string path = LcrLockPath();
     const FileError notMade = MakeLockFile(path);
@@ -77,17 +143,23 @@ bool LockLcrEdit() {
     // Who holds the file denies access to it; anything else is no other user's doing.
     if (notMade != FileError::None || lock.Error != FileError::AccessDenied)
         ShowStatus(kLockFileUnusable, path, platform::ErrorWords(lock.Error));
+    else if (const std::optional<LcrHolder> holder = FindLcrHolder())
+        ShowStatus("%s", DescribeLcrHolder(*holder));
     return false;
 }
 
 void UnlockLcrEdit() { heldLock.reset(); }
 
-bool RunLcrEditor(const std::function<bool()>& editor) {
+bool RunLcrEditor(const std::function<bool()>& editor, std::string_view what) {
     struct Release {
-        ~Release() { UnlockLcrEdit(); }
+        ~Release() {
+            platform::Files().Delete(LcrNotePath());
+            UnlockLcrEdit();
+        }
     };
     if (!LockLcrEdit()) return false;
     const Release release;
+    WriteNote(ThisHolder(what));
     return editor();
 }
 

@@ -6,24 +6,48 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
+#include <string_view>
 
 namespace bv {
 
 // The path of the lock file.
 std::string LcrLockPath();
 
+// Who holds the lock, as a note in the database directory says: LCREDIT.WHO, which is of this program alone.
+struct LcrHolder {
+    std::string User;
+    std::string Host;
+    std::string Since; // YYYY-MM-DD hh:mm
+    std::string Editor;
+
+    friend bool operator==(const LcrHolder&, const LcrHolder&) = default;
+};
+std::string LcrNotePath();
+
+// Whether anybody holds the lock, this process included. Shows nothing.
+bool IsLcrLocked();
+
+// The holder, as long as there is one; none, too, when the note cannot be read. Shows nothing.
+std::optional<LcrHolder> FindLcrHolder();
+
+// "Held by ANNA on WS12 since 2026-11-22 09:30 (rules)"
+std::string DescribeLcrHolder(const LcrHolder& holder);
+
 // Takes the lock, of which a process has one: makes the file when it is not there, and tries to open it every 100 ms
-// for 5 seconds. False after "LCR settings are being edited by another user.  Please try again later"; where no user
-// can be the reason, status 9103 then says what the system said of which file.
+// for 5 seconds. False after "LCR settings are being edited by another user.  Please try again later"; status 9344 then
+// says who that is if it is known. Where no user can be the reason, status 9103 says what the system said of which
+// file.
 bool LockLcrEdit();
 
 // Releases the lock if it is held.
 void UnlockLcrEdit();
 
-// Runs an editor of routing while the lock is held, whatever comes of it. False when the lock was not to be had, and
-// then the editor was not run, or when the editor returned false.
-bool RunLcrEditor(const std::function<bool()>& editor);
+// Runs an editor of routing while the lock is held, whatever comes of it, with a note of who holds it for what; a note
+// that cannot be written keeps nobody from editing. False when the lock was not to be had, and then the editor was not
+// run, or when the editor returned false.
+bool RunLcrEditor(const std::function<bool()>& editor, std::string_view what = "routing");
 
 // What of routing can be edited: each is a button and its label on the options' page.
 struct LcrButtons {

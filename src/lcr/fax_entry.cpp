@@ -19,16 +19,22 @@ bool CheckName(std::string_view key, const std::string& name, const NameSet& nam
     return false;
 }
 
-// The reference with the country as its identifier, or a region's identifier.
+// The reference with the country as its identifier, or a region's identifier, or else the place of a number.
 bool EnterDestination(const std::string& given, const Destinations& places, RuleFilter& fax) {
     if (const auto reference = places.Convert(given, ReferenceForm::Identifier)) {
         fax.Destination = *reference;
         return true;
     }
     const RegionEntry* region = places.FindRegion(given);
-    if (region != nullptr) fax.Destination = region->Identifier;
-    if (region == nullptr) ShowError(kNotDefined, "Destination", given);
-    return region != nullptr;
+    if (region != nullptr) {
+        fax.Destination = region->Identifier;
+        return true;
+    }
+    if (LooksLikeNumber(given))
+        fax.Number = EnterNumber(places, given);
+    else
+        ShowError(kNoNumberNoPlace, given);
+    return fax.Number.has_value();
 }
 
 bool EnterPages(const std::string& given, RuleFilter& fax) {

@@ -12,15 +12,15 @@ namespace bv {
 
 // As it is given; what is not given is not known of the fax.
 struct FaxDescription {
-    std::optional<std::string> Destination; // a region, or a reference in either form
+    std::optional<std::string> Destination; // a region, a reference in either form, or a number
     std::optional<std::string> User;
     std::optional<std::string> Server;
     std::optional<std::string> Priority; // words, as of a rule
     std::optional<std::string> Pages;    // 0 to 65535
 };
 
-// Fills in what is given of the fax. False after a message: 9185 for a name that is not defined, or what says why
-// another value is none.
+// Fills in what is given of the fax. False after a message: 9185 for a name that is not defined, 9382 for a destination
+// that is none, what EnterNumber says, or what says why another value is none.
 bool DescribeFax(const FaxDescription& given, const RuleNames& names, RuleFilter& fax);
 
 // The range of "OFFPEAK", which is the server's own period, or of words of time as of a rule. None after 9186 or 9187.

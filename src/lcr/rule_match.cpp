@@ -28,13 +28,21 @@ bool Covers(const RuleDestination& destination, const std::string& wanted, const
     return isArea ? StartsWithFolded(key, wanted) : StartsWithFolded(wanted, key);
 }
 
+bool CoversAnyOf(const RuleDestination& destination, const std::vector<std::string>& wanted,
+                 const Destinations& places) {
+    return std::ranges::any_of(wanted, [&](const auto& place) { return CoversPlace(destination, place, places); });
+}
+
 bool HasName(const std::vector<std::string>& names, std::string_view wanted) {
     return std::ranges::any_of(names, [wanted](const std::string& name) { return EqualFolded(name, wanted); });
 }
 
 Verdict JudgeDestination(const RoutingRule& rule, const RuleFilter& filter, const Destinations& places) {
     if (rule.Destinations.empty()) return {true, kIsOpen};
-    const auto covers = [&](const RuleDestination& one) { return Covers(one, filter.Destination, places); };
+    const std::vector<std::string> wanted = filter.Number ? filter.Number->References() : std::vector<std::string>();
+    const auto covers = [&](const RuleDestination& one) {
+        return filter.Number ? CoversAnyOf(one, wanted, places) : Covers(one, filter.Destination, places);
+    };
     return Judge(std::ranges::any_of(rule.Destinations, covers), "one of the rule's destinations covers it",
                  "none of the rule's destinations covers it");
 }
@@ -71,16 +79,13 @@ int NumberOf(std::string_view word) {
 
 Verdict JudgeSize(const RoutingRule& rule, const RuleFilter& filter) {
     if (rule.Size.IsEmpty()) return {true, kIsOpen};
-    const std::string size = UpperText(rule.Size);
-    std::string_view rest = size;
-    std::string_view word = TakeWord(rest);
-    while (!word.empty() && word != "PAGES") word = TakeWord(rest);
-    const std::string_view relation = TakeWord(rest);
-    const int limit = NumberOf(TakeWord(rest));
-    if (limit == 0 || (relation != "LE" && relation != "GE")) return {false, "the rule's size cannot be understood"};
+    const std::optional<PageRange> pages = PagesOfSize(rule.Size);
+    if (!pages) return {false, "the rule's size cannot be understood"};
     if (filter.Pages == 0) return {false, "a fax without pages has no size"};
-    return relation == "LE" ? Judge(filter.Pages <= limit, "the fax is small enough", "the fax has too many pages")
-                            : Judge(filter.Pages >= limit, "the fax is large enough", "the fax has too few pages");
+    if (filter.Pages > pages->Most) return {false, "the fax has too many pages"};
+    return Judge(filter.Pages >= pages->Least,
+                 pages->Most == PageRange().Most ? "the fax is large enough" : "the fax is small enough",
+                 "the fax has too few pages");
 }
 
 Verdict JudgeTime(const RoutingRule& rule, const RuleFilter& filter, const MatchBasis& basis) {
@@ -91,7 +96,8 @@ Verdict JudgeTime(const RoutingRule& rule, const RuleFilter& filter, const Match
     // OFFPEAK comes first: PEAK is a part of it.
     if (const bool isOffpeak = words.find("OFFPEAK") != std::string::npos;
         isOffpeak || words.find("PEAK") != std::string::npos) {
-        const std::int64_t permitted = GetPermittedTime(moment, basis.Offpeak);
+        if (!basis.Offpeak) return {false, "the server's off-peak period is not known"};
+        const std::int64_t permitted = GetPermittedTime(moment, *basis.Offpeak);
         if (permitted == kNeverPermitted) return {true, "the server's off-peak period never comes"};
         const bool isInPeriod = now >= permitted;
         return {isInPeriod == isOffpeak, isInPeriod ? "it is in the off-peak period" : "it is in peak time"};
@@ -116,6 +122,23 @@ bool HasCriterion(const RoutingRule& rule, Criterion kind) {
 }
 
 } // namespace
+
+bool CoversPlace(const RuleDestination& destination, std::string_view place, const Destinations& places) {
+    if (IsRegion(destination)) return places.RegionContains(destination.Key, place);
+    const bool isArea = destination.Key.find('/') != std::string::npos;
+    return isArea ? EqualFolded(place, destination.Key) : StartsWithFolded(place, destination.Key);
+}
+
+std::optional<PageRange> PagesOfSize(std::string_view size) {
+    const std::string text = UpperText(size);
+    std::string_view rest = text;
+    std::string_view word = TakeWord(rest);
+    while (!word.empty() && word != "PAGES") word = TakeWord(rest);
+    const std::string_view relation = TakeWord(rest);
+    const int limit = NumberOf(TakeWord(rest));
+    if (limit == 0 || (relation != "LE" && relation != "GE")) return {};
+    return relation == "LE" ? PageRange{1, limit} : PageRange{.Least = std::max(limit, 1)};
+}
 
 CalendarTime MomentOf(const RuleFilter& filter, const CalendarTime& today) {
     CalendarTime moment = today;

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <optional>
 #include <span>
 #include <string>
@@ -12,6 +13,7 @@
 
 #include "ctlfile/dates.h"
 #include "lcr/destinations.h"
+#include "lcr/number_place.h"
 #include "lcr/rule.h"
 #include "lcr/time_range.h"
 
@@ -31,13 +33,25 @@ struct RuleFilter {
     int Hour = 0;
     int Minute = 0;
     int Pages = 0;
+    std::optional<NumberPlace> Number = {}; // where the fax goes when that is known, in place of the destination
 };
+
+// Whether a rule's destination covers a fax to a number in a place, which is a country's identifier, for a number in
+// none of its areas, or a reference of an area.
+bool CoversPlace(const RuleDestination& destination, std::string_view place, const Destinations& places);
+
+// The numbers of pages that a rule's size takes; none when it cannot be understood.
+struct PageRange {
+    int Least = 1;
+    int Most = std::numeric_limits<int>::max();
+};
+std::optional<PageRange> PagesOfSize(std::string_view size);
 
 // What a criterion is judged by beside the fax.
 struct MatchBasis {
     const Destinations& Places;
-    TimeRange Offpeak;
-    CalendarTime Today; // the local date, from which the next weekday is counted
+    std::optional<TimeRange> Offpeak; // none: it is not known
+    CalendarTime Today;               // the local date, from which the next weekday is counted
 };
 
 struct Verdict {

@@ -50,6 +50,14 @@ std::optional<TimeRange> ReadOffpeak() {
     return isFound && !value.IsEmpty() ? ParseTimeRange(value) : std::nullopt;
 }
 
+bool PermitsSending(const TimeRange& range, int weekday, int hour, int minute) {
+    if ((range.Days >> weekday & 1) != 0) return true;
+    const ClockTime now = {hour, minute};
+    const ClockTime start = {range.FromHour, range.FromMinute};
+    const ClockTime end = {range.ToHour, range.ToMinute};
+    return end < start ? now >= start || now < end : now >= start && now < end;
+}
+
 std::optional<std::int64_t> SecondsOf(const CalendarTime& time) {
     for (const bool daylight : {false, true}) {
         CalendarTime tried = time;
@@ -63,20 +71,15 @@ std::optional<std::int64_t> SecondsOf(const CalendarTime& time) {
 std::int64_t SecondsOfMoment(const CalendarTime& moment) { return SecondsOf(moment).value_or(FromCalendar(moment)); }
 
 std::int64_t GetPermittedTime(const CalendarTime& moment, const TimeRange& range) {
+    if (PermitsSending(range, moment.Weekday, moment.Hours, moment.Minutes)) return SecondsOfMoment(moment);
     const int daysAhead = DaysToWholeDay(moment.Weekday, range.Days);
-    if (daysAhead == 0) return SecondsOfMoment(moment);
-
     const ClockTime now = {moment.Hours, moment.Minutes};
     const ClockTime start = {range.FromHour, range.FromMinute};
     const ClockTime end = {range.ToHour, range.ToMinute};
     if (start == end) return daysAhead == kDaysOfWeek ? kNeverPermitted : Target(moment, 0, 0, daysAhead);
 
-    const bool isAfterStart = now >= start;
-    const bool isBeforeEnd = now < end;
     const bool runsOverMidnight = end < start;
-    const bool isPermitted = runsOverMidnight ? isAfterStart || isBeforeEnd : isAfterStart && isBeforeEnd;
-    if (isPermitted) return SecondsOfMoment(moment);
-    if (runsOverMidnight || isBeforeEnd) return Target(moment, range.FromHour, range.FromMinute, 0);
+    if (runsOverMidnight || now < end) return Target(moment, range.FromHour, range.FromMinute, 0);
     if (daysAhead == 1) return Target(moment, 0, 0, 1);
     return Target(moment, range.FromHour, range.FromMinute, 1);
 }

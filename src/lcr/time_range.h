@@ -23,6 +23,9 @@ std::optional<TimeRange> ParseTimeRange(std::string_view text);
 // missing, empty or of another form. Shows nothing.
 std::optional<TimeRange> ReadOffpeak();
 
+// Whether the range permits sending at a time of the week; weekday 0 is Sunday.
+bool PermitsSending(const TimeRange& range, int weekday, int hour, int minute);
+
 // A local time in seconds since 1970, as standard time or, where that does not fit, as daylight saving time. None for a
 // time that a change to daylight saving skips. The Daylight field is ignored.
 std::optional<std::int64_t> SecondsOf(const CalendarTime& time);

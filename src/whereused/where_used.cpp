@@ -225,7 +225,7 @@ bool ChangeUses(NamedThing kind, const Names& names, UseChange change) {
     const auto uses = FindUses(kind, names);
     if (!uses) return false;
     if (!NeedsLock(*uses, change)) return ChangeFiles(*uses, kind, names, change);
-    return RunLcrEditor([&] { return CheckNoPendingRules() && ChangeFound(kind, names, change); });
+    return RunLcrEditor([&] { return CheckNoPendingRules() && ChangeFound(kind, names, change); }, "names");
 }
 
 bool DeleteWithUses(NamedThing kind, const Names& names, const UseChange& change, const SaveProgress& goOn) {
