@@ -4,11 +4,14 @@
 
 #include "console/assignments.h"
 #include "console/commands.h"
+#include "console/csv_import.h"
 #include "console/dry_run.h"
 #include "console/located.h"
 #include "console/output.h"
 #include "lcr/destination_entry.h"
+#include "lcr/destination_import.h"
 #include "lcr/edit_lock.h"
+#include "lcr/number_place.h"
 #include "lcr/router_settings.h"
 #include "lcr/synonyms.h"
 #include "voice/messages.h"
@@ -31,14 +34,16 @@ void PrintEntries(const Session& session, const std::vector<Entry>& entries) {
 // Changes the destinations while nobody else edits routing, and puts the working copies in place if it comes off.
 int Edit(const Session& session, const std::function<bool(DestinationEdit& edit)>& change) {
     return Perform(session, [&] {
-        return RunLcrEditor([&] {
-            DestinationEdit edit;
-            if (!BeginDestinationEdit(edit)) return false;
-            const bool isChanged = change(edit);
-            const bool isDone = isChanged && (!edit.Changed || CommitDestinationEdit(edit));
-            DropDestinationEdit(edit);
-            return isDone;
-        });
+        return RunLcrEditor(
+            [&] {
+                DestinationEdit edit;
+                if (!BeginDestinationEdit(edit)) return false;
+                const bool isChanged = change(edit);
+                const bool isDone = isChanged && (!edit.Changed || CommitDestinationEdit(edit));
+                DropDestinationEdit(edit);
+                return isDone;
+            },
+            "destinations");
     });
 }
 
@@ -135,6 +140,27 @@ int Name(Session& session, const Arguments& arguments) {
     return PrintAnswer(session, "name", *synonym);
 }
 
+std::string Listed(const std::vector<std::string>& names) {
+    std::string list;
+    for (const std::string& name : names) list.append(list.empty() ? "" : " ").append(name);
+    return list;
+}
+
+// The country, the areas and the regions of a number.
+int Find(Session& session, const Arguments& arguments) {
+    Destinations tables;
+    if (!LoadDestinations(tables)) return kExitRefused;
+    const std::optional<NumberPlace> place = EnterNumber(tables, arguments["NUMBER"]);
+    if (!place) return kExitRefused;
+    std::vector<std::string> areas;
+    for (const auto& [reference, match] : place->Areas) areas.push_back(reference + " (" + match + ")");
+    PrintRecord(session, {{"Number", place->Number},
+                          {"Country", place->Country},
+                          {"Areas", Listed(areas)},
+                          {"Regions", Listed(place->Regions)}});
+    return kExitDone;
+}
+
 int ListSynonyms(Session& session, const Arguments&) {
     Destinations tables;
     if (!LoadDestinations(tables)) return kExitRefused;
@@ -159,6 +185,18 @@ int Convert(Session& session, const Arguments& arguments) {
         ConvertReference(tables, reference, isIdentifier ? ReferenceForm::DiallingCode : ReferenceForm::Identifier);
     if (!converted) return session.Refuse("There is no destination " + reference);
     return PrintAnswer(session, "reference", *converted);
+}
+
+int Import(Session& session, const Arguments& arguments) {
+    DestinationImport destinations;
+    return ImportFile(session, arguments, destinations);
+}
+
+int Export(Session& session, const Arguments& arguments) {
+    Destinations tables;
+    if (!LoadDestinations(tables)) return kExitRefused;
+    PrintCsv(session, arguments, DestinationsAsCsv(tables));
+    return kExitDone;
 }
 
 constexpr Parameter kId = {"ID", "Its identifier, in any case"};
@@ -233,11 +271,29 @@ constexpr Verb kVerbs[] = {
      .Parameters = {{kReference}},
      .Example = "UK/LON",
      .Run = Located<Name>},
+    {.Name = "find",
+     .Help = "Show which country, areas and regions a telephone number is in",
+     .Parameters = {{{"NUMBER", "The number as it is dialled, or with + and country code"}}},
+     .Example = "'+44 20 7946 0018'",
+     .Run = Located<Find>},
     {.Name = "convert",
      .Help = "Show a reference with the country's dialling code in place of its identifier, or the other way",
      .Parameters = {{kReference}},
      .Example = "UK/LON",
      .Run = Located<Convert>},
+    {.Name = "export",
+     .Help = "Print countries, areas and regions as comma-separated values, with a first line of the columns' names",
+     .Parameters = {{kUtf8Flag}},
+     .Example = "> destinations.csv",
+     .Run = Located<Export>},
+    {.Name = "import",
+     .Help = "Add and change countries, areas and regions as a file of comma-separated values says",
+     .Parameters = {{{.Name = "FILE",
+                      .Help = "File with a first line of columns, as export prints them; only Kind must be there",
+                      .IsPath = true},
+                     kUtf8Flag}},
+     .Example = "destinations.csv --dry-run",
+     .Change = Located<Import>},
 };
 
 } // namespace

@@ -5,17 +5,21 @@
 
 #include "console/assignments.h"
 #include "console/commands.h"
+#include "console/csv_import.h"
 #include "console/dry_run.h"
 #include "console/located.h"
 #include "console/output.h"
+#include "lcr/dead_rules.h"
 #include "lcr/edit_lock.h"
 #include "lcr/fax_entry.h"
 #include "lcr/lcr_messages.h"
 #include "lcr/rule_actions.h"
 #include "lcr/rule_file.h"
+#include "lcr/rule_import.h"
 #include "lcr/rule_match.h"
 #include "lcr/rule_references.h"
 #include "lcr/rule_values.h"
+#include "lcr/week_mask.h"
 #include "options/server_options.h"
 #include "platform/clock.h"
 #include "voice/format.h"
@@ -25,6 +29,7 @@ namespace bv::console {
 namespace {
 
 constexpr std::string_view kAssignments = "KEY=VALUE";
+constexpr std::string_view kEditor = "rules";
 constexpr std::string_view kNumber = "N";
 constexpr std::string_view kRuleNumber = "Rule";
 constexpr std::string_view kOtherLines = "Other lines";
@@ -68,9 +73,12 @@ int Status(Session& session, const Arguments&) {
     Switch lcr;
     if (!LoadSwitch(session, lcr)) return kExitRefused;
     const LcrLack lack = FindLcrLack(lcr.Found.HasRouter);
+    const std::optional<LcrHolder> holder = FindLcrHolder();
+    const std::string lock = IsLcrLocked() ? "held" : "free";
     PrintRecord(session, {{"Enabled", lcr.Options.LCR},
                           {"Ready", lack == LcrLack::Nothing || lack == LcrLack::Rules},
-                          {"Missing", std::string(kLacks[static_cast<std::size_t>(lack)])}});
+                          {"Missing", std::string(kLacks[static_cast<std::size_t>(lack)])},
+                          {"Lock", holder ? DescribeLcrHolder(*holder) : lock}});
     return kExitDone;
 }
 
@@ -106,6 +114,24 @@ int Permitted(Session& session, const Arguments& arguments) {
     PrintRecord(session, {{"At", MomentText(*moment)},
                           {"Permitted", isNever ? "never" : MomentText(ToCalendar(permitted))},
                           {"Seconds", isNever ? Value() : Value(permitted)}});
+    return kExitDone;
+}
+
+// The hours of the week at which a rule applies, or of the off-peak period.
+int Week(Session& session, const Arguments& arguments) {
+    std::string time = "OFFPEAK";
+    if (arguments.Has(kNumber)) {
+        const std::optional<RuleList> rules = ReadRules();
+        const std::optional<std::size_t> place = rules ? FindRule(*rules, arguments[kNumber]) : std::nullopt;
+        if (!place) return kExitRefused;
+        time = (*rules)[*place].Time.String();
+    }
+    const std::optional<WeekMask> week = EnterWeek(time);
+    if (!week) return kExitRefused;
+    std::vector<Record> records;
+    for (const auto& [day, hours, times] : ShowWeek(*week))
+        records.push_back({{"Day", std::string(day)}, {"Hours", hours}, {"Times", times}});
+    PrintRecords(session, records);
     return kExitDone;
 }
 
@@ -156,7 +182,7 @@ int Edit(const Session& session, const Arguments& arguments, std::string_view do
     RuleCheck check = RuleCheck::Refused;
     const auto noted = [&](RuleEdit& edit) { return check = change(edit); };
     return Perform(session, [&] {
-        if (!RunLcrEditor([&] { return EditRules(lost, noted); })) return false;
+        if (!RunLcrEditor([&] { return EditRules(lost, noted); }, kEditor)) return false;
         ShowStatus("%s", check == RuleCheck::Fine ? FormatText("%s rule %s", done, RuleGiven(arguments))
                                                   : std::string("Nothing was to be changed"));
         return true;
@@ -166,7 +192,7 @@ int Edit(const Session& session, const Arguments& arguments, std::string_view do
 int Recover(Session& session, const Arguments& arguments) {
     const auto recover = arguments.Has(kDropPending) ? DropPendingRules : RecoverPendingRules;
     return Perform(session, [&] {
-        if (!RunLcrEditor(recover)) return false;
+        if (!RunLcrEditor(recover, kEditor)) return false;
         ShowStatus("%s the unsaved changes", arguments.Has(kDropPending) ? "Dropped" : "Took up");
         return true;
     });
@@ -267,6 +293,14 @@ std::vector<Record> RecordsOfVerdict(const RuleList& rules, const FaxVerdict& ju
     return records;
 }
 
+// The saved rules without the names that are no longer defined, which a warning tells of; none after a message.
+std::optional<RuleList> ReadCheckedRules(const RuleNames& names) {
+    std::optional<RuleList> rules = ReadRules();
+    if (rules && !CheckReferences(*rules, names).empty())
+        ShowWarning("References that are no longer defined are left out of the rules");
+    return rules;
+}
+
 int Match(Session& session, const Arguments& arguments) {
     RuleNames names;
     RuleFilter fax;
@@ -275,19 +309,43 @@ int Match(Session& session, const Arguments& arguments) {
     if (!moment) return kExitRefused;
     const std::optional<TimeRange> offpeak = ReadOffpeak();
     if (!offpeak && arguments.Has(kAt)) return session.Refuse(FillMessage(kOffpeakUnknown));
-    std::optional<RuleList> rules = ReadRules();
+    const std::optional<RuleList> rules = ReadCheckedRules(names);
     if (!rules) return kExitRefused;
-    if (!CheckReferences(*rules, names).empty())
-        ShowWarning("References that are no longer defined are left out of the rules");
 
     fax.Weekday = moment->Weekday;
     fax.Hour = moment->Hours;
     fax.Minute = moment->Minutes;
-    const MatchBasis basis = {names.Places, offpeak.value_or(TimeRange()), *moment};
+    const MatchBasis basis = {names.Places, offpeak, *moment};
     const FaxVerdict judged = JudgeFax(*rules, fax, AskedCriteria(arguments), basis);
     const Value deciding = judged.Deciding ? Value(static_cast<std::int64_t>(*judged.Deciding + 1)) : Value();
     PrintFindings(session, "Criteria", RecordsOfVerdict(*rules, judged, arguments.Has(kAll)),
                   {{"Rule", deciding}, {"Verdict", DescribeVerdict(*rules, judged)}});
+    return kExitDone;
+}
+
+int Dead(Session& session, const Arguments&) {
+    RuleNames names;
+    if (!LoadRuleNames(names)) return kExitRefused;
+    const std::optional<RuleList> rules = ReadCheckedRules(names);
+    if (!rules) return kExitRefused;
+    std::vector<Record> records;
+    for (const DeadRule& dead : FindDeadRules(*rules, names.Places, ReadOffpeak()))
+        records.push_back({{std::string(kRuleNumber), static_cast<std::int64_t>(dead.Rule + 1)},
+                           {"Description", (*rules)[dead.Rule].Description.String()},
+                           {"Why", DescribeDeadRule(*rules, dead)}});
+    PrintRecords(session, records);
+    return kExitDone;
+}
+
+int Import(Session& session, const Arguments& arguments) {
+    RuleImport rules;
+    return ImportFile(session, arguments, rules);
+}
+
+int Export(Session& session, const Arguments& arguments) {
+    const std::optional<RuleList> rules = ReadRules();
+    if (!rules) return kExitRefused;
+    PrintCsv(session, arguments, RulesAsCsv(*rules));
     return kExitDone;
 }
 
@@ -300,7 +358,7 @@ constexpr std::string_view kKeysHelp = "Keys and values as 'show' prints them; l
 
 constexpr Verb kVerbs[] = {
     {.Name = "status",
-     .Help = "Show whether routing is enabled and ready, or what is missing",
+     .Help = "Show whether routing is enabled and ready, or what is missing, and who edits it",
      .Run = Located<Telling<Status>>},
     {.Name = "enable", .Help = "Enable least-cost routing, if it is ready", .Change = Located<Telling<Enable>>},
     {.Name = "disable", .Help = "Disable least-cost routing", .Change = Located<Telling<Disable>>},
@@ -343,17 +401,41 @@ constexpr Verb kVerbs[] = {
      .Parameters = {{{"TIME", "OFFPEAK, or words as of a rule's time", ParameterKind::OneOrMore}, kMoment}},
      .Example = "SAT SUN AFTER 18:00 BEFORE 08:00 --at '2026-06-01 12:00'",
      .Run = Located<Telling<Permitted>>},
+    {.Name = "dead",
+     .Help = "List the rules that can never decide, each with the earlier rule that takes all its faxes",
+     .Run = Located<Telling<Dead>>},
+    {.Name = "week",
+     .Help =
+         "Show at which hours of the week a rule applies: day, its 24 hours (# all of it, + a part, . nothing), times",
+     .Parameters = {{{kNumber, "The rule's number; without one, the off-peak period", ParameterKind::Optional}}},
+     .Example = "1",
+     .Run = Located<Telling<Week>>},
     {.Name = "match",
      .Help = "Show which rule decides on a fax and who sends it, and what speaks against the rules before",
-     .Parameters = {{{"--destination", "A country, an area or a region", ParameterKind::Option, "REFERENCE"},
+     .Parameters = {{{"--destination", "A country, an area, a region, or the number that is dialled",
+                      ParameterKind::Option, "DESTINATION"},
                      {"--user", "Who sends the fax", ParameterKind::Option, "NAME"},
                      {"--pages", "How many pages it has", ParameterKind::Option, "NUMBER"},
                      {"--priority", "Its priority, or several", ParameterKind::Option, "WORD"},
                      kMoment,
                      {"--server", "A server that could send it", ParameterKind::Option, "IDENTIFIER"},
                      {kAll, "Show every given criterion of every rule", ParameterKind::Flag}}},
-     .Example = "--destination UK/LON --pages 12",
+     .Example = "--destination '+44 20 7946 0018' --pages 12",
      .Run = Located<Telling<Match>>},
+    {.Name = "export",
+     .Help = "Print the rules as comma-separated values, with a first line of the columns' names",
+     .Parameters = {{kUtf8Flag}},
+     .Example = "> rules.csv",
+     .Run = Located<Telling<Export>>},
+    {.Name = "import",
+     .Help = "Change rules and add new ones behind the others, as a file of comma-separated values says",
+     .Parameters = {{{.Name = "FILE",
+                      .Help =
+                          "File with a first line of columns, as export prints them; only Description must be there",
+                      .IsPath = true},
+                     kUtf8Flag}},
+     .Example = "rules.csv --dry-run",
+     .Change = Located<Import>},
 };
 
 } // namespace

@@ -112,6 +112,7 @@ class DestinationJudge {
         row.Finish(isNew ? RowState::New : RowState::Replaces, shown);
         ++(isNew ? changes_.Counts.Added : changes_.Counts.Changed);
         if (!isNew) {
+            NoteChanges(row, old, entry);
             *found = entry;
             return &*found;
         }
@@ -130,8 +131,15 @@ class DestinationJudge {
                 continue;
             }
             field.Store(entry, *text);
-            if (!isNew && field.Text(entry) != field.Text(old))
-                row.AddNote(name, FormatText("%s: \"%s\" -> \"%s\"", name, field.Text(old), field.Text(entry)));
+        }
+    }
+
+    template <class Entry>
+    static void NoteChanges(JudgedRow& row, const Entry& old, const Entry& entry) {
+        for (const auto& [field] : RowsOf(entry)) {
+            const std::string before = field.Text(old);
+            const std::string now = field.Text(entry);
+            if (now != before) row.AddNote(field.Name(), FormatText("%s: \"%s\" -> \"%s\"", field.Name(), before, now));
         }
     }
 

@@ -79,6 +79,17 @@ const Case kCases[] = {
     {"destination name 'new britain'", 0, "New Britain, see Kingdom\n", ""},
     {"destination name D", 1, "", "There is no destination D\n"},
     {"destination convert uk/lon", 0, "44/LON\n", ""},
+    {"destination find '+44 171 1'", 0, "Number: +441711\nCountry: UK\nAreas: UK/LON (171*)\nRegions: EUROPE\n", ""},
+    {"destination find +81", 1, "", "Number +81 begins with no dialling code of a country that is there\n"},
+    {"destination export", 0,
+     "Kind,Country,Identifier,Description,DiallingCode,LastField,Matches\r\ncountry,,UK,Kingdom,44,0,\r\n"
+     "area,UK,LON,London,,,171*\r\ncountry,,FR,,33,x,\r\ncountry,,CH,,41,,\r\nregion,,EUROPE,All,,,UK\r\n"
+     "region,,ASIA,,,,\r\n",
+     ""},
+    {"destination import 'F:\\good.csv'", 0, "", "Added 1 destination, changed 0\n", "Area33.ini",
+     "[BRIVANE]\nType: Area\nRevision: A\n\n[AREAS]\nArea: PAR, \"\"\nMatch: 1*\n"},
+    {"destination import 'F:\\bad.csv'", 1, "",
+     "F:\\bad.csv, line 2, column 1: Kind: \"sea\" is not country, area or region\n"},
     {"destination convert 44", 0, "UK\n", ""},
 
     {"link list", 0, "A\tFar\tWAN\tthere\n", "", "Link.ini"},
@@ -110,6 +121,8 @@ struct Scene : test::MemoryServer {
         Load();
         Put("F:\\BRIVANE\\B-REQ\\QUEUE", "");
         for (const auto& [name, text] : kBefore) PutFile(name, text);
+        Put("F:\\good.csv", "Kind,Country,Identifier,Matches\r\narea,FR,PAR,1*\r\n");
+        Put("F:\\bad.csv", "Kind,Identifier\r\nsea,MED\r\n");
     }
     void PutFile(const std::string& name, const std::string& text) { Put(kBase + name, Replaced(text, "\n", "\r\n")); }
     std::string GetFile(const std::string& name) { return Replaced(Get(kBase + name), "\r\n", "\n"); }

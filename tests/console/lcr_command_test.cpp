@@ -41,6 +41,8 @@ struct Scene {
         Server.Put(kArea + "REGION.INI", "[REGIONS]\r\nRegion: EU, \"Europe\"\r\nMatch: UK\r\n");
         Server.Put(kArea + "COUNTRY.INI", "[COUNTRIES]\r\n44: UK, \"Kingdom\", 0\r\n33: FR, \"France\", 0\r\n");
         Server.Put(kLive, kRules);
+        Server.Put("F:\\good.csv", "Description,Size\r\nTwo,PAGES GE 20\r\n");
+        Server.Put("F:\\bad.csv", "Description,User\r\nTwo,ZOE\r\n");
     }
     std::string File() { return Server.Get(kLive); }
 };
@@ -48,7 +50,7 @@ struct Scene {
 const std::string kFirstLine = "1\tOne\tEU\t\t\tANN\t\tOFFPEAK\t\tLON,*\n";
 
 const test::CommandCase kCases[] = {
-    {"status", 0, "Enabled: NO\nReady: YES\nMissing: \n", ""},
+    {"status", 0, "Enabled: NO\nReady: YES\nMissing: \nLock: free\n", ""},
     {"rules", 0, kFirstLine + "2\tTwo\t\t\t\t\tPAGES GE 10\t\tURGENT\tPAR\n", ""},
     {"show 1", 0,
      "Rule: 1\nDescription: One\nRegion: EU\nCountry: \nArea: \nUser: ANN\nSize: \nTime: OFFPEAK\nPriority: \n"
@@ -77,11 +79,33 @@ const test::CommandCase kCases[] = {
      "At: 2026-06-01 12:00\nPermitted: 2026-06-01 18:00\nSeconds: 1780362000\n", ""},
     {"permitted MON --at '2026-02-29 12:00'", 1, "",
      "Moment: \"2026-02-29 12:00\" is not a moment of the form YYYY-MM-DD hh:mm\n"},
+    {"dead", 0, "", ""},
+    {"export", 0,
+     "Description,Region,Country,Area,User,Size,Time,Priority,Server\r\nOne,EU,,,ANN,,OFFPEAK,,\"LON,*\"\r\n"
+     "Two,,,,,PAGES GE 10,,URGENT,PAR\r\n",
+     ""},
+    {"import 'F:\\good.csv'", 0, "", "Added 0 rules, changed 1\n", kHead + kOne + Replaced(kTwo, "GE 10", "GE 20")},
+    {"import 'F:\\bad.csv'", 1, "", "F:\\bad.csv, line 2, column 2: User: \"ZOE\" is not defined\n"},
+    {"week", 0,
+     [] {
+         std::string week;
+         for (const std::string day : {"MON", "TUE", "WED", "THU", "FRI"})
+             week += day + "\t########..........######\t00:00-08:00 18:00-24:00\n";
+         for (const std::string day : {"SAT", "SUN"}) week += day + "\t" + std::string(24, '#') + "\t00:00-24:00\n";
+         return week;
+     }(),
+     ""},
+    {"week 3", 1, "", "Rule: \"3\" - there are rules 1 to 2\n"},
     {"match --pages 9 --priority urgent --server par", 0,
      "1\tOne\tServer\tNO\tthe rule names other servers\n"
      "2\tTwo\tSize\tNO\tthe fax has too few pages\n"
      "No rule decides: the local server sends the fax\n",
      ""},
+    {"match --destination '+44 181' --user ANN", 0,
+     "1\tOne\tall\tYES\tnothing speaks against it\n"
+     "Rule 1 \"One\" decides: server LON or the local server sends the fax\n",
+     ""},
+    {"match --destination nowhere", 1, "", "\"nowhere\" is no number and no destination.\n"},
     {"match --pages many", 1, "", "Pages: \"many\" is not a number from 0 to 65535\n"},
 };
 
@@ -196,7 +220,7 @@ TEST(LcrCommand, SwitchesRoutingOnWhenItIsReady) {
     Scene scene;
     scene.Server.Files.Delete(kLive);
     EXPECT_EQ(scene.Console.Run({"lcr", "status"}), 0);
-    EXPECT_EQ(scene.Console.Results, "Enabled: NO\nReady: YES\nMissing: rules\n");
+    EXPECT_EQ(scene.Console.Results, "Enabled: NO\nReady: YES\nMissing: rules\nLock: free\n");
     EXPECT_EQ(scene.Console.Run({"lcr", "enable"}), 0);
     EXPECT_THAT(scene.Server.Get(kArea + "SETUP.INI"), HasSubstr("LCR: YES"));
     EXPECT_EQ(scene.Console.Run({"lcr", "disable"}), 0);
@@ -204,7 +228,7 @@ TEST(LcrCommand, SwitchesRoutingOnWhenItIsReady) {
     EXPECT_EQ(scene.Console.Run({"lcr", "enable"}), 1);
     EXPECT_EQ(scene.Console.Notices, "You must set up some links to remote servers before LCR can be enabled\n");
     EXPECT_EQ(scene.Console.Run({"lcr", "status"}), 0);
-    EXPECT_EQ(scene.Console.Results, "Enabled: NO\nReady: NO\nMissing: links\n");
+    EXPECT_EQ(scene.Console.Results, "Enabled: NO\nReady: NO\nMissing: links\nLock: free\n");
 }
 
 TEST(LcrCommand, NeedsTheOffpeakPeriodForTimesAlone) {

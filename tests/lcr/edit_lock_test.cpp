@@ -6,7 +6,9 @@
 
 #include <gmock/gmock.h>
 
+#include "lcr/fax_entry.h"
 #include "platform/environment.h"
+#include "platform/host_name.h"
 #include "shell/server_paths.h"
 #include "support/faulty_files.h"
 #include "support/memory_server.h"
@@ -74,6 +76,37 @@ TEST(LcrEditLock, IsTriedForFiveSeconds) {
         EXPECT_EQ(clock.Milliseconds, isReleased ? 4900 : 5000);
         EXPECT_EQ(server.Front.Said, isReleased ? std::vector<std::string>{} : std::vector{kRefused});
     }
+}
+
+TEST(LcrEditLock, TellsWhoHoldsIt) {
+    MemoryServer server;
+    server.Load();
+    server.Environment.Variables["USERNAME"] = "ANNA";
+    const std::string held =
+        "Held by ANNA on " + platform::HostName() + " since " + MomentText(ToCalendar(0)) + " (links)";
+    std::string note;
+    EXPECT_TRUE(RunLcrEditor(
+        [&] {
+            note = server.Get(LcrNotePath());
+            EXPECT_EQ(DescribeLcrHolder(FindLcrHolder().value()), held);
+            EXPECT_FALSE(LockLcrEdit());
+            EXPECT_THAT(server.Front.TakeSaid(), ElementsAre(kRefused, "status 1: " + held));
+            return true;
+        },
+        "links"));
+    EXPECT_EQ(server.Get(LcrNotePath()), "(none)");
+
+    server.Put(LcrNotePath(), note); // left by one that died
+    EXPECT_FALSE(FindLcrHolder());
+    ASSERT_TRUE(LockLcrEdit());
+    EXPECT_TRUE(FindLcrHolder());
+    server.Put(LcrNotePath(), "[HOLDER]\r\nUser: ANNA\r\n");
+    EXPECT_FALSE(FindLcrHolder());
+    UnlockLcrEdit();
+
+    FaultyFiles files(server.Files, {FaultKind::FailFromThenOn, 3, CallKind::Changes, FileError::DiskFull});
+    const platform::Substitute<platform::FileSystem> substitute(files);
+    EXPECT_TRUE(RunLcrEditor([&] { return !FindLcrHolder(); }));
 }
 
 TEST(LcrEditLock, IsNotHadWithoutItsFile) {
