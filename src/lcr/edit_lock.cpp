@@ -58,7 +58,7 @@ platform::OpenResult OpenAlone(const std::string& path) {
     }
 }
 
-// The note
+// --- The note of who holds it ---
 
 constexpr std::string_view kNoteHeader = "[BRIVANE]\r\nType: LCREditNote\r\nRevision: A\r\n\r\n";
 constexpr std::string_view kHolder = "[HOLDER]";
