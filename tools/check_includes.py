@@ -242,7 +242,7 @@ PLANTS = (
     ({"src/shell/planted.cpp": '#include "lcr/planted.h"', "src/lcr/planted.h": ""}, "higher floor"),
     ({"src/users/planted.cpp": '#include "users/planted_dlg.h"', "src/users/planted_dlg.h": ""}, "higher floor"),
     ({"src/routing/planted.cpp": '#include "covlet/planted.h"', "src/covlet/planted.h": ""}, "may not use"),
-    ({"src/lcr/planted_dlg.cpp": '#include "dialling/planted.h"', "src/dialling/planted.h": ""}, "may not use"),
+    ({"src/mailgw/planted_dlg.cpp": '#include "dialling/planted.h"', "src/dialling/planted.h": ""}, "may not use"),
     ({"src/lcr/planted_dlg.cpp": '#include "dialogs/planted_dlg.h"', "src/dialogs/planted_dlg.h": ""}, None),
     ({"src/dialogs/planted_dlg.cpp": '#include "lcr/planted_dlg.h"', "src/lcr/planted_dlg.h": ""}, "only the menu"),
         ({"src/console/planted.cpp": '#include "lcr/planted_dlg.h"', "src/lcr/planted_dlg.h": ""}, "two faces"),

@@ -137,7 +137,7 @@ class DeadRuleSearch {
 
   private:
     using Names = std::vector<std::string>;
-    static constexpr std::string_view kAll = ""; // in place of a name
+    static constexpr std::string_view kAll{}; // in place of a name
 
     static std::string KeyOf(std::string_view place, std::string_view user) {
         return std::string(place).append("\n").append(user);
