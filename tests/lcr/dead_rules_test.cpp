@@ -124,7 +124,7 @@ TEST(FindDeadRules, FindsThoseThatNoFaxGetsTo) {
     Dice dice;
     std::size_t taken = 0;
     std::size_t never = 0;
-    for (int set = 0; set < 20; ++set) {
+    for (int set = 0; set < 8; ++set) {
         RuleList rules(8);
         for (RoutingRule& rule : rules) rule = dice.Rule();
         const std::vector<std::size_t> tried = TriedOut(rules, faxes, basis);
@@ -136,8 +136,8 @@ TEST(FindDeadRules, FindsThoseThatNoFaxGetsTo) {
         }
         EXPECT_EQ(found, tried) << "set " << set;
     }
-    EXPECT_GT(taken, 10U);
-    EXPECT_GT(never, 5U);
+    EXPECT_GT(taken, 4U);
+    EXPECT_GT(never, 2U);
 }
 
 TEST(FindDeadRules, SaysWhy) {
