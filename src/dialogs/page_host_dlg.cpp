@@ -58,7 +58,8 @@ void PageHost::Place(HWND window) const {
 HWND PageHost::Window(std::size_t page) {
     Shown& shown = pages_.at(page);
     if (shown.Window != nullptr) return shown.Window;
-    shown.Opened = std::make_unique<OpenedDialog>(shown.What.Template, OpenedOf(dialog_)->Context());
+    shown.Opened = std::make_unique<OpenedDialog>(
+        shown.What.Template, shown.What.Context != nullptr ? shown.What.Context : OpenedOf(dialog_)->Context());
     shown.Window = CreatePlannedDialog(*shown.Opened, dialog_, shown.What.Procedure);
     SetWindowSubclass(shown.Window, FollowPage, 1, reinterpret_cast<DWORD_PTR>(this));
     Place(shown.Window);

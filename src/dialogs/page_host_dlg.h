@@ -23,6 +23,7 @@ struct Page {
     // or 0. None: the page takes it as it goes.
     int (*Take)(HWND page, void* context) = nullptr;
     const char* Icon = nullptr; // of a page in a list
+    void* Context = nullptr;    // its own; none: the dialog's
 };
 
 // The Take of a page, for a function that knows the context's type.

@@ -128,9 +128,9 @@ constexpr OptionKey kKeys[] = {
 
 // In the order of OptionPage.
 constexpr const char* kPageTitles[] = {
-    "General",      "Sending",           "Archiving",          "Off-peak times",   "Inward routing",
-    "Printing",     "Print layout",      "Text conversion",    "Submit directory", "Scanner input",
-    "Workstations", "Telephone numbers", "Least-cost routing", "Mail gateway"};
+    "General",      "Sending",           "Archiving",          "Off-peak times",      "Inward routing",
+    "Printing",     "Print layout",      "Text conversion",    "Submit directory",    "Scanner input",
+    "Workstations", "Telephone numbers", "Least-cost routing", "Dialling properties", "Mail gateway"};
 
 // What can be looked for beside the keys of the table.
 constexpr OptionHit kOthers[] = {
@@ -140,6 +140,7 @@ constexpr OptionHit kOthers[] = {
     {Page::General, kOptions, "UserGroupIdentifier", "Mark of user groups"},
     {Page::General, kOptions, "EnableAutoAdd", "Users from the network"},
     {Page::TelephoneNumbers, kQueueMan, "TelnumType", "Types"},
+    {Page::DiallingProperties, "[LOCATION]", "Location", "Dialling location"},
 };
 
 bool HoldsFolded(std::string_view text, std::string_view word) {

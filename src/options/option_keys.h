@@ -144,6 +144,7 @@ enum class OptionPage {
     Workstations,
     TelephoneNumbers,
     LeastCostRouting,
+    DiallingProperties,
     MailGateway
 };
 const char* TitleOf(OptionPage page);

@@ -371,14 +371,14 @@ std::vector<Page> PagesOfOptions() {
             PageOf<kSubmit>(),  PageOf<kScanner>(),  PageOf<kClients>(),   TelephoneTypesPage()};
 }
 
-PageList::Hit PlaceOfOption(OptionPage page, std::string_view path) {
+int ControlOfOption(OptionPage page, std::string_view path) {
     const auto place = static_cast<std::size_t>(page);
-    if (place >= std::size(kAllRows)) return {place, page == OptionPage::TelephoneNumbers ? ID_TYPES_LIST : 0};
+    if (place >= std::size(kAllRows)) return ID_TYPES_LIST;
     const OptionRows& rows = *kAllRows[place];
     const auto field = std::ranges::find(rows.Fields, path, &FieldControl::Key);
-    if (field != rows.Fields.end()) return {place, field->Control};
+    if (field != rows.Fields.end()) return field->Control;
     const auto user = std::ranges::find(rows.Users, path, &UserRow::Path);
-    return {place, user != rows.Users.end() ? user->Combo : rows.First};
+    return user != rows.Users.end() ? user->Combo : rows.First;
 }
 
 std::string OptionFields::TextOf(std::string_view path) const { return KeyOf(path).Field.Text(entry_.After()); }

@@ -10,6 +10,7 @@
 #include <string_view>
 #include <vector>
 
+#include "dialogs/area_page_dlg.h"
 #include "dialogs/directory_field_dlg.h"
 #include "dialogs/fields_dlg.h"
 #include "dialogs/list_view_dlg.h"
@@ -40,6 +41,7 @@ struct OptionsDialog {
     OptionsEntry Entry;
     OptionFields Fields{Entry};
     PageList Pages;
+    std::vector<std::unique_ptr<AreaPage>> Areas; // behind the pages of the settings' own
 
     // The parts of the pages.
     std::array<DirectoryField, 5> Directories;
@@ -56,8 +58,8 @@ struct OptionsDialog {
 // The pages, in the order of OptionPage.
 std::vector<Page> PagesOfOptions();
 
-// Where an option is shown; page 0 and no control when it is not.
-PageList::Hit PlaceOfOption(OptionPage page, std::string_view path);
+// The control that shows an option on a page of the settings' own; 0 for none in particular.
+int ControlOfOption(OptionPage page, std::string_view path);
 
 // The page of the types of telephone number. telephone_types_dlg.cpp has it.
 Page TelephoneTypesPage();

@@ -1,5 +1,7 @@
 #include "options/options_dlg.h"
 
+#include <optional>
+
 #include "options/options_dialog_dlg.h"
 #include "resources/ids.h"
 #include "voice/format.h"
@@ -12,11 +14,20 @@ std::string PathOf(std::string_view header, std::string_view key) {
     return FormatText("%s/%s", header.substr(1, header.size() - 2), key);
 }
 
-std::vector<PageList::Hit> FindOnPages(const std::string& words, std::size_t pages) {
+// Where an option is shown; nowhere when its page is another version's.
+std::optional<PageList::Hit> PlaceOf(const OptionsDialog& context, OptionPage page, std::string_view path) {
+    const std::size_t own = PagesOfOptions().size();
+    if (static_cast<std::size_t>(page) < own)
+        return PageList::Hit{static_cast<std::size_t>(page), ControlOfOption(page, path)};
+    for (std::size_t i = 0; i < context.Areas.size(); ++i)
+        if (context.Areas[i]->Place() == page) return PageList::Hit{own + i, context.Areas[i]->ControlOf(path)};
+    return std::nullopt;
+}
+
+std::vector<PageList::Hit> FindOnPages(const OptionsDialog& context, const std::string& words) {
     std::vector<PageList::Hit> hits;
     for (const OptionHit& hit : FindOptions(words))
-        if (static_cast<std::size_t>(hit.Page) < pages)
-            hits.push_back(PlaceOfOption(hit.Page, PathOf(hit.Paragraph, hit.Key)));
+        if (const auto place = PlaceOf(context, hit.Page, PathOf(hit.Paragraph, hit.Key))) hits.push_back(*place);
     return hits;
 }
 
@@ -28,21 +39,31 @@ void EnableApply(HWND dialog, OptionsDialog& context) {
 
 void FillOptions(HWND dialog, OptionsDialog& context) {
     constexpr PageListPlan kPages{ID_OPTIONS_LIST, ID_OPTIONS_FIND, ID_OPTIONS_TITLE, ID_OPTIONS_FRAME};
-    const std::vector<Page> pages = PagesOfOptions();
+    std::vector<Page> pages = PagesOfOptions();
+    for (const std::unique_ptr<AreaPage>& area : context.Areas) pages.push_back(area->What());
     context.Pages.Begin(dialog, kPages, pages,
-                        [count = pages.size()](const std::string& words) { return FindOnPages(words, count); });
+                        [&context](const std::string& words) { return FindOnPages(context, words); });
     context.Pages.OnTouched([dialog, &context] { EnableApply(dialog, context); });
     EnableApply(dialog, context);
     context.Entry.SayAbsent();
     FocusControl(dialog, ID_OPTIONS_LIST);
 }
 
-// What cannot be saved keeps the dialog, with the option that is wrong in front.
+// What cannot be saved, after its message, and where it is.
+std::optional<PageList::Hit> FindFault(HWND dialog, OptionsDialog& context) {
+    if (const OptionKey* wrong = context.Entry.Check())
+        return PlaceOf(context, wrong->Page, PathOf(wrong->Paragraph, wrong->Field.Name())).value_or(PageList::Hit{});
+    for (std::size_t i = 0; i < context.Areas.size(); ++i)
+        if (const int control = context.Areas[i]->Check(dialog))
+            return PageList::Hit{PagesOfOptions().size() + i, control};
+    return std::nullopt;
+}
+
+// A fault keeps the dialog, with the option that is wrong in front.
 bool Save(HWND dialog, OptionsDialog& context) {
     if (!context.Pages.TakeAll()) return false;
-    if (const OptionKey* wrong = context.Entry.Check()) {
-        const PageList::Hit place = PlaceOfOption(wrong->Page, PathOf(wrong->Paragraph, wrong->Field.Name()));
-        context.Pages.Show(place.Page, place.Control);
+    if (const auto fault = FindFault(dialog, context)) {
+        context.Pages.Show(fault->Page, fault->Control);
         return false;
     }
     const WaitCursor wait;
@@ -68,8 +89,9 @@ constexpr DialogPlan<OptionsDialog> kPlan{HELP_OPTIONS, FillOptions, kCommands, 
 
 } // namespace
 
-void ConfigureOptions(HWND owner) {
+void ConfigureOptions(HWND owner, std::span<const AreaPageMaker> areas) {
     OptionsDialog context;
+    for (const AreaPageMaker make : areas) context.Areas.push_back(make(context.Fields));
     {
         const WaitCursor wait;
         if (!context.Entry.Load()) return;

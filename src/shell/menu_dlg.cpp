@@ -1,5 +1,6 @@
 #include "shell/menu_dlg.h"
 
+#include <array>
 #include <string>
 
 #include "covlet/catalogue_dlg.h"
@@ -30,11 +31,15 @@ constexpr DialogServices kServices{ShowUses, DeleteByDialog};
 void OpenUsers(HWND owner) { ConfigureUsers(owner, kServices); }
 void OpenDevices(HWND owner) { ConfigureDevices(owner, kServices); }
 
+// The settings' pages of other areas, in the order of OptionPage.
+constexpr std::array<AreaPageMaker, 0> kAreaPages{};
+void OpenSettings(HWND owner) { ConfigureOptions(owner, kAreaPages); }
+
 // In the menu's order.
 constexpr Area kAreas[] = {
     {MenuEntry::Users, ID_MENU_USERS, kAreaOfUsers, OpenUsers},
     {MenuEntry::Devices, ID_MENU_DEVICES, kAreaOfDevices, OpenDevices},
-    {MenuEntry::Settings, ID_MENU_SETTINGS, kAreaOfSettings, ConfigureOptions},
+    {MenuEntry::Settings, ID_MENU_SETTINGS, kAreaOfSettings, OpenSettings},
     {MenuEntry::InwardRouting, ID_MENU_ROUTING, kAreaOfRouting, ConfigureRouting},
     {MenuEntry::Coversheets, ID_MENU_COVLET, kAreaOfCoversheets, ConfigureCoversheets},
 };
