@@ -1,5 +1,7 @@
-// pictures DIRECTORY: draws every dialog, filled from the sample server, into a .bmp file of the directory, for a
-// person to look at. Built with the Windows tests, whose way to drive dialogs it takes.
+// pictures DIRECTORY [x]: draws every dialog, filled from the sample server, into a .bmp file of the directory, for a
+// person to look at; with x in the colours of a high-contrast scheme. Prints the file's name, a tab and the dialog's
+// title, and before those of an area a tab and the area's name. tools/draw-pictures makes a page of it. Built with the
+// Windows tests, whose way to drive dialogs it takes.
 #include <windows.h>
 
 #include <commctrl.h>
@@ -95,12 +97,19 @@ class Painter {
             const HWND dialog = windows.Wait(title);
             if (dialog == nullptr) return;
             prepare(dialog);
-            Shoot(dialog, directory_ + "\\" + name + ".bmp");
+            DrawOpen(name, dialog);
         });
-        std::printf("%s\n", name.c_str());
     }
 
-    void DrawOpen(const std::string& name, HWND window) const { Shoot(window, directory_ + "\\" + name + ".bmp"); }
+    void DrawOpen(const std::string& name, HWND window) const {
+        Shoot(window, directory_ + "\\" + name + ".bmp");
+        char title[100] = "";
+        GetWindowTextA(window, title, sizeof title);
+        std::printf("%s\t%s\n", name.c_str(), title);
+    }
+
+    // What follows belongs to an area.
+    static void Begin(const char* area) { std::printf("\t%s\n", area); }
 
   private:
     std::string directory_;
@@ -317,18 +326,25 @@ int DrawPictures(const std::string& directory) {
     const Painter painter(directory);
     SetStatusLine("Updating file F:\\BRIVANE\\B-COVER\\MSGDIR.CTL", 1);
     SetStatusLine("The second line, with g, p and \xFC", 2);
+    Painter::Begin("The program");
     painter.DrawOpen("banner", window.Handle());
     DrawMenus(painter, window.Handle());
+    Painter::Begin("Coversheets and letterheads");
     DrawCatalogues(painter, window.Handle());
     DrawItems(painter, window.Handle());
+    DrawFullCatalogue(painter, window.Handle(), server);
+    Painter::Begin("Users and groups");
     DrawUsers(painter, window.Handle(), server);
-    DrawDevices(painter, window.Handle());
-    DrawRouting(painter, window.Handle(), server);
     DrawChoosers(painter, window.Handle());
+    Painter::Begin("Devices");
+    DrawDevices(painter, window.Handle());
+    Painter::Begin("Inward routing");
+    DrawRouting(painter, window.Handle(), server);
+    Painter::Begin("Server settings");
     DrawOptions(painter, window.Handle());
+    Painter::Begin("Messages");
     DrawBoxes(painter);
     DrawProgress(painter, window.Handle());
-    DrawFullCatalogue(painter, window.Handle(), server);
     return 0;
 }
 

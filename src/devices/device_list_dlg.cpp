@@ -166,7 +166,7 @@ constexpr DialogPlan<DeviceListDialog> kPlan{HELP_DEVICES, FillDevices, kCommand
 
 void ConfigureDevices(HWND owner, const DialogServices& services) {
     DeviceListDialog context{.Services = services};
-    OpenDialog("ConfigDevicesBox", owner, ConfigDevicesDlgBox, &context);
+    OpenDialogOf(ServerFile::Setup, "ConfigDevicesBox", owner, ConfigDevicesDlgBox, &context);
 }
 
 INT_PTR CALLBACK ConfigDevicesDlgBox(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {

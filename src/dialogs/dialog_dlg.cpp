@@ -240,6 +240,13 @@ INT_PTR OpenDialog(const char* templateName, HWND owner, DLGPROC procedure, void
     return result > 0 ? result : IDCANCEL;
 }
 
+INT_PTR OpenDialogOf(ServerFile file, const char* templateName, HWND owner, DLGPROC procedure, void* context) {
+    SetStatusLine(ReadOnlyText(PathOf(file)), 2);
+    const INT_PTR result = OpenDialog(templateName, owner, procedure, context);
+    SetStatusLine("", 2);
+    return result;
+}
+
 HWND CreatePlannedDialog(OpenedDialog& opened, HWND owner, DLGPROC procedure) {
     const DialogTemplate resource = opened.Load(owner);
     if (resource.empty()) return nullptr;

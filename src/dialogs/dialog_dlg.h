@@ -21,6 +21,7 @@
 #include "dialogs/icon_dlg.h"
 #include "dialogs/layout_dlg.h"
 #include "platform/program.h"
+#include "shell/server_files.h"
 
 namespace bv {
 
@@ -167,6 +168,10 @@ INT_PTR FollowPlan(const DialogPlan<Context>& plan, const DialogMessage& message
 // Runs a modal dialog; its context must be what the procedure's plan expects. Returns what the dialog ended with, or
 // IDCANCEL when there is no such template.
 INT_PTR OpenDialog(const char* templateName, HWND owner, DLGPROC procedure, void* context);
+
+// The same for a dialog that changes a file of the server; status line 2 says meanwhile when the file may not be
+// written.
+INT_PTR OpenDialogOf(ServerFile file, const char* templateName, HWND owner, DLGPROC procedure, void* context);
 
 // Makes a dialog that is not modal, or a page inside another; none when there is no such template. The opened dialog
 // must live as long as the window.

@@ -34,6 +34,30 @@ void PrinterSlots::Begin(HWND page, std::span<const PrinterSlot> slots, FieldRec
     list_->Refill([] { return true; });
     shown_ = 0;
     ShowFieldsOf(slots_.front());
+    TakeUp(page, *this);
+}
+
+bool PrinterSlots::Answer(const DialogMessage& message, INT_PTR&) {
+    struct Command {
+        int Control;
+        int Code;
+        void (PrinterSlots::*Do)();
+    };
+    static constexpr Command kCommands[] = {
+        {ID_PRINT_SLOTS, kListSelected, &PrinterSlots::ShowSelected},
+        {ID_PRINT_PRINTER, CBN_EDITCHANGE, &PrinterSlots::ChangePrinter},
+        {ID_PRINT_PRINTER, CBN_SELCHANGE, &PrinterSlots::TakeListedPrinter},
+        {ID_PRINT_PRINTER, CBN_DROPDOWN, &PrinterSlots::OfferPrinters},
+        {ID_PRINT_BIN, CBN_DROPDOWN, &PrinterSlots::OfferBins},
+        {ID_PRINT_PAPER, CBN_DROPDOWN, &PrinterSlots::OfferPapers},
+        {ID_PRINT_CHOOSE, BN_CLICKED, &PrinterSlots::ChoosePrinter},
+        {ID_PRINT_CLEAR, BN_CLICKED, &PrinterSlots::ClearPrinter},
+    };
+    CommandCode code{};
+    if (!ReadCommand(message, code) || !OpenedOf(page_)->IsFilled()) return false;
+    for (const Command& command : kCommands)
+        if (command.Control == code.Control && command.Code == code.Notification) (this->*command.Do)();
+    return false;
 }
 
 void PrinterSlots::ShowFieldsOf(const PrinterSlot& slot) {
@@ -106,7 +130,7 @@ void PrinterSlots::TakeListedPrinter() {
     ChangePrinter();
 }
 
-void PrinterSlots::OfferPrinters() const {
+void PrinterSlots::OfferPrinters() {
     const WaitCursor wait;
     std::vector<std::string> names;
     for (const OfferedPrinter& printer : bv::OfferPrinters(PrinterSource::FaxServer, PrinterReading::Kept))
@@ -114,12 +138,12 @@ void PrinterSlots::OfferPrinters() const {
     Offer(page_, ID_PRINT_PRINTER, names);
 }
 
-void PrinterSlots::OfferBins() const {
+void PrinterSlots::OfferBins() {
     const WaitCursor wait;
     Offer(page_, ID_PRINT_BIN, TraysOf(GetText(page_, ID_PRINT_PRINTER)).Bins);
 }
 
-void PrinterSlots::OfferPapers() const {
+void PrinterSlots::OfferPapers() {
     const WaitCursor wait;
     Offer(page_, ID_PRINT_PAPER, TraysOf(GetText(page_, ID_PRINT_PRINTER)).Papers);
 }

@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 
+#include "dialogs/dialog_dlg.h"
 #include "dialogs/fields_dlg.h"
 #include "dialogs/list_view_dlg.h"
 
@@ -21,7 +22,8 @@ struct PrinterSlot {
     std::span<const std::string_view> SquashWords;
 };
 
-class PrinterSlots : public RowModel {
+// To its page it leaves that another slot is selected, when that slot's controls are filled.
+class PrinterSlots : public RowModel, public DialogPart {
   public:
     // Takes up the page's controls while it is filled; what stands for a slot without a printer.
     void Begin(HWND page, std::span<const PrinterSlot> slots, FieldRecord& record, std::string empty);
@@ -29,17 +31,7 @@ class PrinterSlots : public RowModel {
     // Takes the selected slot's controls. Returns the control of the first fault, after its message, or 0.
     int Take();
 
-    // Commands of the page: another slot is selected, its printer is typed, chosen, or taken away.
-    void ShowSelected();
-    void ChangePrinter();
-    void ClearPrinter();
-    void ChoosePrinter();
-    void TakeListedPrinter();
-
-    // A list drops down: has it offer the fax server's printers, or the bins and papers of the printer.
-    void OfferPrinters() const;
-    void OfferBins() const;
-    void OfferPapers() const;
+    bool Answer(const DialogMessage& message, INT_PTR& result) override;
 
     [[nodiscard]] std::size_t Count() const override { return slots_.size(); }
     [[nodiscard]] std::size_t Columns() const override { return 5; }
@@ -48,6 +40,17 @@ class PrinterSlots : public RowModel {
   private:
     [[nodiscard]] std::vector<FieldControl> FieldsOf(const PrinterSlot& slot) const;
     void EnableFields() const;
+    void ShowSelected();
+    void ChangePrinter();
+    void ClearPrinter();
+    void ChoosePrinter();
+    void TakeListedPrinter();
+
+    // A list drops down: has it offer the fax server's printers, or the bins and papers of the printer.
+    void OfferPrinters();
+    void OfferBins();
+    void OfferPapers();
+
     void ShowFieldsOf(const PrinterSlot& slot);
 
     HWND page_ = nullptr;

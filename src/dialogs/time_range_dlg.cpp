@@ -133,7 +133,8 @@ bool TimeRangeField::Answer(const DialogMessage& message, INT_PTR&) {
 }
 
 // Up and Down a minute, PgUp and PgDn an hour.
-LRESULT CALLBACK TimeRangeField::TimeKeys(HWND edit, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id, DWORD_PTR) {
+LRESULT CALLBACK TimeRangeField::TimeKeys(HWND edit, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
+                                          DWORD_PTR) {
     struct Step {
         WPARAM Key;
         int Minutes;

@@ -223,27 +223,12 @@ int TakePrinters(HWND, Context& context) { return context.Printers.Take(); }
 
 // What the controls said of the printer until now has been taken; to look at another one is no change.
 void SelectSlot(HWND page, Context& context) {
-    context.Printers.ShowSelected();
     if (TakeFields(page, kPrintFields, context.Fields) == 0 && context.Printers.Take() == 0)
         context.Pages.NoteAsFilled(page);
 }
-void ChangePrinter(HWND, Context& context) { context.Printers.ChangePrinter(); }
-void ClearPrinter(HWND, Context& context) { context.Printers.ClearPrinter(); }
-void PressChoosePrinter(HWND, Context& context) { context.Printers.ChoosePrinter(); }
-void TakeListedPrinter(HWND, Context& context) { context.Printers.TakeListedPrinter(); }
-void DropPrinters(HWND, Context& context) { context.Printers.OfferPrinters(); }
-void DropBins(HWND, Context& context) { context.Printers.OfferBins(); }
-void DropPapers(HWND, Context& context) { context.Printers.OfferPapers(); }
 
 constexpr DialogCommand<Context> kPrintCommands[] = {
     {ID_PRINT_SLOTS, kListSelected, SelectSlot},
-    {ID_PRINT_PRINTER, CBN_EDITCHANGE, ChangePrinter},
-    {ID_PRINT_PRINTER, CBN_SELCHANGE, TakeListedPrinter},
-    {ID_PRINT_PRINTER, CBN_DROPDOWN, DropPrinters},
-    {ID_PRINT_BIN, CBN_DROPDOWN, DropBins},
-    {ID_PRINT_PAPER, CBN_DROPDOWN, DropPapers},
-    {ID_PRINT_CHOOSE, BN_CLICKED, PressChoosePrinter},
-    {ID_PRINT_CLEAR, BN_CLICKED, ClearPrinter},
 };
 constexpr OptionRows kPrinting{.Page = OptionPage::Printing,
                                .Template = "OptionsPrintBox",

@@ -67,7 +67,9 @@ bool OptionsEntry::Load() {
 
 void OptionsEntry::SayAbsent() const {
     const std::size_t count = CountAbsent();
-    SetStatusLine(count == 0 ? std::string() : FillMessage(kSettingsAbsent, PathOf(ServerFile::Setup), count), 2);
+    std::string text = ReadOnlyText(PathOf(ServerFile::Setup));
+    if (text.empty() && count != 0) text = FillMessage(kSettingsAbsent, PathOf(ServerFile::Setup), count);
+    SetStatusLine(text, 2);
 }
 
 std::optional<std::string> OptionsEntry::Enter(const OptionKey& key, std::string_view text) {

@@ -29,7 +29,8 @@ class OptionsEntry {
     // Whether a value is another one than when it was read.
     [[nodiscard]] bool IsChanged() const;
 
-    // How many of the keys that can be written the file does not have; and 9303 in status line 2 when there are any.
+    // How many of the keys that can be written the file does not have; and 9303 in status line 2 when there are any, or
+    // 9206 for a file that may not be written.
     [[nodiscard]] std::size_t CountAbsent() const;
     void SayAbsent() const;
 

@@ -130,6 +130,9 @@ class FileSystem {
     // What stands at the path. None also when that cannot be told: whether there is certainly no file, an opening says.
     virtual std::optional<FileInfo> Find(const std::string& path) = 0;
 
+    // False for a file that is read-only or that the person has no right to write; that others hold it is no reason.
+    virtual bool IsWritable(const std::string& /*path*/) { return true; }
+
     // Adds the names of the files (no directories) that match a pattern of "*" and "?" without regard to case, in
     // alphabetical order. NotFound: there is no such directory. With any error no name is added.
     virtual FileError ReadDirectory(const std::string& directory, std::string_view pattern,

@@ -253,7 +253,7 @@ constexpr DialogPlan<InwardDialog> kPlan{HELP_INWARD, FillInward, kCommands, kAn
 
 void ConfigureRouting(HWND owner) {
     InwardDialog context;
-    OpenDialog("ConfigRoutingBox", owner, ConfigRoutingDlgBox, &context);
+    OpenDialogOf(ServerFile::Routing, "ConfigRoutingBox", owner, ConfigRoutingDlgBox, &context);
 }
 
 INT_PTR CALLBACK ConfigRoutingDlgBox(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {

@@ -2,6 +2,9 @@
 
 #include <cstddef>
 
+#include "platform/files.h"
+#include "voice/messages.h"
+
 namespace bv {
 namespace {
 
@@ -34,6 +37,10 @@ const FileNames& NamesOf(ServerFile file) { return kFiles[static_cast<std::size_
 std::string_view NameOf(ServerFile file) { return NamesOf(file).Name; }
 
 std::string PathOf(ServerFile file) { return DatabaseFile(NameOf(file)); }
+
+std::string ReadOnlyText(const std::string& path) {
+    return platform::Files().IsWritable(path) ? std::string() : FillMessage(kFileIsReadOnly, path);
+}
 
 ReplacedFile ReplacedFileOf(ServerFile file, const ServerPaths& paths) {
     const FileNames& names = NamesOf(file);

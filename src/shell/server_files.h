@@ -28,6 +28,9 @@ enum class ServerFile {
 std::string_view NameOf(ServerFile file);
 std::string PathOf(ServerFile file);
 
+// That a file may not be written, in a sentence for the second status line; empty for one that may, or is not there.
+std::string ReadOnlyText(const std::string& path);
+
 // The file as its editor replaces it, in the editor's spelling ("Setup.ini"), with the name of its new text. Only of
 // files that are replaced as wholes.
 ReplacedFile ReplacedFileOf(ServerFile file, const ServerPaths& paths = Paths());

@@ -228,7 +228,7 @@ constexpr DialogPlan<UserListDialog> kPlan{HELP_USERS, FillUsers, kCommands, kAn
 
 void ConfigureUsers(HWND owner, const DialogServices& services) {
     UserListDialog context{.Services = services};
-    OpenDialog("EnumerateUsersBox", owner, EnumerateUsersDlgBox, &context);
+    OpenDialogOf(ServerFile::UserList, "EnumerateUsersBox", owner, EnumerateUsersDlgBox, &context);
 }
 
 INT_PTR CALLBACK EnumerateUsersDlgBox(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {

@@ -294,29 +294,14 @@ int TakePrint(HWND page, UserDialog& context) {
 
 // To look at another printer is no change.
 void SelectSlot(HWND page, UserDialog& context) {
-    context.Printers.ShowSelected();
     if (TakePrint(page, context) == 0 && context.Entry.After() == context.Entry.Before())
         context.Pages.NoteAsFilled(page);
 }
-void ChangePrinter(HWND, UserDialog& context) { context.Printers.ChangePrinter(); }
-void ClearPrinter(HWND, UserDialog& context) { context.Printers.ClearPrinter(); }
-void PressChoosePrinter(HWND, UserDialog& context) { context.Printers.ChoosePrinter(); }
-void TakeListedPrinter(HWND, UserDialog& context) { context.Printers.TakeListedPrinter(); }
-void DropPrinters(HWND, UserDialog& context) { context.Printers.OfferPrinters(); }
-void DropBins(HWND, UserDialog& context) { context.Printers.OfferBins(); }
-void DropPapers(HWND, UserDialog& context) { context.Printers.OfferPapers(); }
 void ChooseSent(HWND page, UserDialog&) { EnableWords(page, kSentOption); }
 void ChooseRecd(HWND page, UserDialog&) { EnableWords(page, kRecdOption); }
 
 constexpr DialogCommand<UserDialog> kPrintCommands[] = {
     {ID_PRINT_SLOTS, kListSelected, SelectSlot},
-    {ID_PRINT_PRINTER, CBN_EDITCHANGE, ChangePrinter},
-    {ID_PRINT_PRINTER, CBN_SELCHANGE, TakeListedPrinter},
-    {ID_PRINT_PRINTER, CBN_DROPDOWN, DropPrinters},
-    {ID_PRINT_BIN, CBN_DROPDOWN, DropBins},
-    {ID_PRINT_PAPER, CBN_DROPDOWN, DropPapers},
-    {ID_PRINT_CHOOSE, BN_CLICKED, PressChoosePrinter},
-    {ID_PRINT_CLEAR, BN_CLICKED, ClearPrinter},
     {ID_PRINT_SENT_DEFAULT, BN_CLICKED, ChooseSent},
     {ID_PRINT_RECD_DEFAULT, BN_CLICKED, ChooseRecd},
 };

@@ -165,7 +165,11 @@ class Race:
     def text(self):
         """What lies there, once and under its name in any case, when nobody is at work."""
         directory = pathlib.Path(self.servers[0]) / DATABASE
-        files = [path for path in directory.iterdir() if path.name.upper() == self.file.upper()]
+        found = list(directory.iterdir())
+        for path in found:
+            if path.name.startswith("rf") and path.suffix == ".tmp":
+                path.unlink(missing_ok=True)  # left empty by Wine's ReplaceFile, each time a reader makes it fail
+        files = [path for path in found if path.name.upper() == self.file.upper()]
         if len(files) != 1:
             self.faults.append(f"{len(files)} files of the name {self.file}")
         return files[0].read_bytes().decode("latin-1") if files else ""

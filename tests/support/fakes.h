@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -75,11 +76,13 @@ class FakePrinters final : public platform::Printers {
     bool There = true;
     std::map<std::string, platform::PrinterListing> Lists; // "" the workstation's
     std::vector<std::string> Asked;
+    std::function<void()> WhileAsked = [] {};
 
     bool IsThere() override { return There; }
     platform::PrinterListing Installed() override { return Of(""); }
     platform::PrinterListing Of(const std::string& computer) override {
         Asked.push_back(computer);
+        WhileAsked();
         return Lists[computer];
     }
     std::vector<std::string> Bins(const std::string& name) override { return {"upper of " + name}; }

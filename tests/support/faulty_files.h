@@ -43,6 +43,7 @@ class FaultyFiles final : public platform::FileSystem {
     platform::FileError Rename(const std::string& from, const std::string& to) override;
     platform::FileError Replace(const std::string& from, const std::string& to) override;
     std::optional<platform::FileInfo> Find(const std::string& path) override;
+    bool IsWritable(const std::string& path) override { return wrapped_.IsWritable(path); }
     platform::FileError ReadDirectory(const std::string& directory, std::string_view pattern,
                                       std::vector<std::string>& names) override;
     platform::FileError MakeDirectory(const std::string& path) override;

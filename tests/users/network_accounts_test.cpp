@@ -3,6 +3,8 @@
 
 #include <gmock/gmock.h>
 
+#include <functional>
+
 #include "shell/startup.h"
 #include "support/memory_server.h"
 
@@ -36,12 +38,13 @@ class NetworkUsers : public testing::Test {
     }
     ~NetworkUsers() override { Startup() = {}; }
 
-    NetworkAccounts Read(bool unlistedOnly) {
+    NetworkAccounts Read(
+        bool unlistedOnly, const std::function<bool(std::size_t)>& goOn = [](std::size_t) { return true; }) {
         NetworkAccounts accounts;
         ListedNames listed;
         EXPECT_TRUE(ReadListedNames(listed));
         accounts.Begin(std::move(listed), unlistedOnly);
-        ReadNetworkAccounts("DC1", accounts, [](std::size_t) { return true; });
+        ReadNetworkAccounts("DC1", accounts, goOn);
         return accounts;
     }
 
@@ -95,6 +98,17 @@ TEST_F(NetworkUsers, AreTickedUnlessTheyAreListedOrCannotBeWritten) {
     EXPECT_EQ(accounts.Count(), 3u);
     EXPECT_EQ(accounts.RowOfTicked(1), 2u);
     EXPECT_THAT(Server.Front.Said, Contains("status 1: Reading the users of \\\\DC1"));
+}
+
+TEST_F(NetworkUsers, AreKeptAsFarAsTheyWereReadWhenThatIsStopped) {
+    std::vector<std::size_t> told;
+    const auto stopAtTheSecondPage = [&](std::size_t read) {
+        told.push_back(read);
+        return told.size() < 2;
+    };
+    EXPECT_EQ(Read(false, stopAtTheSecondPage).Count(), 4u);
+    EXPECT_THAT(told, ElementsAre(2u, 4u));
+    EXPECT_THAT(Server.Front.Said, Not(Contains(StartsWith("error"))));
 }
 
 TEST_F(NetworkUsers, ThatCannotAllBeReadAreKeptAndItIsSaid) {

@@ -296,6 +296,11 @@ class PosixFileSystem final : public FileSystem {
                         IsLink(*host)};
     }
 
+    bool IsWritable(const std::string& path) override {
+        const HostPath host = ToHostPath(path);
+        return !host || access(host->c_str(), W_OK) == 0 || (errno != EACCES && errno != EROFS && errno != EPERM);
+    }
+
     FileError ReadDirectory(const std::string& directory, std::string_view pattern,
                             std::vector<std::string>& names) override {
         const HostPath host = ToHostPath(directory);

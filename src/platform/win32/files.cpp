@@ -247,6 +247,17 @@ class WindowsFileSystem final : public FileSystem {
                         IsLink(path, data.dwFileAttributes)};
     }
 
+    // The right to write attributes goes with that to write, and to ask for it keeps no other program out.
+    bool IsWritable(const std::string& path) override {
+        const DWORD attributes = GetFileAttributesA(path.c_str());
+        if (IsAbsent(path) || attributes == INVALID_FILE_ATTRIBUTES) return true;
+        if ((attributes & FILE_ATTRIBUTE_READONLY) != 0) return false;
+        const Handle handle(CreateFileA(path.c_str(), FILE_WRITE_ATTRIBUTES,
+                                        FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
+                                        0, nullptr));
+        return handle.IsOpen() || GetLastError() != ERROR_ACCESS_DENIED;
+    }
+
     // The pattern is matched here: the system's own search also looks at short names, where "*.G3?" finds "*.G3XY".
     FileError ReadDirectory(const std::string& directory, std::string_view pattern,
                             std::vector<std::string>& names) override {
