@@ -241,9 +241,10 @@ INT_PTR OpenDialog(const char* templateName, HWND owner, DLGPROC procedure, void
 }
 
 INT_PTR OpenDialogOf(ServerFile file, const char* templateName, HWND owner, DLGPROC procedure, void* context) {
-    SetStatusLine(ReadOnlyText(PathOf(file)), 2);
+    const std::string readOnly = ReadOnlyText(PathOf(file));
+    if (!readOnly.empty()) SetStatusLine(readOnly, 2);
     const INT_PTR result = OpenDialog(templateName, owner, procedure, context);
-    SetStatusLine("", 2);
+    if (!readOnly.empty()) SetStatusLine("", 2);
     return result;
 }
 
