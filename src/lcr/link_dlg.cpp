@@ -14,7 +14,7 @@
 namespace bv {
 namespace {
 
-constexpr ListColumn kStateTitles[] = {{"Key", 84}, {"Value", 60}};
+constexpr ListColumn kStateTitles[] = {{"Key", 96}, {"Value", 56}};
 constexpr ListPlan kStatePlan{.List = ID_LINK_STATE, .Columns = kStateTitles, .IsSorted = false};
 
 struct LinkDialog {

@@ -17,6 +17,7 @@ namespace {
 
 constexpr std::string_view kHeader = "[BRIVANE]\r\nType: LinkDatabase\r\nRevision: A\r\n\r\n";
 constexpr std::string_view kLinkHeader = "[LINK]";
+constexpr std::string_view kDelayKey = "LinkDelay:";
 constexpr std::string_view kConnectionKey = "ConnectionStatus:";
 constexpr std::string_view kConnectionOn = "ConnectionStatus: ON\r\n";
 constexpr std::string_view kFirstStatus =
@@ -100,7 +101,7 @@ const std::array kLinkKeys = {
     LinkKey{TextRow<&LinkRecord::Password>("LinkPassword:", 99, ValueRule::Form::Password), true},
     LinkKey{SwitchRow<&LinkRecord::ReceiveEnabled, true>("ReceiveEnabled:")},
     LinkKey{SwitchRow<&LinkRecord::SendEnabled, true>("SendEnabled:")},
-    LinkKey{{"LinkDelay:", HourMinuteRule(), DelayText, StoreTime<&LinkRecord::Delay>}},
+    LinkKey{{kDelayKey, HourMinuteRule(), DelayText, StoreTime<&LinkRecord::Delay>}},
     LinkKey{{"LocalWatchdogFreq:", HourMinuteRule(),
              [](const LinkRecord& link) { return FormatHourMinute(link.WatchdogFrequency); },
              StoreTime<&LinkRecord::WatchdogFrequency>}},
@@ -235,6 +236,9 @@ bool StoreNewIdentifier(LinkRecord& link, std::string_view text) {
     return true;
 }
 
+// A delay is shown as other times are.
+std::string ShownDelay(const LinkRecord& link) { return FormatHourMinute(link.Delay); }
+
 // An empty switch in the file is on; entered, it is unset, as it is shown, and then not written.
 template <Switch LinkRecord::*Member>
 constexpr KeyField<LinkRecord> EnteredSwitch(std::string_view key) {
@@ -245,7 +249,8 @@ constexpr KeyField<LinkRecord> EnteredSwitch(std::string_view key) {
                 return true;
             }};
 }
-constexpr KeyField<LinkRecord> kEnteredOtherwise[] = {
+const KeyField<LinkRecord> kEnteredOtherwise[] = {
+    {kDelayKey, HourMinuteRule(), ShownDelay, StoreTime<&LinkRecord::Delay>},
     EnteredSwitch<&LinkRecord::ReceiveEnabled>("ReceiveEnabled:"),
     EnteredSwitch<&LinkRecord::SendEnabled>("SendEnabled:"),
 };
@@ -338,7 +343,8 @@ std::span<const std::string_view> LinkNoteKeys() { return kStatusKeys; }
 std::string DescribeState(const LinkNotes& notes) {
     const auto& [remoteRun, localRun, remote, local, connection] = notes;
     std::string state = local.empty() ? remote : local;
-    if (!connection.empty()) state += (state.empty() ? "connection " : ", connection ") + connection;
+    if (!connection.empty() && !ParseBool(connection).value_or(false))
+        state += (state.empty() ? "connection " : ", connection ") + connection;
     return state.empty() ? "-" : state;
 }
 

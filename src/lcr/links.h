@@ -77,7 +77,7 @@ inline constexpr std::size_t kLinkNotes = 5;
 using LinkNotes = std::array<std::string, kLinkNotes>;
 std::span<const std::string_view> LinkNoteKeys();
 
-// "LINKUP, connection ON", or "-" when the server has noted nothing.
+// "LINKUP", with "connection OFF" behind it when that is noted as not on; "-" when the server has noted nothing.
 std::string DescribeState(const LinkNotes& notes);
 
 // The notes of the links that can be read, by their places in the file, and how many paragraphs are no such link. False

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "dialogs/list_view_dlg.h"
+#include "dialogs/live_text_dlg.h"
 #include "lcr/link_dlg.h"
 #include "lcr/link_rows.h"
 #include "resources/ids.h"
@@ -13,9 +14,9 @@ namespace {
 constexpr int kActions[] = {ID_LINKS_ADD, ID_LINKS_EDIT, ID_LINKS_CLONE, ID_LINKS_DELETE};
 
 // In the order of LinkColumn.
-constexpr ListColumn kTitles[] = {{"ID", 48},          {"Description", 66}, {"Type", 40},  {"Address", 86},
-                                  {"Send", 30},        {"Receive", 34},     {"Delay", 28}, {"State (run time)", 82},
-                                  {"Rules", 26, true}, {"Remark", 110}};
+constexpr ListColumn kTitles[] = {{"ID", 44},          {"Description", 58}, {"Type", 46},  {"Address", 80},
+                                  {"Send", 28},        {"Receive", 38},     {"Delay", 28}, {"State (run time)", 62},
+                                  {"Rules", 28, true}, {"Remark", 48}};
 static_assert(std::size(kTitles) == kLinkColumns);
 constexpr ListPlan kListPlan{.List = ID_LINKS_LIST,
                              .Columns = kTitles,
@@ -32,9 +33,13 @@ struct LinksDialog {
     ListView List{Rows, kListPlan};
 };
 
-void EnableButtons(HWND dialog, LinksDialog& context) {
-    for (const int button : {ID_LINKS_EDIT, ID_LINKS_CLONE, ID_LINKS_DELETE})
-        EnableControl(dialog, button, context.List.HasOneSelected());
+// What can be done with the selected link, and what is wrong with it.
+void FollowSelection(HWND dialog, LinksDialog& context) {
+    const bool hasOne = context.List.HasOneSelected();
+    for (const int button : {ID_LINKS_EDIT, ID_LINKS_CLONE, ID_LINKS_DELETE}) EnableControl(dialog, button, hasOne);
+    const std::string_view remark =
+        hasOne ? context.Rows.Text(context.List.Selected().front(), kLinkRemark) : std::string_view();
+    ShowLiveText(GetDlgItem(dialog, ID_LINKS_REMARK), std::string(remark));
 }
 
 void ListLinks(HWND dialog, LinksDialog& context) {
@@ -42,11 +47,12 @@ void ListLinks(HWND dialog, LinksDialog& context) {
         FillLinkRows(context.Edit, context.Facts, context.Rows);
         return true;
     });
-    EnableButtons(dialog, context);
+    FollowSelection(dialog, context);
 }
 
 void FillLinks(HWND dialog, LinksDialog& context) {
     SetText(dialog, ID_LINKS_HINT, DescribeUnreadable(context.Facts));
+    MakeLive(GetDlgItem(dialog, ID_LINKS_REMARK));
     context.List.Begin(dialog);
     ListLinks(dialog, context);
     FocusControl(dialog, context.Edit.Links.empty() ? ID_LINKS_ADD : ID_LINKS_LIST);
@@ -87,16 +93,21 @@ void SaveLinksOfDialog(HWND dialog, LinksDialog& context) {
 
 bool IsChanged(HWND, const LinksDialog& context) { return context.Edit.Links != context.Edit.Before; }
 
-constexpr DialogCommand<LinksDialog> kCommands[] = {
-    {ID_LINKS_LIST, kListSelected, EnableButtons}, {ID_LINKS_LIST, kListOpen, PressEdit},
-    {ID_LINKS_LIST, kListRename, PressEdit},       {ID_LINKS_LIST, kListAdd, PressAdd},
-    {ID_LINKS_LIST, kListDelete, PressDelete},     {ID_LINKS_ADD, BN_CLICKED, PressAdd},
-    {ID_LINKS_EDIT, BN_CLICKED, PressEdit},        {ID_LINKS_CLONE, BN_CLICKED, PressClone},
-    {ID_LINKS_DELETE, BN_CLICKED, PressDelete},    {IDOK, BN_CLICKED, SaveLinksOfDialog},
-    {IDCANCEL, BN_CLICKED, EndWithCancel}};
+constexpr DialogCommand<LinksDialog> kCommands[] = {{ID_LINKS_LIST, kListSelected, FollowSelection},
+                                                    {ID_LINKS_LIST, kListOpen, PressEdit},
+                                                    {ID_LINKS_LIST, kListRename, PressEdit},
+                                                    {ID_LINKS_LIST, kListAdd, PressAdd},
+                                                    {ID_LINKS_LIST, kListDelete, PressDelete},
+                                                    {ID_LINKS_ADD, BN_CLICKED, PressAdd},
+                                                    {ID_LINKS_EDIT, BN_CLICKED, PressEdit},
+                                                    {ID_LINKS_CLONE, BN_CLICKED, PressClone},
+                                                    {ID_LINKS_DELETE, BN_CLICKED, PressDelete},
+                                                    {IDOK, BN_CLICKED, SaveLinksOfDialog},
+                                                    {IDCANCEL, BN_CLICKED, EndWithCancel}};
 constexpr Anchor kAnchors[] = {{ID_LINKS_LIST, kGrowsBoth},
                                {ID_LINKS_HINT, kGrowsAcross},
-                               {ID_LINKS_COUNT, kMovesDown | kGrowsAcross},
+                               {ID_LINKS_COUNT, kMovesDown},
+                               {ID_LINKS_REMARK, kMovesDown | kGrowsAcross},
                                {ID_LINKS_ADD, kMovesDown},
                                {ID_LINKS_EDIT, kMovesDown},
                                {ID_LINKS_CLONE, kMovesDown},

@@ -102,7 +102,7 @@ TEST(Links, HaveTheStateThatTheServerNotes) {
     EXPECT_EQ(noted.Unreadable, 1U);
     EXPECT_EQ(noted.Notes[0], (LinkNotes{"3.7", "", "", "", "OFF"}));
     EXPECT_EQ(DescribeState(noted.Notes[0]), "connection OFF");
-    EXPECT_EQ(DescribeState({"", "", "DOWN", "UP", "ON"}), "UP, connection ON");
+    EXPECT_EQ(DescribeState({"", "", "DOWN", "UP", "ON"}), "UP");
     EXPECT_EQ(DescribeState({}), "-");
 }
 
