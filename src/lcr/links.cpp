@@ -351,14 +351,15 @@ std::string DescribeState(const LinkNotes& notes) {
 bool ReadLinkNotes(NotedLinks& links) {
     links = {};
     const std::optional<TextOfFile> file = ReadReplacedFile(LinkFile());
-    for (const std::string_view paragraph : ParagraphsOf(file.value_or(TextOfFile()).Text)) {
+    if (!file) return false;
+    for (const std::string_view paragraph : ParagraphsOf(file->Text)) {
         LinkRecord link;
         if (BeginsWith(paragraph, kLinkHeader) && ReadLink(paragraph, link))
             links.Notes.push_back(NotesIn(paragraph));
         else if (!BeginsWith(paragraph, "[BRIVANE]"))
             ++links.Unreadable;
     }
-    return file.has_value();
+    return true;
 }
 
 std::string LinkParagraph(const LinkRecord& link, std::string_view oldParagraph) {

@@ -15,8 +15,8 @@ constexpr int kActions[] = {ID_LINKS_ADD, ID_LINKS_EDIT, ID_LINKS_CLONE, ID_LINK
 
 // In the order of LinkColumn.
 constexpr ListColumn kTitles[] = {{"ID", 44},          {"Description", 58}, {"Type", 46},  {"Address", 80},
-                                  {"Send", 28},        {"Receive", 38},     {"Delay", 28}, {"State (run time)", 62},
-                                  {"Rules", 28, true}, {"Remark", 48}};
+                                  {"Send", 28},        {"Receive", 38},     {"Delay", 28}, {"State (run time)", 66},
+                                  {"Rules", 28, true}, {"Remark", 44}};
 static_assert(std::size(kTitles) == kLinkColumns);
 constexpr ListPlan kListPlan{.List = ID_LINKS_LIST,
                              .Columns = kTitles,

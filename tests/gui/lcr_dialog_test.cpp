@@ -323,6 +323,7 @@ TEST_F(LcrDialogs, LinksAreWorkedByKeyboardAndWatchTheFile) {
         EXPECT_THAT(Entries(list, ID_LINKS_LIST).at(1),
                     HasSubstr("\tE-mail\tleeds-fax@example.com\ton\ton\t02:05\tLINKSHUTDOWN\t1\t"));
         EXPECT_THAT(Entries(list, ID_LINKS_LIST).at(2), HasSubstr("not set\t01:00\t-\t2\tYou must specify a Brivane"));
+        EXPECT_EQ(Text(list, ID_LINKS_HINT), "");
         FocusControlOf(list, ID_LINKS_LIST);
         Key(VK_END);
         EXPECT_TRUE(Until([&] { return Text(list, ID_LINKS_REMARK).starts_with("You must specify a Brivane"); }));
