@@ -179,6 +179,27 @@ TEST_F(OptionDialogs, EachControlChangesItsLineAndNoOther) {
     }
 }
 
+TEST_F(OptionDialogs, TheOffpeakWeekIsInWordsAsTheTimesAreTyped) {
+    WithOptions([&](HWND dialog, const Windows&) {
+        const HWND page = ShowPage(dialog, OffpeakTimes);
+        const auto says = [&](const char* words) {
+            return Until([&] {
+                return Text(page, ID_OFFPEAK + kTimeWords) == words && Text(page, ID_OFFPEAK + kTimePicture) == words;
+            });
+        };
+        EXPECT_TRUE(says("MON-FRI 00:00-08:00 18:00-24:00, SAT-SUN all day"));
+        Click(page, ID_OFFPEAK + kTimeMonday + 1);
+        SetTextOf(page, ID_OFFPEAK + kTimeAfter, "1930");
+        EXPECT_TRUE(says("MON 00:00-08:00 19:30-24:00, TUE all day, WED-FRI 00:00-08:00 19:30-24:00, SAT-SUN all day"));
+        SetTextOf(page, ID_OFFPEAK + kTimeAfter, "19:");
+        EXPECT_TRUE(says("not known"));
+        Click(page, ID_OFFPEAK + kTimeAny);
+        EXPECT_TRUE(says("never"));
+        Click(dialog, IDOK);
+        EXPECT_TRUE(IsClosed(dialog));
+    });
+}
+
 TEST_F(OptionDialogs, OkWithoutAChangeAndCancelWriteNothing) {
     WithOptions([&](HWND dialog, const Windows&) {
         for (int page = 0; page <= static_cast<int>(TelephoneNumbers); ++page)
