@@ -22,6 +22,8 @@
 #include "dialogs/progress_dlg.h"
 #include "gui/disk_server.h"
 #include "gui/gui.h"
+#include "lcr/lcr_page_dlg.h"
+#include "lcr/links_dlg.h"
 #include "options/options_dialog_dlg.h"
 #include "options/options_dlg.h"
 #include "resources/ids.h"
@@ -33,6 +35,7 @@
 #include "shell/server_paths.h"
 #include "shell/startup.h"
 #include "support/fakes.h"
+#include "support/texts.h"
 #include "users/many_users_dlg.h"
 #include "users/network_users_dlg.h"
 #include "users/user_details_dlg.h"
@@ -298,6 +301,31 @@ void DrawOptions(const Painter& painter, HWND owner) {
     });
 }
 
+// Least-cost routing: its page, and the editors behind it.
+void DrawLcr(const Painter& painter, HWND owner, const DiskServer& server) {
+    static constexpr AreaPageMaker kPages[] = {[](FieldRecord& options) { return MakeLcrPage(options, {}); }};
+    const auto showPage = [](HWND dialog) {
+        Select(dialog, ID_OPTIONS_LIST, static_cast<int>(OptionPage::LeastCostRouting));
+        Until([&] { return Text(dialog, ID_OPTIONS_TITLE) == "Least-cost routing"; });
+    };
+    const auto settings = [&] { ConfigureOptions(owner, kPages); };
+    painter.Draw("lcr", "Brivane - server settings", settings, showPage);
+    const std::string setup = server.Files().Read("B-DB\\SETUP.INI");
+    server.Files().Write("B-DB\\SETUP.INI", test::Replaced(setup, "LCR: YES", "LCR: NO"));
+    painter.Draw("lcr-off", "Brivane - server settings", settings, showPage);
+    server.Files().Write("B-DB\\SETUP.INI", setup);
+    painter.Draw("lcr-general", "General settings", [&] { EditRouter(owner, nullptr); });
+    const auto links = [&] { EditLinks(owner); };
+    painter.Draw("lcr-links", "Links to remote servers", links);
+    for (const auto& [row, title] : {std::pair(0, "Link MUNICH"), std::pair(2, "Link AGENT")})
+        RunDriven(links, [&](const Windows& windows) {
+            const HWND list = windows.Wait("Links to remote servers");
+            Select(list, ID_LINKS_LIST, row);
+            Click(list, ID_LINKS_EDIT);
+            painter.DrawOpen(row == 0 ? "lcr-link" : "lcr-link-bare", windows.Wait(title));
+        });
+}
+
 void DrawBoxes(const Painter& painter) {
     painter.Draw("box-delete", FillMessage(kCaptionOfDelete), [] {
         AskFilled(kCaptionOfDelete, BoxIcon::Question,
@@ -342,6 +370,8 @@ int DrawPictures(const std::string& directory) {
     DrawRouting(painter, window.Handle(), server);
     Painter::Begin("Server settings");
     DrawOptions(painter, window.Handle());
+    Painter::Begin("Least-cost routing");
+    DrawLcr(painter, window.Handle(), server);
     Painter::Begin("Messages");
     DrawBoxes(painter);
     DrawProgress(painter, window.Handle());

@@ -30,6 +30,32 @@ int MinutesOf(const std::string& text) {
     return minutes < 60 && hours * 60 + minutes <= kMinutesADay ? hours * 60 + minutes : -1;
 }
 
+// Up and Down a minute, PgUp and PgDn an hour.
+LRESULT CALLBACK TimeKeys(HWND edit, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id, DWORD_PTR) {
+    struct Step {
+        WPARAM Key;
+        int Minutes;
+    };
+    static constexpr Step kSteps[] = {{VK_UP, 1}, {VK_DOWN, -1}, {VK_PRIOR, 60}, {VK_NEXT, -60}};
+    const auto* const step = std::ranges::find(kSteps, wParam, &Step::Key);
+    if (message == WM_KEYDOWN && step != std::end(kSteps)) {
+        char text[kLongestTime + 1] = "";
+        GetWindowTextA(edit, text, sizeof text);
+        const int minutes = (std::max(MinutesOf(text), 0) + step->Minutes + kMinutesADay) % kMinutesADay;
+        SetWindowTextA(edit, FormatText("%.2d:%.2d", minutes / 60, minutes % 60).c_str());
+        SendMessageA(edit, EM_SETSEL, 0, -1);
+        return 0;
+    }
+    if (message == WM_CHAR && wParam > ' ' && wParam != ':' && (wParam < '0' || wParam > '9')) return 0;
+    if (message == WM_KILLFOCUS) {
+        char text[kLongestTime + 1] = "";
+        GetWindowTextA(edit, text, sizeof text);
+        if (const std::string full = FullTime(text); full != text) SetWindowTextA(edit, full.c_str());
+    }
+    if (message == WM_NCDESTROY) RemoveWindowSubclass(edit, TimeKeys, id);
+    return DefSubclassProc(edit, message, wParam, lParam);
+}
+
 } // namespace
 
 std::string FullTime(const std::string& text) {
@@ -42,14 +68,16 @@ std::string FullTime(const std::string& text) {
     return digits.substr(0, 2) + ":" + digits.substr(2);
 }
 
+void GiveTimeKeys(HWND dialog, int control) {
+    SendDlgItemMessageA(dialog, control, EM_LIMITTEXT, kLongestTime, 0);
+    SetWindowSubclass(GetDlgItem(dialog, control), TimeKeys, 1, 0);
+}
+
 void TimeRangeField::Begin(HWND dialog, int base, const std::string& text, std::string_view atOnce) {
     dialog_ = dialog;
     base_ = base;
     atOnce_ = atOnce;
-    for (const int time : {kTimeAfter, kTimeBefore}) {
-        SendDlgItemMessageA(dialog, base + time, EM_LIMITTEXT, kLongestTime, 0);
-        SetWindowSubclass(GetDlgItem(dialog, base + time), TimeKeys, 1, 0);
-    }
+    for (const int time : {kTimeAfter, kTimeBefore}) GiveTimeKeys(dialog, base + time);
     if (GetDlgItem(dialog, base + kTimePicture) != nullptr) week_.Begin(dialog, base + kTimePicture, base + kTimeWords);
     Show(text);
     TakeUp(dialog, *this);
@@ -130,33 +158,6 @@ bool TimeRangeField::Answer(const DialogMessage& message, INT_PTR&) {
     if (code == BN_CLICKED && control == kTimeClearDays) CheckDays(0);
     if (code == BN_CLICKED || code == EN_CHANGE) Update();
     return true;
-}
-
-// Up and Down a minute, PgUp and PgDn an hour.
-LRESULT CALLBACK TimeRangeField::TimeKeys(HWND edit, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
-                                          DWORD_PTR) {
-    struct Step {
-        WPARAM Key;
-        int Minutes;
-    };
-    static constexpr Step kSteps[] = {{VK_UP, 1}, {VK_DOWN, -1}, {VK_PRIOR, 60}, {VK_NEXT, -60}};
-    const auto* const step = std::ranges::find(kSteps, wParam, &Step::Key);
-    if (message == WM_KEYDOWN && step != std::end(kSteps)) {
-        char text[kLongestTime + 1] = "";
-        GetWindowTextA(edit, text, sizeof text);
-        const int minutes = (std::max(MinutesOf(text), 0) + step->Minutes + kMinutesADay) % kMinutesADay;
-        SetWindowTextA(edit, FormatText("%.2d:%.2d", minutes / 60, minutes % 60).c_str());
-        SendMessageA(edit, EM_SETSEL, 0, -1);
-        return 0;
-    }
-    if (message == WM_CHAR && wParam > ' ' && wParam != ':' && (wParam < '0' || wParam > '9')) return 0;
-    if (message == WM_KILLFOCUS) {
-        char text[kLongestTime + 1] = "";
-        GetWindowTextA(edit, text, sizeof text);
-        if (const std::string full = FullTime(text); full != text) SetWindowTextA(edit, full.c_str());
-    }
-    if (message == WM_NCDESTROY) RemoveWindowSubclass(edit, TimeKeys, id);
-    return DefSubclassProc(edit, message, wParam, lParam);
 }
 
 } // namespace bv

@@ -49,14 +49,16 @@ class TimeRangeField : public DialogPart {
     void ChooseAtOnce();
     void CheckDays(std::uint16_t days);
     [[nodiscard]] std::string Time(int which) const;
-    static LRESULT CALLBACK TimeKeys(HWND edit, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
-                                     DWORD_PTR data);
 
     HWND dialog_ = nullptr;
     int base_ = 0;
     std::string atOnce_;
     WeekPicture week_;
 };
+
+// Gives an edit control for a time of day its keys: digits and colon, Up and Down for a minute, PgUp and PgDn for an
+// hour. What it holds is completed (FullTime) when it loses the focus.
+void GiveTimeKeys(HWND dialog, int control);
 
 // "130" and "1:30" as "01:30"; another text as it is.
 std::string FullTime(const std::string& text);

@@ -142,9 +142,9 @@ bool LockLcrEdit() {
     ShowError("LCR settings are being edited by another user.  Please try again later");
     // Who holds the file denies access to it; anything else is no other user's doing.
     if (notMade != FileError::None || lock.Error != FileError::AccessDenied)
-        ShowStatus(kLockFileUnusable, path, platform::ErrorWords(lock.Error));
+        SetStatusLine(FillMessage(kLockFileUnusable, path, platform::ErrorWords(lock.Error)), 2);
     else if (const std::optional<LcrHolder> holder = FindLcrHolder())
-        ShowStatus("%s", DescribeLcrHolder(*holder));
+        SetStatusLine(DescribeLcrHolder(*holder), 2);
     return false;
 }
 

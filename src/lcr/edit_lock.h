@@ -36,9 +36,9 @@ std::optional<LcrHolder> FindLcrHolder();
 std::string DescribeLcrHolder(const LcrHolder& holder);
 
 // Takes the lock, of which a process has one: makes the file when it is not there, and tries to open it every 100 ms
-// for 5 seconds. False after "LCR settings are being edited by another user.  Please try again later"; status 9344 then
-// says who that is if it is known. Where no user can be the reason, status 9103 says what the system said of which
-// file.
+// for 5 seconds. False after "LCR settings are being edited by another user.  Please try again later"; status line 2
+// then says who that is, if it is known (9344), or, where no user can be the reason, what the system said of which file
+// (9103).
 bool LockLcrEdit();
 
 // Releases the lock if it is held.

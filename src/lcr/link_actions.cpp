@@ -1,10 +1,14 @@
 #include "lcr/link_actions.h"
 
 #include <algorithm>
+#include <utility>
 
+#include "ctlfile/whole_file.h"
 #include "lcr/lcr_messages.h"
 #include "lcr/lcr_uses.h"
 #include "platform/ascii.h"
+#include "shell/server_files.h"
+#include "users/user_list.h"
 #include "voice/messages.h"
 
 namespace bv {
@@ -21,16 +25,34 @@ bool AgreeToNewIdentifier(std::string_view identifier) {
                       "\n\nChange ID?");
 }
 
-// Whether the link with these values can stand beside the others; false after a message.
-bool CheckLink(const LinkRecord& link, const LinkTable& others, const RouterSettings& router,
-               const EnteredValues& values) {
-    if (const auto fault = FaultOfLink(link, others, router)) {
-        ShowError(kFaultOf, fault->Key, fault->Message);
-        return false;
-    }
+// Without a list that can be read, anybody may be a user.
+bool IsUser(std::string_view name) {
+    if (name.empty() || IsMissing(PathOf(ServerFile::UserList))) return true;
+    UserList list;
+    return !list || list.Has(name, RecordKind::User) || !list.IsRead();
+}
+
+// Whether the values that have changed come back from the file; false after 9181.
+bool IsKept(const LinkRecord& before, const LinkRecord& link) {
     LinkRecord asRead;
     ReadLink(LinkParagraph(link, {}), asRead);
-    return AreKept(LinkSettings(), values, link, asRead);
+    return std::ranges::all_of(LinkSettings(), [&](const LinkSetting& setting) {
+        const std::string text = setting.Field.Text(link);
+        const bool isKept = text == setting.Field.Text(asRead) || text == setting.Field.Text(before);
+        if (!isKept) ShowError(kNotKeptBeside, setting.Field.Name(), ShownText(setting.Field.Rule, text));
+        return isKept;
+    });
+}
+
+std::size_t PlaceOf(const LinkEdit& edit, const LinkRecord* link) {
+    return static_cast<std::size_t>(link - edit.Links.data());
+}
+
+// As the console says it.
+bool Accept(LinkEdit& edit, std::optional<std::size_t> place, const LinkRecord& link) {
+    const auto fault = FindLinkFault(edit, place, link);
+    if (fault) ShowError(kFaultOf, fault->Key, fault->Message);
+    return !fault && PutLink(edit, place, link);
 }
 
 } // namespace
@@ -55,39 +77,65 @@ LinkRecord* FindLink(LinkTable& links, std::string_view identifier) {
     return nullptr;
 }
 
-bool AddLink(LinkEdit& edit, const EnteredValues& values) {
-    LinkRecord link = NewLink("");
-    if (!EnterValues("links", LinkSettings(), values, link) || !CheckLink(link, edit.Links, edit.Router, values))
+std::optional<SettingFault> FindLinkFault(const LinkEdit& edit, std::optional<std::size_t> place,
+                                          const LinkRecord& link) {
+    LinkTable others = edit.Links;
+    if (place) others.erase(others.begin() + static_cast<std::ptrdiff_t>(*place));
+    return FaultOfLink(link, others, edit.Router);
+}
+
+bool PutLink(LinkEdit& edit, std::optional<std::size_t> place, LinkRecord link) {
+    const LinkRecord before = place ? edit.Links[*place] : LinkRecord();
+    if (place && link == before) return true;
+    if (!IsKept(before, link)) return false;
+    if (place && !EqualFolded(link.Identifier, before.Identifier)) {
+        link.IsNew = link.WriteStatus = true;
+        if (!before.IsNew && !AgreeToNewIdentifier(before.Identifier)) return false;
+    }
+    if (!EqualFolded(link.AccountName, before.AccountName) && !IsUser(link.AccountName) &&
+        !AskWarning(kKeepUnknownAccount, link.AccountName))
         return false;
-    edit.Links.push_back(link);
-    ShowStatus("Added link %s", link.Identifier);
+    ShowStatus(place ? kModified : kAdded, "link", link.Identifier);
+    if (place)
+        edit.Links[*place] = std::move(link);
+    else
+        edit.Links.push_back(std::move(link));
     return true;
 }
 
+LinkRecord CloneOf(const LinkRecord& link) {
+    LinkRecord clone = link;
+    clone.IsNew = clone.WriteStatus = true;
+    clone.ConnectionIsOn = clone.ResetStatus = false;
+    clone.Place = -1;
+    clone.Identifier.clear();
+    if (clone.Description == link.Identifier) clone.Description.clear();
+    return clone;
+}
+
+bool AddLink(LinkEdit& edit, const EnteredValues& values) {
+    LinkRecord link = NewLink("");
+    return EnterValues("links", LinkSettings(), values, link) && Accept(edit, {}, link);
+}
+
 bool ChangeLink(LinkEdit& edit, std::string_view identifier, const EnteredValues& values) {
-    LinkRecord* link = FindLink(edit.Links, identifier);
+    const LinkRecord* link = FindLink(edit.Links, identifier);
     if (link == nullptr) return false;
     LinkRecord changed = *link;
-    if (!EnterValues("links", LinkSettings(), values, changed)) return false;
-    if (changed == *link) return true;
-    LinkTable others = edit.Links;
-    others.erase(others.begin() + (link - edit.Links.data()));
-    if (!CheckLink(changed, others, edit.Router, values)) return false;
-    if (!EqualFolded(changed.Identifier, link->Identifier)) {
-        changed.IsNew = changed.WriteStatus = true;
-        if (!AgreeToNewIdentifier(link->Identifier)) return false;
-    }
-    *link = changed;
-    ShowStatus("Modified link %s", link->Identifier);
+    return EnterValues("links", LinkSettings(), values, changed) && Accept(edit, PlaceOf(edit, link), changed);
+}
+
+bool RemoveLink(LinkEdit& edit, std::size_t place) {
+    const std::string identifier = edit.Links.at(place).Identifier;
+    if (!AgreeToUses(identifier)) return false;
+    ShowStatus(kDeleted, "link", identifier);
+    edit.Links.erase(edit.Links.begin() + static_cast<std::ptrdiff_t>(place));
     return true;
 }
 
 bool RemoveLink(LinkEdit& edit, std::string_view identifier) {
     const LinkRecord* link = FindLink(edit.Links, identifier);
-    if (link == nullptr || !AgreeToUses(link->Identifier)) return false;
-    ShowStatus("Deleted link %s", link->Identifier);
-    edit.Links.erase(edit.Links.begin() + (link - edit.Links.data()));
-    return true;
+    return link != nullptr && RemoveLink(edit, PlaceOf(edit, link));
 }
 
 } // namespace bv

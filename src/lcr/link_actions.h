@@ -1,6 +1,8 @@
 // Links as a person adds, changes and deletes them: what may be entered, what is asked first, and what is said.
 #pragma once
 
+#include <cstddef>
+#include <optional>
 #include <string_view>
 
 #include "ctlfile/entered_values.h"
@@ -25,15 +27,29 @@ bool SaveLinkEdit(const LinkEdit& edit);
 // The link of that identifier, in any case; null, after 9130, without one.
 LinkRecord* FindLink(LinkTable& links, std::string_view identifier);
 
+// The first rule that the link breaks at its place, behind the others without one (FaultOfLink).
+std::optional<SettingFault> FindLinkFault(const LinkEdit& edit, std::optional<std::size_t> place,
+                                          const LinkRecord& link);
+
+// Puts a link that has no fault at its place among the links, behind the others without one. One that gets another
+// identifier is a new link and leaves the rules that name it: it is asked about the rules (AskDespiteUses), and whether
+// its run-time information may go. An account that is new to it and no user is asked about (9343). False, with the
+// links as they were, after the answer No, 9181 for a changed value that the file would give back differently, or a
+// message of the files. A link in which nothing changes is asked nothing, and nothing is said of it. Status "Added link
+// %s" or "Modified link %s".
+bool PutLink(LinkEdit& edit, std::optional<std::size_t> place, LinkRecord link);
+
+// The link as a new one without a name.
+LinkRecord CloneOf(const LinkRecord& link);
+
 // Each is false, with the links as they were, after a message or a question answered No. A new link begins as NewLink
-// has it, without a name. Refused are a value that is not taken (EnterValues), one that the file would give back
-// differently, and a link that breaks a rule (FaultOfLink). A link that gets another identifier is a new link and
-// leaves the rules that name it: it is asked about the rules (AskDespiteUses), and whether its run-time information may
-// go. A link in whose values nothing changes is asked nothing.
+// has it, without a name. Refused are a value that is not taken (EnterValues) and a fault (FindLinkFault); then as
+// PutLink. Before a link goes it is asked about the rules that name it.
 //
-// Status "Added link %s", "Modified link %s" or "Deleted link %s".
+// Status "Deleted link %s".
 bool AddLink(LinkEdit& edit, const EnteredValues& values);
 bool ChangeLink(LinkEdit& edit, std::string_view identifier, const EnteredValues& values);
 bool RemoveLink(LinkEdit& edit, std::string_view identifier);
+bool RemoveLink(LinkEdit& edit, std::size_t place);
 
 } // namespace bv

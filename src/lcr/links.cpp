@@ -5,6 +5,7 @@
 
 #include "ctlfile/lines.h"
 #include "ctlfile/whole_file.h"
+#include "lcr/lcr_messages.h"
 #include "lcr/text_file.h"
 #include "platform/ascii.h"
 #include "shell/server_files.h"
@@ -16,11 +17,12 @@ namespace {
 
 constexpr std::string_view kHeader = "[BRIVANE]\r\nType: LinkDatabase\r\nRevision: A\r\n\r\n";
 constexpr std::string_view kLinkHeader = "[LINK]";
+constexpr std::string_view kDelayKey = "LinkDelay:";
 constexpr std::string_view kConnectionKey = "ConnectionStatus:";
 constexpr std::string_view kConnectionOn = "ConnectionStatus: ON\r\n";
 constexpr std::string_view kFirstStatus =
     "RemoteLinkRunNumber: 0.0\r\nLocalLinkRunNumber: 0.0\r\nLocalLinkStatus: LINKSHUTDOWN\r\nConnectionStatus: ON\r\n";
-constexpr std::string_view kStatusKeys[] = {
+constexpr std::array<std::string_view, kLinkNotes> kStatusKeys = {
     "RemoteLinkRunNumber:", "LocalLinkRunNumber:", "RemoteLinkStatus:", "LocalLinkStatus:", kConnectionKey};
 
 template <std::string LinkRecord::*Member>
@@ -99,7 +101,7 @@ const std::array kLinkKeys = {
     LinkKey{TextRow<&LinkRecord::Password>("LinkPassword:", 99, ValueRule::Form::Password), true},
     LinkKey{SwitchRow<&LinkRecord::ReceiveEnabled, true>("ReceiveEnabled:")},
     LinkKey{SwitchRow<&LinkRecord::SendEnabled, true>("SendEnabled:")},
-    LinkKey{{"LinkDelay:", HourMinuteRule(), DelayText, StoreTime<&LinkRecord::Delay>}},
+    LinkKey{{kDelayKey, HourMinuteRule(), DelayText, StoreTime<&LinkRecord::Delay>}},
     LinkKey{{"LocalWatchdogFreq:", HourMinuteRule(),
              [](const LinkRecord& link) { return FormatHourMinute(link.WatchdogFrequency); },
              StoreTime<&LinkRecord::WatchdogFrequency>}},
@@ -191,8 +193,32 @@ void AddLinks(std::string_view text, LinkTable& links) {
     }
 }
 
-constexpr ValueRule Described(std::string_view description, bool (*isGood)(std::string_view)) {
-    return {ValueRule::Form::Other, 0, {}, description, isGood};
+// What the lines of a paragraph say of the keys.
+LinkNotes NotesIn(std::string_view paragraph) {
+    LinkNotes notes;
+    TakeLine(paragraph);
+    while (!paragraph.empty()) {
+        const std::string line = CleanLine(TakeLine(paragraph));
+        for (std::size_t i = 0; i < notes.size(); ++i)
+            if (notes.at(i).empty() && BeginsWith(line, kStatusKeys.at(i))) notes.at(i) = KeyValue(line).value_or("");
+    }
+    return notes;
+}
+
+TextStamp StampOfLinks(const LinkTable& links) {
+    TextOfFile text{true};
+    for (const LinkRecord& link : links) text.Text += LinkParagraph(link, {});
+    return StampOf(text);
+}
+
+bool AgreeToOverwrite(std::string_view text, const TextStamp& stamp) {
+    LinkTable now;
+    AddLinks(text, now);
+    return StampOfLinks(now) == stamp || AskWarning(kChangedSinceOpened, NameOf(ServerFile::Links));
+}
+
+constexpr ValueRule Described(std::string_view description, bool (*isGood)(std::string_view), std::size_t limit = 0) {
+    return {ValueRule::Form::Other, limit, {}, description, isGood};
 }
 
 constexpr std::size_t kIdentifierLimit = 33;
@@ -210,6 +236,9 @@ bool StoreNewIdentifier(LinkRecord& link, std::string_view text) {
     return true;
 }
 
+// A delay is shown as other times are.
+std::string ShownDelay(const LinkRecord& link) { return FormatHourMinute(link.Delay); }
+
 // An empty switch in the file is on; entered, it is unset, as it is shown, and then not written.
 template <Switch LinkRecord::*Member>
 constexpr KeyField<LinkRecord> EnteredSwitch(std::string_view key) {
@@ -220,7 +249,8 @@ constexpr KeyField<LinkRecord> EnteredSwitch(std::string_view key) {
                 return true;
             }};
 }
-constexpr KeyField<LinkRecord> kEnteredOtherwise[] = {
+const KeyField<LinkRecord> kEnteredOtherwise[] = {
+    {kDelayKey, HourMinuteRule(), ShownDelay, StoreTime<&LinkRecord::Delay>},
     EnteredSwitch<&LinkRecord::ReceiveEnabled>("ReceiveEnabled:"),
     EnteredSwitch<&LinkRecord::SendEnabled>("SendEnabled:"),
 };
@@ -232,12 +262,15 @@ const KeyField<LinkRecord>& EnteredField(const KeyField<LinkRecord>& field) {
 }
 
 std::vector<LinkSetting> MakeSettings() {
-    const ValueRule identifier = Described("a name of 1 to 33 characters without blanks, commas and quotes",
-                                           [](std::string_view text) { return IsToken(text, kIdentifierLimit); });
-    const ValueRule description =
-        Described("a text of at most 29 characters without quotes", [](std::string_view text) {
+    const ValueRule identifier = Described(
+        "a name of 1 to 33 characters without blanks, commas and quotes",
+        [](std::string_view text) { return IsToken(text, kIdentifierLimit); }, kIdentifierLimit);
+    const ValueRule description = Described(
+        "a text of at most 29 characters without quotes",
+        [](std::string_view text) {
             return text.size() <= kDescriptionLimit && text.find('"') == std::string_view::npos;
-        });
+        },
+        kDescriptionLimit);
     std::vector<LinkSetting> settings = {
         {{"RemoteServerID:", identifier, [](const LinkRecord& link) { return link.Identifier; }, StoreNewIdentifier}},
         {{"Description:", description, [](const LinkRecord& link) { return link.Description; }, StoreDescription}}};
@@ -301,7 +334,31 @@ bool LoadLinks(LinkTable& links, TextStamp& stamp) {
         if (!text) return false;
     }
     AddLinks(text->Text, links);
-    stamp = StampOf(*text);
+    stamp = StampOfLinks(links);
+    return true;
+}
+
+std::span<const std::string_view> LinkNoteKeys() { return kStatusKeys; }
+
+std::string DescribeState(const LinkNotes& notes) {
+    const auto& [remoteRun, localRun, remote, local, connection] = notes;
+    std::string state = local.empty() ? remote : local;
+    if (!connection.empty() && !ParseBool(connection).value_or(false))
+        state += (state.empty() ? "connection " : ", connection ") + connection;
+    return state.empty() ? "-" : state;
+}
+
+bool ReadLinkNotes(NotedLinks& links) {
+    links = {};
+    const std::optional<TextOfFile> file = ReadReplacedFile(LinkFile());
+    if (!file) return false;
+    for (const std::string_view paragraph : ParagraphsOf(file->Text)) {
+        LinkRecord link;
+        if (BeginsWith(paragraph, kLinkHeader) && ReadLink(paragraph, link))
+            links.Notes.push_back(NotesIn(paragraph));
+        else if (!BeginsWith(paragraph, "[BRIVANE]"))
+            ++links.Unreadable;
+    }
     return true;
 }
 
@@ -328,13 +385,14 @@ bool SaveLinks(const LinkTable& links, const TextStamp& stamp) {
             ShowOpenFault(file.Path);
             return {};
         }
+        if (!AgreeToOverwrite(live.Text, stamp)) return {};
         OldFile old(live.Text);
         std::string text(kHeader);
         for (const LinkRecord& link : links)
             text += LinkParagraph(link, link.IsNew ? std::string_view() : old.Take(link));
         return text + old.Others;
     };
-    return ChangeLcrFile(file, newText, stamp);
+    return ChangeLcrFile(file, newText);
 }
 
 std::optional<SettingFault> FaultOfLink(const LinkRecord& link, const LinkTable& others, const RouterSettings& router) {
@@ -344,7 +402,8 @@ std::optional<SettingFault> FaultOfLink(const LinkRecord& link, const LinkTable&
     const std::pair<bool, SettingFault> rules[] = {
         {!link.Identifier.empty(), {"RemoteServerID", "You must enter the Remote server's unique ID"}},
         {!isTaken, {"RemoteServerID", "This ID is in use already.  Please enter a unique ID"}},
-        {!link.Address.empty(), {"RemoteServerAddress", "You must enter the remote server's address"}},
+        {!link.Address.empty() || !isShared, {"RemoteServerAddress", "You must enter the remote server's address"}},
+        {!link.Address.empty(), {"RemoteServerAddress", "You must specify an address for the remote server"}},
         {!link.AccountName.empty(),
          {"BrivaneAccountName", "You must specify a Brivane account for sending faxes received from remote servers"}},
         {!link.Delay.IsSet() || link.Delay.IsTimeOfDay(), {"LinkDelay", "Link Delay must be between 00:00 and 23:59"}},

@@ -2,6 +2,8 @@
 // run time; that, and what the program does not know, outlives every save.
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -69,12 +71,30 @@ std::span<const LinkSetting> LinkSettings();
 // A link that is to be made: it receives and sends.
 LinkRecord NewLink(std::string_view identifier);
 
+// What the server notes of a link at run time: the values of these keys, in their order; empty for one that is not
+// there.
+inline constexpr std::size_t kLinkNotes = 5;
+using LinkNotes = std::array<std::string, kLinkNotes>;
+std::span<const std::string_view> LinkNoteKeys();
+
+// "LINKUP", with "connection OFF" behind it when that is noted as not on; "-" when the server has noted nothing.
+std::string DescribeState(const LinkNotes& notes);
+
+// The notes of the links that can be read, by their places in the file, and how many paragraphs are no such link. False
+// as ReadLinks.
+struct NotedLinks {
+    std::vector<LinkNotes> Notes;
+    std::size_t Unreadable = 0;
+};
+bool ReadLinkNotes(NotedLinks& links);
+
 // Reads the lines of a "[LINK]" paragraph. False when it has no identifier, no address or no known type.
 bool ReadLink(std::string_view paragraph, LinkRecord& link);
 
 // All links that can be read. ReadLinks finds none without the file. LoadLinks, for who is going to save them, makes a
 // file with only the header, or offers to put in place what a save that was cut off has left. False after "File error:
-// couldn't open", message 9011 or 5004, or when that is not wanted.
+// couldn't open", message 9011 or 5004, or when that is not wanted. The stamp is that of the links, whatever the server
+// notes beside them.
 bool ReadLinks(LinkTable& links);
 bool LoadLinks(LinkTable& links, TextStamp& stamp);
 
@@ -82,9 +102,9 @@ bool LoadLinks(LinkTable& links, TextStamp& stamp);
 // does not write itself are kept.
 std::string LinkParagraph(const LinkRecord& link, std::string_view oldParagraph);
 
-// Writes all links to Link.new and puts it in the place of Link.ini, which must be as LoadLinks has read it. Paragraphs
-// of Link.ini that are no link that can be read are kept at the end. Sets SettingsChanged. False after "File error:
-// couldn't open", message 9025 or 5004.
+// Writes all links to Link.new and puts it in the place of Link.ini. Paragraphs of Link.ini that are no link that can
+// be read are kept at the end. When its links are not those that LoadLinks has read, 9353 asks whether they are to be
+// overwritten. Sets SettingsChanged. False after "File error: couldn't open", message 5004 or the answer No.
 bool SaveLinks(const LinkTable& links, const TextStamp& stamp);
 
 // The first rule that a link breaks, in the order of the rules; none when it breaks none. The other links are those

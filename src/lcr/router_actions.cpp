@@ -1,10 +1,18 @@
 #include "lcr/router_actions.h"
 
+#include <algorithm>
+#include <utility>
+
+#include "ctlfile/merge.h"
 #include "lcr/lcr_messages.h"
+#include "platform/ascii.h"
+#include "shell/server_files.h"
 #include "voice/messages.h"
 
 namespace bv {
 namespace {
+
+constexpr MessageWith<0> kChanged = "Changed the general settings of routing";
 
 void EnableKinds(const EnteredValues& values, RouterSettings& settings) {
     if (HasKey(values, "EmailLoginName") && !HasKey(values, "EmailEnabled"))
@@ -14,31 +22,118 @@ void EnableKinds(const EnteredValues& values, RouterSettings& settings) {
 }
 
 // Whether the settings can be saved; false after a message.
-bool CheckRouter(const RouterSettings& settings) {
-    if (settings.LocalServerId.empty()) {
-        ShowError(kServerNeedsName);
-        return false;
-    }
-    const auto fault = FaultOfRouter(settings);
+bool CheckRouter(const RouterSettings& settings, const LinkTable& links) {
+    const auto fault = FindRouterFault(settings, links);
     if (fault) ShowError(kFaultOf, fault->Key, fault->Message);
     return !fault;
 }
 
+bool DependsOn(const LinkRecord& link, bool isShared) { return (link.Type == LinkType::SharedDirectory) == isShared; }
+
+// A kind that is disabled has no lines, and so no values but those of the file.
+RouterSettings WithoutDisabled(RouterSettings settings, const RouterSettings& before) {
+    if (!settings.EmailEnabled) {
+        settings.Email = before.Email;
+        settings.EmailLoginName = before.EmailLoginName;
+        settings.NotesIdFile = before.NotesIdFile;
+        settings.EmailLoginParams = before.EmailLoginParams;
+        settings.EmailPollInterval = before.EmailPollInterval;
+    }
+    if (!settings.WanEnabled) {
+        settings.WanInboxDirectory = before.WanInboxDirectory;
+        settings.WanPollInterval = before.WanPollInterval;
+    }
+    return settings;
+}
+
+// The changes from one to the other, on the settings that are in the file now.
+RouterSettings Merged(const RouterSettings& before, const RouterSettings& mine, const RouterSettings& now) {
+    RouterSettings merged = now;
+    for (const auto& [field, part, isWritten] : RouterKeys()) {
+        const std::string text = field.Text(mine);
+        if (text == field.Text(before) || text == field.Text(now)) continue;
+        const bool isTheirs = field.Text(before) != field.Text(now);
+        const std::string shown = ShownText(field.Rule, field.Text(now)); // a password stays hidden in the question
+        if (TakesMine(NameOf(ServerFile::Setup), {field.Name(), isTheirs ? std::string() : shown, text, shown}))
+            field.Store(merged, text);
+    }
+    return merged;
+}
+
 } // namespace
 
+std::optional<RouterFault> FindRouterFault(const RouterSettings& settings, const LinkTable& links) {
+    const std::string& id = settings.LocalServerId;
+    if (id.empty()) return RouterFault{"LocalServerID", FillMessage(kLocalIdMissing)};
+    if (std::ranges::any_of(links, [&](const LinkRecord& link) { return EqualFolded(link.Identifier, id); }))
+        return RouterFault{"LocalServerID", FillMessage(kLocalIdIsLink, id)};
+    const auto fault = FaultOfRouter(settings);
+    return fault ? std::optional(RouterFault{fault->Key, std::string(fault->Message)}) : std::nullopt;
+}
+
+bool AgreeToDisable(const RouterSettings& before, const RouterSettings& after, const LinkTable& links) {
+    const std::pair<bool, bool> kinds[] = {{before.EmailEnabled && !after.EmailEnabled, false},
+                                           {before.WanEnabled && !after.WanEnabled, true}};
+    return std::ranges::all_of(kinds, [&](const auto& kind) {
+        const auto& [isDisabled, isShared] = kind;
+        const auto count = std::ranges::count_if(links, [&](const auto& link) { return DependsOn(link, isShared); });
+        return !isDisabled || count == 0 || AskWarning(kLinksOfKind, count);
+    });
+}
+
 bool EnterRouterSettings(const EnteredValues& values) {
+    LinkTable links;
+    if (!ReadLinks(links)) return false;
     bool isChanged = false;
     const auto enter = [&](RouterSettings& settings) {
         const RouterSettings before = settings;
         if (!EnterValues("router settings", RouterKeys(), values, settings)) return false;
         EnableKinds(values, settings);
         isChanged = settings != before;
-        return CheckRouter(settings) && AreKept(RouterKeys(), values, settings, AsRead(settings));
+        return CheckRouter(settings, links) && AgreeToDisable(before, settings, links) &&
+               AreKept(RouterKeys(), values, settings, AsRead(settings));
     };
     if (!ChangeRouterSettings(enter)) return false;
-    constexpr MessageWith<0> kChanged = "Changed the general settings of routing";
     constexpr MessageWith<0> kUnchanged = "Nothing was to be changed";
     ShowStatus(isChanged ? kChanged : kUnchanged);
+    return true;
+}
+
+bool BeginRouterEdit(RouterEdit& edit) {
+    constexpr HourMinute kEmailPoll = {10, 0};
+    constexpr HourMinute kWanPoll = {5, 0};
+    edit = {};
+    if (ReadRouterSettings(edit.Before) == RouterReading::Failed || !ReadLinks(edit.Links)) return false;
+    const auto lines = ReadLinesToDrop();
+    if (!lines) return false;
+    edit.LinesToDrop = *lines;
+    edit.Opened = edit.Before;
+    if (!edit.Before.EmailEnabled && !edit.Before.EmailPollInterval.IsInterval())
+        edit.Opened.EmailPollInterval = kEmailPoll;
+    if (!edit.Before.WanEnabled) {
+        edit.Opened.WanInboxDirectory = DefaultWanInbox();
+        if (!edit.Before.WanPollInterval.IsInterval()) edit.Opened.WanPollInterval = kWanPoll;
+    }
+    edit.Entered = edit.Opened;
+    return true;
+}
+
+std::string DescribeLinesToDrop(const RouterEdit& edit) {
+    return edit.LinesToDrop.empty() ? std::string() : FillMessage(kSavingWillDrop, edit.LinesToDrop);
+}
+
+bool SaveRouterEdit(const RouterEdit& edit) {
+    const RouterSettings mine = WithoutDisabled(edit.Entered, edit.Before);
+    if (mine == WithoutDisabled(edit.Opened, edit.Before)) return true;
+    if (!AgreeToDisable(edit.Before, mine, edit.Links)) return false;
+    if (!edit.LinesToDrop.empty() && !AskWarning(kSavingDropsLines, NameOf(ServerFile::Setup), edit.LinesToDrop))
+        return false;
+    const auto change = [&](RouterSettings& settings) {
+        settings = Merged(edit.Before, mine, settings);
+        return CheckRouter(settings, edit.Links);
+    };
+    if (!ChangeRouterSettings(change)) return false;
+    ShowStatus(kChanged);
     return true;
 }
 

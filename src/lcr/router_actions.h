@@ -1,15 +1,52 @@
 // The general settings of routing as a person enters them.
 #pragma once
 
+#include <optional>
+#include <string>
+#include <string_view>
+
 #include "ctlfile/entered_values.h"
+#include "lcr/links.h"
 #include "lcr/router_settings.h"
 
 namespace bv {
 
 // Changes the settings, while nobody else can, to those that are given; the others stay. A kind of link is enabled when
 // its account or directory is given, and disabled when that is emptied, unless the values say otherwise. False, with
-// the file as it was, after a message: of a value that is not taken (EnterValues), 9183 without a name of this server,
-// a rule that is broken (FaultOfRouter), a value that the file would not keep, or what ChangeRouterSettings says.
+// the file as it was, after a message: of a value that is not taken (EnterValues), a rule that is broken
+// (FindRouterFault), the answer No to 9342 (AgreeToDisable), a value that the file would not keep, or what
+// ChangeRouterSettings says.
 bool EnterRouterSettings(const EnteredValues& values);
+
+// A rule that the settings break beside these links: the key concerned, and the message.
+struct RouterFault {
+    std::string_view Key;
+    std::string Message;
+};
+// The first one: 9340 without a name of this server, 9341 when that is a link's, then those of FaultOfRouter.
+std::optional<RouterFault> FindRouterFault(const RouterSettings& settings, const LinkTable& links);
+
+// Whether a kind of link may be disabled that the links use: 9342 asks.
+bool AgreeToDisable(const RouterSettings& before, const RouterSettings& after, const LinkTable& links);
+
+// The settings while a person edits them (RunLcrEditor).
+struct RouterEdit {
+    RouterSettings Before; // as the file has them
+    RouterSettings Opened; // with what is offered for a kind of link that is disabled
+    RouterSettings Entered;
+    LinkTable Links;
+    std::string LinesToDrop; // ReadLinesToDrop
+};
+
+// Reads them; there need not be any yet. False after a message.
+bool BeginRouterEdit(RouterEdit& edit);
+
+// 9355 when there are such lines; else nothing.
+std::string DescribeLinesToDrop(const RouterEdit& edit);
+
+// Saves what was entered, keys that have changed, on top of what somebody else has written since (TakesMine), after
+// the questions 9342 and 9354; the rules have been seen to (FindRouterFault). Unchanged settings are not written.
+// Status "Changed the general settings of routing". False, with the file as it was, after a message or the answer No.
+bool SaveRouterEdit(const RouterEdit& edit);
 
 } // namespace bv

@@ -44,16 +44,22 @@ constexpr bool IsQuotable(std::string_view text, std::size_t limit) {
     return text.size() <= limit && text.find('"') == std::string_view::npos;
 }
 
-constexpr ValueRule OtherRule(std::string_view description, bool (*isGood)(std::string_view)) {
-    return {ValueRule::Form::Other, 0, {}, description, isGood};
+constexpr ValueRule OtherRule(std::string_view description, bool (*isGood)(std::string_view), std::size_t limit) {
+    return {ValueRule::Form::Other, limit, {}, description, isGood};
 }
 
 constexpr std::size_t kIdLimit = 19;
 constexpr std::size_t kLoginLimit = 99;
-constexpr ValueRule kIdRule = OtherRule("a name of 1 to 19 characters without blanks, commas and quotes",
-                                        [](std::string_view text) { return IsToken(text, kIdLimit); });
-constexpr ValueRule kQuotedRule = OtherRule("a text of at most 99 characters without quotes",
-                                            [](std::string_view text) { return IsQuotable(text, kLoginLimit); });
+constexpr ValueRule kIdRule = OtherRule(
+    "a name of 1 to 19 characters without blanks, commas and quotes",
+    [](std::string_view text) { return IsToken(text, kIdLimit); }, kIdLimit);
+constexpr std::size_t kPathLimit = 259;
+constexpr ValueRule kQuotedPathRule = OtherRule(
+    "a path of at most 259 characters without quotes",
+    [](std::string_view text) { return IsQuotable(text, kPathLimit); }, kPathLimit);
+constexpr ValueRule kQuotedRule = OtherRule(
+    "a text of at most 99 characters without quotes",
+    [](std::string_view text) { return IsQuotable(text, kLoginLimit); }, kLoginLimit);
 
 constexpr KeyField<Settings> kEmailType = [] {
     KeyField<Settings> field = FieldOf<&Settings::Email>("EmailType:");
@@ -76,7 +82,7 @@ const std::array kKeys = {
     RouterKey{FieldOf<&Settings::EmailEnabled>("EmailEnabled:")},
     RouterKey{kEmailType, LinePart::Value, WithEmail},
     RouterKey{TextRow<&Settings::EmailLoginName>("EmailLoginName:", kQuotedRule), LinePart::QuotedToken, WithEmail},
-    RouterKey{TextRow<&Settings::NotesIdFile>("NotesIdFile:", kQuotedRule), LinePart::SecondToken, WithNotes},
+    RouterKey{TextRow<&Settings::NotesIdFile>("NotesIdFile:", kQuotedPathRule), LinePart::SecondToken, WithNotes},
     RouterKey{TextRow<&Settings::EmailLoginParams>("EmailLoginParams:", {ValueRule::Form::ScrambledPassword}),
               LinePart::Value, WithEmail},
     RouterKey{TimeRow<&Settings::EmailPollInterval>("EmailInboxPollFreq:"), LinePart::Value, WithEmail},
@@ -222,15 +228,19 @@ std::string FormatHourMinute(const HourMinute& time) {
 }
 
 ValueRule HourMinuteRule() {
-    return OtherRule("a time such as 01:30", [](std::string_view text) {
-        const std::size_t colon = text.find(':');
-        if (colon == std::string_view::npos) return text.empty();
-        const auto isNumber = [](std::string_view digits) {
-            return !digits.empty() && digits.size() <= 2 && std::ranges::all_of(digits, IsDigit);
-        };
-        // The server's own programs pad the minutes with a blank.
-        return isNumber(text.substr(0, colon)) && isNumber(SkipBlanks(text.substr(colon + 1)));
-    });
+    constexpr std::size_t kLongestTime = 5;
+    return OtherRule(
+        "a time such as 01:30",
+        [](std::string_view text) {
+            const std::size_t colon = text.find(':');
+            if (colon == std::string_view::npos) return text.empty();
+            const auto isNumber = [](std::string_view digits) {
+                return !digits.empty() && digits.size() <= 2 && std::ranges::all_of(digits, IsDigit);
+            };
+            // The server's own programs pad the minutes with a blank.
+            return isNumber(text.substr(0, colon)) && isNumber(SkipBlanks(text.substr(colon + 1)));
+        },
+        kLongestTime);
 }
 
 std::span<const RouterKey> RouterKeys() { return std::span(kKeys).first(kShownKeys); }
@@ -255,6 +265,17 @@ RouterReading ReadRouterSettings(RouterSettings& settings) {
     if (!paragraph) return RouterReading::NotConfigured;
     settings = ParseParagraph(*paragraph);
     return RouterReading::Done;
+}
+
+std::optional<std::string> ReadLinesToDrop() {
+    const std::optional<TextOfFile> file = ReadTextFile(SetupFile().Path);
+    if (!file) return {};
+    std::string lines;
+    for (std::string_view rest = PartText(file->Text).Paragraph; !rest.empty();) {
+        const std::string line = CleanLine(TakeLine(rest));
+        if (BeginsWith(line, kKeys.back().Field.Key)) lines.append(lines.empty() ? "" : "\n").append(line);
+    }
+    return lines;
 }
 
 RouterSettings AsRead(const RouterSettings& settings) { return ParseParagraph(ParagraphText(settings)); }

@@ -102,6 +102,10 @@ using RouterChange = std::function<bool(RouterSettings& settings)>;
 bool ChangeRouterSettings(const RouterChange& change);
 bool WriteRouterSettings(const RouterSettings& settings);
 
+// The lines of the paragraph that are not written anew, whatever the settings: that of DeleteInvalidMessages. Parted by
+// line feeds; none after a message.
+std::optional<std::string> ReadLinesToDrop();
+
 // The settings as they are read again after they were written.
 RouterSettings AsRead(const RouterSettings& settings);
 

@@ -1,11 +1,12 @@
 #include "shell/menu_dlg.h"
 
-#include <array>
+#include <memory>
 #include <string>
 
 #include "covlet/catalogue_dlg.h"
 #include "devices/device_list_dlg.h"
 #include "dialogs/dialog_dlg.h"
+#include "lcr/lcr_page_dlg.h"
 #include "options/options_dlg.h"
 #include "resources/ids.h"
 #include "routing/inward_dlg.h"
@@ -31,8 +32,11 @@ constexpr DialogServices kServices{ShowUses, DeleteByDialog};
 void OpenUsers(HWND owner) { ConfigureUsers(owner, kServices); }
 void OpenDevices(HWND owner) { ConfigureDevices(owner, kServices); }
 
+constexpr LcrServices kLcrServices{};
+std::unique_ptr<AreaPage> MakeRoutingPage(FieldRecord& options) { return MakeLcrPage(options, kLcrServices); }
+
 // The settings' pages of other areas, in the order of OptionPage.
-constexpr std::array<AreaPageMaker, 0> kAreaPages{};
+constexpr AreaPageMaker kAreaPages[] = {MakeRoutingPage};
 void OpenSettings(HWND owner) { ConfigureOptions(owner, kAreaPages); }
 
 // In the menu's order.

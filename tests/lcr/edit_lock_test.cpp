@@ -90,7 +90,7 @@ TEST(LcrEditLock, TellsWhoHoldsIt) {
             note = server.Get(LcrNotePath());
             EXPECT_EQ(DescribeLcrHolder(FindLcrHolder().value()), held);
             EXPECT_FALSE(LockLcrEdit());
-            EXPECT_THAT(server.Front.TakeSaid(), ElementsAre(kRefused, "status 1: " + held));
+            EXPECT_THAT(server.Front.TakeSaid(), ElementsAre(kRefused, "status 2: " + held));
             return true;
         },
         "links"));
@@ -119,7 +119,7 @@ TEST(LcrEditLock, IsNotHadWithoutItsFile) {
         const platform::Substitute<platform::FileSystem> substitute(files);
         EXPECT_FALSE(LockLcrEdit());
         EXPECT_THAT(server.Front.TakeSaid(),
-                    ElementsAre(kRefused, "status 1: The lock file " + kLock + " cannot be used: " + words));
+                    ElementsAre(kRefused, "status 2: The lock file " + kLock + " cannot be used: " + words));
     }
 }
 

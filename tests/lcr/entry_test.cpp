@@ -156,7 +156,44 @@ TEST(RouterEntry, RefusesWhatTheSettingsCannotKeep) {
     }
     server.Put(kBase + "SETUP.INI", "[QUEUEMAN]\r\n");
     EXPECT_FALSE(EnterRouterSettings({{"WanInboxDirectory", "X"}}));
-    EXPECT_THAT(server.Front.TakeSaid(), testing::Contains("error: LocalServerID: \"\" - this server needs a name"));
+    EXPECT_THAT(server.Front.TakeSaid(),
+                testing::Contains("error: LocalServerID: You must enter this server's unique ID"));
+}
+
+TEST(RouterEntry, SavesItsChangesOnTopOfThoseOfOthers) {
+    RoutingServer server;
+    const std::string head = "[ROUTER]\r\nLocalServerID: HERE, \"";
+    const std::string dropped = "EmailDeleteInvalidMsg: YES\r\n";
+    server.Put(kBase + "SETUP.INI",
+               head + "h\"\r\n" + dropped + "WanInboxDirectory: D:\\IN\r\nWanInboxPollFreq: 00:05\r\nMaxHops: 4\r\n");
+    RouterEdit edit;
+    ASSERT_TRUE(BeginRouterEdit(edit));
+    EXPECT_EQ(edit.Entered.EmailPollInterval, (HourMinute{10, 0})) << "is offered";
+    EXPECT_TRUE(SaveRouterEdit(edit)) << "and nothing has changed";
+    EXPECT_THAT(server.Front.TakeSaid(), IsEmpty());
+
+    edit.Entered.LocalServerDescription = "mine";
+    edit.Entered.WanPollInterval = {9, 0};
+    const std::string theirs =
+        head + "h\"\r\n" + dropped + "WanInboxDirectory: E:\\IN\r\nWanInboxPollFreq: 00:07\r\nMaxHops: 4\r\n";
+    server.Put(kBase + "SETUP.INI", theirs);
+    EXPECT_FALSE(SaveRouterEdit(edit));
+    EXPECT_EQ(server.Get(kBase + "SETUP.INI"), theirs);
+    server.Front.Answer = true;
+    EXPECT_TRUE(SaveRouterEdit(edit));
+    EXPECT_EQ(server.Get(kBase + "SETUP.INI"),
+              head + "mine\"\r\nWanInboxDirectory: E:\\IN\r\nWanInboxPollFreq: 00:09\r\nMaxHops: 4\r\n");
+    EXPECT_THAT(server.Front.TakeSaid(), testing::Contains(testing::HasSubstr(
+                                             "changed by somebody else meanwhile: WanInboxPollFreq: \"00:07\"")));
+
+    server.Front.Answer = false;
+    for (const auto& [values, said] : std::vector<std::pair<EnteredValues, std::string>>{
+             {{{"WanEnabled", "NO"}, {"EmailLoginName", "Fax"}, {"EmailInboxPollFreq", "00:10"}},
+              "which will not work without it: 1."},
+             {{{"LocalServerID", "lon"}}, "LocalServerID: lon is the ID of a link."}}) {
+        EXPECT_FALSE(EnterRouterSettings(values));
+        EXPECT_THAT(server.Front.TakeSaid(), ElementsAre(testing::HasSubstr(said)));
+    }
 }
 
 } // namespace

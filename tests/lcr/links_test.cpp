@@ -77,10 +77,13 @@ TEST(Links, AreReadAndWrittenWithWhatTheServerKeepsInThem) {
     EXPECT_EQ(server.GetFile("Link.ini"), kFile);
     EXPECT_FALSE(Startup().SettingsChanged);
     EXPECT_THAT(server.Front.TakeSaid(), ElementsAre(HasSubstr("was changed by somebody else")));
+    const auto noted = [](const std::string& text) { return Replaced(text, "Number: 3.7", "Number: 3.8"); };
+    server.PutFile("Link.ini", noted(kFile)); // what the server notes is nobody's change
     EXPECT_TRUE(SaveLinks(links, stamp));
+    EXPECT_THAT(server.Front.TakeSaid(), IsEmpty());
     EXPECT_TRUE(Startup().SettingsChanged);
     EXPECT_EQ(server.GetFile("Link.ini"),
-              kHeader + kLondon + kStatus + "\n" +
+              kHeader + kLondon + noted(kStatus) + "\n" +
                   "[LINK]\nRemoteServerID: LON, \"LON\"\nLinkType: EMAIL\nRemoteServerAddress: a@b\nLinkPassword: \n"
                   "LinkDelay: 01:  \nMaxOutboundPriority: URGENT\nRejectHigherPriorityMsg: NO\nLocalLinkStatus: UP\n\n"
                   "[LINK]\nRemoteServerID: PARIS, \"PARIS\"\nLinkType: WAN\nRemoteServerAddress: \nLinkPassword: \n"
@@ -89,6 +92,18 @@ TEST(Links, AreReadAndWrittenWithWhatTheServerKeepsInThem) {
                   "ConnectionStatus: ON\n\n" +
                   kUnreadable);
     EXPECT_EQ(server.GetFile("Link.new"), "(none)");
+}
+
+TEST(Links, HaveTheStateThatTheServerNotes) {
+    LinkServer server;
+    NotedLinks noted;
+    EXPECT_TRUE(ReadLinkNotes(noted));
+    ASSERT_EQ(noted.Notes.size(), 2U);
+    EXPECT_EQ(noted.Unreadable, 1U);
+    EXPECT_EQ(noted.Notes[0], (LinkNotes{"3.7", "", "", "", "OFF"}));
+    EXPECT_EQ(DescribeState(noted.Notes[0]), "connection OFF");
+    EXPECT_EQ(DescribeState({"", "", "DOWN", "UP", "ON"}), "UP");
+    EXPECT_EQ(DescribeState({}), "-");
 }
 
 TEST(Links, KeepOrGiveUpTheirStatusAsAsked) {
@@ -180,6 +195,8 @@ TEST(Links, BreakTheFirstRuleThatTheyBreak) {
         {[](LinkRecord& link) { link.AccountName.clear(); }, "BrivaneAccountName",
          "You must specify a Brivane account for sending faxes received from remote servers"},
         {[](LinkRecord& link) { link.Address.clear(); }, "RemoteServerAddress",
+         "You must specify an address for the remote server"},
+        {[](LinkRecord& link) { link.Type = LinkType::SharedDirectory; }, "RemoteServerAddress",
          "You must enter the remote server's address"},
         {[](LinkRecord& link) { link.Identifier = "oTHER"; }, "RemoteServerID",
          "This ID is in use already.  Please enter a unique ID"},
