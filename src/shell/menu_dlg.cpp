@@ -5,6 +5,7 @@
 
 #include "covlet/catalogue_dlg.h"
 #include "devices/device_list_dlg.h"
+#include "dialling/dialling_page_dlg.h"
 #include "dialogs/dialog_dlg.h"
 #include "options/options_dlg.h"
 #include "resources/ids.h"
@@ -32,7 +33,7 @@ void OpenUsers(HWND owner) { ConfigureUsers(owner, kServices); }
 void OpenDevices(HWND owner) { ConfigureDevices(owner, kServices); }
 
 // The settings' pages of other areas, in the order of OptionPage.
-constexpr std::array<AreaPageMaker, 0> kAreaPages{};
+constexpr std::array kAreaPages = {MakeDiallingPage};
 void OpenSettings(HWND owner) { ConfigureOptions(owner, kAreaPages); }
 
 // In the menu's order.

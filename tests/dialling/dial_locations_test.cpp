@@ -187,6 +187,17 @@ TEST(DialLocations, ChangesOfOthersStay) {
     EXPECT_EQ(server.Server.Front.TakeSaid().back(), "error: Unable to open file " + kPath);
 }
 
+TEST(DialLocations, ComeBackWithAFileThatIsGone) {
+    DialServer server(kSelect + kLondon + kOslo);
+    server.Server.Front.Answer = true;
+    DialLocations locations = server.Read();
+    locations.Chosen = 1;
+    EXPECT_EQ(platform::Files().Delete(kPath), platform::FileError::None);
+    EXPECT_TRUE(SaveDialLocations(locations));
+    EXPECT_EQ(server.Read().Selected, "Oslo");
+    EXPECT_EQ(server.Read().Places.size(), 2U);
+}
+
 TEST(NumberTrial, MarksTheStepThatDecides) {
     DialServer server(kAll);
     DialLocations locations = server.Read();
