@@ -61,6 +61,8 @@ PAGES = {
                 bar(LINE, 7, 15, 24, 16), bar(OUTLINE, 14, 23, 18, 27), bar(OUTLINE, 9, 26, 23, 28)],
     "numbers": [bar(FOOT, 6, 2, 26, 30, 2), bar(PAPER, 9, 5, 23, 10)] + [
         bar(FOLD, 9 + 5 * column, 13 + 5 * row, 13 + 5 * column, 16 + 5 * row) for row in range(3) for column in range(3)],
+    "dialling": [bar(OUTLINE, 2, 6, 30, 14, 4), bar(BODY, 3, 7, 29, 13, 4), bar(OUTLINE, 6, 12, 26, 28, 3),
+                 bar(BODY, 7, 13, 25, 27, 3), bar(PAPER, 11, 14, 21, 24, 5), bar(HEADING, 14, 17, 18, 21, 2)],
 }
 
 

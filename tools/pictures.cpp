@@ -14,6 +14,8 @@
 #include "devices/add_device_dlg.h"
 #include "devices/device_details_dlg.h"
 #include "devices/device_list_dlg.h"
+#include "dialling/dialling_dlg.h"
+#include "dialling/dialling_page_dlg.h"
 #include "dialogs/colours_dlg.h"
 #include "dialogs/csv_import_dlg.h"
 #include "dialogs/dialog_dlg.h"
@@ -326,6 +328,27 @@ void DrawLcr(const Painter& painter, HWND owner, const DiskServer& server) {
         });
 }
 
+void DrawDialling(const Painter& painter, HWND owner, const DiskServer& server) {
+    constexpr const char* kTitle = "Dialling properties";
+    const auto open = [&] { ConfigureDialling(owner); };
+    painter.Draw("dialling", kTitle, open, [](HWND dialog) { SetTextOf(dialog, ID_DIALLING_TRY, "0181 123 4567:22"); });
+    RunDriven(open, [&](const Windows& windows) {
+        Click(windows.Wait(kTitle), ID_DIALLING_NEW);
+        painter.DrawOpen("dialling-name", windows.Wait("Add new location"));
+    });
+    const std::string file = server.Files().Read("B-DB\\DIALLING.INI");
+    server.Files().Write("B-DB\\DIALLING.INI", "[DIALPROPERTIES]\r\nLocation: NoTelNumEdit\r\n");
+    painter.Draw("dialling-none", kTitle, open, [](HWND dialog) { SetTextOf(dialog, ID_DIALLING_TRY, "0181 1234"); });
+    server.Files().Write("B-DB\\DIALLING.INI", file);
+    constexpr AreaPageMaker kPages[] = {MakeDiallingPage};
+    painter.Draw(
+        "dialling-page", "Brivane - server settings", [&] { ConfigureOptions(owner, kPages); },
+        [](HWND dialog) {
+            Select(dialog, ID_OPTIONS_LIST, static_cast<int>(PagesOfOptions().size()));
+            Until([&] { return GetDlgItem(FrontPage(dialog), ID_DIALLING_PAGE_TEXT) != nullptr; });
+        });
+}
+
 void DrawBoxes(const Painter& painter) {
     painter.Draw("box-delete", FillMessage(kCaptionOfDelete), [] {
         AskFilled(kCaptionOfDelete, BoxIcon::Question,
@@ -372,6 +395,8 @@ int DrawPictures(const std::string& directory) {
     DrawOptions(painter, window.Handle());
     Painter::Begin("Least-cost routing");
     DrawLcr(painter, window.Handle(), server);
+    Painter::Begin("Dialling properties");
+    DrawDialling(painter, window.Handle(), server);
     Painter::Begin("Messages");
     DrawBoxes(painter);
     DrawProgress(painter, window.Handle());

@@ -7,6 +7,7 @@
 #include "console/dry_run.h"
 #include "console/located.h"
 #include "console/output.h"
+#include "dialling/dial_locations.h"
 #include "dialling/dialling_actions.h"
 #include "dialling/dialling_file.h"
 #include "dialling/number_converter.h"
@@ -20,6 +21,8 @@ namespace {
 
 constexpr std::string_view kAssignments = "KEY=VALUE";
 constexpr std::string_view kLocation = "Location";
+constexpr std::string_view kName = "NAME";
+constexpr std::string_view kNewName = "NEWNAME";
 
 void AddProperties(const DialProperties& properties, Record& record) {
     for (const DialKey& field : DialKeys()) record.emplace_back(field.Name(), field.Text(properties));
@@ -46,6 +49,35 @@ int ShowTelephonyLocation(Session& session, const Arguments&) {
     return kExitDone;
 }
 
+int ListLocations(Session& session, const Arguments&) {
+    const std::optional<DialLocations> locations = ReadDialLocations();
+    if (!locations) return kExitRefused;
+    std::vector<Record> records;
+    for (std::size_t i = 0; i < locations->Places.size(); ++i) {
+        const DialProperties& own = locations->Places[i].Now;
+        records.push_back({{"Location", ShownName(*locations, i)},
+                           {"Country", own.Country.String()},
+                           {"Area", own.Area.String()},
+                           {"Selected", locations->Chosen == i}});
+    }
+    PrintRecords(session, records);
+    return kExitDone;
+}
+
+int AddLocation(Session& session, const Arguments& arguments) {
+    const auto assignments = ReadAssignments(session, arguments, kAssignments);
+    if (!assignments) return kExitWrongUsage;
+    return Perform(session, [&] { return AddDialLocation(arguments[kName], *assignments); });
+}
+
+int RenameLocation(Session& session, const Arguments& arguments) {
+    return Perform(session, [&] { return RenameDialLocation(arguments[kName], arguments[kNewName]); });
+}
+
+int DeleteLocation(Session& session, const Arguments& arguments) {
+    return Perform(session, [&] { return DeleteDialLocation(arguments[kName]); });
+}
+
 int Set(Session& session, const Arguments& arguments) {
     const auto assignments = ReadAssignments(session, arguments, kAssignments);
     if (!assignments) return kExitWrongUsage;
@@ -62,9 +94,30 @@ int Set(Session& session, const Arguments& arguments) {
     return Perform(session, [&] { return WithDiallingFileHeld(change); });
 }
 
+constexpr Parameter kKeys = {kAssignments, "Keys as 'show' prints them, and values; prefixes are parted by commas",
+                             ParameterKind::ZeroOrMore};
+
 constexpr Verb kVerbs[] = {
     {.Name = "show", .Help = "Show the selected location and its properties", .Run = Located<Show>},
-    {.Name = "location",
+    {.Name = "location list",
+     .Help = "List the locations of the file: name, country, area, and whether it is selected",
+     .Run = Located<ListLocations>},
+    {.Name = "location add",
+     .Help = "Add a location to the file; it is selected if none was",
+     .Parameters = {{{kName, "Name of the new location"}, kKeys}},
+     .Example = "Leeds Country=44 Area=113 NatlAccess=0 IntlAccess=00",
+     .Change = Located<AddLocation>},
+    {.Name = "location rename",
+     .Help = "Give a location another name; the selected one stays selected",
+     .Parameters = {{{kName, "Name of the location"}, {kNewName, "Its new name"}}},
+     .Example = "Leeds 'Leeds stores'",
+     .Change = Located<RenameLocation>},
+    {.Name = "location delete",
+     .Help = "Delete a location that is not selected",
+     .Parameters = {{{kName, "Name of the location"}}},
+     .Example = "Leeds",
+     .Change = Located<DeleteLocation>},
+    {.Name = "location telephony",
      .Help = "Show the telephony service's current location, which counts when the selected one is TAPI",
      .Run = Located<ShowTelephonyLocation>},
     {.Name = "set",

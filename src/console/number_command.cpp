@@ -40,7 +40,7 @@ int Explain(Session& session, const Arguments& arguments) {
         TelephoneNumber result;
         NumberTrace trace;
         converter.Convert(form, arguments[kNumber], result, &trace);
-        for (const auto& [rule, number] : trace)
+        for (const auto& [rule, number, decides] : trace)
             records.push_back({{"form", std::string(name)}, {"rule", std::string(rule)}, {"number", number}});
     }
     PrintRecords(session, records);

@@ -2,6 +2,7 @@
 // dialled.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -39,6 +40,7 @@ class DialPrefixes {
     [[nodiscard]] std::size_t Size() const { return count_; }
     [[nodiscard]] auto begin() const { return prefixes_.begin(); }
     [[nodiscard]] auto end() const { return prefixes_.begin() + count_; }
+    friend bool operator==(const DialPrefixes& a, const DialPrefixes& b) { return std::ranges::equal(a, b); }
 
   private:
     std::array<DialPrefix, kLimit> prefixes_;
@@ -58,6 +60,8 @@ struct DialProperties {
     std::uint16_t NumberWithoutAreaMaxLen = 0; // longest number without area code; 0: no limit known
     DialPrefixes DialAsLocal;                  // prefixes of other areas that are dialled without the national prefix
     DialPrefixes DialAsNatl;                   // prefixes inside the own area that are dialled as national calls
+
+    friend bool operator==(const DialProperties&, const DialProperties&) = default;
 };
 
 // The keys of a location's paragraph, behind its "Description:", in the order in which they are written; the lists'

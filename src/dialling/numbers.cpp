@@ -51,7 +51,7 @@ class Conversion {
     [[nodiscard]] Draft Done(std::string_view rule, std::initializer_list<std::string_view> parts) const {
         Draft draft;
         for (const std::string_view part : parts) draft.Add(part);
-        Note(rule, draft.View());
+        NoteStep(trace_, rule, draft.View(), true);
         return draft;
     }
 

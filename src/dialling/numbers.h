@@ -20,12 +20,13 @@ using TelephoneNumber = FixedText<kMaxTelephoneNumber>;
 struct NumberStep {
     std::string_view Rule;
     std::string Number;
+    bool Decides = false; // it says what becomes of the number
 };
 using NumberTrace = std::vector<NumberStep>;
 
 // Adds a rule to the trace, if one is wanted.
-inline void NoteStep(NumberTrace* trace, std::string_view rule, std::string_view number) {
-    if (trace != nullptr) trace->push_back({rule, std::string(number)});
+inline void NoteStep(NumberTrace* trace, std::string_view rule, std::string_view number, bool decides = false) {
+    if (trace != nullptr) trace->push_back({rule, std::string(number), decides});
 }
 
 // Parts a number: the suffix is what stands behind the first colon, the main part what stands before it without the

@@ -25,7 +25,7 @@ std::string CanonicalAddress(std::string_view international, const DialPropertie
 StatusCode Ask(const std::string& address, std::string& dialable, NumberTrace* trace) {
     const StatusCode status = TAPITranslate(address, dialable, kMaxTranslation);
     NoteStep(trace, status == kDone ? "What the telephony service would dial" : "The telephony service refuses it",
-             dialable);
+             dialable, true);
     return status;
 }
 
@@ -54,13 +54,13 @@ StatusCode Translate(std::string number, const DialProperties& properties, std::
     const std::string_view country = properties.Country;
     if (text.starts_with('+') && !text.substr(1).starts_with(country)) {
         dialable = properties.IntlAccess.String().append(text.substr(1));
-        NoteStep(trace, "4a: + and another country: IntlAccess takes the place of +", dialable);
+        NoteStep(trace, "4a: + and another country: IntlAccess takes the place of +", dialable, true);
         return dialable.size() > kMaxTelephoneNumber ? RefuseAsTooLong(trace) : kDone;
     }
     const std::string_view access = properties.IntlAccess;
     if (text.starts_with(access) && !text.substr(access.size()).starts_with(country)) {
         dialable = number;
-        NoteStep(trace, "4b: IntlAccess and another country: dialled as it stands", dialable);
+        NoteStep(trace, "4b: IntlAccess and another country: dialled as it stands", dialable, true);
         return kDone;
     }
     return TranslateOwn(number, properties, dialable, trace);

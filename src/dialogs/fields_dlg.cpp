@@ -207,6 +207,15 @@ int TakeFields(HWND dialog, std::span<const FieldControl> fields, FieldRecord& r
     return 0;
 }
 
+void TakeGoodFields(HWND dialog, std::span<const FieldControl> fields, FieldRecord& record) {
+    for (const FieldControl& field : fields) {
+        const bool isTyped = field.Form == FieldForm::Text || field.Form == FieldForm::Number;
+        const std::string text =
+            isTyped ? GetText(dialog, field.Control) : FieldText(dialog, field, record).value_or("");
+        if (text != record.TextOf(field.Key)) record.Enter(field.Key, text);
+    }
+}
+
 HWND AddTooltips(HWND dialog, std::span<const FieldControl> fields, const FieldRecord& record) {
     const HWND tips = MakeTooltips(dialog);
     for (const FieldControl& field : fields) {

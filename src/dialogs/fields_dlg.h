@@ -53,6 +53,9 @@ void ShowFields(HWND dialog, std::span<const FieldControl> fields, const FieldRe
 // Takes the values that differ from the record's. Returns the control of the first fault, after its message, or 0.
 int TakeFields(HWND dialog, std::span<const FieldControl> fields, FieldRecord& record);
 
+// Takes those of the values that can be, and says nothing of the others: for what is shown while somebody types.
+void TakeGoodFields(HWND dialog, std::span<const FieldControl> fields, FieldRecord& record);
+
 // Gives each control a tooltip: its key and what it takes. Returns the window that shows them, which goes with the
 // dialog's.
 HWND AddTooltips(HWND dialog, std::span<const FieldControl> fields, const FieldRecord& record);

@@ -5,6 +5,7 @@
 
 #include "covlet/catalogue_dlg.h"
 #include "devices/device_list_dlg.h"
+#include "dialling/dialling_page_dlg.h"
 #include "dialogs/dialog_dlg.h"
 #include "lcr/lcr_page_dlg.h"
 #include "options/options_dlg.h"
@@ -36,7 +37,7 @@ constexpr LcrServices kLcrServices{};
 std::unique_ptr<AreaPage> MakeRoutingPage(FieldRecord& options) { return MakeLcrPage(options, kLcrServices); }
 
 // The settings' pages of other areas, in the order of OptionPage.
-constexpr AreaPageMaker kAreaPages[] = {MakeRoutingPage};
+constexpr AreaPageMaker kAreaPages[] = {MakeRoutingPage, MakeDiallingPage};
 void OpenSettings(HWND owner) { ConfigureOptions(owner, kAreaPages); }
 
 // In the menu's order.

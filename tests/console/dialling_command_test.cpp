@@ -38,12 +38,27 @@ const test::CommandCase kCases[] = {
     {"dialling set Location=tapi", 0, "", kUpdated, Replaced(kHead, "London", "TAPI")},
     {"dialling set Location=TAPI Area=1", 1, "", "Area: \"1\" - the location TAPI has no keys\n"},
     {"dialling set Country=+44", 1, "", "Country: \"+44\" is not at most 10 digits\n"},
-    {"dialling set DialAsNatl=1,,2", 1, "", "DialAsNatl: an empty prefix would begin every number\n"},
+    {"dialling set DialAsNatl=1,,2", 1, "", "DialAsNatl: an empty prefix would begin every number.\n"},
     {"dialling set DialAsNatl=1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,32", 1, "",
-     "DialAsNatl: \"32\" is one more than the 31 prefixes that there can be\n"},
+     "DialAsNatl: there can be no more than 31 prefixes.\n"},
     {"dialling set Description=X", 1, "", "Description: \"X\" - locations have no such key\n"},
     {"dialling set Location=", 1, "", "Location: \"\" is not a name\n"},
     {"dialling set Area", 2, "", "'Area' is not of the form KEY=VALUE\n"},
+
+    {"dialling location list --json", 0,
+     "[\n  {\n    \"Location\": \"London\",\n    \"Country\": \"44\",\n    \"Area\": \"171\",\n    \"Selected\": "
+     "true\n  },\n  {\n    \"Location\": \"Oslo\",\n    \"Country\": \"47\",\n    \"Area\": \"\",\n    \"Selected\": "
+     "false\n  }\n]\n",
+     ""},
+    {"dialling location add Rome Country=39 IntlAccess=00", 0, "", kUpdated,
+     kFile + Replaced(Replaced(kOslo, "Oslo", "Rome"), "47", "39")},
+    {"dialling location add Oslo", 1, "", "There is a location named Oslo already.\n"},
+    {"dialling location rename London Leeds", 0, "", kUpdated,
+     Replaced(Replaced(kFile, "Location: London", "Location: Leeds"), "ion: London", "ion: Leeds")},
+    {"dialling location rename Rome Leeds", 1, "", "There is no location Rome in file " + kPath + ".\n"},
+    {"dialling location delete Oslo --yes", 0, "", kUpdated, kHead + kLondon},
+    {"dialling location delete Oslo", 1, "", "--yes answers Yes)\n"},
+    {"dialling location delete London", 1, "", "Location London is selected. Select another one first.\n"},
 
     {"number international '0181 123 4567:2'", 0, "+441811234567:2\n", ""},
     {"number dialable '+44 (171) 123-4567' --json", 0, "{\n  \"number\": \"1234567\"\n}\n", ""},
@@ -115,7 +130,7 @@ TEST(DiallingCommands, AskTheTelephonyWhereTheFileLeavesItToThat) {
          "dialable\t5: the suffix is put back\t1234567:8\n",
          ""},
         {"dialling show", 0, "Location: TAPI\n", ""},
-        {"dialling location", 0,
+        {"dialling location telephony", 0,
          "Description: London\nCountry: 44\nArea: 171\nNatlAccess: 0\nIntlAccess: 00\nDialAreaCode: NO\n"
          "DialNatlAccessForLocal: NO\nDisplayNatlAccess: NO\nNumberWithoutAreaMaxLen: 7\nDialAsLocal: \n"
          "DialAsNatl: 555,556\n",
@@ -150,7 +165,7 @@ TEST(DiallingCommands, FallBackToTheFileWithoutTelephony) {
         EXPECT_EQ(scene.Console.Run({"number", "dialable", "0 1"}), 0);
         EXPECT_EQ(scene.Console.Results, "01\n");
         EXPECT_EQ(scene.Console.Notices, reason + fallen);
-        EXPECT_EQ(scene.Console.Run({"dialling", "location"}), 1);
+        EXPECT_EQ(scene.Console.Run({"dialling", "location", "telephony"}), 1);
         EXPECT_EQ(scene.Console.Results, "");
         EXPECT_EQ(scene.Console.Notices, reason + "\n");
     }

@@ -21,7 +21,7 @@ const std::map<std::string, PlainEntry> kEntries = {
 
 class WatchedTable final : public platform::Library {
   public:
-    explicit WatchedTable(FakeTelephony& watcher) : watcher_(watcher) {}
+    explicit WatchedTable(FakeTelephonyLibrary& watcher) : watcher_(watcher) {}
     ~WatchedTable() override { watcher_.Note("freed"); }
     WatchedTable(const WatchedTable&) = delete;
     WatchedTable& operator=(const WatchedTable&) = delete;
@@ -31,21 +31,23 @@ class WatchedTable final : public platform::Library {
     }
 
   private:
-    FakeTelephony& watcher_;
+    FakeTelephonyLibrary& watcher_;
 };
 
 } // namespace
 
-FakeTelephony::~FakeTelephony() { TAPITerm(); }
+FakeTelephonyLibrary::~FakeTelephonyLibrary() { TAPITerm(); }
+
+FakeTelephony::~FakeTelephony() { TAPITerm(); } // with its server
 
 TelephonySession::TelephonySession() {
     EXPECT_EQ(TAPIInit("Setup", nullptr, TapiNegotiation::WithDevice), kDone);
     TakeCalls();
 }
 
-std::vector<std::string> FakeTelephony::TakeCalls() { return std::exchange(Calls, {}); }
+std::vector<std::string> FakeTelephonyLibrary::TakeCalls() { return std::exchange(Calls, {}); }
 
-std::unique_ptr<platform::Library> FakeTelephony::Load(const std::string& name) {
+std::unique_ptr<platform::Library> FakeTelephonyLibrary::Load(const std::string& name) {
     Note("load " + name);
     AnswerBy(this);
     return Present ? std::make_unique<WatchedTable>(*this) : nullptr;

@@ -12,15 +12,14 @@
 
 namespace bv::test {
 
-// In place of the system's libraries, with a server in memory, while it lives; then the session is ended.
-class FakeTelephony : public TelephonyAnswers, public platform::Libraries {
+// In place of the system's libraries while it lives; then the session is ended.
+class FakeTelephonyLibrary : public TelephonyAnswers, public platform::Libraries {
   public:
-    FakeTelephony() = default;
-    ~FakeTelephony() override;
-    FakeTelephony(const FakeTelephony&) = delete;
-    FakeTelephony& operator=(const FakeTelephony&) = delete;
+    FakeTelephonyLibrary() = default;
+    ~FakeTelephonyLibrary() override;
+    FakeTelephonyLibrary(const FakeTelephonyLibrary&) = delete;
+    FakeTelephonyLibrary& operator=(const FakeTelephonyLibrary&) = delete;
 
-    MemoryServer Server;
     bool Present = true;
     std::set<std::string> Missing; // entries
 
@@ -35,6 +34,17 @@ class FakeTelephony : public TelephonyAnswers, public platform::Libraries {
 
   private:
     platform::Substitute<platform::Libraries> use_{*this};
+};
+
+// The same with a server in memory.
+class FakeTelephony : public FakeTelephonyLibrary {
+  public:
+    FakeTelephony() = default;
+    ~FakeTelephony() override;
+    FakeTelephony(const FakeTelephony&) = delete;
+    FakeTelephony& operator=(const FakeTelephony&) = delete;
+
+    MemoryServer Server;
 };
 
 // The same with a session opened and nothing called since.

@@ -2,17 +2,12 @@
 #include <windows.h>
 
 #include <commctrl.h>
-#include <gmock/gmock.h>
 
 #include "devices/add_device_dlg.h"
 #include "devices/device_details_dlg.h"
 #include "devices/device_list_dlg.h"
-#include "gui/disk_server.h"
-#include "gui/gui.h"
+#include "gui/dialog_fixture.h"
 #include "resources/ids.h"
-#include "shell/server_paths.h"
-#include "shell/startup.h"
-#include "support/recording_front.h"
 #include "support/texts.h"
 #include "whereused/where_used_dlg.h"
 
@@ -29,13 +24,9 @@ using testing::StartsWith;
 constexpr const char* kListTitle = "Brivane - devices";
 constexpr const char* kSetup = "B-DB\\SETUP.INI";
 
-class DeviceDialogs : public testing::Test {
+class DeviceDialogs : public DialogFixture {
   protected:
-    void SetUp() override {
-        Startup() = {};
-        ASSERT_EQ(LoadServerPaths(), kDone);
-        Before = File();
-    }
+    DeviceDialogs() : DialogFixture(kSetup) {}
 
     void WithList(const std::function<void(HWND, const Windows&)>& drive) {
         static constexpr DialogServices kServices{ShowUses, DeleteByDialog};
@@ -47,16 +38,7 @@ class DeviceDialogs : public testing::Test {
                   [&](const Windows& windows) { drive(windows.Wait("Brivane device details - " + name)); });
     }
 
-    [[nodiscard]] std::string File() const { return Server.Files().Read(kSetup); }
-    void Replace(const std::string& from, const std::string& to) const {
-        Server.Files().Write(kSetup, test::Replaced(File(), from, to));
-    }
-
-    [[nodiscard]] bool Says(const std::string& text) const {
-        return Until([&] {
-            return std::ranges::any_of(Front.Said, [&](const auto& said) { return said.find(text) != said.npos; });
-        });
-    }
+    void Replace(const std::string& from, const std::string& to) const { Write(test::Replaced(File(), from, to)); }
 
     // The lines of one paragraph.
     [[nodiscard]] std::string Paragraph(const std::string& name) const {
@@ -64,10 +46,6 @@ class DeviceDialogs : public testing::Test {
         const std::size_t start = file.find("[" + name + "]\r\n");
         return start == file.npos ? "(none)" : file.substr(start, file.find("\r\n[", start) + 2 - start);
     }
-
-    DiskServer Server;
-    test::RecordingFront Front;
-    std::string Before;
 };
 
 enum PageNumber { kLine, kDial, kRetry, kModem, kCommands };
@@ -81,10 +59,6 @@ HWND ShowPage(HWND dialog, int page) {
         Until([&] { return now() == step + 1; });
     }
     return FrontPage(dialog);
-}
-
-bool IsClosed(HWND dialog) {
-    return Until([&] { return !IsWindow(dialog); });
 }
 
 struct Setting {

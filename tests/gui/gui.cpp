@@ -218,17 +218,21 @@ std::vector<std::string> Entries(HWND dialog, int control) {
 }
 
 int Selection(HWND dialog, int list) {
-    if (!IsListView(GetDlgItem(dialog, list))) return static_cast<int>(SendTo(dialog, list, LB_GETCURSEL));
+    const HWND window = GetDlgItem(dialog, list);
+    if (!IsListView(window))
+        return static_cast<int>(SendTo(dialog, list, ClassOf(window) == "ComboBox" ? CB_GETCURSEL : LB_GETCURSEL));
     return static_cast<int>(SendTo(dialog, list, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_SELECTED));
 }
 
 void Select(HWND dialog, int list, int index) {
-    if (const HWND window = GetDlgItem(dialog, list); IsListView(window)) {
+    const HWND window = GetDlgItem(dialog, list);
+    if (IsListView(window)) {
         SetRowState(window, -1, 0, LVIS_SELECTED);
         return SetRowState(window, index, LVIS_SELECTED | LVIS_FOCUSED, LVIS_SELECTED | LVIS_FOCUSED);
     }
-    SendTo(dialog, list, LB_SETCURSEL, static_cast<WPARAM>(index));
-    Send(dialog, WM_COMMAND, MAKEWPARAM(list, LBN_SELCHANGE), reinterpret_cast<LPARAM>(GetDlgItem(dialog, list)));
+    const bool isCombo = ClassOf(window) == "ComboBox"; // which tells of it by the same code
+    SendTo(dialog, list, isCombo ? CB_SETCURSEL : LB_SETCURSEL, static_cast<WPARAM>(index));
+    Send(dialog, WM_COMMAND, MAKEWPARAM(list, LBN_SELCHANGE), reinterpret_cast<LPARAM>(window));
 }
 
 void Key(WORD key, WORD modifier) {

@@ -1,15 +1,9 @@
 // The dialogs of inward routing inside this process, on a copy of the sample server.
 #include <windows.h>
 
-#include <gmock/gmock.h>
-
-#include "gui/disk_server.h"
-#include "gui/gui.h"
+#include "gui/dialog_fixture.h"
 #include "resources/ids.h"
 #include "routing/inward_dlg.h"
-#include "shell/server_paths.h"
-#include "shell/startup.h"
-#include "support/recording_front.h"
 
 namespace bv::gui {
 namespace {
@@ -22,13 +16,9 @@ using testing::StartsWith;
 constexpr const char* kTitle = "Brivane - automatic inward routing";
 constexpr const char* kRouting = "B-DB\\ROUTING.INI";
 
-class InwardDialogs : public testing::Test {
+class InwardDialogs : public DialogFixture {
   protected:
-    void SetUp() override {
-        Startup() = {};
-        ASSERT_EQ(LoadServerPaths(), kDone);
-        Before = File();
-    }
+    InwardDialogs() : DialogFixture(kRouting) {}
 
     void WithList(const std::function<void(HWND, const Windows&)>& drive) {
         RunDriven([] { ConfigureRouting(nullptr); },
@@ -49,17 +39,6 @@ class InwardDialogs : public testing::Test {
             drive(list, windows.Wait(title));
         });
     }
-
-    [[nodiscard]] std::string File() const { return Server.Files().Read(kRouting); }
-    [[nodiscard]] bool Says(const std::string& text) const {
-        return Until([&] {
-            return std::ranges::any_of(Front.Said, [&](const auto& said) { return said.find(text) != said.npos; });
-        });
-    }
-
-    DiskServer Server;
-    test::RecordingFront Front;
-    std::string Before;
 };
 
 bool Counts(HWND list, const std::string& text) {
@@ -99,11 +78,11 @@ TEST_F(InwardDialogs, AreWorkedByKeyboard) {
         EXPECT_TRUE(Counts(list, "4 of 4 shown, 1 selected"));
         EXPECT_THAT(File(), Not(HasSubstr("*7")));
 
-        Server.Files().Write(kRouting, "[BRIVANE]\r\nType: RoutingInit\r\nRevision: A\r\n[FORWARD]\r\n");
+        Write("[BRIVANE]\r\nType: RoutingInit\r\nRevision: A\r\n[FORWARD]\r\n");
         Key(VK_F5);
         EXPECT_TRUE(Says("No Sub-address rules in routing file."));
         EXPECT_TRUE(IsEnabled(list, ID_INWARD_ADD)) << "the first rule makes the paragraph";
-        Server.Files().Write(kRouting, "[OTHER]\r\n");
+        Write("[OTHER]\r\n");
         Key(VK_F5);
         EXPECT_TRUE(Counts(list, "The list could not be read. F5 reads it again"));
         EXPECT_FALSE(IsEnabled(list, ID_INWARD_ADD));
@@ -113,7 +92,7 @@ TEST_F(InwardDialogs, AreWorkedByKeyboard) {
 TEST_F(InwardDialogs, TellWhoGetsAFaxAndWhatWillNotWork) {
     Server.Files().Write("B-DB\\SETUP.INI",
                          Server.Files().Read("B-DB\\SETUP.INI") + "\r\n[QUEUEMAN]\r\nRouteSubAddr: NO\r\n");
-    Server.Files().Write(kRouting, Before + "\r\n[FORWARD]\r\n");
+    Write(Before + "\r\n[FORWARD]\r\n");
     WithList([&](HWND list, const Windows&) {
         SetTextOf(list, ID_INWARD_TRY_SENDER, "44 20 79460150");
         EXPECT_TRUE(Until([&] { return Text(list, ID_INWARD_RESULT) == "By sender: RECEPT."; }));
@@ -177,7 +156,7 @@ TEST_F(InwardDialogs, BoxesChangeTheirLinesAndNothingElse) {
          "BEN: \"\" LAN-ANY \"RECEPT\" DELETE"},
     };
     for (const auto& [kind, row, entries, from, to] : kCases) {
-        Server.Files().Write(kRouting, Before);
+        Write(Before);
         WithBox(kind, row, [&](HWND, HWND box) {
             Make(box, entries);
             Click(box, IDOK);

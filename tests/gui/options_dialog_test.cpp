@@ -2,22 +2,17 @@
 #include <windows.h>
 
 #include <commctrl.h>
-#include <gmock/gmock.h>
 
 #include <filesystem>
 #include <map>
 #include <optional>
 
-#include "gui/disk_server.h"
-#include "gui/gui.h"
+#include "gui/dialog_fixture.h"
 #include "options/options_dialog_dlg.h"
 #include "options/options_dlg.h"
 #include "platform/clock.h"
 #include "resources/ids.h"
 #include "shell/front_dlg.h"
-#include "shell/server_paths.h"
-#include "shell/startup.h"
-#include "support/recording_front.h"
 #include "support/texts.h"
 #include "voice/format.h"
 #include "voice/messages.h"
@@ -39,36 +34,15 @@ constexpr const char* kTitle = "Brivane - server settings";
 constexpr const char* kSetup = "B-DB\\SETUP.INI";
 using enum OptionPage;
 
-class OptionDialogs : public testing::Test {
+class OptionDialogs : public DialogFixture {
   protected:
-    void SetUp() override {
-        Startup() = {};
-        ASSERT_EQ(LoadServerPaths(), kDone);
-        Before = File();
-    }
-    void TearDown() override { Startup() = {}; }
+    OptionDialogs() : DialogFixture(kSetup) {}
 
     void WithOptions(const std::function<void(HWND, const Windows&)>& drive) {
         RunDriven([] { ConfigureOptions(nullptr); },
                   [&](const Windows& windows) { drive(windows.Wait(kTitle), windows); });
     }
-
-    [[nodiscard]] std::string File() const { return Server.Files().Read(kSetup); }
-
-    [[nodiscard]] bool Says(const std::string& text) const {
-        return Until([&] {
-            return std::ranges::any_of(Front.Said, [&](const auto& said) { return said.find(text) != said.npos; });
-        });
-    }
-
-    DiskServer Server;
-    test::RecordingFront Front;
-    std::string Before;
 };
-
-bool IsClosed(HWND dialog) {
-    return Until([&] { return !IsWindow(dialog); });
-}
 
 // Brings a page to the front from the list, as a click does.
 HWND ShowPage(HWND dialog, OptionPage page) {
@@ -270,7 +244,7 @@ struct HastyClock final : platform::Clock {
 TEST_F(OptionDialogs, TheWindowAnswersWhileManySettingsAreSaved) {
     std::string others = "[OTHER]\r\n"; // without any of the settings, so that all are written
     for (int line = 0; line < 5000; ++line) others += FormatText("Key%d: something\r\n", line);
-    Server.Files().Write(kSetup, others);
+    Write(others);
     MainWindow banner;
     ASSERT_TRUE(banner.Open(SW_SHOWNORMAL));
     WindowsFront speaker(banner);
@@ -348,7 +322,7 @@ TEST_F(OptionDialogs, TypesOfTelephoneNumberAreAddedMovedAndDeleted) {
                                   "TelnumType: National4       \"Mobile\"\r\n"
                                   "TelnumType: International3  \"Rest of the world\"\r\n"));
 
-    Server.Files().Write(kSetup, test::Replaced(Before, "TelnumType: Local ", "TelnumType: Lokal "));
+    Write(test::Replaced(Before, "TelnumType: Local ", "TelnumType: Lokal "));
     WithOptions([&](HWND dialog, const Windows&) {
         const HWND page = ShowPage(dialog, TelephoneNumbers);
         EXPECT_THAT(Text(page, ID_TYPES_HINT), StartsWith("The list of telephone-number types could not be read"));

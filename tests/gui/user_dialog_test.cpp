@@ -2,7 +2,6 @@
 #include <windows.h>
 
 #include <commctrl.h>
-#include <gmock/gmock.h>
 
 #include <optional>
 #include <set>
@@ -10,13 +9,9 @@
 #include "dialogs/layout_dlg.h"
 #include "dialogs/name_field_dlg.h"
 #include "dialogs/status_dlg.h"
-#include "gui/disk_server.h"
-#include "gui/gui.h"
+#include "gui/dialog_fixture.h"
 #include "resources/ids.h"
-#include "shell/server_paths.h"
-#include "shell/startup.h"
 #include "support/faulty_files.h"
-#include "support/recording_front.h"
 #include "users/many_users_dlg.h"
 #include "users/user_details_dlg.h"
 #include "users/user_entry.h"
@@ -38,13 +33,9 @@ constexpr const char* kListTitle = "Brivane - users and user groups";
 constexpr const char* kDetails = "Brivane user details - ANNA";
 constexpr const char* kList = "B-DB\\USERLIST.INI";
 
-class UserDialogs : public testing::Test {
+class UserDialogs : public DialogFixture {
   protected:
-    void SetUp() override {
-        Startup() = {};
-        ASSERT_EQ(LoadServerPaths(), kDone);
-        Before = File();
-    }
+    UserDialogs() : DialogFixture(kList) {}
 
     void WithList(const std::function<void(HWND, const Windows&)>& drive) {
         static constexpr DialogServices kServices{ShowUses, DeleteByDialog};
@@ -56,25 +47,12 @@ class UserDialogs : public testing::Test {
                   [&](const Windows& windows) { drive(windows.Wait(kDetails)); });
     }
 
-    [[nodiscard]] std::string File() const { return Server.Files().Read(kList); }
-
-    // Whether such a text is said, soon.
-    [[nodiscard]] bool Says(const std::string& text) const {
-        return Until([&] {
-            return std::ranges::any_of(Front.Said, [&](const auto& said) { return said.find(text) != said.npos; });
-        });
-    }
-
     // The lines of one record.
     [[nodiscard]] std::string Record(const std::string& name) const {
         const std::string file = File();
         const std::size_t start = file.find("Name: " + name + "\r\n");
         return start == file.npos ? "(none)" : file.substr(start, file.find("\r\n\r\n", start) - start);
     }
-
-    DiskServer Server;
-    test::RecordingFront Front;
-    std::string Before;
 };
 
 // Brings a page to the front by the keyboard, and returns it.
@@ -255,7 +233,7 @@ TEST_F(UserDialogs, TheListIsWorkedByKeyboard) {
 TEST_F(UserDialogs, FaultsOfTheListKeepWhatWasTyped) {
     const std::string path = Server.Files().Path(kList);
     HANDLE held = INVALID_HANDLE_VALUE;
-    const auto write = [&](const std::string& text) { Server.Files().Write(kList, text); };
+    const auto write = [&](const std::string& text) { Write(text); };
     const auto makeTemporary = [&] { CreateDirectoryA(Server.Files().Path("B-DB\\USERLIST.TMP").c_str(), nullptr); };
     const auto removeTemporary = [&] { RemoveDirectoryA(Server.Files().Path("B-DB\\USERLIST.TMP").c_str()); };
     test::FaultyFiles full(platform::Service<platform::FileSystem>::System(), {test::FaultKind::ShortWrite, 2});
@@ -413,7 +391,7 @@ TEST_F(UserDialogs, ChangesOfSomebodyElseAreKeptOrAskedAbout) {
     const auto replace = [&](const std::string& from, const std::string& to) {
         std::string file = File();
         const std::size_t at = file.find(from, file.find("Name: ANNA"));
-        Server.Files().Write(kList, file.replace(at, from.size(), to));
+        Write(file.replace(at, from.size(), to));
     };
     WithAnna([&](HWND dialog) {
         SetTextOf(FrontPage(dialog), ID_USER_FULLNAME, "Anna Mine");
