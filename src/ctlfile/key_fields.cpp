@@ -36,7 +36,7 @@ bool IsAllowed(const ValueRule& rule, std::string_view text) {
     case ValueRule::Form::Boolean: return !text.empty() && ParseBool(text); // an empty one in a file is true
     case ValueRule::Form::Word: return FindWord(rule.Words, text).has_value();
     case ValueRule::Form::Other: return rule.IsGood != nullptr && rule.IsGood(text);
-    case ValueRule::Form::ScrambledPassword: return text.size() <= kMaxPassword;
+    case ValueRule::Form::ScrambledPassword: return text.size() <= kMaxPassword || IsScrambledText(text);
     }
     return false;
 }

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "ctlfile/dates.h"
+#include "ctlfile/key_fields.h"
 #include "ctlfile/reader.h"
 #include "ctlfile/records.h"
 #include "ctlfile/scramble.h"
@@ -141,6 +142,7 @@ TEST(Scramble, ComesBackFromEverySeedAndSize) {
         ASSERT_TRUE(text) << seed;
         EXPECT_EQ(text->size(), StoredLetters(password.size()));
         EXPECT_EQ(UnscrambleText(*text), password);
+        EXPECT_EQ(FaultOfValue("Password", {ValueRule::Form::ScrambledPassword}, *text), std::nullopt);
         EXPECT_EQ(text->find_first_not_of("abcdefghijrstuvw"), std::string::npos);
         texts.insert(*text);
     }
