@@ -58,6 +58,9 @@ PAGES = {
                 bar(LINE, 7, 15, 24, 16), bar(OUTLINE, 14, 23, 18, 27), bar(OUTLINE, 9, 26, 23, 28)],
     "numbers": [bar(FOOT, 6, 2, 26, 30, 2), bar(PAPER, 9, 5, 23, 10)] + [
         bar(FOLD, 9 + 5 * column, 13 + 5 * row, 13 + 5 * column, 16 + 5 * row) for row in range(3) for column in range(3)],
+    "mail": [bar(OUTLINE, 2, 7, 30, 26, 1), bar(PAPER, 3, 8, 29, 25, 1)] + [
+        bar(LINE, side, 8 + i, side + 2, 10 + i) for i in range(9) for side in (3 + int(1.4 * i), 27 - int(1.4 * i))] + [
+        bar(HEADING, 21, 11, 27, 17)],
 }
 
 

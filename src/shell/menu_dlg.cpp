@@ -6,6 +6,10 @@
 #include "covlet/catalogue_dlg.h"
 #include "devices/device_list_dlg.h"
 #include "dialogs/dialog_dlg.h"
+#include "mailgw/gateway_page_dlg.h"
+#include "mailgw/mail_boxes_dlg.h"
+#include "mailgw/mail_list.h"
+#include "mailgw/mail_users_dlg.h"
 #include "options/options_dlg.h"
 #include "resources/ids.h"
 #include "routing/inward_dlg.h"
@@ -26,13 +30,13 @@ struct Area {
     void (*Open)(HWND owner); // runs its dialog; none: this version has none, and the entry is disabled
 };
 
-constexpr DialogServices kServices{ShowUses, DeleteByDialog};
+constexpr DialogServices kServices{ShowUses, DeleteByDialog, ConfigureMailUsers, PickMailName, CountMailUsers};
 
 void OpenUsers(HWND owner) { ConfigureUsers(owner, kServices); }
 void OpenDevices(HWND owner) { ConfigureDevices(owner, kServices); }
 
 // The settings' pages of other areas, in the order of OptionPage.
-constexpr std::array<AreaPageMaker, 0> kAreaPages{};
+constexpr std::array<AreaPageMaker, 1> kAreaPages{MakeGatewayPage};
 void OpenSettings(HWND owner) { ConfigureOptions(owner, kAreaPages); }
 
 // In the menu's order.
