@@ -326,8 +326,6 @@ void DrawMail(const Painter& painter, HWND owner, const DiskServer& server) {
                   const HWND dialog = windows.Wait("Brivane - server settings");
                   Select(dialog, ID_OPTIONS_LIST, static_cast<int>(PagesOfOptions().size()));
                   Until([&] { return GetDlgItem(FrontPage(dialog), ID_GATEWAY_SYSTEM) != nullptr; });
-                  Select(FrontPage(dialog), ID_GATEWAY_SYSTEM, 2);
-                  Until([&] { return IsEnabled(FrontPage(dialog), ID_GATEWAY_TEST); });
                   painter.DrawOpen("mail-gateway", dialog);
                   Click(FrontPage(dialog), ID_GATEWAY_CLEAR);
                   painter.DrawOpen("mail-folder", windows.Wait("Clear folders of the mail gateway"));

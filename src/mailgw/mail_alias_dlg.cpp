@@ -57,7 +57,7 @@ constexpr std::pair<int, std::string_view> kOffered[] = {{ID_ALIAS_INITIAL, kDef
                                                          {ID_ALIAS_FIRST, "%First%1Last"}};
 
 // What comes of the expression, while it is typed.
-void TryExpression(HWND dialog, AliasBox& context) {
+void TryExpression(HWND dialog, AliasBox&) {
     const std::string expression = GetText(dialog, ID_ALIAS_EXPRESSION);
     AccountName account;
     const bool isMade = MakeMailAccountName(GetText(dialog, ID_ALIAS_TRY), expression, account);
