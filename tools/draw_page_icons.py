@@ -63,6 +63,9 @@ PAGES = {
         bar(FOLD, 9 + 5 * column, 13 + 5 * row, 13 + 5 * column, 16 + 5 * row) for row in range(3) for column in range(3)],
     "dialling": [bar(OUTLINE, 2, 6, 30, 14, 4), bar(BODY, 3, 7, 29, 13, 4), bar(OUTLINE, 6, 12, 26, 28, 3),
                  bar(BODY, 7, 13, 25, 27, 3), bar(PAPER, 11, 14, 21, 24, 5), bar(HEADING, 14, 17, 18, 21, 2)],
+    "mail": [bar(OUTLINE, 2, 7, 30, 26, 1), bar(PAPER, 3, 8, 29, 25, 1)] + [
+        bar(LINE, side, 8 + i, side + 2, 10 + i) for i in range(9) for side in (3 + int(1.4 * i), 27 - int(1.4 * i))] + [
+        bar(HEADING, 21, 11, 27, 17)],
 }
 
 

@@ -26,6 +26,12 @@
 #include "gui/gui.h"
 #include "lcr/lcr_page_dlg.h"
 #include "lcr/links_dlg.h"
+#include "mailgw/gateway_page_dlg.h"
+#include "mailgw/mail_alias_dlg.h"
+#include "mailgw/mail_boxes_dlg.h"
+#include "mailgw/mail_enable_dlg.h"
+#include "mailgw/mail_list.h"
+#include "mailgw/mail_users_dlg.h"
 #include "options/options_dialog_dlg.h"
 #include "options/options_dlg.h"
 #include "resources/ids.h"
@@ -175,7 +181,8 @@ void DrawPages(const Painter& painter, int tabs, const std::string& name, const 
 void DrawUsers(const Painter& painter, HWND owner, const DiskServer& server) {
     server.Files().Write("users.csv",
                          "Name,Fullname,Group\r\nADAM,Adam,@SALES\r\nBEN,Ben,@NOBODY\r\nANNA,Anna,@ACCTS\r\n");
-    static constexpr DialogServices kServices{ShowUses, DeleteByDialog};
+    static constexpr DialogServices kServices{ShowUses, DeleteByDialog, ConfigureMailUsers, PickMailName,
+                                              CountMailUsers};
     painter.Draw("users", "Brivane - users and user groups", [&] { ConfigureUsers(owner, kServices); });
     painter.Draw(
         "groups", "Brivane - users and user groups", [&] { ConfigureUsers(owner, kServices); },
@@ -185,7 +192,7 @@ void DrawUsers(const Painter& painter, HWND owner, const DiskServer& server) {
                 [&] { return !Entries(dialog, ID_USERS_LIST).empty() && Entries(dialog, ID_USERS_LIST)[0][0] == '@'; });
         });
     DrawPages(painter, ID_USER_PAGES, "user", "Brivane user details - ANNA", 6,
-              [&] { EditUserByDialog(owner, RecordKind::User, "ANNA"); });
+              [&] { EditUserByDialog(owner, RecordKind::User, "ANNA", &kServices); });
     DrawPages(painter, ID_USER_PAGES, "group", "Brivane user group details - @SALES", 2,
               [&] { EditUserByDialog(owner, RecordKind::Group, "@SALES"); });
     painter.Draw("where-used", "Where ANNA is used", [&] { ShowUses(owner, NamedThing::User, "ANNA"); });
@@ -349,6 +356,42 @@ void DrawDialling(const Painter& painter, HWND owner, const DiskServer& server) 
         });
 }
 
+void DrawMail(const Painter& painter, HWND owner, const DiskServer& server) {
+    const std::string list = server.Files().Read("B-DB\\MAILLIST.INI");
+    std::string changed = list;
+    changed.replace(changed.find("Brivname: LENA"), 14, "Brivname: OTTO");
+    changed.replace(changed.find("Workshop Petra"), 14, "Workshop Paula");
+    server.Files().Write("B-DB\\MAILLIST.INI", changed);
+    painter.Draw("mail-users", "Brivane - mail users", [&] { ConfigureMailUsers(owner, ""); });
+    painter.Draw(
+        "mail-enable", "Enable mail users", [&] { EnableMailUsersByDialog(owner, "MAILSTD"); },
+        [](HWND dialog) {
+            FocusControlOf(dialog, ID_ENABLE_LIST);
+            Select(dialog, ID_ENABLE_LIST, 2);
+            Key(VK_SPACE);
+            Until([&] { return !Text(dialog, ID_ENABLE_ACCOUNT).empty(); });
+        });
+    painter.Draw("mail-enable-user", "Enable mail users", [&] { EnableMailUsersByDialog(owner, ""); });
+    MailUser user{"MAILSTD", "Warehouse Olaf", "BEN", true, "201", "YES", "NO"};
+    painter.Draw("mail-user", "Mail user", [&] { EditMailUserByDialog(owner, user); });
+    painter.Draw("mail-replace", "Replace mail user", [&] {
+        ReplaceMailUserByDialog(owner, {"CLARA", "Sales Clara"});
+    });
+    painter.Draw("mail-accounts", "Account names of mail users", [&] { ChooseAccountExpression(owner); });
+    painter.Draw("mail-choose", "Choose a mail user", [&] { PickMailName(owner, ""); });
+    server.Files().Write("B-DB\\MAILLIST.INI", list);
+    constexpr AreaPageMaker kPages[] = {MakeGatewayPage};
+    RunDriven([&] { ConfigureOptions(owner, kPages); },
+              [&](const Windows& windows) {
+                  const HWND dialog = windows.Wait("Brivane - server settings");
+                  Select(dialog, ID_OPTIONS_LIST, static_cast<int>(PagesOfOptions().size()));
+                  Until([&] { return GetDlgItem(FrontPage(dialog), ID_GATEWAY_SYSTEM) != nullptr; });
+                  painter.DrawOpen("mail-gateway", dialog);
+                  Click(FrontPage(dialog), ID_GATEWAY_CLEAR);
+                  painter.DrawOpen("mail-folder", windows.Wait("Clear folders of the mail gateway"));
+              });
+}
+
 void DrawBoxes(const Painter& painter) {
     painter.Draw("box-delete", FillMessage(kCaptionOfDelete), [] {
         AskFilled(kCaptionOfDelete, BoxIcon::Question,
@@ -397,6 +440,8 @@ int DrawPictures(const std::string& directory) {
     DrawLcr(painter, window.Handle(), server);
     Painter::Begin("Dialling properties");
     DrawDialling(painter, window.Handle(), server);
+    Painter::Begin("Mail users and the mail gateway");
+    DrawMail(painter, window.Handle(), server);
     Painter::Begin("Messages");
     DrawBoxes(painter);
     DrawProgress(painter, window.Handle());

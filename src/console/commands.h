@@ -114,15 +114,17 @@ extern const Area kDiallingArea;
 extern const Area kNumberArea;
 extern const Area kMailUserArea;
 extern const Area kMailNameArea;
+extern const Area kMailArea;
 extern const Area kSecretArea;
 extern const Area kCompletionArea;
 extern const Area kManualArea;
 
 inline constexpr std::array kAreas = {
-    &kPathsArea,     &kVersionArea,     &kFileArea,     &kRecoverArea, &kUserArea,       &kGroupArea,
-    &kWhereUsedArea, &kDeviceArea,      &kPrinterArea,  &kOptionArea,  &kCoversheetArea, &kLetterheadArea,
-    &kRoutingArea,   &kDestinationArea, &kLinkArea,     &kRouterArea,  &kLcrArea,        &kDiallingArea,
-    &kNumberArea,    &kMailUserArea,    &kMailNameArea, &kSecretArea,  &kCompletionArea, &kManualArea,
+    &kPathsArea,      &kVersionArea,    &kFileArea,     &kRecoverArea,     &kUserArea,
+    &kGroupArea,      &kWhereUsedArea,  &kDeviceArea,   &kPrinterArea,     &kOptionArea,
+    &kCoversheetArea, &kLetterheadArea, &kRoutingArea,  &kDestinationArea, &kLinkArea,
+    &kRouterArea,     &kLcrArea,        &kDiallingArea, &kNumberArea,      &kMailUserArea,
+    &kMailNameArea,   &kMailArea,       &kSecretArea,   &kCompletionArea,  &kManualArea,
 };
 
 } // namespace bv::console

@@ -3,12 +3,20 @@
 #include <algorithm>
 #include <array>
 #include <string>
+#include <unordered_map>
+#include <utility>
 #include <vector>
 
+#include "ctlfile/key_fields.h"
 #include "ctlfile/reader.h"
 #include "ctlfile/reading.h"
+#include "ctlfile/saving.h"
+#include "mailgw/mail_list.h"
+#include "mailgw/mail_messages.h"
 #include "platform/ascii.h"
 #include "shell/server_files.h"
+#include "users/user_list.h"
+#include "voice/messages.h"
 
 namespace bv {
 namespace {
@@ -75,6 +83,16 @@ std::optional<AccountExpression> ReadAccountExpression() {
     return expression.IsEmpty() ? AccountExpression(kDefaultAccountExpression) : expression;
 }
 
+bool WriteAccountExpression(std::string_view expression) {
+    if (!IsAccountExpression(expression)) {
+        ShowError(kSelectExpression);
+        return false;
+    }
+    Rewrite rewrite(PathOf(ServerFile::Setup));
+    if (!CheckOpened(rewrite)) return false;
+    return SaveRewrite(rewrite, [&] { return RewriteKey(rewrite, {"[OPTIONS]", "MailUserAlias:", expression}); });
+}
+
 bool MakeMailAccountName(std::string_view displayName, std::string_view expression, AccountName& name) {
     const std::vector<Item> items = ItemsOf(expression.substr(0, AccountExpression::kLimit));
     const Words words = SplitWords(displayName.substr(0, displayName.find('\t')));
@@ -90,6 +108,30 @@ bool MakeMailAccountName(std::string_view displayName, AccountName& name) {
     name.Clear();
     const std::optional<AccountExpression> expression = ReadAccountExpression();
     return expression && MakeMailAccountName(displayName, *expression, name);
+}
+
+std::optional<NameSet> ReadTakenAccounts() {
+    NameSet taken;
+    const bool isListRead = VisitMailUsers([&](const MailUser& user) {
+        if (!user.EmailBrivname.IsEmpty()) taken.Add(user.EmailBrivname);
+        return true;
+    });
+    UserListView everybody;
+    everybody.IncludeGroups = true;
+    const bool isRead = isListRead && VisitUserRows(everybody, [&](const UserRow& row) { taken.Add(row.Name); });
+    return isRead ? std::optional(std::move(taken)) : std::nullopt;
+}
+
+std::vector<bool> ClashingAccountNames(std::span<const std::string> accounts, const NameSet& taken) {
+    std::unordered_map<std::string, std::size_t> first;
+    std::vector<bool> clashes(accounts.size());
+    for (std::size_t i = 0; i < accounts.size(); ++i) {
+        if (accounts[i].empty()) continue;
+        const auto [place, isFirst] = first.try_emplace(UpperText(accounts[i]), i);
+        clashes[i] = !isFirst || taken.Has(accounts[i]);
+        if (!isFirst) clashes[place->second] = true;
+    }
+    return clashes;
 }
 
 } // namespace bv

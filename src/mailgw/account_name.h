@@ -6,9 +6,13 @@
 #pragma once
 
 #include <optional>
+#include <span>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "ctlfile/fixed_text.h"
+#include "shell/name_set.h"
 
 namespace bv {
 
@@ -23,10 +27,20 @@ bool IsAccountExpression(std::string_view text);
 // The expression of "MailUserAlias:" in "[OPTIONS]" of SETUP.INI; the default without one. None after 413 or 9011.
 std::optional<AccountExpression> ReadAccountExpression();
 
+// Writes it there; one that is no expression is not written. Status 470 and 471. False after 9442, 413 or 5000.
+bool WriteAccountExpression(std::string_view expression);
+
 // Makes the account name from the display name up to its first tab. False, the name empty, when nothing comes of it.
 bool MakeMailAccountName(std::string_view displayName, std::string_view expression, AccountName& name);
 
 // The same with the expression of SETUP.INI; false also after its messages.
 bool MakeMailAccountName(std::string_view displayName, AccountName& name);
+
+// The account names that a mail user cannot get: those that other mail users have, and the names of users and user
+// groups. None after 413 or 9011.
+std::optional<NameSet> ReadTakenAccounts();
+
+// Which of the account names clash: with one that is taken, or among themselves. An empty one does not.
+std::vector<bool> ClashingAccountNames(std::span<const std::string> accounts, const NameSet& taken);
 
 } // namespace bv

@@ -2,16 +2,20 @@
 
 #include <algorithm>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "ctlfile/lines.h"
 #include "ctlfile/whole_file.h"
+#include "mailgw/account_name.h"
+#include "mailgw/mail_directory.h"
 #include "mailgw/mail_list.h"
 #include "mailgw/mail_messages.h"
 #include "platform/ascii.h"
 #include "shell/server_files.h"
 #include "shell/startup.h"
 #include "users/user_list.h"
+#include "users/user_messages.h"
 #include "voice/messages.h"
 
 namespace bv {
@@ -121,6 +125,47 @@ bool WarnOfLostProfile(const UserChange& user) {
     return count.has_value();
 }
 
+// The first of the new users whose account name somebody else has or gets, after 9425.
+std::optional<EnableFault> FindClash(std::span<const NewMailUser> users) {
+    using Field = EnableFault::Field;
+    std::vector<std::string> accounts;
+    for (const NewMailUser& user : users) accounts.push_back(user.Account);
+    if (std::ranges::all_of(accounts, &std::string::empty)) return {};
+    const std::optional<NameSet> taken = ReadTakenAccounts();
+    if (!taken) return EnableFault{Field::List};
+    const std::vector<bool> clashes = ClashingAccountNames(accounts, *taken);
+    const auto clash = std::ranges::find(clashes, true);
+    if (clash == clashes.end()) return {};
+    const auto index = static_cast<std::size_t>(clash - clashes.begin());
+    ShowError(kAccountInUse, accounts[index]);
+    return EnableFault{Field::Account, index};
+}
+
+// The changes that let the users send; what has their names already leaves. A fault without a message: nothing is to be
+// replaced.
+std::optional<EnableFault> PlanEnabling(const std::string& serverName, std::span<const NewMailUser> users,
+                                        std::vector<MailUserChange>& changes) {
+    using Field = EnableFault::Field;
+    std::unordered_map<std::string, std::string> senders; // of e-mail names in upper case
+    for (const NewMailUser& user : users) senders.try_emplace(UpperText(user.Emailname));
+    const bool isRead = VisitMailUsers([&](const MailUser& user) {
+        const auto asked = senders.find(UpperText(user.Emailname));
+        if (asked != senders.end() && asked->second.empty()) asked->second = EffectiveUser(user);
+        return true;
+    });
+    if (!isRead) return EnableFault{Field::List};
+    for (std::size_t i = 0; i < users.size(); ++i) {
+        const NewMailUser& user = users[i];
+        MailUserChange change{.ServerName = serverName, .Comes = user.Emailname, .Account = user.Account};
+        const std::string& sender = senders.at(UpperText(user.Emailname));
+        if (!sender.empty()) change.Leaves = user.Emailname;
+        if (change.Leaves && !AskQuestion(kReplaceMailUser, user.Emailname, sender))
+            return EnableFault{Field::Emailname, i};
+        changes.push_back(change);
+    }
+    return {};
+}
+
 } // namespace
 
 bool IsEmailName(std::string_view emailName) {
@@ -128,12 +173,14 @@ bool IsEmailName(std::string_view emailName) {
     return fits && TrimBlanks(emailName) == emailName && FindControl(emailName, 0) == emailName.size();
 }
 
+bool CheckEmailName(std::string_view emailName) {
+    if (!IsEmailName(emailName)) ShowError(kNotAnEmailName, emailName, kMaxEmailName);
+    return IsEmailName(emailName);
+}
+
 bool EnableMailUser(std::string_view serverName, std::string_view emailName,
                     std::optional<std::string_view> previousEmailName) {
-    if (!IsEmailName(emailName)) {
-        ShowError(kNotAnEmailName, emailName, kMaxEmailName);
-        return false;
-    }
+    if (!CheckEmailName(emailName)) return false;
     const std::optional<std::string> listed = ListedUser(serverName);
     if (!listed || !HasChanged(AddMailUser(*listed, emailName, previousEmailName))) return false;
     ShowStatus(kAdded, "mail user", emailName);
@@ -142,6 +189,66 @@ bool EnableMailUser(std::string_view serverName, std::string_view emailName,
 
 bool DisableMailUser(std::string_view serverName, std::string_view emailName) {
     return AgreeToOthers(serverName, emailName) && IsDone(RemoveMailUser(serverName, emailName));
+}
+
+bool DisableMailUsers(std::span<const ListedMailUser> users) {
+    const auto canGo = [](const ListedMailUser& user) { return CheckDeletable(user.Brivname); };
+    if (users.empty() || !std::ranges::all_of(users, canGo)) return false;
+    const ListedMailUser& first = users.front();
+    const bool agrees = users.size() == 1 ? AskDelete("mail user", first.Emailname, "of " + first.Brivname)
+                                          : AskDeleteMany(users.size(), "mail users");
+    if (!agrees) return false;
+    std::vector<MailUserChange> changes;
+    for (const ListedMailUser& user : users)
+        changes.push_back({.ServerName = user.Brivname, .Leaves = user.Emailname, .LeavesOwn = true});
+    if (!IsDone(ChangeMailUsers(changes))) return false;
+    if (users.size() > 1) ShowStatus(kDeletedMany, users.size(), "mail users");
+    return true;
+}
+
+std::optional<EnableFault> EnableMailUsers(std::string_view serverName, std::span<const NewMailUser> users) {
+    using Field = EnableFault::Field;
+    if (users.empty()) ShowError(kSelectMailUser);
+    if (users.empty()) return EnableFault{Field::List};
+    if (serverName.empty()) ShowError(kSelectServerUser);
+    if (serverName.empty()) return EnableFault{Field::ServerUser};
+    const std::optional<std::string> listed = ListedUser(serverName);
+    if (!listed) return EnableFault{Field::ServerUser};
+    for (std::size_t i = 0; i < users.size(); ++i)
+        if (!CheckEmailName(users[i].Emailname)) return EnableFault{Field::Emailname, i};
+    if (const auto clash = FindClash(users)) return clash;
+    std::vector<MailUserChange> changes;
+    if (const auto refused = PlanEnabling(*listed, users, changes)) return refused;
+    if (!IsDone(ChangeMailUsers(changes))) return EnableFault{Field::List};
+    if (users.size() > 1) ShowStatus(kMailUsersAdded, users.size());
+    if (users.size() > 1) return {};
+    ShowStatus(kEmailName, users.front().Emailname);
+    ShowStatus(kAdded, "mail user", users.front().Emailname);
+    return {};
+}
+
+bool RenameMailUser(const ListedMailUser& user, std::string_view newName) {
+    if (!CheckEmailName(newName)) return false;
+    std::vector<MailUserChange> changes = {
+        {.ServerName = user.Brivname, .Leaves = user.Emailname, .Comes = newName, .LeavesOwn = true}};
+    std::optional<MailUser> there;
+    if (!EqualFolded(user.Emailname, newName) && !FindMailUser(newName, there)) return false;
+    if (there) {
+        if (!AskQuestion(kReplaceMailUser, there->Emailname.View(), EffectiveUser(*there))) return false;
+        changes.push_back({.ServerName = there->Brivname, .Leaves = newName, .LeavesOwn = true});
+    }
+    if (!IsDone(ChangeMailUsers(changes))) return false;
+    ShowStatus(kAdded, "mail user", newName);
+    return true;
+}
+
+void OfferUpgrade() {
+    if (NeedsUpgrade() && AskQuestion(kNotesNoProfiles)) UpgradeWholeMailList();
+}
+
+void OfferToRemakeUserList(std::uintptr_t ownerWindow) {
+    if (!std::exchange(MustDisableInMailSystem(), false)) return;
+    if (AskQuestion(kMailUsersToDisable)) RemakeMailUserList(ownerWindow);
 }
 
 bool UpgradeWholeMailList() { return HasChanged(UpgradeMailList()); }

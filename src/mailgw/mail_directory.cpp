@@ -3,6 +3,7 @@
 #include "ctlfile/paths.h"
 #include "ctlfile/reading.h"
 #include "ctlfile/whole_file.h"
+#include "mailgw/mail_messages.h"
 #include "platform/ascii.h"
 #include "platform/environment.h"
 #include "platform/files.h"
@@ -25,22 +26,49 @@ std::string_view WithoutLineEnd(std::string_view line) {
     return line;
 }
 
+enum class Made { Failed, Nothing, List };
+
+// Runs MAILCONF.EXE and puts what it has made in place; Failed after a message.
+Made RunCompanion(std::uintptr_t ownerWindow) {
+    const std::string directory = WithBackslash(platform::TheEnvironment().ProgramDirectory());
+    if (!RunProgram(FormatText("%s%s -SE -H%X", directory, "MAILCONF.EXE", ownerWindow), WaitForProgram::Yes))
+        return Made::Failed;
+    const std::string made = DatabaseFile("MAILUSER.TMP");
+    if (!FileExists(made)) return Made::Nothing;
+    if (PutInPlace(made, PathOf(ServerFile::MailUsers))) return Made::List;
+    ShowError(kUnableToUpdateFile, PathOf(ServerFile::MailUsers));
+    return Made::Failed;
+}
+
 } // namespace
 
 bool EnsureMailUserList(std::uintptr_t ownerWindow, bool force) {
     if (!force && OpenShared(PathOf(ServerFile::MailUsers), "rb")) return true;
-    const std::string directory = WithBackslash(platform::TheEnvironment().ProgramDirectory());
-    if (!RunProgram(FormatText("%s%s -SE -H%X", directory, "MAILCONF.EXE", ownerWindow), WaitForProgram::Yes))
-        return false;
-    const std::string made = DatabaseFile("MAILUSER.TMP");
-    if (!FileExists(made) || PutInPlace(made, PathOf(ServerFile::MailUsers))) return true;
-    ShowError(kUnableToUpdateFile, PathOf(ServerFile::MailUsers));
-    return false;
+    return RunCompanion(ownerWindow) != Made::Failed;
+}
+
+bool RemakeMailUserList(std::uintptr_t ownerWindow) {
+    const Made made = RunCompanion(ownerWindow);
+    if (made == Made::Nothing) ShowError(kNoMailUserListMade);
+    return made == Made::List;
 }
 
 bool DeleteMailUserList() {
     const platform::FileError error = platform::Files().Delete(PathOf(ServerFile::MailUsers));
     return error == platform::FileError::None || error == platform::FileError::NotFound;
+}
+
+bool ReadMailDirectory(std::vector<MailPerson>& people) {
+    people.clear();
+    if (IsMissing(PathOf(ServerFile::MailUsers))) return true;
+    ControlStream file = OpenForReading(PathOf(ServerFile::MailUsers));
+    if (!file) return false;
+    for (std::string_view line = file.NextRawLine(); !line.empty(); line = file.NextRawLine()) {
+        const std::size_t tab = line.find('\t');
+        if (tab == 0 || tab == std::string_view::npos) continue;
+        people.push_back({std::string(line.substr(0, tab)), std::string(WithoutLineEnd(line.substr(tab + 1)))});
+    }
+    return WasRead(file);
 }
 
 StatusCode LookupMailUser(std::string_view displayName, std::size_t size, std::string& address) {

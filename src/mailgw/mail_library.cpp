@@ -1,9 +1,11 @@
 #include "mailgw/mail_library.h"
 
 #include <algorithm>
+#include <initializer_list>
 #include <optional>
 #include <string_view>
 #include <type_traits>
+#include <utility>
 
 #include "ctlfile/paths.h"
 #include "mailgw/notes_settings.h"
@@ -91,21 +93,17 @@ StatusCode Resolve(platform::Library& library, Table& table, const EntryRow<Tabl
 }
 
 // A value of section [Mail] of the user's WIN.INI: the system's answer or, where it has none, the file's.
-std::string MailText(const std::string& key, std::string_view usual) {
+std::string MailText(const std::string& key) {
     const std::string section = "Mail";
     const std::optional<std::string> known = platform::TheEnvironment().ProfileText(section, key);
-    const std::string name = known ? *known : ReadProfileText("WIN.INI", section, key);
-    return name.empty() ? std::string(usual) : name;
+    return known ? *known : ReadProfileText("WIN.INI", section, key);
 }
 
-std::string LibraryName(MailType type) {
-    switch (type) {
-    case MailType::Vim: return MailText("VIMDLLName32", "VIM32.DLL");
-    case MailType::Mapi: return MailText("MAPIDLLName32", MailText("MAPIDLL32", "MAPI32.DLL"));
-    case MailType::Cmc: return MailText("CMCDLLName32", "CMC32.DLL");
-    case MailType::Notes: break;
-    }
-    return "BVLNAPI.DLL";
+// The library that the first of the keys with a value names, or the usual one.
+MailLibraryName NamedLibrary(std::initializer_list<const char*> keys, const char* usual) {
+    for (const std::string key : keys)
+        if (std::string name = MailText(key); !name.empty()) return {std::move(name), key, false};
+    return {usual, *(keys.end() - 1), true};
 }
 
 // Whether the file stands in the current directory or one of the search path.
@@ -132,9 +130,19 @@ bool FindNotes() {
 
 } // namespace
 
+MailLibraryName LibraryOf(MailType type) {
+    switch (type) {
+    case MailType::Vim: return NamedLibrary({"VIMDLLName32"}, "VIM32.DLL");
+    case MailType::Mapi: return NamedLibrary({"MAPIDLLName32", "MAPIDLL32"}, "MAPI32.DLL");
+    case MailType::Cmc: return NamedLibrary({"CMCDLLName32"}, "CMC32.DLL");
+    case MailType::Notes: break;
+    }
+    return {"BVLNAPI.DLL", "", true};
+}
+
 StatusCode LoadMailLibrary(MailType type, std::unique_ptr<platform::Library>& library) {
     if (type == MailType::Notes && !FindNotes()) return kNotesNotFound;
-    const std::string name = LibraryName(type);
+    const std::string name = LibraryOf(type).Name;
     library = platform::TheLibraries().Load(name);
     if (library) return kDone;
     ReportMessage(kError, "Unable to load mail DLL %s (error #%d)", name, platform::TheLibraries().LastError());

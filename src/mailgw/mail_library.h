@@ -61,6 +61,14 @@ struct NotesTable {
     int (*PostTerm)() = nullptr;
 };
 
+// The library of a mail system, and the key of WIN.INI's section [MAIL] that names it or, for the usual one, could.
+struct MailLibraryName {
+    std::string Name;
+    std::string Key; // empty: nothing names it
+    bool IsUsual = true;
+};
+MailLibraryName LibraryOf(MailType type);
+
 // Loads the library of a mail system: of VIM, MAPI and CMC the one that section [MAIL] of WIN.INI names, or the usual
 // one; of Notes the bridge, once nNOTES.DLL has been found on the search path, to which the Notes directory is added if
 // need be. 0, or after a message -3998 or -4033.

@@ -1,18 +1,18 @@
 #include "mailgw/mail_list.h"
 
 #include <algorithm>
-#include <array>
+#include <string>
 #include <unordered_map>
 #include <unordered_set>
 #include <vector>
 
 #include "ctlfile/copy_back.h"
-#include "ctlfile/key_fields.h"
 #include "ctlfile/lines.h"
 #include "ctlfile/reading.h"
 #include "ctlfile/records.h"
 #include "ctlfile/whole_file.h"
 #include "mailgw/mail_messages.h"
+#include "mailgw/mail_profiles.h"
 #include "platform/ascii.h"
 #include "shell/server_files.h"
 #include "shell/server_paths.h"
@@ -22,73 +22,7 @@
 namespace bv {
 namespace {
 
-constexpr std::string_view kHeader = "[USER]";
-
-// The keys in the order of writing.
-enum KeyIndex : std::size_t { kBrivname, kEmailname, kEmailBrivname, kProfile, kSubAddr, kPrintRecd, kPrintSent };
-constexpr std::array<std::string_view, 7> kKeys = {
-    "Brivname:", "Emailname:", "EmailBrivname:", "Profile:", "SubAddr:", "PrintRecd:", "PrintSent:"};
-
-void ReadMailUser(const RecordWalker& records, MailUser& user) {
-    WholeValue profile;
-    const bool hasProfile = records.Get(kProfile, profile);
-    user.Profile = hasProfile && ParseBool(profile).value_or(false);
-    records.Get(kBrivname, user.Brivname);
-    records.Get(kEmailname, user.Emailname);
-    records.Get(kEmailBrivname, user.EmailBrivname);
-    records.Get(kSubAddr, user.SubAddr);
-    records.Get(kPrintRecd, user.PrintRecd);
-    records.Get(kPrintSent, user.PrintSent);
-}
-
-std::string KeyLines(const MailUser& user) {
-    std::string text;
-    const auto add = [&](KeyIndex key, std::string_view value) {
-        text.append(kKeys[key]).append(" ").append(value).append(kLineEnd);
-    };
-    const auto addUnlessEmpty = [&](KeyIndex key, std::string_view value) {
-        if (!value.empty()) add(key, value);
-    };
-    add(kBrivname, user.Brivname);
-    add(kEmailname, user.Emailname);
-    addUnlessEmpty(kEmailBrivname, user.EmailBrivname);
-    add(kProfile, ValueCodec<bool>::Text(user.Profile));
-    addUnlessEmpty(kSubAddr, user.SubAddr);
-    addUnlessEmpty(kPrintRecd, user.PrintRecd);
-    addUnlessEmpty(kPrintSent, user.PrintSent);
-    return text;
-}
-
-// The server users that are profiles of the mail system, of each name the first user.
-class ProfileUsers {
-  public:
-    // Without a user list there are none. False after 413 or 9011.
-    bool Read() {
-        static constexpr std::array<std::string_view, 2> kUserKeys = {kNameKey, "MailName:"};
-        if (IsMissing(PathOf(ServerFile::UserList))) return true;
-        ControlStream list = OpenForReading(PathOf(ServerFile::UserList));
-        if (!list) return false;
-        RecordWalker records(list, RecordHeader(RecordKind::User), kUserKeys);
-        WholeValue name;
-        WholeValue mailName;
-        std::unordered_set<std::string> others;
-        while (records.Next()) {
-            records.Get(0, name);
-            records.Get(1, mailName);
-            const std::string key = UpperText(name);
-            if (!mailName.View().starts_with('*'))
-                others.insert(key);
-            else if (!others.contains(key))
-                names_.insert(key);
-        }
-        return WasRead(list);
-    }
-
-    [[nodiscard]] bool Has(std::string_view name) const { return names_.contains(UpperText(name)); }
-
-  private:
-    std::unordered_set<std::string> names_; // in upper case
-};
+constexpr std::string_view kHeader = kMailUserHeader;
 
 // The list while it is rewritten: held, and whole in memory.
 class HeldMailList {
@@ -112,7 +46,7 @@ class HeldMailList {
     // At the start of the file.
     [[nodiscard]] RecordWalker Records() {
         rewrite_.Control.Rewind();
-        return RecordWalker(rewrite_.Control, kHeader, kKeys);
+        return RecordWalker(rewrite_.Control, kHeader, kMailUserKeys);
     }
 
     [[nodiscard]] Position Size() const { return size_; }
@@ -139,27 +73,59 @@ class HeldMailList {
     Position size_ = 0;
 };
 
-// The records that leave: their places, each from its header to the next paragraph, and what they hold.
+// The records that leave: their places, each from its header to the next paragraph, the changes that take them, and
+// what those hold that others take the place of.
 struct LeavingRecords {
     std::unordered_map<Position, Position> Places;
-    std::unordered_map<std::size_t, MailUser> ByChange; // by the index of the change that takes them
+    std::unordered_set<std::size_t> Changes; // by their indexes
+    std::unordered_map<std::size_t, MailUser> Replaced;
+};
+
+// The changes that wait for a record: by its name alone, or by that and its server user.
+class WaitingChanges {
+  public:
+    explicit WaitingChanges(std::span<const MailUserChange> changes) {
+        for (std::size_t i = changes.size(); i-- > 0;) {
+            const auto& [serverName, leaves, comes, account, isOwn] = changes[i];
+            if (leaves) waiting_[isOwn ? KeyOf(*leaves, serverName) : UpperText(*leaves)].push_back(i);
+        }
+    }
+    [[nodiscard]] bool IsEmpty() const { return waiting_.empty(); }
+
+    // The first one that a record of that name and server user is for, which then waits no more.
+    std::optional<std::size_t> Take(std::string_view emailName, std::string_view serverName) {
+        for (const std::string& key : {KeyOf(emailName, serverName), UpperText(emailName)}) {
+            const auto found = waiting_.find(key);
+            if (found == waiting_.end()) continue;
+            const std::size_t change = found->second.back();
+            found->second.pop_back();
+            if (found->second.empty()) waiting_.erase(found);
+            return change;
+        }
+        return {};
+    }
+
+  private:
+    static std::string KeyOf(std::string_view emailName, std::string_view serverName) {
+        return UpperText(emailName) + '\n' + UpperText(serverName);
+    }
+    std::unordered_map<std::string, std::vector<std::size_t>> waiting_; // the first one last
 };
 
 LeavingRecords FindLeaving(HeldMailList& list, std::span<const MailUserChange> changes) {
-    std::unordered_map<std::string, std::size_t> wanted; // the first change of each name, by the name in upper case
-    for (std::size_t i = 0; i < changes.size(); ++i) {
-        if (changes[i].Leaves) wanted.try_emplace(UpperText(*changes[i].Leaves), i);
-    }
+    WaitingChanges waiting(changes);
     LeavingRecords leaving;
     RecordWalker records = list.Records();
     WholeValue name;
-    while (!wanted.empty() && records.Next()) {
-        if (!records.Get(kEmailname, name)) continue;
-        const auto found = wanted.find(UpperText(name));
-        if (found == wanted.end()) continue;
+    WholeValue server;
+    while (!waiting.IsEmpty() && records.Next()) {
+        if (!records.Get(MailKey::Emailname, name)) continue;
+        records.Get(MailKey::Brivname, server);
+        const std::optional<std::size_t> change = waiting.Take(name, server);
+        if (!change) continue;
         leaving.Places[records.Start()] = records.End();
-        ReadMailUser(records, leaving.ByChange[found->second]);
-        wanted.erase(found);
+        leaving.Changes.insert(*change);
+        if (changes[*change].Comes) ReadMailUser(records, leaving.Replaced[*change]);
     }
     return leaving;
 }
@@ -174,12 +140,13 @@ std::vector<ComingRecord> MakeComing(std::span<const MailUserChange> changes, co
                                      const ProfileUsers& profiles) {
     std::vector<ComingRecord> coming;
     for (std::size_t i = 0; i < changes.size(); ++i) {
-        const auto& [serverName, leaves, comes] = changes[i];
+        const auto& [serverName, leaves, comes, account, isOwn] = changes[i];
         if (!comes) continue;
-        const auto replaced = leaving.ByChange.find(i);
-        MailUser user = replaced == leaving.ByChange.end() ? MailUser() : replaced->second;
+        const auto replaced = leaving.Replaced.find(i);
+        MailUser user = replaced == leaving.Replaced.end() ? MailUser() : replaced->second;
         user.Brivname = serverName;
         user.Emailname = *comes;
+        if (!account.empty()) user.EmailBrivname = account;
         user.Profile = profiles.Has(serverName);
         coming.push_back({*comes, std::string(kHeader).append(kLineEnd).append(KeyLines(user)).append(kLineEnd)});
     }
@@ -206,7 +173,7 @@ std::string ChangedText(HeldMailList& list, const LeavingRecords& leaving, const
             ++left;
             continue;
         }
-        records.Get(kEmailname, name);
+        records.Get(MailKey::Emailname, name);
         for (; next != coming.end() && next->Emailname < name.View(); ++next) {
             copyTo(records.Start());
             text.append(next->Text);
@@ -234,36 +201,21 @@ void ShowNotListed(std::string_view serverName, std::string_view emailName) {
 MailListOutcome TellLeft(std::span<const MailUserChange> changes, const LeavingRecords& leaving) {
     MailListOutcome outcome = MailListOutcome::Done;
     for (std::size_t i = 0; i < changes.size(); ++i) {
-        const auto& [serverName, leaves, comes] = changes[i];
-        if (leaving.ByChange.contains(i)) {
-            ShowStatus(kUserKeptFromGateway, serverName);
-        } else if (leaves && !comes) {
-            ShowNotListed(serverName, *leaves);
+        const MailUserChange& change = changes[i];
+        if (leaving.Changes.contains(i)) {
+            ShowStatus(kUserKeptFromGateway, change.ServerName);
+        } else if (change.Leaves && !change.Comes) {
+            ShowNotListed(change.ServerName, *change.Leaves);
             outcome = MailListOutcome::NotListed;
         }
     }
     return outcome;
 }
 
-// The lines of a record's body that have none of the keys, the last one ended, and an empty line at the end.
-std::string OtherLines(std::string_view body) {
-    std::string text;
-    std::string_view last;
-    while (!body.empty()) {
-        const std::string_view line = TakeLine(body);
-        if (std::ranges::any_of(kKeys, [line](std::string_view key) { return BeginsWith(line, key); })) continue;
-        text.append(line);
-        last = line;
-    }
-    if (!text.empty() && !text.ends_with('\n')) text.append(kLineEnd);
-    if (CountingPart(last).empty() && !text.empty()) return text;
-    return text.append(kLineEnd);
-}
-
 bool FirstHasProfile(HeldMailList& list) {
     RecordWalker records = list.Records();
     WholeValue value;
-    return !records.Next() || records.Get(kProfile, value);
+    return !records.Next() || records.Get(MailKey::Profile, value);
 }
 
 std::string UpgradedText(HeldMailList& list, const ProfileUsers& profiles) {
@@ -274,7 +226,7 @@ std::string UpgradedText(HeldMailList& list, const ProfileUsers& profiles) {
     WholeValue name;
     while (records.Next()) {
         ReadMailUser(records, user);
-        const bool hasName = records.Get(kBrivname, name);
+        const bool hasName = records.Get(MailKey::Brivname, name);
         user.Profile = profiles.Has(hasName ? name : user.EmailBrivname);
         text.append(list.Text(at, records.BodyStart()));
         if (!text.ends_with('\n')) text.append(kLineEnd);
@@ -286,22 +238,25 @@ std::string UpgradedText(HeldMailList& list, const ProfileUsers& profiles) {
 
 } // namespace
 
-std::string_view EffectiveUser(const MailUser& user) {
-    const std::string_view mapped = user.EmailBrivname;
-    return user.Profile && !mapped.empty() && !IsDefaultName(mapped) ? mapped : user.Brivname.View();
-}
-
 bool VisitMailUsers(const MailUserVisitor& visit) {
     if (IsMissing(PathOf(ServerFile::MailList))) return true;
     ControlStream list = OpenForReading(PathOf(ServerFile::MailList));
     if (!list) return false;
-    RecordWalker records(list, kHeader, kKeys);
+    RecordWalker records(list, kHeader, kMailUserKeys);
     MailUser user;
     while (records.Next()) {
         ReadMailUser(records, user);
         if (!visit(user)) break;
     }
     return WasRead(list);
+}
+
+bool NeedsUpgrade() {
+    ControlStream list = OpenShared(PathOf(ServerFile::MailList), "rb");
+    if (!list) return false;
+    RecordWalker records(list, kHeader, kMailUserKeys);
+    WholeValue profile;
+    return records.Next() && !records.Get(MailKey::Profile, profile);
 }
 
 bool FindMailUser(std::string_view emailName, std::optional<MailUser>& found) {
@@ -331,7 +286,7 @@ MailListOutcome ChangeMailUsers(std::span<const MailUserChange> changes) {
     if (!list.Load()) return MailListOutcome::Failed;
 
     const LeavingRecords leaving = FindLeaving(list, changes);
-    for (const auto& [index, user] : leaving.ByChange) {
+    for (const std::size_t index : leaving.Changes) {
         if (!CheckDeletable(changes[index].ServerName)) return MailListOutcome::Failed;
     }
     // In one rewrite, so that no old record is gone when its new one cannot be written.

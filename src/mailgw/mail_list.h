@@ -15,25 +15,12 @@
 #include <string>
 #include <string_view>
 
-#include "users/user_file.h"
+#include "mailgw/mail_record.h"
 
 namespace bv {
 
-struct MailUser {
-    WholeValue Brivname;
-    WholeValue Emailname;
-    WholeValue EmailBrivname; // the server user instead of Brivname, when Profile is set
-    bool Profile = false;     // the server user is a profile of the mail system
-    WholeValue SubAddr;       // these three are the gateway's, and only carried along
-    WholeValue PrintRecd;
-    WholeValue PrintSent;
-};
-
 // The longest Emailname: that a line of the file holds with its key.
 inline constexpr std::size_t kMaxEmailName = 269;
-
-// The server user under whose name the mail user's faxes go.
-std::string_view EffectiveUser(const MailUser& user);
 
 // Reads every record in one pass, in file order, until the visitor returns false; without a list there are none. False
 // after 413 or 9011.
@@ -47,11 +34,14 @@ bool FindMailUser(std::string_view emailName, std::optional<MailUser>& found);
 std::optional<std::size_t> CountMailUsers(std::string_view serverName);
 
 // One change for a server user: a record leaves, the first of that e-mail name in any case, or one comes, or the one
-// that comes takes the place of the one that leaves, and what is carried along.
+// that comes takes the place of the one that leaves, and what is carried along. Of changes that name one record, each
+// takes the next one of that name.
 struct MailUserChange {
     std::string_view ServerName;
-    std::optional<std::string_view> Leaves;
-    std::optional<std::string_view> Comes;
+    std::optional<std::string_view> Leaves = {};
+    std::optional<std::string_view> Comes = {};
+    std::string_view Account = {}; // the EmailBrivname of the one that comes, if it is to be another one
+    bool LeavesOwn = false;        // only a record whose Brivname is the server user leaves
 };
 
 // NotListed: 5427 has been shown of a record that should only leave, and MustDisableInMailSystem is set; everything
@@ -59,7 +49,7 @@ struct MailUserChange {
 // a record of a default user that would leave, or a message above; then nothing is done.
 enum class MailListOutcome { Done, NotListed, NoList, Failed };
 
-// All changes in one rewrite, each of the list as it was before; a record leaves but once. A record that comes goes
+// All changes in one rewrite, each of the list as it was before. A record that comes goes
 // behind all that do not sort after it; the list is made when there is none. Profile is set when the server user's
 // "MailName:" begins with "*". Status 474 for each record that has left.
 MailListOutcome ChangeMailUsers(std::span<const MailUserChange> changes);
@@ -76,6 +66,9 @@ bool DeleteMailUser(std::string_view serverName, std::string_view emailName);
 
 // The process's mark that a user is still to be disabled in the mail system.
 bool& MustDisableInMailSystem();
+
+// Whether the list was written before it noted profiles: its first record has no "Profile:". Shows nothing.
+bool NeedsUpgrade();
 
 // Gives every record a "Profile:" line, of the server user EmailBrivname when Brivname is missing, unless the first one
 // has it. Known keys come in the order of writing, other lines behind them. False after 5002 without a list.

@@ -8,6 +8,10 @@
 #include "dialling/dialling_page_dlg.h"
 #include "dialogs/dialog_dlg.h"
 #include "lcr/lcr_page_dlg.h"
+#include "mailgw/gateway_page_dlg.h"
+#include "mailgw/mail_boxes_dlg.h"
+#include "mailgw/mail_list.h"
+#include "mailgw/mail_users_dlg.h"
 #include "options/options_dlg.h"
 #include "resources/ids.h"
 #include "routing/inward_dlg.h"
@@ -28,7 +32,7 @@ struct Area {
     void (*Open)(HWND owner); // runs its dialog; none: this version has none, and the entry is disabled
 };
 
-constexpr DialogServices kServices{ShowUses, DeleteByDialog};
+constexpr DialogServices kServices{ShowUses, DeleteByDialog, ConfigureMailUsers, PickMailName, CountMailUsers};
 
 void OpenUsers(HWND owner) { ConfigureUsers(owner, kServices); }
 void OpenDevices(HWND owner) { ConfigureDevices(owner, kServices); }
@@ -37,7 +41,7 @@ constexpr LcrServices kLcrServices{};
 std::unique_ptr<AreaPage> MakeRoutingPage(FieldRecord& options) { return MakeLcrPage(options, kLcrServices); }
 
 // The settings' pages of other areas, in the order of OptionPage.
-constexpr AreaPageMaker kAreaPages[] = {MakeRoutingPage, MakeDiallingPage};
+constexpr AreaPageMaker kAreaPages[] = {MakeRoutingPage, MakeDiallingPage, MakeGatewayPage};
 void OpenSettings(HWND owner) { ConfigureOptions(owner, kAreaPages); }
 
 // In the menu's order.

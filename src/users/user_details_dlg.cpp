@@ -122,6 +122,7 @@ std::optional<std::string> AddUserByDialog(HWND owner, const NewUser& what) {
     if (!beginning) return std::nullopt;
     UserDialog context(RecordEntry::OfNew(what.Kind, "", std::move(*beginning)));
     context.IsProfile = what.IsProfile;
+    context.Services = what.Services;
     if (what.IsProfile) {
         context.Entry.Enter("MailGateway", "YES");
         context.Entry.Enter("MailName", "*");
@@ -130,7 +131,8 @@ std::optional<std::string> AddUserByDialog(HWND owner, const NewUser& what) {
     return context.Entry.Name();
 }
 
-void EditUserByDialog(HWND owner, RecordKind kind, const std::optional<std::string>& name) {
+void EditUserByDialog(HWND owner, RecordKind kind, const std::optional<std::string>& name,
+                      const DialogServices* services) {
     std::optional<StoredRecord> stored;
     if (name) {
         UserList list;
@@ -140,6 +142,7 @@ void EditUserByDialog(HWND owner, RecordKind kind, const std::optional<std::stri
     }
     if (!stored) return;
     UserDialog context(RecordEntry(kind, std::move(*stored)));
+    context.Services = services;
     RunDetails(owner, context);
 }
 

@@ -13,6 +13,7 @@
 #include "dialogs/name_field_dlg.h"
 #include "dialogs/page_host_dlg.h"
 #include "dialogs/printer_slots_dlg.h"
+#include "dialogs/services_dlg.h"
 #include "dialogs/time_range_dlg.h"
 #include "users/user_entry.h"
 #include "users/user_messages.h"
@@ -50,6 +51,7 @@ struct UserDialog {
     RecordFields Fields{Entry};
     PageHost Pages;
     bool IsProfile = false; // a new mail user profile
+    const DialogServices* Services = nullptr;
 
     // The parts of the pages.
     NameField Group;
@@ -57,6 +59,7 @@ struct UserDialog {
     TimeRangeField Times;
     std::string TimesShown;
     CheckList DialClasses;
+    std::optional<std::size_t> MailUsers; // who send as this user
     PrinterSlots Printers;
     RowTable Members;
     std::unique_ptr<ListView> MemberList;

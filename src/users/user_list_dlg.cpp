@@ -64,8 +64,7 @@ void EnableButtons(HWND dialog, UserListDialog& context) {
         EnableControl(dialog, button, context.Kind == UserListKind::Users && context.IsRead);
     EnableControl(dialog, ID_USERS_DELETE, selected > 0);
     EnableControl(dialog, ID_USERS_NETWORK, context.IsRead && context.Kind == UserListKind::Users);
-    // What these open is not there yet.
-    EnableControl(dialog, ID_USERS_MAIL, false);
+    EnableControl(dialog, ID_USERS_MAIL, context.Services.OpenMailUsers != nullptr);
 }
 
 // A mail name is seen in the list in part; the status line has it whole.
@@ -131,18 +130,19 @@ void ShowNew(HWND dialog, UserListDialog& context, const std::optional<std::stri
 
 void PressAdd(HWND dialog, UserListDialog& context) {
     if (!context.IsRead) return;
-    ShowNew(dialog, context, AddUserByDialog(dialog, {KindOf(context), context.Kind == UserListKind::Profiles, {}}));
+    ShowNew(dialog, context,
+            AddUserByDialog(dialog, {KindOf(context), context.Kind == UserListKind::Profiles, {}, &context.Services}));
 }
 
 void PressClone(HWND dialog, UserListDialog& context) {
     const std::vector<std::string> names = context.List.SelectedNames();
     if (names.size() != 1) return;
-    ShowNew(dialog, context, AddUserByDialog(dialog, {KindOf(context), false, names.front()}));
+    ShowNew(dialog, context, AddUserByDialog(dialog, {KindOf(context), false, names.front(), &context.Services}));
 }
 
 void PressEdit(HWND dialog, UserListDialog& context) {
     const std::vector<std::string> names = context.List.SelectedNames();
-    if (names.size() == 1) EditUserByDialog(dialog, KindOf(context), names.front());
+    if (names.size() == 1) EditUserByDialog(dialog, KindOf(context), names.front(), &context.Services);
     if (names.size() > 1 && context.Kind != UserListKind::Groups) ChangeUsersByDialog(dialog, names);
     FollowList(dialog, context);
 }
@@ -178,8 +178,16 @@ void PressWhereUsed(HWND dialog, UserListDialog& context) {
     if (names.size() == 1) context.Services.ShowUses(dialog, ThingOf(context), names.front());
 }
 
+// Of the one user who is selected, or all.
+void PressMail(HWND dialog, UserListDialog& context) {
+    const std::vector<std::string> names = context.List.SelectedNames();
+    const bool isOne = names.size() == 1 && context.Kind != UserListKind::Groups;
+    context.Services.OpenMailUsers(dialog, isOne ? names.front() : std::string());
+    FollowList(dialog, context);
+}
+
 void PressDefaults(HWND dialog, UserListDialog& context) {
-    EditUserByDialog(dialog, KindOf(context), std::nullopt);
+    EditUserByDialog(dialog, KindOf(context), std::nullopt, &context.Services);
     FollowList(dialog, context);
 }
 
@@ -201,6 +209,7 @@ constexpr DialogCommand<UserListDialog> kCommands[] = {
     {ID_USERS_DELETE, BN_CLICKED, PressDelete},
     {ID_USERS_NETWORK, BN_CLICKED, PressNetwork},
     {ID_USERS_WHERE_USED, BN_CLICKED, PressWhereUsed},
+    {ID_USERS_MAIL, BN_CLICKED, PressMail},
     {ID_USERS_DEFAULTS, BN_CLICKED, PressDefaults},
     {IDOK, BN_CLICKED, EndWithOk},
     {IDCANCEL, BN_CLICKED, EndWithCancel},

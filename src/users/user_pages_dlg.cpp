@@ -322,13 +322,27 @@ bool IsProfileName(std::string_view name) { return name.starts_with('(') || name
 
 bool UsesMail(HWND page) { return IsTicked(page, ID_MAIL_INBOX) || IsTicked(page, ID_MAIL_GATEWAY); }
 
-void EnableMail(HWND page, UserDialog&) {
+// What the file does not keep, or how many mail users send as this user.
+std::string MailHint(bool isNameLost, const UserDialog& context) {
+    if (isNameLost) return FillMessage(kMailNameNotKept);
+    if (!context.MailUsers || *context.MailUsers == 0) return {};
+    return FillMessage(kMailUsersUnderName, *context.MailUsers);
+}
+
+void EnableMail(HWND page, UserDialog& context) {
     const bool uses = UsesMail(page);
     EnableControl(page, ID_MAIL_PROFILE, uses);
     EnableControl(page, ID_MAIL_NAME, uses && !IsTicked(page, ID_MAIL_PROFILE));
-    EnableControl(page, ID_MAIL_LOOK_UP, false); // the mail gateway's dialogs are not there yet
+    const bool canLookUp = context.Services != nullptr && context.Services->PickMailName != nullptr;
+    EnableControl(page, ID_MAIL_LOOK_UP, canLookUp && uses && !IsTicked(page, ID_MAIL_PROFILE));
     const bool goes = !uses && !GetText(page, ID_MAIL_NAME).empty();
-    SetText(page, ID_MAIL_HINT, goes ? FillMessage(kMailNameNotKept) : std::string());
+    SetText(page, ID_MAIL_HINT, MailHint(goes, context));
+}
+
+void LookUpMailName(HWND page, UserDialog& context) {
+    const std::string name = context.Services->PickMailName(GetParent(page), {});
+    if (!name.empty()) SetText(page, ID_MAIL_NAME, name);
+    FocusControl(page, ID_MAIL_NAME);
 }
 
 void FillMail(HWND page, UserDialog& context) {
@@ -336,6 +350,8 @@ void FillMail(HWND page, UserDialog& context) {
     ShowFields(page, kMailName, context.Fields);
     AddTooltips(page, kMailTips, context.Fields);
     Tick(page, ID_MAIL_PROFILE, IsProfileName(context.Fields.TextOf("MailName")));
+    const bool canCount = context.Services != nullptr && context.Services->CountMailUsers != nullptr;
+    if (canCount && !context.Entry.IsNew()) context.MailUsers = context.Services->CountMailUsers(context.Entry.Name());
     EnableMail(page, context);
 }
 
@@ -351,6 +367,7 @@ constexpr DialogCommand<UserDialog> kMailCommands[] = {
     {ID_MAIL_INBOX, BN_CLICKED, EnableMail},
     {ID_MAIL_GATEWAY, BN_CLICKED, EnableMail},
     {ID_MAIL_PROFILE, BN_CLICKED, EnableMail},
+    {ID_MAIL_LOOK_UP, BN_CLICKED, LookUpMailName},
 };
 constexpr DialogPlan<UserDialog> kMail{HELP_USER_MAIL, FillMail, kMailCommands};
 

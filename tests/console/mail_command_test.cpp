@@ -40,6 +40,11 @@ const test::CommandCase kCases[] = {
      kAnn + "[USER]\r\nBrivname: ANN\r\nEmailname: Ben\r\nEmailBrivname: PROF\r\nProfile: NO\r\nSubAddr: 5\r\n\r\n"},
     {"mail-user delete ann 'ann a'", 0, "", Of(kPrevented, "ann"), kCarl},
     {"mail-user upgrade", 0, "", ""},
+    {"mail-user list --directory", 0, "Archer Ann\tann@x\t\n", ""},
+    {"mail-user set 'carl c' SubAddr=6 printsent=YES", 0, "", "Modified mail user Carl C\n",
+     kAnn + "[USER]\r\nBrivname: CARL\r\nEmailname: Carl C\r\nEmailBrivname: PROF\r\nProfile: NO\r\nSubAddr: 6\r\n"
+            "PrintSent: YES\r\n\r\n"},
+    {"mail-user names", 0, "Archer Ann\tAnnA\t\n", ""},
     {"mail-user lookup 'Ann Archer'", 0, "ann@x\n", ""},
     {"mail-name 'Smith John'", 0, "JohnS\n", ""},
     {"mail-name 'Smith John\tx y' --expression %1First%Last", 0, "JSmith\n", ""},
@@ -50,6 +55,11 @@ const test::CommandCase kCases[] = {
     {"mail-user add ANN " + k269 + "y", 1, "", Of(kBadName, k269 + "y")},
     {"mail-user add ANN ' Ben'", 1, "", Of(kBadName, " Ben")},
     {"mail-user add ANN Ben --replace B", 1, "", "Emailname: \"B\" is not in the mail list\n"},
+    {"mail-user set 'Ann A' Colour=red", 1, "", "Colour: \"red\" - mail users have no such key\n"},
+    {"mail-user set 'Ann A' Emailname=x", 1, "", "Emailname: \"x\" cannot be kept in the mail list.\n"},
+    {"mail-user set Nobody SubAddr=1", 1, "", "Emailname: \"Nobody\" is not in the mail list\n"},
+    {"mail-user expression First", 1, "", "Please select a valid expression\n"},
+    {"mail test", 1, "No mail system is chosen\n", "No mail system is chosen\n"},
     {"mail-user lookup Bob", 1, "", "Mail user Bob not found\n"},
     {"mail-name 'Smith John' --expression First", 1, "", "Expression: \"First\" - Please select a valid expression\n"},
 };
@@ -77,11 +87,11 @@ TEST(MailCommand, TheAddressesAreMadeByTheCompanionProgram) {
     EXPECT_THAT(scene.Server.Processes.Started, testing::IsEmpty());
     EXPECT_EQ(scene.Console.Run({"mail-user", "refresh", "--force", "--dry-run"}), 0);
     EXPECT_EQ(scene.Console.Results, "Would start F:\\BRIVANE\\MAILCONF.EXE -SE -H0\n");
-    EXPECT_EQ(scene.Console.Run({"mail-user", "refresh", "--force"}), 0);
+    EXPECT_EQ(scene.Console.Run({"mail-user", "refresh", "--force"}), 1) << "it makes nothing";
     EXPECT_THAT(scene.Server.Processes.Started, testing::ElementsAre("F:\\BRIVANE\\MAILCONF.EXE -SE -H0"));
     scene.Server.Files.Delete("F:\\BRIVANE\\B-DB\\MAILUSER.DAT");
     EXPECT_EQ(scene.Console.Run({"mail-user", "refresh"}), 1);
-    EXPECT_THAT(scene.Console.Notices, testing::EndsWith("\nMAILCONF.EXE has made no list of addresses\n"));
+    EXPECT_THAT(scene.Console.Notices, testing::EndsWith("\nMAILCONF.EXE has made no list of mail users.\n"));
 }
 
 } // namespace

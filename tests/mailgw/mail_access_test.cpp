@@ -6,7 +6,9 @@
 
 #include <gmock/gmock.h>
 
+#include "ctlfile/scramble.h"
 #include "mailgw/fake_mail.h"
+#include "mailgw/mail_login.h"
 #include "mailgw/notes_settings.h"
 #include "platform/libraries.h"
 #include "support/memory_server.h"
@@ -364,6 +366,77 @@ TEST_F(MailAccess, ReadsTheSettingsOfNotes) {
     }
     EXPECT_EQ(CommonServerName("CN=Post/O=Org/X"), "Post");
     EXPECT_EQ(CommonServerName("Post/O=Org"), "Post/O=Org");
+}
+
+TEST_F(MailAccess, ALogInIsTestedAndEndsAgain) {
+    const std::string stored = *ScrambleForPage("secret");
+    const struct {
+        MailLogin Login;
+        Faults Fail;
+        Texts Calls;
+        Texts Said;
+    } rows[] = {
+        {{"EXCHANGE", "gate", {"typed", false}},
+         {},
+         {"Initialize", "Logon 5 gate (none) 2", "OpenExtended 7777777777", "Release", "Logoff 7777777777",
+          "Uninitialize"},
+         {"status 1: Logging into mail system", "status 1: Logged into the mail system, and out again"}},
+        {{"lotus_notes_api", "gate", {stored, true}},
+         {},
+         {"PreInit", "Init gate secret", "Term", "PostTerm"},
+         {"status 1: Logging into mail system", "status 1: Logged into the mail system, and out again"}},
+        {{"MSMAIL", "", {}},
+         {{"Logon", 2}},
+         {"Initialize", "Logon 5 (none) (none) 2", "Uninitialize"},
+         {"status 1: Logging into mail system", "status 1: Logon to MAPI failed (2)"}},
+        {{"MAPI", "", {"*", true}},
+         {},
+         {},
+         {"error: Error with initialisation file settings - please re-enter password"}},
+        {{"CCMAIL", "x", {}}, {}, {}, {"warning: Mail system CCMAIL cannot be tested from this workstation."}},
+        {{"GATEWAY", "x", {}}, {}, {}, {"warning: Mail system GATEWAY cannot be tested from this workstation."}},
+        {{"", "x", {}}, {}, {}, {"error: No mail system is chosen"}},
+    };
+    server_.Environment.Variables["OS"] = "Windows_NT";
+    ConfiguredMailType() = 3;
+    for (const auto& [login, fail, called, said] : rows) {
+        answers_.Fail = fail;
+        EXPECT_EQ(TestMailLogin(5, login), said.back().ends_with("out again")) << login.System;
+        EXPECT_THAT(answers_.TakeCalls(), ElementsAreArray(called)) << login.System;
+        EXPECT_THAT(server_.Front.TakeSaid(), ElementsAreArray(said)) << login.System;
+        EXPECT_EQ(ConfiguredMailType(), 3) << "as it was before";
+    }
+    libraries_.There.erase("MAPI32.DLL");
+    EXPECT_FALSE(TestMailLogin(5, {"MAPI", "", {}}));
+    EXPECT_THAT(server_.Front.TakeSaid(), ElementsAre("error: Unable to load mail DLL MAPI32.DLL (error #126)"));
+}
+
+TEST_F(MailAccess, FoldersAreClearedAndNamesPickedInASessionOfTheirOwn) {
+    const MailLogin login{"MAPI", "gate", {}};
+    EXPECT_FALSE(ClearMailFolder(5, login, 1, "new"));
+    EXPECT_THAT(answers_.TakeCalls(), IsEmpty()) << "not agreed";
+    server_.Front.Answer = true;
+    EXPECT_TRUE(ClearMailFolder(5, login, 1, "new"));
+    EXPECT_THAT(answers_.TakeCalls(), testing::Contains(testing::StartsWith("DeleteMail")));
+    EXPECT_EQ(server_.Front.TakeSaid().back(),
+              "status 1: Deleted the messages with the subject \"new\" from folder Waste");
+    EXPECT_EQ(PickMailNames(5, login).size(), 1U);
+    answers_.Fail = {{"Address", 1}};
+    EXPECT_THAT(PickMailNames(5, login), IsEmpty()) << "cancelled";
+    EXPECT_EQ(MailTerm(), kMailNotInitialised);
+}
+
+TEST_F(MailAccess, TheLibraryOfThisWorkstationIsDescribed) {
+    server_.Put("C:\\WINDOWS\\WIN.INI", "[Mail]\r\nVIMDLLName32=V.DLL\r\n");
+    server_.Put("C:\\WINDOWS\\NOTES.INI", "[Notes]\r\nLocation=Office,2\r\nKeyFileName=ann.id\r\n");
+    const std::pair<const char*, const char*> rows[] = {
+        {"", "No mail system is chosen"},
+        {"GATEWAY", "Mail system GATEWAY cannot be tested from this workstation."},
+        {"EXCHANGE", "MAPI32.DLL, the usual one (WIN.INI names none, [Mail] MAPIDLL32): found"},
+        {"CCMAIL", "V.DLL, as WIN.INI has it ([Mail] VIMDLLName32): cannot be loaded (error 126)"},
+        {"LOTUS_NOTES_API", "BVLNAPI.DLL: found. NOTES.INI: Location Office, KeyFileName ann.id"},
+    };
+    for (const auto& [system, text] : rows) EXPECT_EQ(DescribeMailLibrary(system), text);
 }
 
 } // namespace

@@ -1,0 +1,344 @@
+// The dialogs of mail users and the page of the mail gateway inside this process, on a copy of the sample server.
+#include <windows.h>
+
+#include <commctrl.h>
+#include <gmock/gmock.h>
+
+#include "gui/disk_server.h"
+#include "gui/gui.h"
+#include "mailgw/gateway_page_dlg.h"
+#include "mailgw/mail_alias_dlg.h"
+#include "mailgw/mail_boxes_dlg.h"
+#include "mailgw/mail_list.h"
+#include "mailgw/mail_users_dlg.h"
+#include "options/options_dlg.h"
+#include "resources/ids.h"
+#include "shell/server_paths.h"
+#include "shell/startup.h"
+#include "support/recording_front.h"
+#include "users/user_details_dlg.h"
+
+namespace bv::gui {
+namespace {
+
+using testing::Contains;
+using testing::HasSubstr;
+using testing::Not;
+
+constexpr const char* kTitle = "Brivane - mail users";
+constexpr const char* kList = "B-DB\\MAILLIST.INI";
+constexpr const char* kSetup = "B-DB\\SETUP.INI";
+
+class MailDialogs : public testing::Test {
+  protected:
+    void SetUp() override {
+        Startup() = {};
+        MustDisableInMailSystem() = false;
+        ASSERT_EQ(LoadServerPaths(), kDone);
+        Before = File();
+    }
+
+    void WithList(const std::string& user, const std::function<void(HWND, const Windows&)>& drive) {
+        RunDriven([&] { ConfigureMailUsers(nullptr, user); },
+                  [&](const Windows& windows) { drive(windows.Wait(kTitle), windows); });
+    }
+    // A box that the list opens for a row.
+    void WithBox(int row, int button, const std::string& title, const std::function<void(HWND)>& drive) {
+        WithList("", [&](HWND list, const Windows& windows) {
+            Select(list, ID_MAIL_USERS_LIST, row);
+            Click(list, button);
+            drive(windows.Wait(title));
+        });
+    }
+
+    [[nodiscard]] std::string File() const { return Server.Files().Read(kList); }
+    [[nodiscard]] bool Says(const std::string& text) const {
+        return Until([&] {
+            return std::ranges::any_of(Front.Said, [&](const auto& said) { return said.find(text) != said.npos; });
+        });
+    }
+
+    DiskServer Server;
+    test::RecordingFront Front;
+    std::string Before;
+};
+
+bool Becomes(HWND dialog, int control, const std::string& text) {
+    return Until([&] { return Text(dialog, control) == text; });
+}
+bool IsClosed(HWND dialog) {
+    return Until([&] { return !IsWindow(dialog); });
+}
+
+// An entry of a drop-down list, as by a click.
+void Choose(HWND dialog, int combo, int entry) {
+    SendTo(dialog, combo, CB_SETCURSEL, static_cast<WPARAM>(entry));
+    Send(dialog, WM_COMMAND, MAKEWPARAM(combo, CBN_SELCHANGE), reinterpret_cast<LPARAM>(GetDlgItem(dialog, combo)));
+}
+
+TEST_F(MailDialogs, TheListIsWorkedByKeyboard) {
+    WithList("", [&](HWND list, const Windows& windows) {
+        EXPECT_TRUE(Becomes(list, ID_MAIL_USERS_TOTAL, "Mail users: 6, by a profile: 2"));
+        EXPECT_THAT(Entries(list, ID_MAIL_USERS_LIST),
+                    Contains("Workshop Petra\tMAILSTD\tMAILSTD\tyes\tpetra@example.com\tprofile without account name"));
+        const std::pair<int, const char*> shows[] = {{1, "2 of 2"}, {2, "1 of 1"}, {0, "6 of 6"}};
+        for (const auto& [entry, count] : shows) {
+            Choose(list, ID_MAIL_USERS_SHOW, entry);
+            EXPECT_TRUE(Until([&] { return Text(list, ID_MAIL_USERS_COUNT).starts_with(count); })) << count;
+        }
+        Select(list, ID_MAIL_USERS_LIST, 0);
+        FocusControlOf(list, ID_MAIL_USERS_LIST);
+        const std::pair<WORD, const char*> keys[] = {
+            {VK_RETURN, "Mail user"}, {VK_F2, "Replace mail user"}, {VK_INSERT, "Enable mail users"}};
+        for (const auto& [key, title] : keys) {
+            Key(key);
+            const HWND box = windows.Wait(title);
+            EXPECT_NE(box, nullptr) << title;
+            Key(VK_ESCAPE);
+            EXPECT_TRUE(IsClosed(box)) << title;
+        }
+        Key(VK_DELETE);
+        EXPECT_TRUE(Says("Deleting mail user Sales Clara - of CLARA"));
+        EXPECT_EQ(File(), Before);
+        Front.Answer = true;
+        Key(VK_DELETE);
+        EXPECT_TRUE(Becomes(list, ID_MAIL_USERS_TOTAL, "Mail users: 5, by a profile: 2"));
+        EXPECT_THAT(File(), Not(HasSubstr("Sales Clara")));
+        Server.Files().Write(kList, Before);
+        Key(VK_F5);
+        EXPECT_TRUE(Becomes(list, ID_MAIL_USERS_TOTAL, "Mail users: 6, by a profile: 2"));
+        Front.Answer = false;
+        MustDisableInMailSystem() = true;
+        Click(list, IDOK);
+        EXPECT_TRUE(IsClosed(list));
+    });
+    EXPECT_TRUE(Says("Make the list of mail users anew now?"));
+}
+
+TEST_F(MailDialogs, BoxesChangeTheirRecordAndNothingElse) {
+    struct Entry {
+        int Control;
+        const char* Text; // none: a click
+    };
+    const struct {
+        int Row;
+        int Button;
+        const char* Title;
+        std::vector<Entry> Entries;
+        std::string From; // of the list; the same: a fault
+        std::string To;
+        std::string Said = {};
+        int Focus = 0;
+    } rows[] = {
+        {0,
+         ID_MAIL_USERS_EDIT,
+         "Mail user",
+         {{ID_MAIL_USER_SUB_ADDRESS, "202"}, {ID_MAIL_USER_PRINT_SENT, "NO"}},
+         "SubAddr: 201\r\n",
+         "SubAddr: 202\r\nPrintSent: NO\r\n"},
+        {4, ID_MAIL_USERS_EDIT, "Mail user", {{ID_MAIL_USER_SERVER, "ben"}}, "Brivname: IRIS", "Brivname: BEN"},
+        {3, ID_MAIL_USERS_EDIT, "Mail user", {{ID_MAIL_USER_MAKE, nullptr}}, "(none)", "PWorkshop"},
+        {0, ID_MAIL_USERS_EDIT, "Mail user", {}, "", ""},
+        {0,
+         ID_MAIL_USERS_REPLACE,
+         "Replace mail user",
+         {{ID_REPLACE_NEW, "Sales Klara"}},
+         "Sales Clara",
+         "Sales Klara"},
+        {0,
+         ID_MAIL_USERS_EDIT,
+         "Mail user",
+         {{ID_MAIL_USER_SERVER, "ZOE"}},
+         "",
+         "",
+         "Brivane user ZOE not found",
+         ID_MAIL_USER_SERVER},
+        {3,
+         ID_MAIL_USERS_EDIT,
+         "Mail user",
+         {{ID_MAIL_USER_ACCOUNT, "BEN"}},
+         "",
+         "",
+         "Account name: \"BEN\" is in use.",
+         ID_MAIL_USER_ACCOUNT},
+        {0,
+         ID_MAIL_USERS_EDIT,
+         "Mail user",
+         {{ID_MAIL_USER_PRINT_RECD, " x"}},
+         "",
+         "",
+         "PrintRecd: \" x\" cannot",
+         ID_MAIL_USER_PRINT_RECD},
+        {0,
+         ID_MAIL_USERS_REPLACE,
+         "Replace mail user",
+         {{ID_REPLACE_NEW, "Workshop Petra"}},
+         "",
+         "",
+         "Workshop Petra is in the list already and sends as MAILSTD.",
+         ID_REPLACE_NEW},
+    };
+    for (const auto& [row, button, title, entries, from, to, said, focus] : rows) {
+        SCOPED_TRACE(to + said);
+        Server.Files().Write(kList, Before);
+        Front.Said.clear();
+        WithBox(row, button, title, [&](HWND box) {
+            for (const auto& [control, text] : entries) {
+                if (text != nullptr)
+                    SetTextOf(box, control, text);
+                else
+                    Send(GetDlgItem(box, control), BM_CLICK);
+            }
+            Click(box, IDOK);
+            if (said.empty()) {
+                EXPECT_TRUE(IsClosed(box));
+                return;
+            }
+            EXPECT_TRUE(Says(said));
+            EXPECT_TRUE(Until([&] { return FocusOf(box) == focus; }));
+            Click(box, IDCANCEL);
+        });
+        std::string after = Before;
+        if (!from.empty()) after.replace(after.find(from), from.size(), to);
+        EXPECT_EQ(File(), after);
+    }
+}
+
+TEST_F(MailDialogs, PeopleAreEnabledByTicks) {
+    WithList("MAILSTD", [&](HWND list, const Windows& windows) {
+        EXPECT_TRUE(Until([&] { return Text(list, ID_MAIL_USERS_COUNT).starts_with("1 of 1"); }));
+        Click(list, ID_MAIL_USERS_ENABLE);
+        const HWND box = windows.Wait("Enable mail users");
+        EXPECT_TRUE(IsChecked(box, ID_ENABLE_FOR_PROFILE));
+        EXPECT_EQ(Text(box, ID_ENABLE_PROFILE), "MAILSTD");
+        EXPECT_FALSE(IsEnabled(box, ID_ENABLE_USER));
+        EXPECT_THAT(Entries(box, ID_ENABLE_LIST),
+                    Contains("Sales Clara\tclara@example.com\t\tin the list, sends as CLARA"));
+        Click(box, IDOK);
+        EXPECT_TRUE(Says("error: Please select a mail user."));
+        SetTextOf(box, ID_ENABLE_FILTER, "archer");
+        SetTextOf(box, ID_ENABLE_FILTER, "nico");
+        EXPECT_TRUE(Until([&] { return Entries(box, ID_ENABLE_LIST).size() == 1; }));
+        Select(box, ID_ENABLE_LIST, 0);
+        FocusControlOf(box, ID_ENABLE_LIST);
+        Key(VK_SPACE);
+        EXPECT_TRUE(Becomes(box, ID_ENABLE_ACCOUNT, "NDrawing"));
+        SetTextOf(box, ID_ENABLE_ACCOUNT, "BEN");
+        EXPECT_TRUE(Until([&] { return Entries(box, ID_ENABLE_LIST)[0].ends_with("account name is in use"); }));
+        Click(box, IDOK);
+        EXPECT_TRUE(Says("error: Account name: \"BEN\" is in use."));
+        EXPECT_TRUE(Until([&] { return FocusOf(box) == ID_ENABLE_ACCOUNT; }));
+        SetTextOf(box, ID_ENABLE_ACCOUNT, "NicoD");
+        SetTextOf(box, ID_ENABLE_NAME, "By hand");
+        FocusControlOf(box, ID_ENABLE_NAME);
+        Key(VK_RETURN);
+        EXPECT_TRUE(Becomes(box, ID_ENABLE_NAME, ""));
+        EXPECT_EQ(File(), Before);
+        Click(box, IDOK);
+        EXPECT_TRUE(IsClosed(box));
+    });
+    const std::string by = "\r\nProfile: YES\r\n\r\n";
+    EXPECT_THAT(File(), HasSubstr("Brivname: MAILSTD\r\nEmailname: By hand\r\nEmailBrivname: hBy" + by));
+    EXPECT_THAT(File(), HasSubstr("Brivname: MAILSTD\r\nEmailname: Drawing Nico\r\nEmailBrivname: NicoD" + by));
+}
+
+TEST_F(MailDialogs, TheExpressionIsTriedWhileItIsTyped) {
+    RunDriven([] { ChooseAccountExpression(nullptr); },
+              [&](const Windows& windows) {
+                  const HWND box = windows.Wait("Account names of mail users");
+                  EXPECT_EQ(Text(box, ID_ALIAS_NAME), "JSmith");
+                  EXPECT_FALSE(IsEnabled(box, ID_ALIAS_EXPRESSION));
+                  EXPECT_EQ(Text(box, ID_ALIAS_COUNT), "Names that are not unique: 0 of 8");
+                  Click(box, ID_ALIAS_FIRST);
+                  EXPECT_TRUE(Becomes(box, ID_ALIAS_NAME, "JohnS"));
+                  Click(box, ID_ALIAS_OTHER);
+                  EXPECT_TRUE(Until([&] { return IsEnabled(box, ID_ALIAS_EXPRESSION); }));
+                  SetTextOf(box, ID_ALIAS_EXPRESSION, "none");
+                  EXPECT_TRUE(Becomes(box, ID_ALIAS_NAME, "-"));
+                  Click(box, IDOK);
+                  EXPECT_TRUE(Says("error: Please select a valid expression"));
+                  EXPECT_TRUE(Until([&] { return FocusOf(box) == ID_ALIAS_EXPRESSION; }));
+                  SetTextOf(box, ID_ALIAS_EXPRESSION, "%1Last");
+                  EXPECT_TRUE(Becomes(box, ID_ALIAS_COUNT, "Names that are not unique: 6 of 8"));
+                  SetTextOf(box, ID_ALIAS_TRY, "Archer");
+                  EXPECT_TRUE(Becomes(box, ID_ALIAS_NAME, "A"));
+                  Click(box, IDOK);
+                  EXPECT_TRUE(IsClosed(box));
+              });
+    EXPECT_THAT(Server.Files().Read(kSetup), HasSubstr("MailUserAlias: %1Last\r\n"));
+}
+
+TEST_F(MailDialogs, TheUsersPageLooksUpAName) {
+    static constexpr DialogServices kServices{nullptr, nullptr, nullptr, PickMailName, CountMailUsers};
+    RunDriven([&] { EditUserByDialog(nullptr, RecordKind::User, "CLARA", &kServices); },
+              [&](const Windows& windows) {
+                  const HWND dialog = windows.Wait("Brivane user details - CLARA");
+                  SetForegroundWindow(dialog);
+                  for (int turn = 0; turn < 5; ++turn) {
+                      Key(VK_TAB, VK_CONTROL);
+                      EXPECT_TRUE(Until([&] { return SendTo(dialog, ID_USER_PAGES, TCM_GETCURSEL) == turn + 1; }));
+                  }
+                  const HWND page = FrontPage(dialog);
+                  EXPECT_EQ(Text(page, ID_MAIL_HINT), "Mail users under this name: 1");
+                  Click(page, ID_MAIL_LOOK_UP);
+                  const HWND box = windows.Wait("Choose a mail user");
+                  SetTextOf(box, ID_MAIL_NAMES_FILTER, "nico");
+                  EXPECT_TRUE(Until([&] { return Entries(box, ID_MAIL_NAMES_LIST).size() == 1; }));
+                  Select(box, ID_MAIL_NAMES_LIST, 0);
+                  Click(box, IDOK);
+                  EXPECT_TRUE(Becomes(page, ID_MAIL_NAME, "Drawing Nico"));
+                  Front.Answer = true; // to lose the change
+              });
+}
+
+TEST_F(MailDialogs, TheGatewaysPageKeepsItsPassword) {
+    constexpr AreaPageMaker kPages[] = {MakeGatewayPage};
+    const std::string setup = Server.Files().Read(kSetup) + "\r\n[QUEUEMAN]\r\nMailType: EXCHANGE\r\n";
+    Server.Files().Write(kSetup, setup);
+    const auto withPage = [&](const std::function<void(HWND, HWND, const Windows&)>& drive) {
+        RunDriven([&] { ConfigureOptions(nullptr, kPages); },
+                  [&](const Windows& windows) {
+                      const HWND dialog = windows.Wait("Brivane - server settings");
+                      const int last = static_cast<int>(Entries(dialog, ID_OPTIONS_LIST).size()) - 1;
+                      if (Selection(dialog, ID_OPTIONS_LIST) != last) Select(dialog, ID_OPTIONS_LIST, last);
+                      Until([&] { return Text(dialog, ID_OPTIONS_TITLE) == "Mail gateway"; });
+                      drive(dialog, FrontPage(dialog), windows);
+                  });
+    };
+    withPage([&](HWND dialog, HWND page, const Windows& windows) {
+        EXPECT_THAT(Text(page, ID_GATEWAY_LIBRARY), HasSubstr("[Mail] MAPIDLL32"));
+        Choose(page, ID_GATEWAY_SYSTEM, 0);
+        EXPECT_TRUE(Becomes(page, ID_GATEWAY_LIBRARY, "No mail system is chosen"));
+        for (const int control : {ID_GATEWAY_NAME, ID_GATEWAY_PASSWORD, ID_GATEWAY_TEST, ID_GATEWAY_CLEAR})
+            EXPECT_FALSE(IsEnabled(page, control)) << control;
+        Choose(page, ID_GATEWAY_SYSTEM, 5);
+        EXPECT_TRUE(Until([&] { return IsEnabled(page, ID_GATEWAY_TEST); }));
+        SetTextOf(page, ID_GATEWAY_NAME, "Fax Gateway");
+        SetTextOf(page, ID_GATEWAY_PASSWORD, "secret");
+        Click(page, ID_GATEWAY_TEST);
+        EXPECT_TRUE(Says("warning: Mail system GATEWAY cannot be tested from this workstation."));
+        Click(page, ID_GATEWAY_CLEAR);
+        const HWND box = windows.Wait("Clear folders of the mail gateway");
+        EXPECT_FALSE(IsEnabled(box, IDOK));
+        SetTextOf(box, ID_FOLDER_SUBJECT, "Fax");
+        EXPECT_TRUE(Until([&] { return IsEnabled(box, IDOK); }));
+        Click(box, IDOK);
+        EXPECT_TRUE(Says("Delete all messages with the subject \"Fax\" from folder Outbox?"));
+        Click(box, IDCANCEL);
+        EXPECT_TRUE(IsClosed(box));
+        Click(dialog, IDOK);
+        EXPECT_TRUE(IsClosed(dialog));
+    });
+    const std::string saved = Server.Files().Read(kSetup);
+    EXPECT_THAT(saved, HasSubstr("MailLoginName: Fax Gateway\r\n"));
+    EXPECT_THAT(saved, Not(HasSubstr("secret")));
+    withPage([&](HWND dialog, HWND page, const Windows&) {
+        EXPECT_EQ(Text(page, ID_GATEWAY_NAME), "Fax Gateway");
+        Click(dialog, IDOK);
+        EXPECT_TRUE(IsClosed(dialog));
+    });
+    EXPECT_EQ(Server.Files().Read(kSetup), saved);
+}
+
+} // namespace
+} // namespace bv::gui
