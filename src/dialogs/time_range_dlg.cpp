@@ -42,7 +42,7 @@ std::string FullTime(const std::string& text) {
     return digits.substr(0, 2) + ":" + digits.substr(2);
 }
 
-void TimeRange::Begin(HWND dialog, int base, const std::string& text, std::string_view atOnce) {
+void TimeRangeField::Begin(HWND dialog, int base, const std::string& text, std::string_view atOnce) {
     dialog_ = dialog;
     base_ = base;
     atOnce_ = atOnce;
@@ -50,11 +50,12 @@ void TimeRange::Begin(HWND dialog, int base, const std::string& text, std::strin
         SendDlgItemMessageA(dialog, base + time, EM_LIMITTEXT, kLongestTime, 0);
         SetWindowSubclass(GetDlgItem(dialog, base + time), TimeKeys, 1, 0);
     }
+    if (GetDlgItem(dialog, base + kTimePicture) != nullptr) week_.Begin(dialog, base + kTimePicture, base + kTimeWords);
     Show(text);
     TakeUp(dialog, *this);
 }
 
-void TimeRange::Show(const std::string& text) {
+void TimeRangeField::Show(const std::string& text) {
     SendTimeRange range = kAnyTime;
     if (!text.empty()) {
         range.Days = 0;
@@ -68,27 +69,27 @@ void TimeRange::Show(const std::string& text) {
     Update();
 }
 
-void TimeRange::ShowTimes(const SendTimeRange& range) {
+void TimeRangeField::ShowTimes(const SendTimeRange& range) {
     SetText(dialog_, base_ + kTimeAfter, FormatText("%.2d:%.2d", range.FromHour, range.FromMinute));
     SetText(dialog_, base_ + kTimeBefore, FormatText("%.2d:%.2d", range.ToHour, range.ToMinute));
 }
 
-void TimeRange::ChooseAtOnce() {
+void TimeRangeField::ChooseAtOnce() {
     SendTimeRange range{};
     ParseSendTime(atOnce_, range);
     if (StartsWithFolded(atOnce_, "AFTER")) ShowTimes(range);
     CheckDays(range.Days);
 }
 
-void TimeRange::CheckDays(std::uint16_t days) {
+void TimeRangeField::CheckDays(std::uint16_t days) {
     for (std::size_t i = 0; i < std::size(kWeekDays); ++i)
         CheckDlgButton(dialog_, base_ + kTimeMonday + static_cast<int>(i),
                        (days & kWeekDays[i].Bit) != 0 ? BST_CHECKED : BST_UNCHECKED);
 }
 
-std::string TimeRange::Time(int which) const { return FullTime(GetText(dialog_, base_ + which)); }
+std::string TimeRangeField::Time(int which) const { return FullTime(GetText(dialog_, base_ + which)); }
 
-std::string TimeRange::Text() const {
+std::string TimeRangeField::Text() const {
     if (IsDlgButtonChecked(dialog_, base_ + kTimeAny) == BST_CHECKED) return {};
     std::string text;
     if (const std::string after = Time(kTimeAfter); !after.empty()) text = "AFTER " + after;
@@ -104,19 +105,23 @@ std::string TimeRange::Text() const {
     return text;
 }
 
-int TimeRange::Fault() const {
+int TimeRangeField::Fault() const {
     for (const int time : {kTimeAfter, kTimeBefore})
         if (MinutesOf(Time(time)) < 0) return base_ + time;
     return base_ + kTimeMonday;
 }
 
-void TimeRange::Update() {
+void TimeRangeField::Update() {
     const bool only = IsDlgButtonChecked(dialog_, base_ + kTimeOnly) == BST_CHECKED;
     for (int control = kTimeAfter; control <= kTimeClearDays; ++control) EnableControl(dialog_, base_ + control, only);
-    SetText(dialog_, base_ + kTimeLine, Text());
+    const std::string text = Text();
+    SetText(dialog_, base_ + kTimeLine, text);
+    if (GetDlgItem(dialog_, base_ + kTimePicture) == nullptr) return;
+    const std::optional<SendTimeRange> range = ParseTimeRange(text);
+    week_.Show(range ? std::optional(WeekOf(*range)) : std::nullopt);
 }
 
-bool TimeRange::Answer(const DialogMessage& message, INT_PTR&) {
+bool TimeRangeField::Answer(const DialogMessage& message, INT_PTR&) {
     if (message.Number != WM_COMMAND || dialog_ == nullptr) return false;
     const int control = LOWORD(message.WParam) - base_;
     const int code = HIWORD(message.WParam);
@@ -128,7 +133,7 @@ bool TimeRange::Answer(const DialogMessage& message, INT_PTR&) {
 }
 
 // Up and Down a minute, PgUp and PgDn an hour.
-LRESULT CALLBACK TimeRange::TimeKeys(HWND edit, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id, DWORD_PTR) {
+LRESULT CALLBACK TimeRangeField::TimeKeys(HWND edit, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id, DWORD_PTR) {
     struct Step {
         WPARAM Key;
         int Minutes;

@@ -1,5 +1,5 @@
 // Controls for a time such as "AFTER 18:00 BEFORE 08:00  SAT SUN": at any time or only at these, two times of day,
-// seven days, and the line that the file gets.
+// seven days, and the line that the file gets; with a picture of the week, if there is a control for it.
 #pragma once
 
 #include <windows.h>
@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "dialogs/dialog_dlg.h"
+#include "dialogs/week_picture_dlg.h"
 #include "users/permissions.h"
 
 namespace bv {
@@ -23,9 +24,11 @@ enum TimeRangeControl : int {
     kTimeDaysAtOnce = kTimeMonday + 7,
     kTimeClearDays,
     kTimeLine,
+    kTimePicture, // of the week, where days that are chosen are so all day
+    kTimeWords,
 };
 
-class TimeRange : public DialogPart {
+class TimeRangeField : public DialogPart {
   public:
     // Takes up the controls of a dialog that is being filled. The key's text; empty: at any time. At once are chosen,
     // by their button, days alone ("MON TUE") or times and days.
@@ -52,6 +55,7 @@ class TimeRange : public DialogPart {
     HWND dialog_ = nullptr;
     int base_ = 0;
     std::string atOnce_;
+    WeekPicture week_;
 };
 
 // "130" and "1:30" as "01:30"; another text as it is.

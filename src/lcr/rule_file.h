@@ -68,7 +68,7 @@ std::optional<OpenedRules> OpenRules();
 // are all there is. None as above.
 std::optional<RuleList> ReadRules();
 
-// Loads pending changes that are whole; none after a message, 9393 when there are none.
+// Loads pending changes that are whole; none after a message, 9378 when there are none.
 std::optional<RuleList> ReadPendingRules();
 
 // Deletes the pending changes; of a changed list only when that is wanted: asks 5331, "This will mean all changes will

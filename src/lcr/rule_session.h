@@ -52,7 +52,7 @@ class RuleSession {
     std::optional<std::size_t> Undo();
 
     // Saves what is changed: names what is no longer defined now and asks 9135 whether to take it out; asks 9380 about
-    // rules that have lost their last reference, and 9392 when the file is no longer as it was read. False after a
+    // rules that have lost their last reference, and 9377 when the file is no longer as it was read. False after a
     // message or a No.
     bool Save();
 

@@ -1,5 +1,7 @@
 #include "lcr/week_mask.h"
 
+#include <algorithm>
+
 #include "lcr/lcr_messages.h"
 #include "platform/ascii.h"
 #include "users/week_days.h"
@@ -10,6 +12,7 @@ namespace bv {
 namespace {
 
 constexpr std::string_view kOffpeak = "OFFPEAK";
+constexpr std::string_view kAllDayLong = "00:00-24:00";
 constexpr std::string_view kPeak = "PEAK"; // a part of the other, which so is looked for first
 
 std::string ClockText(int minute) { return FormatText("%.2d:%.2d", minute / kMinutesOfHour, minute % kMinutesOfHour); }
@@ -78,6 +81,23 @@ std::vector<ShownDay> ShowWeek(const WeekMask& week) {
         days.push_back({shown.Word, HoursOf(week, midnight), TimesOf(week, midnight)});
     }
     return days;
+}
+
+std::string WeekInWords(const WeekMask& week) {
+    if (week.all()) return FillMessage(kAtAnyTime);
+    if (week.none()) return FillMessage(kAtNoTime);
+    const std::vector<ShownDay> days = ShowWeek(week);
+    std::string words;
+    for (auto first = days.begin(); first != days.end();) {
+        const auto next = std::find_if(first, days.end(), [&](const auto& day) { return day.Times != first->Times; });
+        if (!first->Times.empty()) {
+            words.append(words.empty() ? "" : ", ").append(first->Day);
+            if (next - first > 1) words.append("-").append(std::prev(next)->Day);
+            words.append(" ").append(first->Times == kAllDayLong ? FillMessage(kAllDay) : first->Times);
+        }
+        first = next;
+    }
+    return words;
 }
 
 } // namespace bv

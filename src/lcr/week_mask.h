@@ -42,4 +42,7 @@ struct ShownDay {
 // From Monday on.
 std::vector<ShownDay> ShowWeek(const WeekMask& week);
 
+// The week in words, days of the same times together: "MON-FRI 00:00-08:00 18:00-24:00, SAT-SUN all day".
+std::string WeekInWords(const WeekMask& week);
+
 } // namespace bv

@@ -46,7 +46,7 @@ struct OptionsDialog {
     // The parts of the pages.
     std::array<DirectoryField, 5> Directories;
     std::array<NameField, 2> Users;
-    TimeRange Offpeak;
+    TimeRangeField Offpeak;
     std::string OffpeakShown;
     PrinterSlots Printers;
     RowTable Facts;

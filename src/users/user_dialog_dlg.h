@@ -54,7 +54,7 @@ struct UserDialog {
     // The parts of the pages.
     NameField Group;
     CheckList Permissions;
-    TimeRange Times;
+    TimeRangeField Times;
     std::string TimesShown;
     CheckList DialClasses;
     PrinterSlots Printers;

@@ -175,8 +175,29 @@ TEST_F(OptionDialogs, EachControlChangesItsLineAndNoOther) {
         if (key.Page > Workstations || key.Trait == OptionKey::Traits::OnlyRead) continue;
         const std::string path =
             std::string(key.Paragraph.substr(1, key.Paragraph.size() - 2)) + "/" + std::string(key.Field.Name());
-        EXPECT_NE(PlaceOfOption(key.Page, path).Control, 0) << path;
+        EXPECT_NE(ControlOfOption(key.Page, path), 0) << path;
     }
+}
+
+TEST_F(OptionDialogs, TheOffpeakWeekIsInWordsAsTheTimesAreTyped) {
+    WithOptions([&](HWND dialog, const Windows&) {
+        const HWND page = ShowPage(dialog, OffpeakTimes);
+        const auto says = [&](const char* words) {
+            return Until([&] {
+                return Text(page, ID_OFFPEAK + kTimeWords) == words && Text(page, ID_OFFPEAK + kTimePicture) == words;
+            });
+        };
+        EXPECT_TRUE(says("MON-FRI 00:00-08:00 18:00-24:00, SAT-SUN all day"));
+        Click(page, ID_OFFPEAK + kTimeMonday + 1);
+        SetTextOf(page, ID_OFFPEAK + kTimeAfter, "1930");
+        EXPECT_TRUE(says("MON 00:00-08:00 19:30-24:00, TUE all day, WED-FRI 00:00-08:00 19:30-24:00, SAT-SUN all day"));
+        SetTextOf(page, ID_OFFPEAK + kTimeAfter, "19:");
+        EXPECT_TRUE(says("not known"));
+        Click(page, ID_OFFPEAK + kTimeAny);
+        EXPECT_TRUE(says("never"));
+        Click(dialog, IDOK);
+        EXPECT_TRUE(IsClosed(dialog));
+    });
 }
 
 TEST_F(OptionDialogs, OkWithoutAChangeAndCancelWriteNothing) {
