@@ -12,10 +12,10 @@ namespace bv {
 
 // What is asked about, with its values as they are typed. An empty value asks whether a rule has the criterion at all.
 struct FilterEntry {
-    std::vector<Criterion> Asked;
-    FaxDescription Fax;
-    int Weekday = 0;   // 0 is Sunday
-    std::string Clock; // "14:30"
+    std::vector<Criterion> Asked = {};
+    FaxDescription Fax = {};
+    int Weekday = 0;        // 0 is Sunday
+    std::string Clock = {}; // "14:30"
 
     [[nodiscard]] bool Asks(Criterion kind) const;
 };
