@@ -3,35 +3,47 @@
 namespace bv {
 namespace {
 
-// The bitmap so much larger: black in the colour of text on buttons, white in that of buttons.
-HBITMAP InSystemColours(const char* name, int dpi) {
-    const auto source = static_cast<HBITMAP>(
-        LoadImageA(GetModuleHandleA(nullptr), name, IMAGE_BITMAP, 0, 0, LR_MONOCHROME | LR_CREATEDIBSECTION));
+// A drawing surface for a bitmap.
+class Surface {
+  public:
+    Surface(HDC like, HBITMAP bitmap) : device_(CreateCompatibleDC(like)), before_(SelectObject(device_, bitmap)) {}
+    ~Surface() {
+        SelectObject(device_, before_);
+        DeleteDC(device_);
+    }
+    Surface(const Surface&) = delete;
+    Surface& operator=(const Surface&) = delete;
+    operator HDC() const { return device_; }
+
+  private:
+    HDC device_;
+    HGDIOBJ before_;
+};
+
+// The bitmap so much larger as an icon: black in the colour of text on buttons, white is the button's ground.
+HICON IconOf(const char* name, int dpi) {
+    const auto source =
+        static_cast<HBITMAP>(LoadImageA(GetModuleHandleA(nullptr), name, IMAGE_BITMAP, 0, 0, LR_CREATEDIBSECTION));
     BITMAP size{};
     if (source == nullptr || GetObjectA(source, sizeof size, &size) == 0) return nullptr;
     const int width = MulDiv(size.bmWidth, dpi, USER_DEFAULT_SCREEN_DPI);
     const int height = MulDiv(size.bmHeight, dpi, USER_DEFAULT_SCREEN_DPI);
     const HDC screen = GetDC(nullptr);
-    const HDC from = CreateCompatibleDC(screen);
-    const HDC to = CreateCompatibleDC(screen);
-    const HBITMAP made = CreateCompatibleBitmap(screen, width, height);
-    const HBITMAP mask = CreateBitmap(size.bmWidth, size.bmHeight, 1, 1, nullptr);
-    const HGDIOBJ before = SelectObject(from, source);
-    HGDIOBJ drawn = SelectObject(to, mask);
-    BitBlt(to, 0, 0, size.bmWidth, size.bmHeight, from, 0, 0, SRCCOPY);
-    SelectObject(to, drawn);
-    SelectObject(from, mask);
-    drawn = SelectObject(to, made);
-    SetTextColor(to, GetSysColor(COLOR_BTNTEXT));
-    SetBkColor(to, GetSysColor(COLOR_BTNFACE));
-    SetStretchBltMode(to, COLORONCOLOR);
-    StretchBlt(to, 0, 0, width, height, from, 0, 0, size.bmWidth, size.bmHeight, SRCCOPY);
-    SelectObject(to, drawn);
-    SelectObject(from, before);
-    DeleteObject(mask);
-    DeleteObject(source);
-    DeleteDC(to);
-    DeleteDC(from);
+    const HBITMAP mask = CreateBitmap(width, height, 1, 1, nullptr); // 1: nothing is drawn
+    const HBITMAP colours = CreateCompatibleBitmap(screen, width, height);
+    {
+        const Surface from(screen, source);
+        const Surface toMask(screen, mask);
+        const Surface toColours(screen, colours);
+        SetStretchBltMode(toMask, COLORONCOLOR);
+        StretchBlt(toMask, 0, 0, width, height, from, 0, 0, size.bmWidth, size.bmHeight, SRCCOPY);
+        SetTextColor(toColours, GetSysColor(COLOR_BTNTEXT)); // for the 0 of the mask
+        SetBkColor(toColours, RGB(0, 0, 0));
+        BitBlt(toColours, 0, 0, width, height, toMask, 0, 0, SRCCOPY);
+    }
+    ICONINFO icon{TRUE, 0, 0, mask, colours};
+    const HICON made = CreateIconIndirect(&icon);
+    for (const HBITMAP bitmap : {source, mask, colours}) DeleteObject(bitmap);
     ReleaseDC(nullptr, screen);
     return made;
 }
@@ -41,7 +53,7 @@ HBITMAP InSystemColours(const char* name, int dpi) {
 ArrowButtons::~ArrowButtons() { Free(); }
 
 void ArrowButtons::Free() {
-    for (const HBITMAP picture : pictures_) DeleteObject(picture);
+    for (const HICON picture : pictures_) DestroyIcon(picture);
     pictures_.clear();
 }
 
@@ -54,10 +66,10 @@ void ArrowButtons::Begin(HWND dialog, const std::vector<Button>& buttons) {
 
 void ArrowButtons::Show(int dpi) {
     dpi_ = dpi;
-    std::vector<HBITMAP> pictures;
+    std::vector<HICON> pictures;
     for (const auto& [control, name] : buttons_) {
-        pictures.push_back(InSystemColours(name, dpi));
-        SendDlgItemMessageA(dialog_, control, BM_SETIMAGE, IMAGE_BITMAP, reinterpret_cast<LPARAM>(pictures.back()));
+        pictures.push_back(IconOf(name, dpi));
+        SendDlgItemMessageA(dialog_, control, BM_SETIMAGE, IMAGE_ICON, reinterpret_cast<LPARAM>(pictures.back()));
     }
     Free();
     pictures_ = std::move(pictures);

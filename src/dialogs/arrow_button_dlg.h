@@ -1,4 +1,4 @@
-// Buttons with a picture of two colours, which takes those of the system and the dialog's resolution. Their words stay
+// Buttons with a bitmap of two colours, which takes those of the system and the dialog's resolution. Their words stay
 // what screen readers say.
 #pragma once
 
@@ -19,7 +19,7 @@ class ArrowButtons : public DialogPart {
     ArrowButtons& operator=(const ArrowButtons&) = delete;
 
     struct Button {
-        int Control;         // of the style BS_BITMAP
+        int Control;         // of the style BS_ICON, which keeps the ground free
         const char* Picture; // a bitmap of two colours, the resource of that name
     };
 
@@ -36,7 +36,7 @@ class ArrowButtons : public DialogPart {
     HWND dialog_ = nullptr;
     int dpi_ = USER_DEFAULT_SCREEN_DPI;
     std::vector<Button> buttons_;
-    std::vector<HBITMAP> pictures_;
+    std::vector<HICON> pictures_;
 };
 
 } // namespace bv

@@ -39,8 +39,12 @@ void ChooseText(HWND dialog, int combo, const std::string& text) {
     SendDlgItemMessageA(dialog, combo, CB_SETCURSEL, static_cast<WPARAM>(std::max<LRESULT>(row, 0)), 0);
 }
 
+// A day without a time says nothing.
 void EnableClock(HWND dialog, FilterDialog&) {
-    EnableControl(dialog, ID_FILTER_CLOCK, ChosenWeekday(dialog, ID_FILTER_WEEKDAY).has_value());
+    const bool isDay = ChosenWeekday(dialog, ID_FILTER_WEEKDAY).has_value();
+    EnableControl(dialog, ID_FILTER_CLOCK, isDay);
+    if (isDay && GetText(dialog, ID_FILTER_CLOCK).empty()) SetText(dialog, ID_FILTER_CLOCK, "12:00");
+    if (!isDay) SetText(dialog, ID_FILTER_CLOCK, {});
 }
 
 void ShowEntry(HWND dialog, FilterDialog& context) {

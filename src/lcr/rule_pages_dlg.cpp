@@ -72,7 +72,7 @@ constexpr DialogCommand<RuleDialog> kSummaryCommands[] = {{ID_SUMMARY_LIST, kLis
 
 // --- Destinations ---
 
-constexpr ListColumn kPlaceColumns_[] = {{"Kind", 34}, {"Reference", 46}, {"Name", 70}};
+constexpr ListColumn kPlaceColumns_[] = {{"Kind", 32}, {"Reference", 44}, {"Name", 58}};
 constexpr PickPlan kPlacePlan{.Available = ID_PLACES_AVAILABLE,
                               .Chosen = ID_PLACES_CHOSEN,
                               .Take = ID_PLACES_TAKE,
@@ -182,7 +182,7 @@ constexpr DialogCommand<RuleDialog> kPriorityCommands[] = {{ID_PRIORITY_ANY, BN_
 
 // --- Users ---
 
-constexpr ListColumn kUserColumns_[] = {{"Name", 50}, {"Full name", 96}};
+constexpr ListColumn kUserColumns_[] = {{"Name", 48}, {"Full name", 84}};
 constexpr PickPlan kUserPlan{.Available = ID_RULE_USERS_AVAILABLE,
                              .Chosen = ID_RULE_USERS_CHOSEN,
                              .Take = ID_RULE_USERS_TAKE,

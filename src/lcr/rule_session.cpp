@@ -86,8 +86,7 @@ RuleSession::Step RuleSession::Perform(Step step) {
 
 // The list as it is waits for its save; one that is as it was read has nothing to wait for.
 bool RuleSession::Keep() const {
-    if (IsChanged()) return KeepRulesPending(rules_);
-    return AbandonRules(false);
+    return IsChanged() ? KeepRulesPending(rules_) : DropPendingRules();
 }
 
 bool RuleSession::Change(Step step) {

@@ -12,9 +12,11 @@
 namespace bv::test {
 namespace {
 
+using testing::Each;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::StartsWith;
 
 const std::string kBase = "F:\\BRIVANE\\B-DB\\";
 const std::string kHead = "[BRIVANE]\nType: LCRRules\nRevision: A\n\n";
@@ -90,7 +92,7 @@ TEST(RuleSession, KeepsEachChangePendingAndTakesItBack) {
         EXPECT_TRUE(session.IsChanged()) << "what is saved is undone and saved again";
         EXPECT_TRUE(session.Save());
         EXPECT_EQ(scene.Live(), kRules);
-        EXPECT_THAT(scene.Front.Said, IsEmpty());
+        EXPECT_THAT(scene.Front.Said, Each(StartsWith("status 1: ")));
     }
     Scene scene;
     RuleSession session;
@@ -193,6 +195,7 @@ TEST(RuleSession, AsksBeforeASaveThatTheNextPersonWouldWonderAbout) {
     EXPECT_EQ(Rename(session, 1, "First"), RuleCheck::Fine);
     EXPECT_EQ(session.LossOf(1), "");
     EXPECT_TRUE(session.Delete(2));
+    EXPECT_THAT(scene.Front.TakeSaid(), ElementsAre("status 1: Deleted rule \"Three\". Ctrl+Z brings it back"));
     scene.PutFile("LCRRULES.INI", kHead);
     EXPECT_FALSE(session.Save());
     EXPECT_THAT(scene.Front.TakeSaid(),
