@@ -6,9 +6,13 @@
 #include <string>
 
 #include "baselines.h"
+#include "lcr/dead_rules.h"
+#include "lcr/number_place.h"
 #include "lcr/rule_file.h"
 #include "lcr/rule_match.h"
 #include "lcr/rule_references.h"
+#include "lcr/rule_rows.h"
+#include "lcr/rule_session.h"
 #include "mailgw/mail_list.h"
 #include "sample_files.h"
 #include "sizes.h"
@@ -109,6 +113,67 @@ void MatchAllRules(benchmark::State& state) {
     }
 }
 
+void FindAllDeadRules(benchmark::State& state) {
+    PutPlaces();
+    PutRules(Size(state));
+    RuleNames names;
+    const RuleList rules = Load(names);
+    for (auto _ : state) benchmark::DoNotOptimize(FindDeadRules(rules, names.Places, {}));
+}
+
+// The list of rules as its dialog has it: opened, and the rows of a window of it made.
+void OpenRuleSession(benchmark::State& state) {
+    PutPlaces();
+    PutRules(Size(state));
+    for (auto _ : state) {
+        RuleSession session;
+        if (!session.Open() || session.IsChanged()) std::abort();
+        const RuleRows rows(session, {});
+        for (std::size_t row = 0; row < 30; ++row) benchmark::DoNotOptimize(rows.Text(row, kRuleCriteria));
+    }
+}
+
+void WritePendingRules(benchmark::State& state) {
+    PutPlaces();
+    PutRules(Size(state));
+    RuleSession session;
+    if (!session.Open()) std::abort();
+    for (auto _ : state) benchmark::DoNotOptimize(KeepRulesPending(session.Rules()));
+    RuleSession::Abandon();
+}
+
+// The last rule to the top, with the pending file's write.
+void MoveOneRule(benchmark::State& state) {
+    PutPlaces();
+    PutRules(Size(state));
+    RuleSession session;
+    if (!session.Open()) std::abort();
+    RuleRows rows(session, {});
+    for (auto _ : state) {
+        if (!session.Move(Size(state) - 1, 0)) std::abort();
+        rows.Refresh();
+        for (std::size_t row = 0; row < 30; ++row) benchmark::DoNotOptimize(rows.Text(row, kRuleCriteria));
+    }
+    RuleSession::Abandon();
+}
+
+// A fax that no rule takes.
+void TryOneFax(benchmark::State& state) {
+    PutPlaces();
+    PutRules(Size(state));
+    RuleSession session;
+    if (!session.Open()) std::abort();
+    const RuleRows rows(session, {2026, 6, 10, 12, 0, 0, 3, true});
+    const FilterEntry fax = {{Criterion::Destination, Criterion::User, Criterion::Size, Criterion::Time},
+                             {"+1031", RecordName(7), {}, {}, "1"},
+                             3,
+                             "20:00"};
+    for (auto _ : state) {
+        const TriedFax tried = TryFax(fax, session.Rules(), session.Names(), rows.Basis());
+        if (tried.Filters.empty() || tried.Deciding) std::abort();
+    }
+}
+
 void ListMailUsers(benchmark::State& state) {
     std::string list = "; mail users\r\n";
     for (std::size_t n = 0; n < Size(state); ++n)
@@ -126,6 +191,11 @@ BENCHMARK(ReadFiles)->RULE_SIZES;
 BENCHMARK(LoadAndCheckRules)->RULE_SIZES;
 BENCHMARK(SaveAllRules)->RULE_SIZES;
 BENCHMARK(MatchAllRules)->RULE_SIZES;
+BENCHMARK(FindAllDeadRules)->RULE_SIZES;
+BENCHMARK(OpenRuleSession)->RULE_SIZES;
+BENCHMARK(WritePendingRules)->RULE_SIZES;
+BENCHMARK(MoveOneRule)->RULE_SIZES;
+BENCHMARK(TryOneFax)->RULE_SIZES;
 BENCHMARK(ListMailUsers)->Arg(100000)->Unit(benchmark::kMillisecond);
 
 } // namespace

@@ -32,6 +32,7 @@
 #include "mailgw/mail_enable_dlg.h"
 #include "mailgw/mail_list.h"
 #include "mailgw/mail_users_dlg.h"
+#include "lcr/rule_list_dlg.h"
 #include "options/options_dialog_dlg.h"
 #include "options/options_dlg.h"
 #include "resources/ids.h"
@@ -263,6 +264,43 @@ void DrawRouting(const Painter& painter, HWND owner, const DiskServer& server) {
     server.Files().Write("B-DB\\ROUTING.INI", rules);
 }
 
+void DrawRules(const Painter& painter, HWND owner, const DiskServer& server) {
+    constexpr const char* kRules = "B-DB\\LCRRULES.INI";
+    const std::string before = server.Files().Read(kRules);
+    server.Files().Write(kRules, before + "[RULE]\r\nDescription: Leeds, once more\r\nArea: UK/LDS\r\nUser: CLARA\r\n"
+                                          "Size: PAGES GE 20\r\nServer: MUNICH\r\n\r\n");
+    const auto open = [&] { EditRules(owner); };
+    painter.Draw("rules", "Routing rules", open, [](HWND dialog) {
+        SetTextOf(dialog, ID_RULES_TRY_USER, "CLARA");
+        SetTextOf(dialog, ID_RULES_TRY_PAGES, "30");
+        SetTextOf(dialog, ID_RULES_TRY_NUMBER, "+44 113 496 0101");
+        Until([&] { return !Text(dialog, ID_RULES_RESULT).empty(); });
+        Select(dialog, ID_RULES_LIST, 5);
+    });
+    RunDriven(open, [&](const Windows& windows) {
+        const HWND list = windows.Wait("Routing rules");
+        Click(list, ID_RULES_SET_FILTER);
+        const HWND filter = windows.Wait("Filter");
+        SetTextOf(filter, ID_FILTER_USER, "CLARA");
+        painter.DrawOpen("rules-filter", filter);
+        Click(filter, IDOK);
+        Until([&] { return !Text(list, ID_RULES_FILTER_TEXT).empty(); });
+        Select(list, ID_RULES_LIST, 3);
+        Click(list, ID_RULES_EDIT);
+        const HWND rule = windows.Wait("Routing rule 4 of 6");
+        SetForegroundWindow(rule);
+        for (int page = 0; page < 7; ++page) {
+            Until([&] { return SendTo(rule, ID_RULE_PAGES, TCM_GETCURSEL) == page; });
+            painter.DrawOpen("rule-" + std::to_string(page + 1), rule);
+            Key(VK_TAB, VK_CONTROL);
+        }
+        Click(rule, IDCANCEL);
+        Until([&] { return !IsWindow(rule); });
+        painter.DrawOpen("rules-marked", list);
+    });
+    server.Files().Write(kRules, before);
+}
+
 void DrawChoosers(const Painter& painter, HWND owner) {
     test::FakePrinters printers;
     printers.Lists[""].Printers = {{"Office laser", "PCL 6", "LPT1:", "second floor"}};
@@ -438,6 +476,7 @@ int DrawPictures(const std::string& directory) {
     DrawOptions(painter, window.Handle());
     Painter::Begin("Least-cost routing");
     DrawLcr(painter, window.Handle(), server);
+    DrawRules(painter, window.Handle(), server);
     Painter::Begin("Dialling properties");
     DrawDialling(painter, window.Handle(), server);
     Painter::Begin("Mail users and the mail gateway");

@@ -74,7 +74,7 @@ struct Verb {
     // "set", or "telnum set" for a verb of a group; empty: the area's name alone is the command.
     std::string_view Name = {};
     std::string_view Help = {};
-    std::array<Parameter, 7> Parameters = {}; // those without a name do not count
+    std::array<Parameter, 8> Parameters = {}; // those without a name do not count
     std::string_view Example = {};            // arguments to show how it is used
     Command Run = nullptr;                    // of a verb that only reads
     Command Change = nullptr;                 // of one that writes or starts something, or rehearses that

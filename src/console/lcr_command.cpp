@@ -36,6 +36,7 @@ constexpr std::string_view kOtherLines = "Other lines";
 constexpr std::string_view kAt = "--at";
 constexpr std::string_view kDropPending = "--drop";
 constexpr std::string_view kAll = "--all";
+constexpr std::string_view kPending = "--pending";
 constexpr std::string_view kDropLost = "--drop-lost";
 
 // Says that there are changes which were never saved, to those who do not decide about them.
@@ -293,9 +294,9 @@ std::vector<Record> RecordsOfVerdict(const RuleList& rules, const FaxVerdict& ju
     return records;
 }
 
-// The saved rules without the names that are no longer defined, which a warning tells of; none after a message.
-std::optional<RuleList> ReadCheckedRules(const RuleNames& names) {
-    std::optional<RuleList> rules = ReadRules();
+// The rules without the names that are no longer defined, which a warning tells of; none after a message.
+std::optional<RuleList> ReadCheckedRules(const RuleNames& names, bool isPending = false) {
+    std::optional<RuleList> rules = isPending ? ReadPendingRules() : ReadRules();
     if (rules && !CheckReferences(*rules, names).empty())
         ShowWarning("References that are no longer defined are left out of the rules");
     return rules;
@@ -309,7 +310,7 @@ int Match(Session& session, const Arguments& arguments) {
     if (!moment) return kExitRefused;
     const std::optional<TimeRange> offpeak = ReadOffpeak();
     if (!offpeak && arguments.Has(kAt)) return session.Refuse(FillMessage(kOffpeakUnknown));
-    const std::optional<RuleList> rules = ReadCheckedRules(names);
+    const std::optional<RuleList> rules = ReadCheckedRules(names, arguments.Has(kPending));
     if (!rules) return kExitRefused;
 
     fax.Weekday = moment->Weekday;
@@ -419,6 +420,8 @@ constexpr Verb kVerbs[] = {
                      {"--priority", "Its priority, or several", ParameterKind::Option, "WORD"},
                      kMoment,
                      {"--server", "A server that could send it", ParameterKind::Option, "IDENTIFIER"},
+                     {kPending, "Go by the unsaved changes of the rules in place of the saved ones",
+                      ParameterKind::Flag},
                      {kAll, "Show every given criterion of every rule", ParameterKind::Flag}}},
      .Example = "--destination '+44 20 7946 0018' --pages 12",
      .Run = Located<Telling<Match>>},

@@ -68,6 +68,7 @@ int NumberIn(const std::optional<std::string>& text, int otherwise) {
 void ListView::Begin(HWND dialog) {
     dialog_ = dialog;
     dpi_ = DpiOf(dialog);
+    if (plan_.Filter != 0) order_.Filter(GetText(dialog, plan_.Filter)); // of a page that is made anew: empty
     const HWND list = Window();
     constexpr LPARAM kStyles = LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER | LVS_EX_LABELTIP | LVS_EX_INFOTIP;
     const LPARAM styles = kStyles | (plan_.HasTicks ? LVS_EX_CHECKBOXES : 0);
@@ -459,14 +460,16 @@ void ListView::OpenMenu(POINT at) {
         AppendMenuW(menu, IsWindowEnabled(window) ? MF_ENABLED : MF_GRAYED, static_cast<UINT_PTR>(button), text);
         if (button == plan_.DefaultButton) SetMenuDefaultItem(menu, static_cast<UINT>(button), FALSE);
     }
-    const HMENU columns = CreatePopupMenu();
-    for (std::size_t i = 0; i < plan_.Columns.size(); ++i) {
+    const bool canSort = (GetWindowLongW(Window(), GWL_STYLE) & LVS_NOSORTHEADER) == 0; // else their order counts
+    const HMENU columns = canSort ? CreatePopupMenu() : nullptr;
+    for (std::size_t i = 0; canSort && i < plan_.Columns.size(); ++i) {
         const bool isSorted = order_.Sorted() && order_.Sorted()->Column == i;
         AppendMenuW(columns, isSorted ? MF_CHECKED : MF_UNCHECKED, kSortMenuBase + i,
                     Widen(plan_.Columns[i].Title).c_str());
     }
-    AppendMenuW(menu, MF_SEPARATOR, 0, nullptr);
-    AppendMenuW(menu, MF_POPUP, reinterpret_cast<UINT_PTR>(columns), Widen(FillMessage(kSortBy)).c_str());
+    if (canSort) AppendMenuW(menu, MF_SEPARATOR, 0, nullptr);
+    if (canSort)
+        AppendMenuW(menu, MF_POPUP, reinterpret_cast<UINT_PTR>(columns), Widen(FillMessage(kSortBy)).c_str());
     RunMenuItem(TrackPopupMenu(menu, TPM_RETURNCMD | TPM_RIGHTBUTTON, at.x, at.y, 0, dialog_, nullptr));
     DestroyMenu(menu);
 }

@@ -114,26 +114,22 @@ bool Covers(const Reach& wide, const Reach& narrow) {
     return Covers(*wide.Time, *narrow.Time);
 }
 
+} // namespace
+
 // Goes through the rules in their order. Each rule that is not dead is noted under every destination with every user of
 // its own. What covers a rule covers its first place and its first user, and so is found under one of their names.
-class DeadRuleSearch {
+class DeadRuleSearch::Search {
   public:
-    DeadRuleSearch(const RuleList& rules, const Destinations& places, const std::optional<TimeRange>& offpeak)
+    Search(const RuleList& rules, const Destinations& places, const std::optional<TimeRange>& offpeak)
         : rules_(rules), order_(places), offpeak_(offpeak), reaches_(rules.size()) {}
 
-    std::vector<DeadRule> Run() {
-        std::vector<DeadRule> dead;
-        for (std::size_t i = 0; i < rules_.size(); ++i) {
-            reaches_[i] = ReachOf(rules_[i]);
-            const std::string_view neverMet = NeverMet(reaches_[i]);
-            const std::optional<std::size_t> by = neverMet.empty() ? FindCovering(reaches_[i]) : std::nullopt;
-            if (!neverMet.empty() || by)
-                dead.push_back({i, by, neverMet});
-            else
-                Note(i);
-        }
-        return dead;
+    bool Continue(std::size_t count) {
+        const std::size_t end = next_ + std::min(count, rules_.size() - next_);
+        for (; next_ < end; ++next_) Look(next_);
+        return next_ < rules_.size();
     }
+
+    [[nodiscard]] const std::vector<DeadRule>& Found() const { return dead_; }
 
   private:
     using Names = std::vector<std::string>;
@@ -145,6 +141,16 @@ class DeadRuleSearch {
 
     static std::string PlaceName(const RuleDestination& destination) {
         return (IsRegion(destination) ? ":" : "") + UpperText(destination.Key);
+    }
+
+    void Look(std::size_t place) {
+        Reach& reach = reaches_[place] = ReachOf(rules_[place]);
+        const std::string_view neverMet = NeverMet(reach);
+        const std::optional<std::size_t> by = neverMet.empty() ? FindCovering(reach) : std::nullopt;
+        if (!neverMet.empty() || by)
+            dead_.push_back({place, by, neverMet});
+        else
+            Note(place);
     }
 
     static std::string_view NeverMet(const Reach& reach) {
@@ -241,17 +247,27 @@ class DeadRuleSearch {
     PlaceOrder order_;
     const std::optional<TimeRange>& offpeak_;
     std::vector<Reach> reaches_;
+    std::size_t next_ = 0;
+    std::vector<DeadRule> dead_;
     std::map<std::string, Week> weeks_;
     std::unordered_map<std::string, Spans> covered_; // by names of destinations
     std::vector<std::pair<std::string, Spans>> regions_;
     std::unordered_map<std::string, std::vector<std::size_t>> byNames_;
 };
 
-} // namespace
+DeadRuleSearch::DeadRuleSearch(const RuleList& rules, const Destinations& places,
+                               const std::optional<TimeRange>& offpeak)
+    : search_(std::make_unique<Search>(rules, places, offpeak)) {}
+DeadRuleSearch::~DeadRuleSearch() = default;
+
+bool DeadRuleSearch::Continue(std::size_t count) { return search_->Continue(count); }
+const std::vector<DeadRule>& DeadRuleSearch::Found() const { return search_->Found(); }
 
 std::vector<DeadRule> FindDeadRules(const RuleList& rules, const Destinations& places,
                                     const std::optional<TimeRange>& offpeak) {
-    return DeadRuleSearch(rules, places, offpeak).Run();
+    DeadRuleSearch search(rules, places, offpeak);
+    search.Continue(rules.size());
+    return search.Found();
 }
 
 std::string DescribeDeadRule(const RuleList& rules, const DeadRule& dead) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -26,6 +27,26 @@ struct DeadRule {
 // places. Without an off-peak period, PEAK and OFFPEAK cover nothing but themselves. Shows nothing.
 std::vector<DeadRule> FindDeadRules(const RuleList& rules, const Destinations& places,
                                     const std::optional<TimeRange>& offpeak);
+
+// The same in slices, for who has other things to do meanwhile. What it is given must stay as it is until the search
+// has ended.
+class DeadRuleSearch {
+  public:
+    DeadRuleSearch(const RuleList& rules, const Destinations& places, const std::optional<TimeRange>& offpeak);
+    ~DeadRuleSearch();
+    DeadRuleSearch(const DeadRuleSearch&) = delete;
+    DeadRuleSearch& operator=(const DeadRuleSearch&) = delete;
+
+    // Looks at so many more rules; whether there are others.
+    bool Continue(std::size_t count);
+
+    // Those of the rules looked at so far.
+    [[nodiscard]] const std::vector<DeadRule>& Found() const;
+
+  private:
+    class Search;
+    std::unique_ptr<Search> search_;
+};
 
 // Why a rule is dead, in a sentence without a full stop.
 std::string DescribeDeadRule(const RuleList& rules, const DeadRule& dead);

@@ -18,7 +18,6 @@
 namespace bv {
 namespace {
 
-constexpr std::string_view kAny = "(any)";
 constexpr std::string_view kOffpeak = "OFFPEAK";
 constexpr std::string_view kPeak = "PEAK";
 constexpr int kMostPages = 100;
@@ -73,7 +72,7 @@ std::optional<std::string> MakeSpecificText(const RuleTime& time) {
 std::string Listed(const std::vector<std::string>& texts) {
     std::string list;
     for (const std::string& text : texts) list.append(list.empty() ? "" : ", ").append(text);
-    return list.empty() ? std::string(kAny) : list;
+    return list.empty() ? std::string(kAnyValue) : list;
 }
 
 std::string DestinationWords(const RoutingRule& rule, const Destinations& places) {
@@ -86,7 +85,7 @@ std::string DestinationWords(const RoutingRule& rule, const Destinations& places
 }
 
 std::string PriorityWords(const RoutingRule& rule) {
-    if (IsAnyPriority(rule.Priorities)) return std::string(kAny);
+    if (IsAnyPriority(rule.Priorities)) return std::string(kAnyValue);
     const auto words = WordsOfPriorities(rule.Priorities, kPriorityNames);
     return Listed({words.begin(), words.end()});
 }
@@ -99,7 +98,7 @@ std::string SizeWords(const RoutingRule& rule) {
     case RuleSize::Choice::Large: return size->Pages + " pages or more";
     case RuleSize::Choice::Small: return size->Pages + " pages or less";
     }
-    return std::string(kAny);
+    return std::string(kAnyValue);
 }
 
 std::string TextOr(std::string_view text, std::string_view otherwise) {
@@ -127,8 +126,15 @@ bool IsUnchanged(const RuleList& rules, std::optional<std::size_t> position, con
     return IsSameRule(edited, position ? rules[*position] : RoutingRule());
 }
 
-bool CheckChanged(const RuleList& rules, std::optional<std::size_t> position, const RoutingRule& edited) {
-    return (HasCriteria(edited) || CheckWithoutCriteria(edited)) && CheckDescription(rules, position, edited);
+// What is wrong with a changed rule, after its message.
+RuleField FindFault(const RuleList& rules, std::optional<std::size_t> position, RoutingRule& edited) {
+    if (!HasCriteria(edited) && !CheckWithoutCriteria(edited)) return RuleField::Criteria;
+    if (HasCriteria(edited) && !CheckServers(edited)) return RuleField::Servers;
+    if (edited.Description.IsEmpty()) edited.Description = kNoDescription; // as its written line reads back
+    if (!CheckDescription(rules, position, edited)) return RuleField::Description;
+    if (IsKeptByFile(edited)) return RuleField::Nothing;
+    ShowError(kRuleReadsDifferently, edited.Description.View());
+    return RuleField::Description;
 }
 
 } // namespace
@@ -215,29 +221,13 @@ bool CheckServers(const RoutingRule& rule) {
 }
 
 RuleCheck CheckRule(const RuleList& rules, std::optional<std::size_t> position, RoutingRule& edited,
-                    const RuleNames& names, RuleLeaving leaving) {
+                    const RuleNames& names, RuleLeaving leaving, RuleField& wrong) {
+    wrong = RuleField::Nothing;
     CheckReferences(edited, names);
     if (IsUnchanged(rules, position, edited)) return RuleCheck::Unchanged;
     if (leaving == RuleLeaving::PreviousOrNext && !AskQuestion(kKeepRuleChanges)) return RuleCheck::Discarded;
-    return CheckChanged(rules, position, edited) ? RuleCheck::Fine : RuleCheck::Refused;
-}
-
-void StoreRule(RuleList& rules, std::optional<std::size_t> position, const RoutingRule& edited) {
-    if (position)
-        rules[*position] = edited;
-    else
-        rules.push_back(edited);
-}
-
-RuleCheck AcceptRule(RuleList& rules, std::optional<std::size_t> position, RoutingRule& edited, const RuleNames& names,
-                     RuleLeaving leaving) {
-    const RuleCheck check = CheckRule(rules, position, edited, names, leaving);
-    if (check != RuleCheck::Fine) return check;
-    RuleList changed = rules;
-    StoreRule(changed, position, edited);
-    if (!KeepRulesPending(changed)) return RuleCheck::Refused;
-    rules = std::move(changed);
-    return RuleCheck::Fine;
+    wrong = FindFault(rules, position, edited);
+    return wrong == RuleField::Nothing ? RuleCheck::Fine : RuleCheck::Refused;
 }
 
 RuleCheck ChangeRule(RuleList& rules, std::optional<std::size_t> position, RoutingRule edited) {
@@ -246,14 +236,11 @@ RuleCheck ChangeRule(RuleList& rules, std::optional<std::size_t> position, Routi
         return RuleCheck::Refused;
     }
     if (IsUnchanged(rules, position, edited)) return RuleCheck::Unchanged;
-    if (HasCriteria(edited) && !CheckServers(edited)) return RuleCheck::Refused;
-    if (!CheckChanged(rules, position, edited)) return RuleCheck::Refused;
-    if (edited.Description.IsEmpty()) edited.Description = kNoDescription; // as its written line reads back
-    if (!IsKeptByFile(edited)) {
-        ShowError(kRuleReadsDifferently, edited.Description.View());
-        return RuleCheck::Refused;
-    }
-    StoreRule(rules, position, edited);
+    if (FindFault(rules, position, edited) != RuleField::Nothing) return RuleCheck::Refused;
+    if (position)
+        rules[*position] = edited;
+    else
+        rules.push_back(edited);
     return RuleCheck::Fine;
 }
 
@@ -263,7 +250,7 @@ std::vector<SummaryLine> SummarizeRule(const RoutingRule& rule, const Destinatio
         {"Destinations", DestinationWords(rule, places)},
         {"Priority", PriorityWords(rule)},
         {"Users", Listed(rule.Users)},
-        {"Time", TextOr(rule.Time, kAny)},
+        {"Time", TextOr(rule.Time, kAnyValue)},
         {"Size", SizeWords(rule)},
         {"Servers", Listed(ShowServers(rule))},
     };

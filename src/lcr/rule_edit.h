@@ -71,20 +71,17 @@ enum class RuleCheck {
 
 enum class RuleLeaving { Ok, PreviousOrNext };
 
+// What of a refused rule is to be mended.
+enum class RuleField { Nothing, Description, Criteria, Servers };
+
 // Checks an edited rule that is to take the place of the one at the position, or of none, a new one. Its references are
 // checked first and those that are not defined removed; an unchanged rule is asked nothing more. On the way to another
 // rule, asks 5335 whether to keep the changes. A rule without criteria is refused with 5336 or, when it names remote
-// servers, asked about with 5337; one with another rule's description is refused with 5338.
+// servers, asked about with 5337; one with criteria that no server may send by is refused with 5333, one with another
+// rule's description with 5338, and what the file would give back differently with 9136. An empty description becomes
+// "(no description)".
 RuleCheck CheckRule(const RuleList& rules, std::optional<std::size_t> position, RoutingRule& edited,
-                    const RuleNames& names, RuleLeaving leaving);
-
-// Puts the rule at its position, or at the end of the list.
-void StoreRule(RuleList& rules, std::optional<std::size_t> position, const RoutingRule& edited);
-
-// CheckRule, and for a fine rule StoreRule and the pending file (KeepRulesPending); Refused also when that cannot be
-// written: then the list is as it was.
-RuleCheck AcceptRule(RuleList& rules, std::optional<std::size_t> position, RoutingRule& edited, const RuleNames& names,
-                     RuleLeaving leaving);
+                    const RuleNames& names, RuleLeaving leaving, RuleField& wrong);
 
 // Takes a rule whose values have been entered into the list. An unchanged one is asked nothing. Refused, with the list
 // as it was, are a new rule without a description (9149), a rule with criteria that no server may send by (5333), what
@@ -93,6 +90,7 @@ RuleCheck AcceptRule(RuleList& rules, std::optional<std::size_t> position, Routi
 RuleCheck ChangeRule(RuleList& rules, std::optional<std::size_t> position, RoutingRule edited);
 
 // A rule in words: each criterion's name and what the rule says of it, "(any)" without the criterion.
+inline constexpr std::string_view kAnyValue = "(any)";
 struct SummaryLine {
     std::string_view Name;
     std::string Words;

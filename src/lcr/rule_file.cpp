@@ -181,6 +181,15 @@ bool SaveRules(const RuleList& rules, const TextStamp& stamp) {
     return true;
 }
 
+TextStamp StampOfSaved(const RuleList& rules) { return StampOf(TextOfFile{true, TextOf(rules)}); }
+
+bool AreChangedSince(const TextStamp& stamp, TextStamp& now) {
+    const std::optional<TextOfFile> live = ReadText(RulesPath(), RuleFile().NotOpened);
+    if (!live) return false;
+    now = StampOf(*live);
+    return now != stamp;
+}
+
 PendingRules LookForPendingRules() {
     if (platform::Files().Open(PendingRulesPath(), {}).Error == platform::FileError::NotFound)
         return PendingRules::None;
@@ -234,6 +243,15 @@ std::optional<OpenedRules> OpenRules() {
 
 std::optional<RuleList> ReadRules() {
     std::optional<LoadedRules> loaded = LoadRulesFrom(PathToRead(RuleFile()));
+    return loaded ? std::optional(std::move(loaded->Rules)) : std::nullopt;
+}
+
+std::optional<RuleList> ReadPendingRules() {
+    if (LookForPendingRules() != PendingRules::Whole) {
+        ShowError(kNoPendingChanges);
+        return {};
+    }
+    std::optional<LoadedRules> loaded = LoadRulesFrom(PendingRulesPath());
     return loaded ? std::optional(std::move(loaded->Rules)) : std::nullopt;
 }
 

@@ -34,6 +34,12 @@ bool KeepRulesPending(const RuleList& rules);
 // as above, or after 9025.
 bool SaveRules(const RuleList& rules, const TextStamp& stamp);
 
+// By which the list is known again once it is saved.
+TextStamp StampOfSaved(const RuleList& rules);
+
+// Whether LCRRULES.INI is no longer as it was read. False when it cannot be read, too.
+bool AreChangedSince(const TextStamp& stamp, TextStamp& now);
+
 // What an earlier run has left of its changes. One that ended while it wrote them has not ended the last line, or not
 // even written the file's header.
 enum class PendingRules { None, Whole, CutOff, Unreadable };
@@ -61,6 +67,9 @@ std::optional<OpenedRules> OpenRules();
 // Loads the saved rules to be looked at, or the pending ones, after a warning, when a saving was interrupted and they
 // are all there is. None as above.
 std::optional<RuleList> ReadRules();
+
+// Loads pending changes that are whole; none after a message, 9378 when there are none.
+std::optional<RuleList> ReadPendingRules();
 
 // Deletes the pending changes; of a changed list only when that is wanted: asks 5331, "This will mean all changes will
 // be lost.  Lose changes?". False when it is not.

@@ -112,14 +112,24 @@ RuleImport::RuleImport() {
     for (const RuleKey& key : RuleKeys()) columns_.push_back(key.Name());
 }
 
-std::optional<std::vector<RowVerdict>> RuleImport::Check(const CsvTable& table) {
-    changes_.clear();
+RuleImport::RuleImport(RuleSession& session) : RuleImport() { session_ = &session; }
+
+// The rules as they are now; none after a message.
+std::optional<RuleEdit> RuleImport::Begin() const {
+    if (session_ != nullptr) return RuleEdit{session_->Names(), session_->Rules()};
     RuleEdit edit;
     if (!LoadRuleNames(edit.Names) || !CheckNoPendingRules()) return {};
     std::optional<RuleList> rules = ReadRules();
     if (!rules) return {};
     edit.Rules = std::move(*rules);
-    RowJudge judge(edit, table, columns_);
+    return edit;
+}
+
+std::optional<std::vector<RowVerdict>> RuleImport::Check(const CsvTable& table) {
+    changes_.clear();
+    std::optional<RuleEdit> edit = Begin();
+    if (!edit) return {};
+    RowJudge judge(*edit, table, columns_);
     std::vector<RowVerdict> verdicts(table.Rows.size());
     for (std::size_t i = 0; i < table.Rows.size(); ++i) {
         EnteredValues values = ValuesOf(table, table.Rows[i], columns_);
@@ -147,7 +157,13 @@ ImportCounts RuleImport::Apply(const ImportProgress& goOn) {
         }
         return whole;
     };
-    const bool isDone = RunLcrEditor([&] { return EditRules(LostNames::Ask, change); }, "rules");
+    const auto changeSession = [&] {
+        std::optional<RuleEdit> edit = Begin();
+        const RuleCheck check = change(*edit);
+        return check == RuleCheck::Unchanged || (check == RuleCheck::Fine && session_->Replace(std::move(edit->Rules)));
+    };
+    const bool isDone = session_ != nullptr ? changeSession()
+                                            : RunLcrEditor([&] { return EditRules(LostNames::Ask, change); }, "rules");
     return isDone ? counts : ImportCounts();
 }
 

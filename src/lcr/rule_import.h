@@ -1,6 +1,7 @@
 // Routing rules from and to files of comma-separated values: a row a rule.
 #pragma once
 
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -8,6 +9,8 @@
 #include "ctlfile/csv_import.h"
 #include "ctlfile/entered_values.h"
 #include "lcr/rule.h"
+#include "lcr/rule_actions.h"
+#include "lcr/rule_session.h"
 
 namespace bv {
 
@@ -15,16 +18,19 @@ namespace bv {
 // description, in its place, or adds one behind the others.
 class RuleImport final : public CsvImport {
   public:
+    // Into the file of rules, with the edit lock, in one save (EditRules); or into rules that are being edited.
     RuleImport();
+    explicit RuleImport(RuleSession& session);
     [[nodiscard]] std::string_view Title() const override { return "rules"; }
     [[nodiscard]] std::string_view EntryTitle() const override { return "rule"; }
     [[nodiscard]] std::span<const std::string_view> Columns() const override { return columns_; }
     std::optional<std::vector<RowVerdict>> Check(const CsvTable& table) override;
-
-    // With the edit lock, in one save (EditRules).
     ImportCounts Apply(const ImportProgress& goOn) override;
 
   private:
+    [[nodiscard]] std::optional<RuleEdit> Begin() const;
+
+    RuleSession* session_ = nullptr;
     std::vector<std::string_view> columns_;
     std::vector<EnteredValues> changes_; // the description first
 };

@@ -80,13 +80,6 @@ MessageId<0> MeaningWithout(std::string_view kind) {
     return kind == kServerKind ? kRuleHasNoServer : kRuleTakesAllDestinations;
 }
 
-std::string LossText(const RuleList& rules, const LostReference& lost) {
-    std::string text =
-        FillMessage(kNoLongerDefined, lost.Rule + 1, rules[lost.Rule].Description.View(), lost.Kind, lost.Name);
-    if (lost.IsLast) text.append("  ").append(FillMessage(MeaningWithout(lost.Kind)));
-    return text;
-}
-
 } // namespace
 
 bool LoadRuleNames(RuleNames& names) {
@@ -129,12 +122,19 @@ std::vector<LostReference> CheckReferences(RuleList& rules, const RuleNames& nam
     return all;
 }
 
+std::string DescribeLoss(const RuleList& rules, const LostReference& lost) {
+    std::string text =
+        FillMessage(kNoLongerDefined, lost.Rule + 1, rules[lost.Rule].Description.View(), lost.Kind, lost.Name);
+    if (lost.IsLast) text.append("  ").append(FillMessage(MeaningWithout(lost.Kind)));
+    return text;
+}
+
 bool DropLostReferences(RuleList& rules, const RuleNames& names, LostNames lost) {
     RuleList checked = rules;
     const std::vector<LostReference> all = CheckReferences(checked, names);
     if (!all.empty()) {
         std::string text;
-        for (const LostReference& one : all) text.append(text.empty() ? "" : "\n").append(LossText(rules, one));
+        for (const LostReference& one : all) text.append(text.empty() ? "" : "\n").append(DescribeLoss(rules, one));
         ShowWarning("%s", text);
         if (lost == LostNames::Ask && !AskWarning(kRemoveLostNames)) return false;
     }

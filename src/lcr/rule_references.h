@@ -42,6 +42,10 @@ struct LostReference {
 std::vector<LostReference> CheckReferences(RoutingRule& rule, const RuleNames& names);
 std::vector<LostReference> CheckReferences(RuleList& rules, const RuleNames& names);
 
+// A sentence that names the rule and the reference, with another one on what the rule means without it when it was the
+// last.
+std::string DescribeLoss(const RuleList& rules, const LostReference& lost);
+
 enum class LostNames { Ask, Drop };
 
 // Readies changed rules to be saved: names each reference that is not defined, with what its rule means without it

@@ -329,12 +329,12 @@ TEST(Help, SaysWhenAPageCannotBeOpened) {
 TEST(Help, HasAPageForEachDialogThatTheContentsLeadTo) {
     std::ifstream file(BesideTest("help\\index.html"));
     const std::string contents{std::istreambuf_iterator<char>(file), {}};
-    for (const int context :
-         {HELP_MENU,       HELP_COVLET,     HELP_ADD_COVERSHEET, HELP_COVERSHEET,     HELP_ADD_LETTERHEAD,
-          HELP_LETTERHEAD, HELP_MANY_USERS, HELP_WHERE_USED,     HELP_SELECT_PRINTER, HELP_NETWORK_USERS,
-          HELP_IMPORT,     HELP_USERS,      HELP_USER,           HELP_USER_GENERAL,   HELP_USER_PERMISSIONS,
-          HELP_USER_TIMES, HELP_USER_DIAL,  HELP_USER_PRINT,     HELP_USER_MAIL,      HELP_GROUP_GENERAL,
-          HELP_SELECT_USER}) {
+    for (const int context : {HELP_MENU,           HELP_COVLET,        HELP_ADD_COVERSHEET,   HELP_COVERSHEET,
+                              HELP_ADD_LETTERHEAD, HELP_LETTERHEAD,    HELP_MANY_USERS,       HELP_WHERE_USED,
+                              HELP_SELECT_PRINTER, HELP_NETWORK_USERS, HELP_IMPORT,           HELP_USERS,
+                              HELP_USER,           HELP_USER_GENERAL,  HELP_USER_PERMISSIONS, HELP_USER_TIMES,
+                              HELP_USER_DIAL,      HELP_USER_PRINT,    HELP_USER_MAIL,        HELP_GROUP_GENERAL,
+                              HELP_SELECT_USER,    HELP_RULES,         HELP_RULE_FILTER,      HELP_RULE}) {
         EXPECT_EQ(FindHelp(context).Kind, HelpKind::Page) << context;
         EXPECT_THAT(contents, HasSubstr(FormatText("href=\"%d.html\"", context)));
     }

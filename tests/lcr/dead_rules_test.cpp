@@ -129,7 +129,11 @@ TEST(FindDeadRules, FindsThoseThatNoFaxGetsTo) {
         for (RoutingRule& rule : rules) rule = dice.Rule();
         const std::vector<std::size_t> tried = TriedOut(rules, faxes, basis);
         std::vector<std::size_t> found(rules.size(), rules.size() + 1);
-        for (const DeadRule& dead : FindDeadRules(rules, Places(), basis.Offpeak)) {
+        DeadRuleSearch slices(rules, Places(), basis.Offpeak);
+        while (slices.Continue(7)) {
+        }
+        EXPECT_EQ(slices.Found(), FindDeadRules(rules, Places(), basis.Offpeak));
+        for (const DeadRule& dead : slices.Found()) {
             found[dead.Rule] = dead.By.value_or(rules.size());
             EXPECT_EQ(dead.By.has_value(), dead.NeverMet.empty());
             ++(dead.By ? taken : never);

@@ -5,15 +5,12 @@
 
 #include "lcr/rule_file.h"
 #include "lcr/time_range.h"
-#include "support/faulty_files.h"
 #include "support/memory_server.h"
 
 namespace bv::test {
 namespace {
 
 using testing::ElementsAre;
-
-const std::string kPending = "F:\\BRIVANE\\B-DB\\LCRRules.new";
 
 TEST(RuleTime, IsMadeOfItsFields) {
     using enum RuleTime::Choice;
@@ -112,13 +109,14 @@ struct Scene {
     }
 };
 
-TEST(AcceptRule, ChecksInItsOrder) {
+TEST(CheckRule, ChecksInItsOrder) {
     const std::string keep = "ask question: Keep changes to this rule?";
     const std::string invalid = "error: Invalid rule - you must select some message criteria, or some remote servers";
     const std::string all =
         "confirm warning: You have not selected any message criteria.  This will cause all messages to "
         "be sent via the remote servers selected.  Keep rule?";
     const std::string inUse = "error: This description is in use already.  Please enter a unique description";
+    const std::string noServer = "error: You must select some remote servers, or allow the local server to be used";
     const auto kUnchanged = [](RoutingRule&) {};
     using enum RuleCheck;
     const struct {
@@ -127,6 +125,7 @@ TEST(AcceptRule, ChecksInItsOrder) {
         bool Answer;
         RuleCheck Expected;
         std::vector<std::string> Said;
+        RuleField Wrong = RuleField::Nothing;
     } rows[] = {
         {kUnchanged, RuleLeaving::Ok, false, Unchanged, {}},
         {kUnchanged, RuleLeaving::PreviousOrNext, false, Unchanged, {}},
@@ -137,9 +136,14 @@ TEST(AcceptRule, ChecksInItsOrder) {
         {[](RoutingRule& rule) { rule.Time = "PEAK"; }, RuleLeaving::PreviousOrNext, true, Fine, {keep}},
         {[](RoutingRule& rule) { rule.Time = "PEAK"; }, RuleLeaving::PreviousOrNext, false, Discarded, {keep}},
         {[](RoutingRule& rule) { rule.Description = "SECOND"; }, RuleLeaving::Ok, false, Fine, {}},
-        {[](RoutingRule& rule) { rule.Description = "FIRST"; }, RuleLeaving::Ok, true, Refused, {inUse}},
+        {[](RoutingRule& rule) { rule.Description = "FIRST"; },
+         RuleLeaving::Ok,
+         true,
+         Refused,
+         {inUse},
+         RuleField::Description},
         {[](RoutingRule& rule) { rule.Users.clear(); }, RuleLeaving::Ok, true, Fine, {all}},
-        {[](RoutingRule& rule) { rule.Users = {"BEN"}; }, RuleLeaving::Ok, false, Refused, {all}},
+        {[](RoutingRule& rule) { rule.Users = {"BEN"}; }, RuleLeaving::Ok, false, Refused, {all}, RuleField::Criteria},
         {[](RoutingRule& rule) {
              rule.Users.clear();
              rule.Priorities = kEveryPriority;
@@ -157,39 +161,33 @@ TEST(AcceptRule, ChecksInItsOrder) {
          RuleLeaving::Ok,
          true,
          Refused,
-         {invalid}},
-        {[](RoutingRule& rule) { rule.Servers = {"PAR"}; }, RuleLeaving::Ok, false, Fine, {}},
+         {invalid},
+         RuleField::Criteria},
+        {[](RoutingRule& rule) { rule.Servers = {"PAR"}; },
+         RuleLeaving::Ok,
+         false,
+         Refused,
+         {noServer},
+         RuleField::Servers},
+        {[](RoutingRule& rule) { rule.Description = " Second"; },
+         RuleLeaving::Ok,
+         false,
+         Refused,
+         {"error: Rule \" Second\": the file would give its lines back differently"},
+         RuleField::Description},
+        {[](RoutingRule& rule) { rule.Description = ""; }, RuleLeaving::Ok, false, Fine, {}},
     };
     for (const auto& row : rows) {
         Scene scene;
         scene.Server.Front.Answer = row.Answer;
         RoutingRule edited = scene.Rules[1];
         row.Change(edited);
-        EXPECT_EQ(AcceptRule(scene.Rules, 1, edited, scene.Names, row.Leaving), row.Expected);
+        RuleField wrong = RuleField::Nothing;
+        EXPECT_EQ(CheckRule(scene.Rules, 1, edited, scene.Names, row.Leaving, wrong), row.Expected);
+        EXPECT_EQ(wrong, row.Wrong);
         EXPECT_EQ(scene.Server.Front.Said, row.Said);
-        const bool isTaken = row.Expected == Fine;
-        EXPECT_EQ(scene.Rules, (RuleList{Named("First"), isTaken ? edited : Named("Second")}));
-        const std::string written =
-            "[BRIVANE]\r\nType: LCRRules\r\nRevision: A\r\n\r\n" + RuleText(scene.Rules[0]) + RuleText(scene.Rules[1]);
-        EXPECT_EQ(scene.Server.Get(kPending), isTaken ? written : "(none)");
+        EXPECT_FALSE(edited.Description.IsEmpty());
     }
-}
-
-TEST(AcceptRule, AddsANewRuleAtTheEnd) {
-    Scene scene;
-    RoutingRule edited;
-    EXPECT_EQ(AcceptRule(scene.Rules, {}, edited, scene.Names, RuleLeaving::Ok), RuleCheck::Unchanged);
-    edited = Named("Third");
-    EXPECT_EQ(AcceptRule(scene.Rules, {}, edited, scene.Names, RuleLeaving::Ok), RuleCheck::Fine);
-    EXPECT_EQ(scene.Rules, (RuleList{Named("First"), Named("Second"), Named("Third")}));
-    EXPECT_EQ(AcceptRule(scene.Rules, {}, edited, scene.Names, RuleLeaving::Ok), RuleCheck::Refused);
-
-    FaultyFiles files(scene.Server.Files, {FaultKind::FailFromThenOn, 1});
-    const platform::Substitute<platform::FileSystem> substitute(files);
-    edited.Description = "Fourth";
-    EXPECT_EQ(AcceptRule(scene.Rules, {}, edited, scene.Names, RuleLeaving::Ok), RuleCheck::Refused);
-    EXPECT_EQ(scene.Rules.size(), 3U);
-    EXPECT_EQ(scene.Server.Front.Said.back(), "error: File error: couldn't open " + kPending);
 }
 
 TEST(RuleServers, AreChosenByName) {
