@@ -43,6 +43,9 @@ RECT WindowPlace(HWND window) {
 RECT Moved(RECT at, unsigned edges, LONG across, LONG down) {
     if ((edges & kMovesAcross) != 0) at.left += across;
     if ((edges & (kMovesAcross | kGrowsAcross)) != 0) at.right += across;
+    if ((edges & kMovesHalf) != 0) at.left += across / 2;
+    if ((edges & kMovesHalf) != 0) at.right += across / 2;
+    if ((edges & kGrowsHalf) != 0) at.right += (edges & kMovesHalf) != 0 ? across - across / 2 : across / 2;
     if ((edges & kMovesDown) != 0) at.top += down;
     if ((edges & (kMovesDown | kGrowsDown)) != 0) at.bottom += down;
     return at;

@@ -16,6 +16,8 @@ enum Edges : unsigned {
     kMovesDown = 2,   // with its lower edge
     kGrowsAcross = 4,
     kGrowsDown = 8,
+    kGrowsHalf = 16, // across, by half of what the dialog grows: the left one of two side by side
+    kMovesHalf = 32, // the same: what stands between the two, and, growing by the other half, the right one
     kMovesBoth = kMovesAcross | kMovesDown,
     kGrowsBoth = kGrowsAcross | kGrowsDown,
 };
