@@ -52,7 +52,7 @@ const Case kCases[] = {
     {"destination country set CH LastField=0", 0, "", "Modified country CH\n", "Country.ini",
      Replaced(kBefore.at("Country.ini"), "CH, \"\"", "CH, \"\", 0")},
     {"destination country add '' DiallingCode=1", 1, "",
-     "Identifier: \"\" is not a name of 1 to 100 characters without blanks, commas, quotes, / and ;\n"},
+     "Identifier: \"\" is not a name of 1 to 29 characters without blanks, commas, quotes, / and ;\n"},
     {"destination country add uk DiallingCode=1", 1, "",
      "Identifier: \"uk\" - there is a country of that name already\n"},
     {"destination country add X DiallingCode=044", 1, "",
