@@ -18,6 +18,7 @@ namespace {
 
 constexpr std::size_t kDescriptionLimit = 100;
 constexpr std::size_t kMostDigits = 40;
+constexpr std::string_view kOtherName = "other name";
 constexpr std::string_view kIdentifierField = "Identifier";
 constexpr std::string_view kMatchesField = "Matches";
 constexpr std::size_t kCodeLimit = 19;
@@ -241,6 +242,20 @@ std::string CheckSynonym(const DestinationEdit& edit, const Synonym& synonym, co
     if (synonym.Reference == old.Reference || edit.Tables.FindPlace(synonym.Reference)) return {};
     ShowError(kStandsForNothing, synonym.Reference);
     return "StandsFor";
+}
+
+std::string SaveSynonym(DestinationEdit& edit, const Synonym& old, const Synonym& synonym) {
+    if (synonym == old && !old.Name.empty()) return {};
+    if (std::string field = CheckSynonym(edit, synonym, old); !field.empty()) return field;
+    if (!WriteSynonym(edit, synonym, old.Name)) return "Name";
+    ShowStatus(old.Name.empty() ? kAdded : kModified, kOtherName, synonym.Name);
+    return {};
+}
+
+bool RemoveSynonym(DestinationEdit& edit, std::string_view name) {
+    if (!DeleteSynonym(edit, name)) return false;
+    ShowStatus(kDeleted, kOtherName, name);
+    return true;
 }
 
 std::string NoteOfName(std::string_view reference) {

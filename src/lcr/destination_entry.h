@@ -92,6 +92,11 @@ std::string CheckDestination(const Kind& kind, const DestinationEdit& edit, cons
 // The same of another name of a destination: "Name" or "StandsFor".
 std::string CheckSynonym(const DestinationEdit& edit, const Synonym& synonym, const Synonym& old);
 
+// Puts another name in the place of the old one, or in as a new one for an old one without a name; returns as
+// CheckSynonym does. RemoveSynonym is false after a message.
+std::string SaveSynonym(DestinationEdit& edit, const Synonym& old, const Synonym& synonym);
+bool RemoveSynonym(DestinationEdit& edit, std::string_view name);
+
 // What is worth knowing of an entry while it is entered; empty for nothing: that rules cannot name it, and that one of
 // an area's numbers is another area's, too.
 std::string NoteOfName(std::string_view reference);

@@ -241,18 +241,19 @@ std::string_view NameOf(PlaceKind kind) {
     return kNames[static_cast<std::size_t>(kind)];
 }
 
-const RuleList* DestinationSession::ReadRulesOnce() {
+const RuleList* DestinationSession::ReadRulesOnce(RuleReading reading) {
     if (rules_) return &rules_->Rules;
-    if (!read_) {
+    if (!read_ && (!hasMissedRules_ || reading == RuleReading::Again)) {
         const PendingRules pending = LookForPendingRules();
         areRulesFree_ = pending == PendingRules::None || pending == PendingRules::CutOff;
         read_ = ReadRules();
+        hasMissedRules_ = !read_;
     }
     return read_ ? &*read_ : nullptr;
 }
 
-std::optional<std::vector<Use>> DestinationSession::FindUses(const PlaceName& place) {
-    const RuleList* rules = ReadRulesOnce();
+std::optional<std::vector<Use>> DestinationSession::FindUses(const PlaceName& place, RuleReading reading) {
+    const RuleList* rules = ReadRulesOnce(reading);
     if (rules == nullptr) return {};
     return UsesOf(FindMoved(edit_, *rules, place, "", ""));
 }
@@ -308,13 +309,15 @@ std::string DestinationSession::Save(const Kind& kind, const typename Kind::Entr
     if (!isNew && entry == old) return {};
     if (!isNew && FindEntry(kind, edit_, old.Identifier) == nullptr) return "Identifier";
     if (std::string field = CheckDestination(kind, edit_, entry, old); !field.empty()) return field;
-    const RuleList* rules = ReadRulesOnce();
-    if (rules == nullptr) return "Identifier";
-    MovedReferences moved;
-    if (!isNew) moved = FindMoved(edit_, *rules, NameOfEntry(kind, old), entry.Identifier, CodeOf(entry));
     const bool isRenamed = !isNew && !EqualFolded(entry.Identifier, old.Identifier);
     const auto write = [&] { return kind.Write(edit_, entry, isRenamed ? old.Identifier : std::string()); };
-    if (!Settle(moved, ask, write)) return "Identifier";
+    const bool isMoved = isRenamed || (!isNew && CodeOf(entry) != CodeOf(old));
+    const RuleList* rules = isMoved ? ReadRulesOnce() : nullptr;
+    if (isMoved && rules == nullptr) return "Identifier";
+    const bool isDone =
+        isMoved ? Settle(FindMoved(edit_, *rules, NameOfEntry(kind, old), entry.Identifier, CodeOf(entry)), ask, write)
+                : write();
+    if (!isDone) return "Identifier";
     ShowStatus(isNew ? kAdded : kModified, Kind::kName, entry.Identifier);
     return {};
 }
@@ -326,11 +329,7 @@ template std::string DestinationSession::Save(const RegionKind&, const RegionEnt
                                               const AskAboutUses&);
 
 std::string DestinationSession::SaveSynonym(const Synonym& old, const Synonym& synonym) {
-    if (synonym == old && !old.Name.empty()) return {};
-    if (std::string field = CheckSynonym(edit_, synonym, old); !field.empty()) return field;
-    if (!WriteSynonym(edit_, synonym, old.Name)) return "Name";
-    ShowStatus(old.Name.empty() ? kAdded : kModified, NameOf(PlaceKind::Synonym), synonym.Name);
-    return {};
+    return bv::SaveSynonym(edit_, old, synonym);
 }
 
 bool DestinationSession::DeleteEntry(const PlaceName& place) {
@@ -393,7 +392,7 @@ std::string DescribePlace(DestinationSession& session, const PlaceName& place) {
     constexpr std::size_t kMostNamed = 6;
     std::string text = EntryText(session, place);
     if (place.Kind == PlaceKind::Synonym || text.empty()) return text;
-    const auto uses = session.FindUses(place);
+    const auto uses = session.FindUses(place, DestinationSession::RuleReading::Once);
     if (!uses) return text;
     std::vector<std::string> places;
     for (const Use& use : *uses) places.push_back(use.Where);

@@ -49,9 +49,11 @@ class DestinationSession {
     // For an import.
     [[nodiscard]] DestinationEdit& Edit() { return edit_; }
 
-    // Where rules, regions and other names refer to a place, or to an area of a country. None after a message: the
-    // rules cannot be read.
-    [[nodiscard]] std::optional<std::vector<Use>> FindUses(const PlaceName& place);
+    // Where rules, regions and other names refer to a place, or to an area of a country. None when the rules cannot be
+    // read, after a message, which is shown again only if they are to be tried again.
+    enum class RuleReading { Again, Once };
+    [[nodiscard]] std::optional<std::vector<Use>> FindUses(const PlaceName& place,
+                                                           RuleReading reading = RuleReading::Again);
 
     // Put an entry in the place of the old one, or in as a new one for an old one without a name. References to it are
     // asked about when it is renamed. The field that is to be changed first, after a message or a question; empty: it
@@ -73,7 +75,7 @@ class DestinationSession {
     void Drop();
 
   private:
-    [[nodiscard]] const RuleList* ReadRulesOnce();
+    [[nodiscard]] const RuleList* ReadRulesOnce(RuleReading reading = RuleReading::Again);
     [[nodiscard]] std::vector<Use> UsesOf(const MovedReferences& moved);
     bool Settle(const MovedReferences& moved, const AskAboutUses& ask, const std::function<bool()>& write);
     bool ChangeFiles(const MovedReferences& moved);
@@ -85,7 +87,8 @@ class DestinationSession {
     std::optional<OpenedRules> rules_; // and to be changed
     bool areRulesFree_ = true;         // no changes of an earlier session wait for their save
     bool areRulesChanged_ = false;
-    bool isHalfDone_ = false; // some of the files are in place
+    bool hasMissedRules_ = false; // they could not be read
+    bool isHalfDone_ = false;     // some of the files are in place
 };
 
 // "Area UK/LON "London": 20...; used by rule 2 "Long faxes", region HOME".

@@ -116,7 +116,7 @@ void AddEntry(HWND dialog, DestinationsDialog& context, PlaceKind kind) {
 
 void AddKindAtHand(HWND dialog, DestinationsDialog& context) { AddEntry(dialog, context, context.Tree.KindAtHand()); }
 
-// The kinds that can be added, the one at hand first for the keyboard.
+// A menu of what can be added.
 void PressAdd(HWND dialog, DestinationsDialog& context) {
     const Destinations& places = context.Session.Places();
     const std::string code = context.Tree.CountryAtHand();

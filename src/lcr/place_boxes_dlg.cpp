@@ -67,11 +67,17 @@ bool TakeNames(HWND dialog, PlaceBox<Kind>& context, int identifier, int descrip
            TakeText(dialog, description, context.Entered.Description);
 }
 
+// What references to a renamed entry get; those by its dialling code get another one of these.
+std::string NewNameOf(const CountryEntry& before, const CountryEntry& entered) {
+    return before.Identifier == entered.Identifier ? entered.DiallingCode : entered.Identifier;
+}
+std::string NewNameOf(const MatchEntry&, const MatchEntry& entered) { return entered.Identifier; }
+
 template <class Kind>
 void SaveEntry(HWND dialog, PlaceBox<Kind>& context, const PlaceName& place, std::span<const FieldOfPlace> fields) {
     const WaitCursor wait;
     const auto ask = [&](const std::vector<Use>& uses) {
-        return AskUsesOfPlace(dialog, place, context.Entered.Identifier, uses);
+        return AskUsesOfPlace(dialog, place, NewNameOf(context.Before, context.Entered), uses);
     };
     EndSaved(dialog, context.Session.Save(context.What, context.Before, context.Entered, ask), fields);
 }

@@ -175,7 +175,7 @@ TEST_F(OptionDialogs, EachControlChangesItsLineAndNoOther) {
         if (key.Page > Workstations || key.Trait == OptionKey::Traits::OnlyRead) continue;
         const std::string path =
             std::string(key.Paragraph.substr(1, key.Paragraph.size() - 2)) + "/" + std::string(key.Field.Name());
-        EXPECT_NE(PlaceOfOption(key.Page, path).Control, 0) << path;
+        EXPECT_NE(ControlOfOption(key.Page, path), 0) << path;
     }
 }
 
