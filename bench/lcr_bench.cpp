@@ -7,7 +7,9 @@
 
 #include "baselines.h"
 #include "lcr/dead_rules.h"
+#include "lcr/destination_session.h"
 #include "lcr/number_place.h"
+#include "lcr/place_filter.h"
 #include "lcr/rule_file.h"
 #include "lcr/rule_match.h"
 #include "lcr/rule_references.h"
@@ -174,6 +176,39 @@ void TryOneFax(benchmark::State& state) {
     }
 }
 
+// What the dialog of the destinations does before it is shown; as many areas in each of 200 countries.
+void PutManyPlaces(std::size_t areasOfEach) {
+    std::string areas = Header("Area") + "[AREAS]\r\n";
+    for (std::size_t n = 0; n < areasOfEach; ++n)
+        areas += FormatText("Area: A%d, \"Area number %d\"\r\nMatch: %d*\r\n", n, n, 10000 + n);
+    std::string countries = Header("Country") + "[COUNTRIES]\r\n";
+    for (int n = 0; n < 200; ++n) {
+        countries += FormatText("%d: C%03d, \"Country %d\", 1\r\n", 100 + n, n, n);
+        Put(FormatText("Area%d.ini", 100 + n), areas);
+    }
+    Put("COUNTRY.INI", countries);
+}
+
+void OpenDestinations(benchmark::State& state) {
+    PutPlaces();
+    PutManyPlaces(Size(state));
+    for (auto _ : state) {
+        DestinationSession session;
+        if (!session.Begin()) std::abort();
+        benchmark::DoNotOptimize(FilterPlaces(session.Places(), session.Synonyms(), ""));
+        session.Drop();
+    }
+}
+
+void LookUpNumber(benchmark::State& state) {
+    PutPlaces();
+    PutManyPlaces(Size(state));
+    Destinations places;
+    if (!LoadDestinations(places)) std::abort();
+    for (auto _ : state)
+        if (!PlaceOfNumber(places, "+100 10001 123456")) std::abort();
+}
+
 void ListMailUsers(benchmark::State& state) {
     std::string list = "; mail users\r\n";
     for (std::size_t n = 0; n < Size(state); ++n)
@@ -196,6 +231,8 @@ BENCHMARK(OpenRuleSession)->RULE_SIZES;
 BENCHMARK(WritePendingRules)->RULE_SIZES;
 BENCHMARK(MoveOneRule)->RULE_SIZES;
 BENCHMARK(TryOneFax)->RULE_SIZES;
+BENCHMARK(OpenDestinations)->Arg(200)->Arg(2000)->Unit(benchmark::kMillisecond);
+BENCHMARK(LookUpNumber)->Arg(200)->Arg(2000)->Unit(benchmark::kMicrosecond);
 BENCHMARK(ListMailUsers)->Arg(100000)->Unit(benchmark::kMillisecond);
 
 } // namespace

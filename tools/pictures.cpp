@@ -33,6 +33,8 @@
 #include "mailgw/mail_list.h"
 #include "mailgw/mail_users_dlg.h"
 #include "lcr/rule_list_dlg.h"
+#include "lcr/destinations_dlg.h"
+#include "lcr/edit_lock.h"
 #include "options/options_dialog_dlg.h"
 #include "options/options_dlg.h"
 #include "resources/ids.h"
@@ -430,6 +432,60 @@ void DrawMail(const Painter& painter, HWND owner, const DiskServer& server) {
               });
 }
 
+HTREEITEM NextInTree(HWND tree, WPARAM which, HTREEITEM item) {
+    return reinterpret_cast<HTREEITEM>(Send(tree, TVM_GETNEXTITEM, which, reinterpret_cast<LPARAM>(item)));
+}
+
+// Selects an entry of the destinations' tree by its steps: "down so many, then into".
+void ChooseInTree(HWND dialog, const std::vector<int>& steps) {
+    const HWND tree = GetDlgItem(dialog, ID_PLACES_TREE);
+    HTREEITEM item = NextInTree(tree, TVGN_ROOT, nullptr);
+    for (std::size_t i = 0; i < steps.size(); ++i) {
+        if (i > 0) {
+            Send(tree, TVM_EXPAND, TVE_EXPAND, reinterpret_cast<LPARAM>(item));
+            item = NextInTree(tree, TVGN_CHILD, item);
+        }
+        for (int step = 0; step < steps[i]; ++step) item = NextInTree(tree, TVGN_NEXT, item);
+    }
+    Send(tree, TVM_SELECTITEM, TVGN_CARET, reinterpret_cast<LPARAM>(item));
+}
+
+void DrawDestinations(const Painter& painter, HWND owner) {
+    const auto open = [&] { RunLcrEditor([&] { return EditDestinations(owner); }); };
+    painter.Draw("destinations", "Destinations", open, [](HWND dialog) {
+        ChooseInTree(dialog, {0, 3, 1});
+        SetTextOf(dialog, ID_PLACES_NUMBER, "+44 20 7946 0018");
+        Until([&] { return !Text(dialog, ID_PLACES_RESULT).empty(); });
+    });
+    const struct {
+        const char* Name;
+        std::vector<int> Steps;
+        int Button;
+        const char* Title;
+    } kBoxes[] = {{"country", {0, 3}, ID_PLACES_EDIT, "Country"},
+                  {"area", {0, 3, 3}, ID_PLACES_EDIT, "Area of United Kingdom"},
+                  {"region", {1, 2}, ID_PLACES_EDIT, "Region"},
+                  {"other-name", {2, 0}, ID_PLACES_EDIT, "Other name"},
+                  {"place-uses", {0, 3}, ID_PLACES_WHERE_USED, "Where UK is used"},
+                  {"place-delete", {0, 3, 1}, ID_PLACES_DELETE, "Where LDS is used"}};
+    for (const auto& box : kBoxes)
+        RunDriven(open, [&](const Windows& windows) {
+            const HWND dialog = windows.Wait("Destinations", ID_PLACES_TREE);
+            ChooseInTree(dialog, box.Steps);
+            Click(dialog, box.Button);
+            painter.DrawOpen(box.Name, windows.Wait(box.Title));
+        });
+    RunDriven(open, [&](const Windows& windows) {
+        const HWND dialog = windows.Wait("Destinations", ID_PLACES_TREE);
+        ChooseInTree(dialog, {0, 1});
+        Click(dialog, ID_PLACES_EDIT);
+        const HWND box = windows.Wait("Country");
+        SetTextOf(box, ID_COUNTRY_ID, "FRANCE");
+        Click(box, IDOK);
+        painter.DrawOpen("place-rename", windows.Wait("Where FR is used"));
+    });
+}
+
 void DrawBoxes(const Painter& painter) {
     painter.Draw("box-delete", FillMessage(kCaptionOfDelete), [] {
         AskFilled(kCaptionOfDelete, BoxIcon::Question,
@@ -476,6 +532,7 @@ int DrawPictures(const std::string& directory) {
     DrawOptions(painter, window.Handle());
     Painter::Begin("Least-cost routing");
     DrawLcr(painter, window.Handle(), server);
+    DrawDestinations(painter, window.Handle());
     DrawRules(painter, window.Handle(), server);
     Painter::Begin("Dialling properties");
     DrawDialling(painter, window.Handle(), server);

@@ -1,4 +1,5 @@
 // Countries, their areas, and regions.
+#include <algorithm>
 #include <functional>
 #include <utility>
 
@@ -11,9 +12,11 @@
 #include "lcr/destination_entry.h"
 #include "lcr/destination_import.h"
 #include "lcr/edit_lock.h"
+#include "lcr/lcr_messages.h"
 #include "lcr/number_place.h"
 #include "lcr/router_settings.h"
 #include "lcr/synonyms.h"
+#include "platform/ascii.h"
 #include "voice/messages.h"
 
 namespace bv::console {
@@ -174,6 +177,29 @@ int ListSynonyms(Session& session, const Arguments&) {
     return kExitDone;
 }
 
+int AddSynonym(Session& session, const Arguments& arguments) {
+    return Edit(session, [&](DestinationEdit& edit) {
+        return SaveSynonym(edit, {}, {arguments["NAME"], arguments["REFERENCE"]}).empty();
+    });
+}
+
+int SetSynonym(Session& session, const Arguments& arguments) {
+    return Edit(session, [&](DestinationEdit& edit) {
+        const std::string& name = arguments["NAME"];
+        const auto isIt = [&](const Synonym& synonym) { return EqualFolded(synonym.Name, name); };
+        const auto old = std::ranges::find_if(edit.Synonyms, isIt);
+        if (old == edit.Synonyms.end()) {
+            ShowError(kThereIsNo, "other name", name);
+            return false;
+        }
+        return SaveSynonym(edit, Synonym(*old), {old->Name, arguments["REFERENCE"]}).empty();
+    });
+}
+
+int DropSynonym(Session& session, const Arguments& arguments) {
+    return Edit(session, [&](DestinationEdit& edit) { return RemoveSynonym(edit, arguments["NAME"]); });
+}
+
 // Into the other form: a reference by dialling code into the one by identifier, any other into that by dialling code.
 int Convert(Session& session, const Arguments& arguments) {
     Destinations tables;
@@ -202,6 +228,7 @@ int Export(Session& session, const Arguments& arguments) {
 constexpr Parameter kId = {"ID", "Its identifier, in any case"};
 constexpr Parameter kCountry = {"COUNTRY", "The country's identifier or dialling code"};
 constexpr Parameter kReference = {"REFERENCE", "A country, or a country, / and an area, such as UK/LON or 44/LON"};
+constexpr Parameter kOtherName = {"NAME", "The other name, in any case"};
 constexpr Parameter kSome = {kAssignments, "Keys and values as 'list --json' prints them", ParameterKind::ZeroOrMore};
 constexpr Parameter kOne = {kAssignments, "Keys and values as 'list --json' prints them", ParameterKind::OneOrMore};
 
@@ -261,6 +288,21 @@ constexpr Verb kVerbs[] = {
     {.Name = "synonym list",
      .Help = "List the other names of destinations: name, reference, text",
      .Run = Located<ListSynonyms>},
+    {.Name = "synonym add",
+     .Help = "Give a destination another name",
+     .Parameters = {{kOtherName, kReference}},
+     .Example = "GB UK",
+     .Change = Located<AddSynonym>},
+    {.Name = "synonym set",
+     .Help = "Let another name stand for another destination",
+     .Parameters = {{kOtherName, kReference}},
+     .Example = "GB UK/LON",
+     .Change = Located<SetSynonym>},
+    {.Name = "synonym delete",
+     .Help = "Delete another name of a destination",
+     .Parameters = {{kOtherName}},
+     .Example = "GB",
+     .Change = Located<DropSynonym>},
     {.Name = "contains",
      .Help = "Tell whether a region contains a destination",
      .Parameters = {{{"REGION", "The region's identifier"}, kReference}},

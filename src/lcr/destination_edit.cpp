@@ -4,6 +4,7 @@
 #include <functional>
 #include <list>
 #include <optional>
+#include <unordered_map>
 #include <utility>
 
 #include "ctlfile/file_gate.h"
@@ -82,10 +83,21 @@ std::optional<std::string> OrNotFound(std::optional<std::string> text, std::stri
     return text;
 }
 
+// The text without the entry of that name; as it is for no name. None after 9130.
+std::optional<std::string> WithoutEntry(const DestinationFile& file, std::string_view text,
+                                        std::string_view identifier) {
+    if (identifier.empty()) return std::string(text);
+    std::string kind(file.Type);
+    kind.front() = ToLower(kind.front());
+    return OrNotFound(file.EntryKey.empty() ? WithoutCountry(text, identifier)
+                                            : WithoutMatchEntry(file, text, identifier),
+                      kind, identifier);
+}
+
 bool ChangeRegions(DestinationEdit& edit, const TextChange& change) {
     std::string text;
     if (!Change(edit, {kRegionFile, {}}, change, text)) return false;
-    edit.Tables = {ParseMatchEntries(kRegionFile, text), edit.Tables.Countries()};
+    edit.Tables = {ParseMatchEntries(kRegionFile, text), std::move(edit.Tables).TakeCountries()};
     return true;
 }
 
@@ -103,30 +115,36 @@ bool ChangeCountries(DestinationEdit& edit, const TextChange& change) {
     std::string text;
     if (!Change(edit, {kCountryFile, {}}, change, text)) return false;
     std::vector<CountryEntry> countries = ParseCountries(text);
+    std::vector<CountryEntry> old = std::move(edit.Tables).TakeCountries();
+    std::unordered_map<std::string_view, CountryEntry*> byCode;
+    for (CountryEntry& country : old) byCode.emplace(country.DiallingCode, &country);
     for (CountryEntry& country : countries) {
-        const auto& old = edit.Tables.Countries();
-        const auto same = std::ranges::find(old, country.DiallingCode, &CountryEntry::DiallingCode);
-        if (same == old.end()) {
+        const auto same = byCode.find(country.DiallingCode);
+        if (same == byCode.end()) {
             TakeAreas(edit, country);
             continue;
         }
-        country.HasAreaFile = same->HasAreaFile;
-        country.Areas = same->Areas;
+        // Of countries with one dialling code, each has the same areas.
+        const bool isFirst = same->second >= old.data() && same->second < old.data() + old.size();
+        country.HasAreaFile = same->second->HasAreaFile;
+        country.Areas = isFirst ? std::move(same->second->Areas) : same->second->Areas;
+        same->second = &country;
     }
-    edit.Tables = {edit.Tables.Regions(), std::move(countries)};
+    edit.Tables = {std::move(edit.Tables).TakeRegions(), std::move(countries)};
+    edit.Synonyms = ParseSynonyms(text);
     return true;
 }
 
 bool ChangeAreas(DestinationEdit& edit, std::string_view diallingCode, const TextChange& change) {
     std::string text;
     if (!Change(edit, {kAreaFile, std::string(diallingCode)}, change, text)) return false;
-    std::vector<CountryEntry> countries = edit.Tables.Countries();
+    std::vector<CountryEntry> countries = std::move(edit.Tables).TakeCountries();
     for (CountryEntry& country : countries) {
         if (country.DiallingCode != diallingCode) continue;
         country.HasAreaFile = true;
         country.Areas = ParseMatchEntries(kAreaFile, text);
     }
-    edit.Tables = {edit.Tables.Regions(), std::move(countries)};
+    edit.Tables = {std::move(edit.Tables).TakeRegions(), std::move(countries)};
     return true;
 }
 
@@ -160,29 +178,49 @@ std::optional<std::string> WithEntries(std::string_view text, std::span<const En
 bool BeginDestinationEdit(DestinationEdit& edit) {
     edit = {};
     if (!LoadDestinations(edit.Tables)) return false;
+    std::optional<std::vector<Synonym>> synonyms = LoadSynonyms();
+    if (!synonyms) return false;
+    edit.Synonyms = std::move(*synonyms);
     if (BeginFile(edit, {kRegionFile, {}}) && BeginFile(edit, {kCountryFile, {}})) return true;
     DropDestinationEdit(edit);
     return false;
 }
 
-bool WriteRegion(DestinationEdit& edit, const RegionEntry& entry) {
-    if (HasEntry(edit.Tables.Regions(), entry)) return true;
-    return ChangeRegions(edit, [&](std::string_view text) { return WithMatchEntry(kRegionFile, text, entry); });
+bool WriteRegion(DestinationEdit& edit, const RegionEntry& entry, std::string_view insteadOf) {
+    if (insteadOf.empty() && HasEntry(edit.Tables.Regions(), entry)) return true;
+    return ChangeRegions(edit, [&](std::string_view text) {
+        const auto rest = WithoutEntry(kRegionFile, text, insteadOf);
+        return rest ? std::optional(WithMatchEntry(kRegionFile, *rest, entry)) : std::nullopt;
+    });
 }
 
-bool WriteCountry(DestinationEdit& edit, const CountryEntry& entry) {
+bool WriteCountry(DestinationEdit& edit, const CountryEntry& entry, std::string_view insteadOf) {
     const auto isIt = [&entry](const CountryEntry& other) {
         return other.LastField == entry.LastField && CountryLine(other) == CountryLine(entry);
     };
-    if (std::ranges::any_of(edit.Tables.Countries(), isIt)) return true;
-    return ChangeCountries(edit, [&](std::string_view text) { return WithCountry(text, entry); });
+    if (insteadOf.empty() && std::ranges::any_of(edit.Tables.Countries(), isIt)) return true;
+    return ChangeCountries(edit, [&](std::string_view text) {
+        const auto rest = WithoutEntry(kCountryFile, text, insteadOf);
+        return rest ? std::optional(WithCountry(*rest, entry)) : std::nullopt;
+    });
 }
 
-bool WriteArea(DestinationEdit& edit, std::string_view diallingCode, const AreaEntry& entry) {
+bool WriteArea(DestinationEdit& edit, std::string_view diallingCode, const AreaEntry& entry,
+               std::string_view insteadOf) {
     const CountryEntry* country = edit.Tables.FindCode(diallingCode);
-    if (country != nullptr && HasEntry(country->Areas, entry)) return true;
-    return ChangeAreas(edit, diallingCode,
-                       [&](std::string_view text) { return WithMatchEntry(kAreaFile, text, entry); });
+    if (insteadOf.empty() && country != nullptr && HasEntry(country->Areas, entry)) return true;
+    return ChangeAreas(edit, diallingCode, [&](std::string_view text) {
+        const auto rest = WithoutEntry(kAreaFile, text, insteadOf);
+        return rest ? std::optional(WithMatchEntry(kAreaFile, *rest, entry)) : std::nullopt;
+    });
+}
+
+bool WriteSynonym(DestinationEdit& edit, const Synonym& synonym, std::string_view insteadOf) {
+    return ChangeCountries(edit, [&](std::string_view text) { return WithSynonym(text, synonym, insteadOf); });
+}
+
+bool ChangeMatches(DestinationEdit& edit, const MatchChange& change) {
+    return ChangeRegions(edit, [&](std::string_view text) { return WithChangedMatches(kRegionFile, text, change); });
 }
 
 bool WriteRegions(DestinationEdit& edit, std::span<const RegionEntry> entries) {
@@ -207,21 +245,21 @@ bool WriteAreas(DestinationEdit& edit, std::string_view diallingCode, std::span<
 }
 
 bool DeleteRegion(DestinationEdit& edit, std::string_view identifier) {
-    return ChangeRegions(edit, [&](std::string_view text) {
-        return OrNotFound(WithoutMatchEntry(kRegionFile, text, identifier), "region", identifier);
-    });
+    return ChangeRegions(edit, [&](std::string_view text) { return WithoutEntry(kRegionFile, text, identifier); });
 }
 
 bool DeleteCountry(DestinationEdit& edit, std::string_view identifier) {
-    return ChangeCountries(edit, [&](std::string_view text) {
-        return OrNotFound(WithoutCountry(text, identifier), "country", identifier);
-    });
+    return ChangeCountries(edit, [&](std::string_view text) { return WithoutEntry(kCountryFile, text, identifier); });
 }
 
 bool DeleteArea(DestinationEdit& edit, std::string_view diallingCode, std::string_view identifier) {
-    return ChangeAreas(edit, diallingCode, [&](std::string_view text) {
-        return OrNotFound(WithoutMatchEntry(kAreaFile, text, identifier), "area", identifier);
-    });
+    return ChangeAreas(edit, diallingCode,
+                       [&](std::string_view text) { return WithoutEntry(kAreaFile, text, identifier); });
+}
+
+bool DeleteSynonym(DestinationEdit& edit, std::string_view name) {
+    return ChangeCountries(
+        edit, [&](std::string_view text) { return OrNotFound(WithoutSynonym(text, name), "other name", name); });
 }
 
 bool CommitDestinationEdit(DestinationEdit& edit) {

@@ -9,6 +9,7 @@
 
 #include "lcr/destination_files.h"
 #include "lcr/destinations.h"
+#include "lcr/synonyms.h"
 
 namespace bv {
 
@@ -22,6 +23,7 @@ struct WorkingCopy {
 
 struct DestinationEdit {
     Destinations Tables;             // as the working copies have them
+    std::vector<Synonym> Synonyms;   // the same
     std::vector<WorkingCopy> Copies; // the region file, the country file and each area file touched
     bool Changed = false;
 };
@@ -34,10 +36,18 @@ bool BeginDestinationEdit(DestinationEdit& edit);
 // Put an entry into its working copy: in the place of the first one whose identifier begins with the entry's, or at the
 // end of the list. An entry that is there already is not written. False after "File error: couldn't open", 5000 or
 // 5004, the working copy unchanged or, where it could not be put back, gone: then no commit comes off. The dialling
-// code is that of the area's country.
-bool WriteRegion(DestinationEdit& edit, const RegionEntry& entry);
-bool WriteCountry(DestinationEdit& edit, const CountryEntry& entry);
-bool WriteArea(DestinationEdit& edit, std::string_view diallingCode, const AreaEntry& entry);
+// code is that of the area's country. An entry that it comes instead of goes in the same change (9130 without it).
+bool WriteRegion(DestinationEdit& edit, const RegionEntry& entry, std::string_view insteadOf = {});
+bool WriteCountry(DestinationEdit& edit, const CountryEntry& entry, std::string_view insteadOf = {});
+bool WriteArea(DestinationEdit& edit, std::string_view diallingCode, const AreaEntry& entry,
+               std::string_view insteadOf = {});
+
+// Puts another name of a destination into the country file's working copy: in the place of the one that it comes
+// instead of, or as a new one. False as above.
+bool WriteSynonym(DestinationEdit& edit, const Synonym& synonym, std::string_view insteadOf = {});
+
+// Changes the regions' matches (WithChangedMatches). False as above.
+bool ChangeMatches(DestinationEdit& edit, const MatchChange& change);
 
 // The same with several entries of a kind, which are written at once or not at all.
 bool WriteRegions(DestinationEdit& edit, std::span<const RegionEntry> entries);
@@ -49,6 +59,7 @@ bool WriteAreas(DestinationEdit& edit, std::string_view diallingCode, std::span<
 bool DeleteRegion(DestinationEdit& edit, std::string_view identifier);
 bool DeleteCountry(DestinationEdit& edit, std::string_view identifier);
 bool DeleteArea(DestinationEdit& edit, std::string_view diallingCode, std::string_view identifier);
+bool DeleteSynonym(DestinationEdit& edit, std::string_view name);
 
 // Puts the working copies in the place of the live files, which must all be as they were read; sets SettingsChanged.
 // False after "File error: couldn't open" or 9025, with nothing done, or after 5004: then it may be called again for

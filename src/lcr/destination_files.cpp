@@ -18,8 +18,8 @@ constexpr std::size_t kMaxCode = 19; // digits of a dialling code
 // One line of a list, seen in its text.
 struct ListLine {
     std::size_t Start = 0;
-    std::size_t End = 0; // where the next line begins
-    std::string Text;    // cleaned
+    std::size_t End = 0;   // where the next line begins
+    std::string_view Text; // cleaned; until the next one is taken
 };
 
 // Walks the lines of a list; at its end stands on the line that ends it, or at the end of the text.
@@ -34,7 +34,7 @@ class ListWalker {
     bool Next(ListLine& line) {
         std::string_view rest = text_.substr(at_);
         const std::string_view raw = TakeLine(rest);
-        line = {at_, at_ + raw.size(), CleanLine(raw)};
+        line = {at_, at_ + raw.size(), Clean(raw)};
         if (line.Text.empty() || IsParagraphLine(line.Text)) return false;
         at_ = line.End;
         return true;
@@ -48,8 +48,16 @@ class ListWalker {
     }
 
   private:
+    std::string_view Clean(std::string_view raw) {
+        const std::string_view part = CountingPart(raw);
+        if (FindControl(part, 0) == part.size()) return part;
+        cleaned_ = CleanLine(raw);
+        return cleaned_;
+    }
+
     std::string_view text_;
     std::size_t at_ = 0;
+    std::string cleaned_;
 };
 
 std::string Unquoted(std::optional<std::string_view> token) {
@@ -222,6 +230,22 @@ std::optional<std::string> WithoutMatchEntry(const DestinationFile& file, std::s
         copied = line.End;
     }
     if (!isFound) return {};
+    return result.append(text.substr(copied));
+}
+
+std::string WithChangedMatches(const DestinationFile& file, std::string_view text, const MatchChange& change) {
+    ListWalker walker(file, text);
+    ListLine line;
+    std::string result;
+    std::size_t copied = 0; // up to here
+    while (walker.Next(line)) {
+        const auto match = BeginsWith(line.Text, kMatchKey) ? KeyValue(line.Text) : std::nullopt;
+        const std::optional<std::string> changed = match ? change(*match) : std::nullopt;
+        if (!match || changed == *match) continue;
+        result.append(text.substr(copied, line.Start - copied));
+        if (changed) result.append(KeyedLine(kMatchKey, *changed)).append(kLineEnd);
+        copied = line.End;
+    }
     return result.append(text.substr(copied));
 }
 

@@ -3,6 +3,7 @@
 // change stays byte for byte.
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -53,6 +54,10 @@ std::string WithCountry(std::string_view text, const CountryEntry& entry);
 std::optional<std::string> WithoutMatchEntry(const DestinationFile& file, std::string_view text,
                                              std::string_view identifier);
 std::optional<std::string> WithoutCountry(std::string_view text, std::string_view identifier);
+
+// The text with each match of its entries as the change makes it; without those of which it makes none.
+using MatchChange = std::function<std::optional<std::string>(std::string_view match)>;
+std::string WithChangedMatches(const DestinationFile& file, std::string_view text, const MatchChange& change);
 
 // The lines of an entry.
 std::string MatchEntryLines(const DestinationFile& file, const MatchEntry& entry);

@@ -178,7 +178,10 @@ std::span<const std::string_view> DestinationImport::Columns() const { return kC
 std::optional<std::vector<RowVerdict>> DestinationImport::Check(const CsvTable& table) {
     changes_ = {};
     DestinationEdit edit; // of which no file is touched
-    if (!LoadDestinations(edit.Tables)) return {};
+    if (open_ != nullptr)
+        edit.Tables = open_->Tables;
+    else if (!LoadDestinations(edit.Tables))
+        return {};
     DestinationJudge judge(edit, changes_);
     std::vector<RowVerdict> verdicts(table.Rows.size());
     for (const KindOfRow& kind : kKinds) {
@@ -193,26 +196,31 @@ std::optional<std::vector<RowVerdict>> DestinationImport::Check(const CsvTable& 
         const bool isKind = std::ranges::any_of(kKinds, [&](const auto& kind) { return row.IsOfKind(kind.Word); });
         if (!isKind) row.AddFault(kColumns[kKind], FillMessage(kNotAKindOfPlace, CleanLine(row.Text(kKind))));
     }
+    changes_.After = std::move(edit.Tables);
     return verdicts;
 }
 
-bool DestinationImport::Write() const {
-    DestinationEdit edit;
-    if (!BeginDestinationEdit(edit)) return false;
-    const Destinations before = edit.Tables;
+bool DestinationImport::Write(DestinationEdit& edit) const {
+    const auto uses = FindLostDestinations(edit.Tables, changes_.After);
+    if (!uses || !AskDespiteUses(*uses, Title())) return false;
     bool isDone = WriteCountries(edit, changes_.Countries);
     for (const auto& [code, areas] : changes_.Areas) isDone = isDone && WriteAreas(edit, code, areas);
-    isDone = isDone && WriteRegions(edit, changes_.Regions);
-    if (isDone) {
-        const auto uses = FindLostDestinations(before, edit.Tables);
-        isDone = uses && AskDespiteUses(*uses, Title()) && CommitDestinationEdit(edit);
-    }
+    return isDone && WriteRegions(edit, changes_.Regions);
+}
+
+bool DestinationImport::WriteFiles() const {
+    DestinationEdit edit;
+    if (!BeginDestinationEdit(edit)) return false;
+    const bool isDone = Write(edit) && CommitDestinationEdit(edit);
     DropDestinationEdit(edit);
     return isDone;
 }
 
 ImportCounts DestinationImport::Apply(const ImportProgress& goOn) {
-    const bool isDone = goOn(0) && RunLcrEditor([&] { return Write(); }, Title());
+    const auto write = [&] {
+        return open_ != nullptr ? Write(*open_) : RunLcrEditor([&] { return WriteFiles(); }, Title());
+    };
+    const bool isDone = goOn(0) && write();
     return isDone ? changes_.Counts : ImportCounts();
 }
 

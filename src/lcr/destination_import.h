@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "ctlfile/csv_import.h"
+#include "lcr/destination_edit.h"
 #include "lcr/destinations.h"
 
 namespace bv {
@@ -16,6 +17,7 @@ struct DestinationChanges {
     std::map<std::string, std::vector<AreaEntry>> Areas;
     std::vector<RegionEntry> Regions;
     ImportCounts Counts;
+    Destinations After; // the tables with all of it
 };
 
 // The columns: Kind (country, area or region), Country (of an area), then what entries have: Identifier and
@@ -24,17 +26,23 @@ struct DestinationChanges {
 // another one's place, since that begins with its name, is wrong.
 class DestinationImport final : public CsvImport {
   public:
+    // Into an edit that is open, or, without one, from the files to the files.
+    explicit DestinationImport(DestinationEdit* open = nullptr) : open_(open) {}
+
     [[nodiscard]] std::string_view Title() const override { return "destinations"; }
     [[nodiscard]] std::string_view EntryTitle() const override { return "destination"; }
     [[nodiscard]] std::span<const std::string_view> Columns() const override;
     std::optional<std::vector<RowVerdict>> Check(const CsvTable& table) override;
 
-    // With the edit lock, in one edit; asks whether references by a dialling code may lose their place
-    // (AskDespiteUses).
+    // With the edit lock, in one edit that is put in place, unless one is open; asks whether references by a dialling
+    // code may lose their place (AskDespiteUses).
     ImportCounts Apply(const ImportProgress& goOn) override;
 
   private:
-    bool Write() const;
+    bool Write(DestinationEdit& edit) const;
+    bool WriteFiles() const;
+
+    DestinationEdit* open_;
 
     DestinationChanges changes_;
 };

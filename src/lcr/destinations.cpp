@@ -82,13 +82,29 @@ Destinations::Destinations(std::vector<RegionEntry> regions, std::vector<Country
     for (std::size_t i = 0; i < countries_.size(); ++i) {
         countryIndex_.emplace(UpperText(countries_[i].Identifier), i);
         codeIndex_.emplace(countries_[i].DiallingCode, i);
-        IndexAreas(i);
     }
 }
 
-void Destinations::IndexAreas(std::size_t country) {
+const Destinations::Index& Destinations::AreasOf(std::size_t country) const {
+    Index& index = areaIndex_[country];
     const std::vector<AreaEntry>& areas = countries_[country].Areas;
-    for (std::size_t i = 0; i < areas.size(); ++i) areaIndex_[country].emplace(UpperText(areas[i].Identifier), i);
+    if (index.empty())
+        for (std::size_t i = 0; i < areas.size(); ++i) index.emplace(UpperText(areas[i].Identifier), i);
+    return index;
+}
+
+const Destinations::Holders& Destinations::HoldersOf() const {
+    if (!holders_.empty()) return holders_;
+    for (std::size_t i = 0; i < regions_.size(); ++i) {
+        if (FindRegion(regions_[i].Identifier) != &regions_[i]) continue;
+        for (const std::string& match : regions_[i].Matches) {
+            const std::optional<std::string> one = Convert(match, ReferenceForm::Identifier);
+            if (!one) continue;
+            std::vector<std::size_t>& holders = holders_[UpperText(*one)];
+            if (holders.empty() || holders.back() != i) holders.push_back(i);
+        }
+    }
+    return holders_;
 }
 
 const RegionEntry* Destinations::FindRegion(std::string_view identifier) const {
@@ -114,7 +130,7 @@ std::optional<FoundPlace> Destinations::FindPlace(std::string_view reference) co
     if (country == nullptr) return {};
     if (!parted.Area) return FoundPlace{country, nullptr};
     const auto place = static_cast<std::size_t>(country - countries_.data());
-    const AreaEntry* area = Find(country->Areas, areaIndex_[place], *parted.Area);
+    const AreaEntry* area = Find(country->Areas, AreasOf(place), *parted.Area);
     if (area == nullptr) return {};
     return FoundPlace{country, area};
 }
@@ -136,6 +152,25 @@ bool Destinations::RegionContains(std::string_view region, std::string_view dest
         if (!one) return false;
         return one->find('/') == std::string::npos ? StartsWithFolded(wanted, *one) : EqualFolded(wanted, *one);
     });
+}
+
+std::vector<std::size_t> Destinations::RegionsOf(std::string_view destination) const {
+    const std::string wanted =
+        UpperText(Convert(destination, ReferenceForm::Identifier).value_or(std::string(destination)));
+    const Holders& all = HoldersOf();
+    std::vector<std::size_t> regions;
+    const auto add = [&](const std::string& match) {
+        if (const auto found = all.find(match); found != all.end())
+            regions.insert(regions.end(), found->second.begin(), found->second.end());
+    };
+    // A whole country is one that begins the destination.
+    const std::size_t country = std::min(wanted.find('/'), wanted.size());
+    for (std::size_t length = 1; length <= country; ++length) add(wanted.substr(0, length));
+    if (country < wanted.size()) add(wanted);
+    std::ranges::sort(regions);
+    const auto doubles = std::ranges::unique(regions);
+    regions.erase(doubles.begin(), doubles.end());
+    return regions;
 }
 
 bool LoadDestinations(Destinations& destinations) {

@@ -10,6 +10,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace bv {
@@ -44,7 +45,7 @@ struct FoundPlace {
     const AreaEntry* Area = nullptr; // none: the whole country
 };
 
-// The tables. Of entries with the same name, the first is found.
+// The tables. Of entries with the same name, the first is found. What is looked up by is made when it is first needed.
 class Destinations {
   public:
     Destinations() = default;
@@ -52,6 +53,10 @@ class Destinations {
 
     [[nodiscard]] const std::vector<RegionEntry>& Regions() const { return regions_; }
     [[nodiscard]] const std::vector<CountryEntry>& Countries() const { return countries_; }
+
+    // Take entries out of tables that others are about to replace.
+    std::vector<RegionEntry> TakeRegions() && { return std::move(regions_); }
+    std::vector<CountryEntry> TakeCountries() && { return std::move(countries_); }
 
     // None when there is no such entry. A country is found by its identifier and, without one, by its dialling code.
     [[nodiscard]] const RegionEntry* FindRegion(std::string_view identifier) const;
@@ -67,16 +72,22 @@ class Destinations {
     // without such a region. Destinations that are no longer there contain nothing. Shows nothing.
     [[nodiscard]] bool RegionContains(std::string_view region, std::string_view destination) const;
 
+    // The places in the table of all regions that contain the destination, rising.
+    [[nodiscard]] std::vector<std::size_t> RegionsOf(std::string_view destination) const;
+
   private:
     using Index = std::unordered_map<std::string, std::size_t>; // by name in upper case
-    void IndexAreas(std::size_t country);
+    using Holders = std::unordered_map<std::string, std::vector<std::size_t>>;
+    [[nodiscard]] const Index& AreasOf(std::size_t country) const;
+    [[nodiscard]] const Holders& HoldersOf() const;
 
     std::vector<RegionEntry> regions_;
     std::vector<CountryEntry> countries_;
     Index regionIndex_;
     Index countryIndex_;
     Index codeIndex_;
-    std::vector<Index> areaIndex_; // of each country
+    mutable std::vector<Index> areaIndex_; // of each country
+    mutable Holders holders_;              // the regions that hold a match, by its identifiers in upper case
 };
 
 // Reads the tables from the region file, the country file and the area files of its countries. A file that is not

@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <string>
 
+#include "lcr/destinations_dlg.h"
 #include "lcr/edit_lock.h"
 #include "lcr/lcr_overview.h"
 #include "lcr/links_dlg.h"
+#include "lcr/rule_list_dlg.h"
 #include "resources/ids.h"
 #include "shell/startup.h"
 
@@ -25,7 +27,7 @@ struct Editor {
     bool LcrButtons::*CanOpen;
     LcrLack Lack;                                          // what routing lacks without it
     std::string_view What;                                 // who holds the lock, for others
-    bool (*Open)(HWND owner, const LcrServices& services); // true when ended with OK; none: this version has none
+    bool (*Open)(HWND owner, const LcrServices& services); // true when ended with OK
 };
 
 bool OpenRouter(HWND owner, const LcrServices& services) { return EditRouter(owner, services.TestLogin); }
@@ -39,11 +41,11 @@ constexpr Editor kEditors[] = {
     {ID_LCR_GENERAL, ID_LCR_GENERAL_LABEL, ID_LCR_GENERAL_STATE, &LcrOverview::General, &LcrButtons::General,
      LcrLack::GeneralSettings, "general settings", OpenRouter},
     {ID_LCR_DESTINATIONS, ID_LCR_DESTINATIONS_LABEL, ID_LCR_DESTINATIONS_STATE, &LcrOverview::Destinations,
-     &LcrButtons::Destinations, LcrLack::Destinations, "destinations", nullptr},
+     &LcrButtons::Destinations, LcrLack::Destinations, "destinations", Open<EditDestinations>},
     {ID_LCR_LINKS, ID_LCR_LINKS_LABEL, ID_LCR_LINKS_STATE, &LcrOverview::Links, &LcrButtons::Links, LcrLack::Links,
      "links", Open<EditLinks>},
     {ID_LCR_RULES, ID_LCR_RULES_LABEL, ID_LCR_RULES_STATE, &LcrOverview::Rules, &LcrButtons::Rules, LcrLack::Rules,
-     "rules", nullptr},
+     "rules", Open<EditRules>},
 };
 
 class LcrPage : public AreaPage {
@@ -76,7 +78,7 @@ void LcrPage::Update(HWND page) const {
     const LcrButtons buttons = UpdateLcrButtons(isEnabled, found_.HasGeneralSettings);
     for (const Editor& editor : kEditors) {
         const bool canOpen = buttons.*editor.CanOpen;
-        EnableControl(page, editor.Button, canOpen && editor.Open != nullptr);
+        EnableControl(page, editor.Button, canOpen);
         EnableControl(page, editor.Label, canOpen);
         EnableControl(page, editor.State, isEnabled);
     }
@@ -107,7 +109,7 @@ void LcrPage::Edit(HWND page, const Editor& editor) {
 int LcrPage::Check(HWND /*dialog*/) {
     if (!IsEnabled() || wasEnabled_) return 0;
     const Editor& rules = kEditors[3];
-    switch (CheckLcrReady(found_.HasGeneralSettings, rules.Open != nullptr)) {
+    switch (CheckLcrReady(found_.HasGeneralSettings, true)) {
     case LcrReadiness::Ready: return 0;
     case LcrReadiness::SetUpRules: Edit(page_, rules); return rules.Button;
     case LcrReadiness::NotReady: break;

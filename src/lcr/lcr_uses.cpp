@@ -14,14 +14,6 @@
 namespace bv {
 namespace {
 
-Use UseOfRule(const RuleList& rules, const RoutingRule& rule, bool isOnly) {
-    const auto number = static_cast<int>(&rule - rules.data()) + 1;
-    return {.File = NameOf(ServerFile::Rules),
-            .Where = FormatText("rule %d \"%s\"", number, rule.Description.View()),
-            .Kind = UseKind::Limit,
-            .Widens = isOnly};
-}
-
 // What a rule loses without those of its names that are looked for; nothing when it has none of them.
 std::optional<Use> UseOfNames(const RuleList& rules, const RoutingRule& rule, LcrName kind, const NameSet& names) {
     const std::vector<std::string>& used = kind == LcrName::User ? rule.Users : rule.Servers;
@@ -104,6 +96,14 @@ bool AddSynonymLosses(const Loss& loss, std::vector<Use>& uses) {
 }
 
 } // namespace
+
+Use UseOfRule(const RuleList& rules, const RoutingRule& rule, bool isOnly) {
+    const auto number = static_cast<int>(&rule - rules.data()) + 1;
+    return {.File = NameOf(ServerFile::Rules),
+            .Where = FormatText("rule %d \"%s\"", number, rule.Description.View()),
+            .Kind = UseKind::Limit,
+            .Widens = isOnly};
+}
 
 std::optional<std::vector<Use>> FindLcrUses(LcrName kind, const NameSet& names) {
     const std::optional<RuleList> rules = ReadRules();

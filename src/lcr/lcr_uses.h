@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "lcr/destinations.h"
+#include "lcr/rule.h"
 #include "shell/name_set.h"
 #include "shell/uses.h"
 
@@ -14,6 +15,9 @@ enum class LcrName { User, Server };
 
 // The rules, and for users the links, that refer to one of the names. None after a message: a file cannot be read.
 std::optional<std::vector<Use>> FindLcrUses(LcrName kind, const NameSet& names);
+
+// A rule as such a place; whether the names are all that its criterion has.
+Use UseOfRule(const RuleList& rules, const RoutingRule& rule, bool isOnly);
 
 // Make the change to what the rules and the links say of the users. Who calls them holds the edit lock, and has seen
 // that no changes of the rules wait for their save (CheckNoPendingRules). False after a message of OpenRules and

@@ -1,11 +1,12 @@
 #include "lcr/number_place.h"
 
 #include <algorithm>
+#include <set>
 
 #include "ctlfile/whole_file.h"
-#include "dialling/number_converter.h"
 #include "lcr/lcr_messages.h"
 #include "platform/ascii.h"
+#include "voice/format.h"
 #include "voice/messages.h"
 
 namespace bv {
@@ -39,7 +40,56 @@ bool Means(std::string_view match, std::string_view local) {
     return local.starts_with(match);
 }
 
+std::set<std::size_t> SetOf(const std::vector<std::size_t>& numbers) { return {numbers.begin(), numbers.end()}; }
+
+// "UK/LON (20...), London, United Kingdom; region HOME".
+std::string PlaceText(const Destinations& places, const NumberPlace& place) {
+    std::string text;
+    for (const NumberArea& area : place.Areas) {
+        const std::string name = FindDestinationName(places, area.Reference);
+        text.append(text.empty() ? "" : "; ") += FormatText("%s (%s), %s", area.Reference, MatchText(area.Match), name);
+    }
+    if (place.Areas.empty()) text = FormatText("%s, %s", place.Country, FindDestinationName(places, place.Country));
+    for (const std::string& region : place.Regions)
+        text.append(&region == &place.Regions.front() ? "; region " : ", ").append(region);
+    return text;
+}
+
 } // namespace
+
+std::string MatchText(std::string_view match) {
+    const std::size_t star = match.find('*');
+    return star == std::string_view::npos ? std::string(match) : std::string(match.substr(0, star)) + "...";
+}
+
+bool NumberSearch::CanConvert() {
+    if (converting_ == Converting::NotAsked) {
+        const bool canConvert = !IsMissing(DiallingFileToRead()) && converter_.Load(kApplication) &&
+                                GetDialProperties().Mode != kDialNoEditing;
+        converting_ = canConvert ? Converting::Possible : Converting::Impossible;
+    }
+    return converting_ == Converting::Possible;
+}
+
+std::string NumberSearch::TextOf(const Destinations& places, const std::string& number) {
+    if (TrimBlanks(number).empty()) return {};
+    if (!LooksLikeNumber(number)) return FillMessage(kNoNumberNoPlace, number);
+    std::string international = number;
+    std::string note;
+    if (!number.starts_with(kPlus)) {
+        TelephoneNumber converted;
+        if (!CanConvert())
+            note = ". " + FillMessage(kNumberAsItStands);
+        else if (const StatusCode status = converter_.Convert(NumberForm::International, number, converted);
+                 status != kDone)
+            return FaultOfNumber(number, status);
+        else
+            international = converted.String();
+    }
+    const std::optional<NumberPlace> place = PlaceOfNumber(places, international);
+    if (!place) return FillMessage(kNumberIsNowhere, international) + note;
+    return place->Number + ": " + PlaceText(places, *place) + note;
+}
 
 std::vector<std::string> NumberPlace::References() const {
     if (Areas.empty()) return {Country};
@@ -58,11 +108,9 @@ std::optional<NumberPlace> PlaceOfNumber(const Destinations& places, std::string
         const auto match = std::ranges::find_if(area.Matches, [&](const auto& one) { return Means(one, local); });
         if (match != area.Matches.end()) place.Areas.push_back({country->Identifier + "/" + area.Identifier, *match});
     }
-    const std::vector<std::string> references = place.References();
-    for (const RegionEntry& region : places.Regions()) {
-        const auto holds = [&](const auto& one) { return places.RegionContains(region.Identifier, one); };
-        if (std::ranges::any_of(references, holds)) place.Regions.push_back(region.Identifier);
-    }
+    std::set<std::size_t> regions;
+    for (const std::string& reference : place.References()) regions.merge(SetOf(places.RegionsOf(reference)));
+    for (const std::size_t region : regions) place.Regions.push_back(places.Regions()[region].Identifier);
     return place;
 }
 

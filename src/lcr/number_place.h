@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "dialling/number_converter.h"
 #include "lcr/destinations.h"
 
 namespace bv {
@@ -37,6 +38,24 @@ std::optional<NumberPlace> PlaceOfNumber(const Destinations& places, std::string
 // stands after warning 9381 when there are none. None, after 9382, 9371 or a message of NumberConverter,
 // when it is nowhere.
 std::optional<NumberPlace> EnterNumber(const Destinations& places, const std::string& number);
+
+// The places of numbers while they are typed. The dialling properties are read for the first number without a "+".
+class NumberSearch {
+  public:
+    // "+442079460018: UK/LON (20...), London, United Kingdom; region HOME", or why it is nowhere; empty for no number.
+    // Shows nothing but what NumberConverter says of properties that cannot be read.
+    [[nodiscard]] std::string TextOf(const Destinations& places, const std::string& number);
+
+  private:
+    enum class Converting { NotAsked, Possible, Impossible };
+    bool CanConvert();
+
+    NumberConverter converter_;
+    Converting converting_ = Converting::NotAsked;
+};
+
+// A number of an area as lists show it: "20..." for "20*".
+std::string MatchText(std::string_view match);
 
 // Whether a text can only be meant as a number: it holds digits and nothing else but formatting characters.
 bool LooksLikeNumber(std::string_view text);

@@ -11,6 +11,7 @@
 #include "mailgw/gateway_page_dlg.h"
 #include "mailgw/mail_boxes_dlg.h"
 #include "mailgw/mail_list.h"
+#include "mailgw/mail_login.h"
 #include "mailgw/mail_users_dlg.h"
 #include "options/options_dlg.h"
 #include "resources/ids.h"
@@ -37,7 +38,12 @@ constexpr DialogServices kServices{ShowUses, DeleteByDialog, ConfigureMailUsers,
 void OpenUsers(HWND owner) { ConfigureUsers(owner, kServices); }
 void OpenDevices(HWND owner) { ConfigureDevices(owner, kServices); }
 
-constexpr LcrServices kLcrServices{};
+// The log-in of least-cost routing, with the password as it would be stored.
+void TestRouterLogin(HWND owner, const RouterSettings& settings) {
+    TestMailLogin(reinterpret_cast<std::uintptr_t>(owner), {std::string(WordOf(settings.Email)), settings.EmailLoginName,
+                                                            {settings.EmailLoginParams, true}});
+}
+constexpr LcrServices kLcrServices{TestRouterLogin};
 std::unique_ptr<AreaPage> MakeRoutingPage(FieldRecord& options) { return MakeLcrPage(options, kLcrServices); }
 
 // The settings' pages of other areas, in the order of OptionPage.

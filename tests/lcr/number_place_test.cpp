@@ -80,6 +80,15 @@ TEST(EnterNumber, GoesByTheDiallingProperties) {
     server.Put("F:\\BRIVANE\\B-DB\\DIALLING.INI",
                "[DIALPROPERTIES]\r\nLocation: London\r\n\r\n[LOCATION]\r\nDescription: London\r\n"
                "Country: 44\r\nArea: 20\r\nNatlAccess: 0\r\nIntlAccess: 00\r\nNumberWithoutAreaMaxLen: 8\r\n");
+    const std::pair<const char*, const char*> rows[] = {
+        {"020 1234", "+44201234: UK/LON (20...), LON, UK; region HOME, EU"},
+        {"+44 999", "+44999: UK/ONE (999), ONE, UK"},
+        {"+1", "+1: US, US; region HOME"},
+        {"+81", "Number +81 begins with no dialling code of a country that is there"},
+        {"LON", "\"LON\" is no number and no destination."},
+        {" ", ""}};
+    NumberSearch search;
+    for (const auto& [number, expected] : rows) EXPECT_EQ(search.TextOf(Places(), number), expected) << number;
     EXPECT_EQ(TextOf(EnterNumber(Places(), "00 33 1")), "FR:; EU");
     EXPECT_EQ(TextOf(EnterNumber(Places(), "0171 1234")), "UK: UK/LON 171*; HOME EU");
     EXPECT_THAT(server.Front.TakeSaid(), testing::IsEmpty());

@@ -1,0 +1,20 @@
+// The places that refer to a destination: to look at, or with what is to become of them when it goes or gets another
+// name.
+#pragma once
+
+#include <windows.h>
+
+#include "lcr/destination_session.h"
+
+namespace bv {
+
+// Shows them.
+void ShowUsesOfPlace(HWND owner, const PlaceName& place, const std::vector<Use>& uses);
+
+// What AskAboutUses asks, of a place that goes or, with another name, is renamed.
+std::optional<UseChange> AskUsesOfPlace(HWND owner, const PlaceName& place, const std::string& newName,
+                                        const std::vector<Use>& uses);
+
+INT_PTR CALLBACK PlaceUsesDlgBox(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
+
+} // namespace bv
