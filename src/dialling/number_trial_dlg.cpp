@@ -8,6 +8,9 @@ namespace {
 
 constexpr ListColumn kColumns[] = {{"Form", 38}, {"Step", 122}, {"Number", 70}};
 constexpr ListPlan kPlan{.List = ID_DIALLING_STEPS, .Columns = kColumns, .IsSorted = false};
+constexpr const char* kShown = "shown";
+constexpr const char* kDialled = "dialled";
+constexpr const char* kMark = "> "; // of the step that decides
 constexpr UINT_PTR kPauseTimer = 1;
 constexpr UINT kPause = 150; // milliseconds
 
@@ -50,12 +53,14 @@ void TrialPane::Try() {
     list_.Refill([&] {
         rows_.Begin(std::size(kColumns));
         for (const auto& [form, rule, number, decides] : trial.Steps) {
-            rows_.Add(std::string(decides ? "> " : "") + (form == NumberForm::Dialable ? "dialled" : "shown"));
+            const std::string name = form == NumberForm::Dialable ? kDialled : kShown;
+            rows_.Add(decides ? kMark + name : name);
             rows_.Add(rule);
             rows_.Add(number);
         }
         return true;
     });
+    list_.SelectName(std::string(kMark) + kDialled); // mostly what a person wants to know
     ShowStep();
 }
 

@@ -40,8 +40,9 @@ void OpenDevices(HWND owner) { ConfigureDevices(owner, kServices); }
 
 // The log-in of least-cost routing, with the password as it would be stored.
 void TestRouterLogin(HWND owner, const RouterSettings& settings) {
-    TestMailLogin(reinterpret_cast<std::uintptr_t>(owner), {std::string(WordOf(settings.Email)), settings.EmailLoginName,
-                                                            {settings.EmailLoginParams, true}});
+    TestMailLogin(
+        reinterpret_cast<std::uintptr_t>(owner),
+        {ValueCodec<EmailType>::Text(settings.Email), settings.EmailLoginName, {settings.EmailLoginParams, true}});
 }
 constexpr LcrServices kLcrServices{TestRouterLogin};
 std::unique_ptr<AreaPage> MakeRoutingPage(FieldRecord& options) { return MakeLcrPage(options, kLcrServices); }

@@ -92,10 +92,10 @@ TEST_F(DiallingDialogs, FaultsKeepTheDialogAndWhatWasTyped) {
     };
     WithDialling([&](HWND dialog, const Windows&) {
         for (const auto& [entries, said, focus] : kFaults) {
-            Front.Said.clear();
             const std::string before = Text(dialog, focus);
             Make(dialog, entries);
             for (const int button : {static_cast<int>(IDOK), ID_DIALLING_NO_EDITING, ID_DIALLING_NEW}) {
+                Front.Said.clear();
                 Click(dialog, button);
                 EXPECT_TRUE(Says(said)) << said;
                 EXPECT_TRUE(Until([&] { return FocusOf(dialog) == focus; })) << said;
@@ -164,6 +164,7 @@ TEST_F(DiallingDialogs, ANumberIsTriedByWhatIsTyped) {
         EXPECT_TRUE(Shows(dialog, ID_DIALLING_TRY_DIALLED, "01811234567:22"));
         EXPECT_THAT(Entries(dialog, ID_DIALLING_STEPS),
                     Contains(StartsWith("> dialled\t5b: a number of another area")));
+        EXPECT_TRUE(Shows(dialog, ID_DIALLING_STEP, "5b: a number of another area: NatlAccess goes before"));
         SetTextOf(dialog, ID_DIALLING_AREA, "181");
         EXPECT_TRUE(Shows(dialog, ID_DIALLING_TRY_DIALLED, "1234567:22"));
         Make(dialog, {{ID_DIALLING_AREA_CODE, nullptr}});
