@@ -168,8 +168,7 @@ std::vector<std::size_t> Destinations::RegionsOf(std::string_view destination) c
     for (std::size_t length = 1; length <= country; ++length) add(wanted.substr(0, length));
     if (country < wanted.size()) add(wanted);
     std::ranges::sort(regions);
-    const auto doubles = std::ranges::unique(regions);
-    regions.erase(doubles.begin(), doubles.end());
+    regions.erase(std::unique(regions.begin(), regions.end()), regions.end());
     return regions;
 }
 
