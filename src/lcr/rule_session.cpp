@@ -164,7 +164,7 @@ bool RuleSession::AgreesToLosses() const {
 bool RuleSession::AgreesToOverwrite() {
     TextStamp now;
     if (!AreChangedSince(stamp_, now)) return true;
-    if (!AskWarning(kOverwriteRules, RulesPath())) return false;
+    if (!AskWarning(kChangedSinceOpened, RulesPath())) return false;
     stamp_ = now;
     return true;
 }

@@ -6,6 +6,7 @@
 #include "mailgw/mail_messages.h"
 #include "platform/ascii.h"
 #include "users/user_list.h"
+#include "users/user_messages.h"
 #include "voice/messages.h"
 
 namespace bv {
@@ -37,7 +38,7 @@ std::string RemarkOf(const MailUser& user, const MailPerson* person, const Surro
     std::string remark;
     const auto add = [&remark](const std::string& text) { remark.append(remark.empty() ? "" : ", ").append(text); };
     if (IsDefaultName(user.Brivname)) add(FillMessage(kIsDefaultUser));
-    if (!around.Users.Has(user.Brivname)) add(FillMessage(kNoSuchServerUser, user.Brivname.View()));
+    if (!around.Users.Has(user.Brivname)) add(FillMessage(kNoSuchUser, user.Brivname.View()));
     if (user.Profile && (user.EmailBrivname.IsEmpty() || IsDefaultName(user.EmailBrivname)))
         add(FillMessage(kProfileWithoutAccount));
     const auto times = around.Times.find(UpperText(user.Emailname));

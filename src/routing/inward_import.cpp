@@ -9,6 +9,7 @@
 #include "platform/ascii.h"
 #include "routing/forwardings.h"
 #include "routing/routing_messages.h"
+#include "users/user_messages.h"
 #include "voice/messages.h"
 
 namespace bv {

@@ -11,6 +11,7 @@
 #include "routing/routing_messages.h"
 #include "shell/server_files.h"
 #include "users/user_list.h"
+#include "users/user_messages.h"
 #include "voice/messages.h"
 
 namespace bv {
