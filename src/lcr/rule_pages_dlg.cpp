@@ -72,7 +72,7 @@ constexpr DialogCommand<RuleDialog> kSummaryCommands[] = {{ID_SUMMARY_LIST, kLis
 
 // --- Destinations ---
 
-constexpr ListColumn kPlaceColumns_[] = {{"Kind", 32}, {"Reference", 44}, {"Name", 58}};
+constexpr ListColumn kPlaceColumns_[] = {{"Kind", 32}, {"Place", 44}, {"Name", 58}};
 constexpr PickPlan kPlacePlan{.Available = ID_PLACES_AVAILABLE,
                               .Chosen = ID_PLACES_CHOSEN,
                               .Take = ID_PLACES_TAKE,
