@@ -62,6 +62,7 @@ void GoTo(HWND dialog, RuleBox& box, std::size_t place) {
     rule.Begin(place);
     ShowRule(dialog, rule);
     rule.Pages.FillAnew();
+    if (GetFocus() == GetDlgItem(dialog, ID_RULE_DESCRIPTION)) FocusControl(dialog, ID_RULE_DESCRIPTION);
 }
 void GoToPrevious(HWND dialog, RuleBox& box) { GoTo(dialog, box, box.Rule.Place.value_or(0) - 1); }
 void GoToNext(HWND dialog, RuleBox& box) { GoTo(dialog, box, box.Rule.Place.value_or(0) + 1); }

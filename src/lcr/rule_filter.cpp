@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <unordered_map>
 
 #include "ctlfile/digits.h"
 #include "lcr/lcr_messages.h"
@@ -121,8 +122,16 @@ TriedFax TryFax(const FilterEntry& entry, const RuleList& rules, const RuleNames
         return tried;
     }
     tried.Filters = std::move(*filters);
-    const auto takes = [&](const RoutingRule& rule) { return WhyNot(rule, tried, basis).empty(); };
-    const auto found = std::ranges::find_if(rules, takes);
+    std::unordered_map<std::string, bool> times; // there are fewer texts of time than rules, and each is work
+    const auto meets = [&](const RoutingRule& rule, const RuleFilter& filter) {
+        if (filter.Kind != Criterion::Time) return RuleMatches(rule, filter, basis);
+        const auto [time, isNew] = times.try_emplace(rule.Time.String());
+        if (isNew) time->second = RuleMatches(rule, filter, basis);
+        return time->second;
+    };
+    const auto found = std::ranges::find_if(rules, [&](const RoutingRule& rule) {
+        return std::ranges::all_of(tried.Filters, [&](const RuleFilter& filter) { return meets(rule, filter); });
+    });
     if (found != rules.end()) tried.Deciding = static_cast<std::size_t>(found - rules.begin());
     tried.Result = FillMessage(kPredictedFromRules, DescribeVerdict(rules, {{}, tried.Deciding}));
     if (!said.empty()) tried.Result += ". " + said; // of a number that was taken as it stands

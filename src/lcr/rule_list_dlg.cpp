@@ -30,10 +30,10 @@ constexpr int kSearchLimit = 100;
 constexpr int kNumberLimit = 40;
 constexpr int kClockLimit = 5;
 constexpr int kMostPages = 100;
-constexpr UINT kTrialDelay = 150;        // milliseconds behind the last key
-constexpr UINT kMarkDelay = 10;          // between two slices
-constexpr std::int64_t kFirstSlice = 10; // a short list is marked at once
+constexpr UINT kTrialDelay = 150; // milliseconds behind the last key
+constexpr UINT kMarkDelay = 10;   // between two slices
 constexpr std::int64_t kSlice = 15;
+constexpr std::size_t kShortList = 500; // is marked at once
 
 CalendarTime Now() { return ToCalendar(platform::TheClock().Now() / 1000); }
 
@@ -130,7 +130,8 @@ void ShowRules(HWND dialog, RuleListDialog& context, std::optional<std::size_t> 
     ShowTrial(dialog, context);
     ShowFilter(dialog, context);
     EnableControl(dialog, ID_RULES_APPLY, context.Session.IsChanged());
-    if (MarkMore(dialog, context, kFirstSlice)) context.Marks.Start(kMarkDelay);
+    const bool isLong = context.Session.Rules().size() > kShortList;
+    if (isLong || MarkMore(dialog, context, kSlice)) context.Marks.Start(kMarkDelay);
     ShowSelected(dialog, context);
 }
 
@@ -182,14 +183,8 @@ void SetFilter(HWND dialog, RuleListDialog& context) {
     ApplyFilter(dialog, context, shown);
 }
 
-// To show by a filter needs one.
 template <RulesShown kShown>
 void ChooseShown(HWND dialog, RuleListDialog& context) {
-    if (kShown != RulesShown::All && context.Filter.Asked.empty()) {
-        CheckShown(dialog, context.Rows.Shown());
-        if (!EditFilter(dialog, context.Session.Names(), context.Filter) || context.Filter.Asked.empty()) return;
-        CheckShown(dialog, kShown);
-    }
     ApplyFilter(dialog, context, kShown);
 }
 
@@ -347,7 +342,9 @@ bool Save(HWND dialog, RuleListDialog& context) {
 }
 
 void TakeRules(HWND dialog, RuleListDialog& context) {
-    if (!context.Session.IsChanged() || Save(dialog, context)) EndDialog(dialog, IDOK);
+    if (context.Session.IsChanged() && !Save(dialog, context)) return;
+    RuleSession::Abandon();
+    EndDialog(dialog, IDOK);
 }
 void ApplyRules(HWND dialog, RuleListDialog& context) {
     if (context.Session.IsChanged()) Save(dialog, context);

@@ -49,6 +49,7 @@ void RuleRows::Show(RulesShown shown, FilterEntry entry, std::vector<RuleFilter>
 void RuleRows::Refresh() {
     search_.reset();
     dead_.clear();
+    folded_.clear();
     noted_ = 0;
     deciding_.reset();
     if (shown_ == RulesShown::All)
@@ -114,12 +115,19 @@ std::string_view RuleRows::Text(std::size_t row, std::size_t column) const {
     return found->second.at(column);
 }
 
+const std::string& RuleRows::Folded(std::size_t place) const {
+    folded_.resize(session_.Rules().size());
+    std::string& text = folded_[place];
+    if (text.empty())
+        for (const std::string& cell : TextsOf(place)) text.append(UpperText(cell)).append("\n");
+    return text;
+}
+
 std::optional<std::size_t> RuleRows::Find(std::string_view words, std::size_t from) const {
     const std::vector<std::string> wanted = FoldedWords(words);
     for (std::size_t i = 0; !wanted.empty() && i < Count(); ++i) {
         const std::size_t row = (from + i) % Count();
-        std::string text;
-        for (const std::string& cell : TextsOf(RuleAt(row))) text.append(UpperText(cell)).append("\n");
+        const std::string& text = Folded(RuleAt(row));
         if (std::ranges::all_of(wanted, [&](const auto& word) { return text.find(word) != std::string::npos; }))
             return row;
     }

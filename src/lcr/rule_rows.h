@@ -65,6 +65,7 @@ class RuleRows final : public RowModel {
   private:
     using Texts = std::array<std::string, kRuleColumns>;
     [[nodiscard]] Texts TextsOf(std::size_t place) const;
+    [[nodiscard]] const std::string& Folded(std::size_t place) const;
     [[nodiscard]] bool MeetsFilter(std::size_t place) const;
 
     const RuleSession& session_;
@@ -78,6 +79,7 @@ class RuleRows final : public RowModel {
     std::unordered_map<std::size_t, DeadRule> dead_;
     std::size_t noted_ = 0; // of what the search has found
     mutable std::unordered_map<std::size_t, Texts> texts_;
+    mutable std::vector<std::string> folded_; // of each rule, in upper case, once something was looked for
 };
 
 } // namespace bv

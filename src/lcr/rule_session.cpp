@@ -85,9 +85,7 @@ RuleSession::Step RuleSession::Perform(Step step) {
 }
 
 // The list as it is waits for its save; one that is as it was read has nothing to wait for.
-bool RuleSession::Keep() const {
-    return IsChanged() ? KeepRulesPending(rules_) : DropPendingRules();
-}
+bool RuleSession::Keep() const { return IsChanged() ? KeepRulesPending(rules_) : DropPendingRules(); }
 
 bool RuleSession::Change(Step step) {
     Step back = Perform(std::move(step));

@@ -13,6 +13,8 @@
 #include "shell/startup.h"
 #include "support/recording_front.h"
 #include "support/texts.h"
+#include "voice/format.h"
+#include "voice/format.h"
 
 namespace bv::gui {
 namespace {
@@ -92,8 +94,9 @@ TEST_F(RuleDialogs, AreWorkedByKeyboard) {
     const bool isDone = WithList([&](HWND list, const Windows& windows) {
         EXPECT_EQ(FocusOf(list), ID_RULES_LIST);
         EXPECT_EQ(Column(list, 1).at(1), "Long faxes to Leeds");
-        EXPECT_EQ(Column(list, 2).at(1), "Leeds, United Kingdom, Our stores, United Kingdom; CLARA, NICO; 10 pages or "
-                                         "more");
+        EXPECT_EQ(Column(list, 2).at(1),
+                  "Leeds, United Kingdom, Our stores, £ rate, United Kingdom; CLARA, NICO; 10 pages or "
+                  "more");
         EXPECT_EQ(Column(list, 3).at(0), "MUNICH, (local server)");
         EXPECT_FALSE(IsEnabled(list, ID_RULES_UP) || IsEnabled(list, ID_RULES_APPLY));
         Key(VK_DOWN, VK_MENU);
@@ -127,6 +130,7 @@ TEST_F(RuleDialogs, AreWorkedByKeyboard) {
         Click(list, ID_RULES_APPLY);
         EXPECT_TRUE(Until([&] { return File(kPending) == "(none)" && !IsEnabled(list, ID_RULES_APPLY); }));
         EXPECT_THAT(File(kLive), HasSubstr("Description: Overseas\r\n"));
+        FocusControlOf(list, ID_RULES_LIST);
         Key(VK_DELETE);
         EXPECT_TRUE(Until([&] { return File(kPending) != "(none)"; }));
         Front.Answer = true;
@@ -147,13 +151,12 @@ TEST_F(RuleDialogs, MarkFilterAndTry) {
         EXPECT_TRUE(Shows(list, {"1", "2", "3", "4", "5", "6 x", "7 !"}));
         Select(list, ID_RULES_LIST, 5);
         EXPECT_TRUE(Until([&] { return Text(list, ID_RULES_REMARK).starts_with("Rule 2, \"Long faxes to Leeds\""); }));
-        Click(list, ID_RULES_SHOW_MARKED);
+        Click(list, ID_RULES_SET_FILTER);
         const HWND box = windows.Wait("Filter");
         SetTextOf(box, ID_FILTER_USER, "BEN");
         SetTextOf(box, ID_FILTER_PAGES, "x");
         Click(box, IDOK);
         EXPECT_TRUE(Says("error: Pages: \"x\""));
-        EXPECT_TRUE(Until([&] { return FocusOf(box) == ID_FILTER_PAGES; }));
         SetTextOf(box, ID_FILTER_PAGES, "(any)");
         Click(box, IDOK);
         EXPECT_TRUE(Shows(list, {"1", "2", "3", "4", "5 *", "6 x", "7 !"}));
