@@ -72,21 +72,12 @@ constexpr DialogCommand<RuleDialog> kSummaryCommands[] = {{ID_SUMMARY_LIST, kLis
 
 // --- Destinations ---
 
-<<<<<<< HEAD
-constexpr ListColumn kPlaceColumns_[] = {{"Kind", 32}, {"Reference", 44}, {"Name", 58}};
+constexpr ListColumn kPlaceColumns_[] = {{"Kind", 32}, {"Place", 44}, {"Name", 58}};
 constexpr PickPlan kPlacePlan{.Available = ID_RULE_PLACES_AVAILABLE,
                               .Chosen = ID_RULE_PLACES_CHOSEN,
                               .Take = ID_RULE_PLACES_TAKE,
                               .Remove = ID_RULE_PLACES_REMOVE,
                               .RemoveAll = ID_RULE_PLACES_REMOVE_ALL,
-=======
-constexpr ListColumn kPlaceColumns_[] = {{"Kind", 32}, {"Place", 44}, {"Name", 58}};
-constexpr PickPlan kPlacePlan{.Available = ID_PLACES_AVAILABLE,
-                              .Chosen = ID_PLACES_CHOSEN,
-                              .Take = ID_PLACES_TAKE,
-                              .Remove = ID_PLACES_REMOVE,
-                              .RemoveAll = ID_PLACES_REMOVE_ALL,
->>>>>>> lcrc
                               .AvailableColumns = kPlaceColumns_,
                               .ChosenColumns = kPlaceColumns_,
                               .Filter = ID_RULE_PLACES_FILTER,

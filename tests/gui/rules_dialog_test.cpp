@@ -14,7 +14,6 @@
 #include "support/recording_front.h"
 #include "support/texts.h"
 #include "voice/format.h"
-#include "voice/format.h"
 
 namespace bv::gui {
 namespace {
