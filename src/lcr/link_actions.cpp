@@ -122,7 +122,8 @@ bool ChangeLink(LinkEdit& edit, std::string_view identifier, const EnteredValues
     const LinkRecord* link = FindLink(edit.Links, identifier);
     if (link == nullptr) return false;
     LinkRecord changed = *link;
-    return EnterValues("links", LinkSettings(), values, changed) && Accept(edit, PlaceOf(edit, link), changed);
+    return EnterValues("links", LinkSettings(), values, changed) &&
+           (changed == *link || Accept(edit, PlaceOf(edit, link), changed));
 }
 
 bool RemoveLink(LinkEdit& edit, std::size_t place) {

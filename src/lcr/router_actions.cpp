@@ -75,9 +75,8 @@ bool AgreeToDisable(const RouterSettings& before, const RouterSettings& after, c
     const std::pair<bool, bool> kinds[] = {{before.EmailEnabled && !after.EmailEnabled, false},
                                            {before.WanEnabled && !after.WanEnabled, true}};
     return std::ranges::all_of(kinds, [&](const auto& kind) {
-        const auto& [isDisabled, isShared] = kind;
-        const auto count = std::ranges::count_if(links, [&](const auto& link) { return DependsOn(link, isShared); });
-        return !isDisabled || count == 0 || AskWarning(kLinksOfKind, count);
+        const auto count = std::ranges::count_if(links, [&](const auto& link) { return DependsOn(link, kind.second); });
+        return !kind.first || count == 0 || AskWarning(kLinksOfKind, count);
     });
 }
 
