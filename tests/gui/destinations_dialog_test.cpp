@@ -190,6 +190,39 @@ TEST_F(DestinationDialogs, BoxesChangeTheirEntryAlone) {
     }
 }
 
+TEST_F(DestinationDialogs, MembersOfARegionArePickedByKeyboard) {
+    EXPECT_FALSE(With([&](HWND dialog, const Windows& windows) {
+        Choose(dialog, "HOME");
+        Click(dialog, ID_PLACES_EDIT);
+        const HWND box = windows.Wait("Region");
+        const auto members = [&](const std::vector<std::string>& names) {
+            return Until([&] {
+                std::vector<std::string> shown;
+                for (const std::string& row : Entries(box, ID_REGION_MEMBERS))
+                    shown.push_back(row.substr(0, row.find('\t')));
+                return shown == names;
+            });
+        };
+        SendTo(box, ID_REGION_SHOW, CB_SETCURSEL, 1);
+        Send(box, WM_COMMAND, MAKEWPARAM(ID_REGION_SHOW, CBN_SELCHANGE));
+        EXPECT_EQ(Entries(box, ID_REGION_AVAILABLE).size(), 6U) << "the countries";
+        FocusControlOf(box, ID_REGION_FILTER);
+        Type("ire");
+        Key(VK_RIGHT, VK_MENU);
+        EXPECT_TRUE(members({"UK/LON", "UK/LDS", "IE"}));
+        EXPECT_EQ(Text(box, ID_REGION_COUNT), "Nothing fits the filter \"ire\"");
+        FocusControlOf(box, ID_REGION_MEMBERS);
+        Key(VK_LEFT, VK_MENU);
+        EXPECT_TRUE(members({"UK/LON", "UK/LDS"})) << "the one that came last was selected";
+        EXPECT_EQ(Entries(box, ID_REGION_AVAILABLE), std::vector<std::string>{"IE\tIreland"});
+        Key(VK_DELETE);
+        EXPECT_TRUE(members({"UK/LON"}));
+        Click(box, IDCANCEL);
+        EXPECT_TRUE(Until([&] { return !IsWindow(box); }));
+        Click(dialog, IDCANCEL);
+    }));
+}
+
 TEST_F(DestinationDialogs, RenamedAndDeletedEntriesTakeTheirReferencesAlong) {
     EXPECT_TRUE(With([&](HWND dialog, const Windows& windows) {
         Choose(dialog, "LDS");
