@@ -228,7 +228,7 @@ TEST_F(RuleDialogs, PagesChangeTheirLinesAndNothingElse) {
          ID_PLACES_AVAILABLE,
          0,
          "Country: DE\r\n",
-         "Country: DE\r\nRegion: HOME\r\n"},
+         "Region: HOME\r\nCountry: DE\r\n"},
         {2, 2, {{ID_PRIORITY_BACKGROUND, nullptr}}, 0, 0, "Priority: BACKGROUND\r\n", ""},
         {2, 2, {{ID_PRIORITY_URGENT, nullptr}}, 0, 0, "Priority: NORMAL\r\nPriority: BACKGROUND\r\n", ""},
         {1, 3, {{ID_RULE_USERS_REMOVE, nullptr}}, ID_RULE_USERS_CHOSEN, 0, "User: CLARA\r\n", ""},
