@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <iterator>
 #include <utility>
 
 #include "ctlfile/digits.h"
@@ -195,6 +196,17 @@ std::optional<RuleSize> ShowSize(std::string_view text) {
         if (pages && *pages >= 1 && *pages <= kMostPages) return RuleSize{which, std::to_string(*pages)};
     }
     return {};
+}
+
+void GroupDestinations(RoutingRule& rule) {
+    std::vector<RuleDestination> grouped;
+    const auto kindOf = [](const RuleDestination& one) { return one.Line.substr(0, one.Line.find(':')); };
+    for (const RuleDestination& first : rule.Destinations) {
+        const auto isOfKind = [&](const RuleDestination& one) { return EqualFolded(kindOf(one), kindOf(first)); };
+        if (std::ranges::any_of(grouped, isOfKind)) continue;
+        std::ranges::copy_if(rule.Destinations, std::back_inserter(grouped), isOfKind);
+    }
+    rule.Destinations = std::move(grouped);
 }
 
 std::vector<std::string> ShowServers(const RoutingRule& rule) {

@@ -103,6 +103,7 @@ void ChangePlaces(HWND, RuleDialog& context) {
         destination.Key = FindDestinationKey(context.Session.Names().Places, destination).value_or("");
         context.Rule.Destinations.push_back(std::move(destination));
     }
+    GroupDestinations(context.Rule);
 }
 
 // Where the number is, which the filter then shows.

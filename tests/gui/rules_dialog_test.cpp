@@ -183,6 +183,9 @@ TEST_F(RuleDialogs, MarkFilterAndTry) {
         Click(list, IDOK); // the lost user counts as a change
         EXPECT_TRUE(Says("These rules have lost their last destination, user or server"));
         EXPECT_TRUE(IsWindow(list));
+        Front.Answer = true;
+        Click(list, IDCANCEL);
+        EXPECT_TRUE(Until([&] { return !IsWindow(list); }));
     });
     std::string setup = Server.Files().Read("B-DB\\SETUP.INI");
     Server.Files().Write("B-DB\\SETUP.INI", test::Replaced(setup, "Offpeak:", "Onpeak:"));
@@ -225,7 +228,7 @@ TEST_F(RuleDialogs, PagesChangeTheirLinesAndNothingElse) {
          ID_RULE_PLACES_AVAILABLE,
          0,
          "Country: DE\r\n",
-         "Country: DE\r\nRegion: HOME\r\n"},
+         "Region: HOME\r\nCountry: DE\r\n"},
         {2, 2, {{ID_PRIORITY_BACKGROUND, nullptr}}, 0, 0, "Priority: BACKGROUND\r\n", ""},
         {2, 2, {{ID_PRIORITY_URGENT, nullptr}}, 0, 0, "Priority: NORMAL\r\nPriority: BACKGROUND\r\n", ""},
         {1, 3, {{ID_RULE_USERS_REMOVE, nullptr}}, ID_RULE_USERS_CHOSEN, 0, "User: CLARA\r\n", ""},
@@ -254,6 +257,7 @@ TEST_F(RuleDialogs, PagesChangeTheirLinesAndNothingElse) {
             Make(front, entries);
             Click(box, IDOK);
             EXPECT_TRUE(Until([&] { return !IsWindow(box); })) << to;
+            Front.Answer = true; // so that no dialog stays
         }));
         std::string after = Before;
         EXPECT_EQ(File(kLive), after.replace(after.find(from), from.size(), to));
