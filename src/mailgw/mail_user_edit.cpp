@@ -109,11 +109,11 @@ bool TakeListedName(WholeValue& name) {
 }
 
 // Whether nobody else has the account name; false after 9425 or a message about the list.
-bool CheckAccount(const MailUser& before, const WholeValue& account) {
+bool CheckAccount(const WholeValue& account) {
     if (account.IsEmpty() || IsDefaultName(account)) return true;
     bool isTaken = false;
     const bool isRead = VisitMailUsers([&](const MailUser& user) {
-        isTaken = EqualFolded(user.EmailBrivname, account) && user != before;
+        isTaken = EqualFolded(user.EmailBrivname, account);
         return !isTaken;
     });
     if (isTaken) ShowError(kAccountInUse, account.View());
@@ -148,7 +148,7 @@ std::optional<MailUserFault> SaveMailUser(const MailUser& before, MailUser after
     if (after == before) return {};
     if (after.Brivname != before.Brivname && !TakeListedName(after.Brivname)) return {{MailKey::Brivname}};
     const bool hasNewAccount = !EqualFolded(after.EmailBrivname, before.EmailBrivname);
-    if (hasNewAccount && !CheckAccount(before, after.EmailBrivname)) return {{MailKey::EmailBrivname}};
+    if (hasNewAccount && !CheckAccount(after.EmailBrivname)) return {{MailKey::EmailBrivname}};
     ProfileUsers profiles;
     if (!profiles.Read()) return {{MailKey::Emailname}};
     after.Profile = profiles.Has(after.Brivname);
