@@ -149,7 +149,7 @@ TEST(Numbers, ATraceNamesTheRulesInTheirOrder) {
         NumberTrace trace;
         MakeDialableNumber(number, result, own, &trace);
         std::vector<std::string> lines;
-        for (const auto& [rule, after] : trace)
+        for (const auto& [rule, after, decides] : trace)
             lines.push_back(std::string(rule.substr(0, rule.find(':'))) + "=" + after);
         return lines;
     };

@@ -410,7 +410,7 @@ TEST_F(LcrDialogs, ThePageSwitchesRoutingOnWhenItIsReady) {
     const std::tuple<std::string, const char*, std::string, int> kLacks[] = {
         {"[ROUTES]", nullptr, "You must configure the General Settings", ID_LCR_GENERAL},
         {"[ROUTER]", kLinks, "You must set up some links", ID_LCR_LINKS},
-        {"[ROUTER]", "B-DB\\COUNTRY.INI", "You must set up some fax destination definitions", ID_LCR_ENABLED},
+        {"[ROUTER]", "B-DB\\COUNTRY.INI", "You must set up some fax destination definitions", ID_LCR_DESTINATIONS},
     };
     for (const auto& [header, gone, said, focus] : kLacks) {
         Put(kSetup, Replaced(off, "[ROUTER]", header));
