@@ -270,7 +270,7 @@ void ConfigureDialling(HWND owner) {
     }
     if (!locations) return;
     DiallingDialog context{.Locations = std::move(*locations)};
-    OpenDialog("DiallingPropertiesBox", owner, DiallingPropertiesDlgBox, &context);
+    OpenDialogOf(ServerFile::Dialling, "DiallingPropertiesBox", owner, DiallingPropertiesDlgBox, &context);
 }
 
 INT_PTR CALLBACK DiallingPropertiesDlgBox(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {

@@ -220,7 +220,8 @@ bool EditDestinations(HWND owner) {
         const WaitCursor wait;
         if (!context.Session.Begin()) return false;
     }
-    const bool isSaved = OpenDialog("DestinationsEditBox", owner, DestinationsEditDlgBox, &context) == IDOK;
+    const bool isSaved =
+        OpenDialogOf(ServerFile::Countries, "DestinationsEditBox", owner, DestinationsEditDlgBox, &context) == IDOK;
     if (!isSaved) context.Session.Drop();
     return isSaved;
 }

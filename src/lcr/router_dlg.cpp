@@ -159,7 +159,7 @@ bool EditRouter(HWND owner, LoginTest test) {
         const WaitCursor wait;
         if (!BeginRouterEdit(context.Edit)) return false;
     }
-    return OpenDialog("RouterDlg", owner, RouterDlgBox, &context) == IDOK;
+    return OpenDialogOf(ServerFile::Setup, "RouterDlg", owner, RouterDlgBox, &context) == IDOK;
 }
 
 INT_PTR CALLBACK RouterDlgBox(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {

@@ -427,7 +427,7 @@ bool EditRules(HWND owner) {
         if (!session.Open()) return false;
     }
     RuleListDialog context{session};
-    return OpenDialog("RoutingRuleDisplayBox", owner, RoutingRuleDisplayDlgBox, &context) == IDOK;
+    return OpenDialogOf(ServerFile::Rules, "RoutingRuleDisplayBox", owner, RoutingRuleDisplayDlgBox, &context) == IDOK;
 }
 
 INT_PTR CALLBACK RoutingRuleDisplayDlgBox(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {

@@ -182,7 +182,7 @@ constexpr DialogPlan<MailUsersDialog> kPlan{HELP_MAIL_USERS, FillUsers, kCommand
 void ConfigureMailUsers(HWND owner, const std::string& serverUser) {
     OfferUpgrade();
     MailUsersDialog context{.ServerUser = serverUser};
-    OpenDialog("EnumerateHostsBox", owner, EnumerateHostsDlgBox, &context);
+    OpenDialogOf(ServerFile::MailList, "EnumerateHostsBox", owner, EnumerateHostsDlgBox, &context);
 }
 
 INT_PTR CALLBACK EnumerateHostsDlgBox(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {

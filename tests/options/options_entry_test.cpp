@@ -192,7 +192,7 @@ TEST(OptionsEntry, ATypeIsDescribedOnceAndByAWordThatIsKept) {
 
 TEST(OptionsEntry, OptionsAreFoundByTheirWords) {
     const std::tuple<const char*, std::size_t, const char*> cases[] = {
-        {"", OptionKeys().size() + 6, "LogKeepDays"},
+        {"", OptionKeys().size() + 7, "LogKeepDays"},
         {"sendtries", 1, "SendTries"},
         {"SENT directory", 1, "ArchiveSentPath"},
         {"groups", 1, "UserGroupIdentifier"},
