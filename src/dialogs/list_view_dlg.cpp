@@ -468,8 +468,7 @@ void ListView::OpenMenu(POINT at) {
                     Widen(plan_.Columns[i].Title).c_str());
     }
     if (canSort) AppendMenuW(menu, MF_SEPARATOR, 0, nullptr);
-    if (canSort)
-        AppendMenuW(menu, MF_POPUP, reinterpret_cast<UINT_PTR>(columns), Widen(FillMessage(kSortBy)).c_str());
+    if (canSort) AppendMenuW(menu, MF_POPUP, reinterpret_cast<UINT_PTR>(columns), Widen(FillMessage(kSortBy)).c_str());
     RunMenuItem(TrackPopupMenu(menu, TPM_RETURNCMD | TPM_RIGHTBUTTON, at.x, at.y, 0, dialog_, nullptr));
     DestroyMenu(menu);
 }

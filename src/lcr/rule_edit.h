@@ -55,7 +55,8 @@ std::optional<RuleSize> ShowSize(std::string_view text);
 // What stands for "the local server may send the fax" among the names of servers.
 inline constexpr std::string_view kLocalServerName = "(local server)";
 
-// Puts the destinations of each kind together, in the order of the first of each: a file gives back one block of a kind.
+// Puts the destinations of each kind together, in the order of the first of each: a file gives back one block of a
+// kind.
 void GroupDestinations(RoutingRule& rule);
 
 // The servers of a rule as a list shows them, and the other way round.

@@ -85,7 +85,8 @@ constexpr PickPlan kPlacePlan{.Available = ID_RULE_PLACES_AVAILABLE,
 constexpr UINT kNumberDelay = 150;
 
 PlaceKind KindShown(HWND page) {
-    return static_cast<PlaceKind>(std::max<LRESULT>(SendDlgItemMessageA(page, ID_RULE_PLACES_SHOW, CB_GETCURSEL, 0, 0), 0));
+    return static_cast<PlaceKind>(
+        std::max<LRESULT>(SendDlgItemMessageA(page, ID_RULE_PLACES_SHOW, CB_GETCURSEL, 0, 0), 0));
 }
 
 void ListPlaces(HWND page, RuleDialog& context) {
