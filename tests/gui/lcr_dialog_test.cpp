@@ -368,7 +368,7 @@ TEST_F(LcrDialogs, LinksAreWorkedByKeyboardAndWatchTheFile) {
     EXPECT_TRUE(IsDone);
 }
 
-TEST_F(LcrDialogs, ThePageOpensTheEditorsThatThereAre) {
+TEST_F(LcrDialogs, ThePageOpensTheEditors) {
     WithPage([&](HWND dialog, HWND page, const Windows& windows) {
         EXPECT_EQ(Text(page, ID_LCR_GENERAL_STATE), "configured: LONDON");
         EXPECT_EQ(Text(page, ID_LCR_LINKS_STATE), "links: 3");
@@ -379,12 +379,18 @@ TEST_F(LcrDialogs, ThePageOpensTheEditorsThatThereAre) {
             for (const int editor : {ID_LCR_GENERAL, ID_LCR_LINKS})
                 EXPECT_TRUE(Until([&] { return IsEnabled(page, editor) == isOn; }));
         }
-        Click(page, ID_LCR_LINKS);
-        HWND editor = windows.Wait("Links to remote servers");
-        EXPECT_THAT(FindLcrHolder().value_or(LcrHolder{}).Editor, "links");
-        Click(editor, IDCANCEL);
-        EXPECT_TRUE(IsClosed(editor));
-        EXPECT_TRUE(Until([] { return !IsLcrLocked(); }));
+        const std::tuple<int, const char*, const char*> kEditors[] = {
+            {ID_LCR_LINKS, "Links to remote servers", "links"},
+            {ID_LCR_DESTINATIONS, "Destinations", "destinations"},
+            {ID_LCR_RULES, "Routing rules", "rules"}};
+        for (const auto& [button, title, what] : kEditors) {
+            Click(page, button);
+            const HWND opened = windows.Wait(title);
+            EXPECT_THAT(FindLcrHolder().value_or(LcrHolder{}).Editor, what);
+            Click(opened, IDCANCEL);
+            EXPECT_TRUE(IsClosed(opened));
+            EXPECT_TRUE(Until([] { return !IsLcrLocked(); })) << what;
+        }
         {
             const auto held =
                 platform::Files().Open(LcrLockPath(), {platform::Access::ReadWrite, platform::Deny::ReadingAndWriting});
@@ -393,7 +399,7 @@ TEST_F(LcrDialogs, ThePageOpensTheEditorsThatThereAre) {
         }
         Put(kSetup, Replaced(Setup, "[ROUTER]", "[ROUTES]"));
         Click(page, ID_LCR_GENERAL);
-        editor = windows.Wait("General settings");
+        HWND editor = windows.Wait("General settings");
         EXPECT_EQ(Text(editor, ID_ROUTER_WAN_POLL), "00:05");
         EXPECT_THAT(Text(editor, ID_ROUTER_INBOX), HasSubstr("SERVER\\LCRIN\\"));
         Click(editor, IDCANCEL);
