@@ -192,7 +192,7 @@ bool SaveDialLocations(const DialLocations& locations) {
     const std::optional<TextOfFile> live = ReadText(file.Path, file.NotOpened);
     if (!live) return false;
     if (StampOf(*live) != locations.Stamp && !AskWarning(kSaveOverChanges, file.Path)) return false;
-    const std::optional<std::string> text = NewText(*live, locations);
+    std::optional<std::string> text = NewText(*live, locations);
     const auto change = [&](const TextOfFile&) {
         ShowStatus(kUpdatingFile, file.Path);
         return text;

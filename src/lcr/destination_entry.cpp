@@ -172,7 +172,7 @@ std::span<const EntryRow<CountryEntry>> RowsOf(const CountryEntry&) { return kCo
 std::string CountryKind::FaultOf(const DestinationEdit&, const CountryEntry& entry, const CountryEntry& old) {
     if (entry.Identifier.size() > old.Identifier.size()) {
         for (const AreaEntry& area : old.Areas)
-            if (const std::string fault = FaultOfLength(entry.Identifier, area.Identifier); !fault.empty())
+            if (std::string fault = FaultOfLength(entry.Identifier, area.Identifier); !fault.empty())
                 return fault;
     }
     if (entry.DiallingCode.empty()) return "DiallingCode: \"\" - a country needs one";
@@ -198,7 +198,7 @@ std::string RegionKind::FaultOf(const DestinationEdit& edit, const RegionEntry& 
 
 std::string AreaKind::FaultOf(const DestinationEdit& edit, const AreaEntry& entry, const AreaEntry& old) const {
     if (entry.Identifier.size() > old.Identifier.size()) {
-        const std::string fault = FaultOfLength(edit.Tables.FindCode(Code)->Identifier, entry.Identifier);
+        std::string fault = FaultOfLength(edit.Tables.FindCode(Code)->Identifier, entry.Identifier);
         if (!fault.empty()) return fault;
     }
     return FaultOfMatches(kAreaFile, entry, old, IsNumber, "a number, or the beginning of one and *");

@@ -292,14 +292,13 @@ bool DestinationSession::ChangeFiles(const MovedReferences& moved) {
         std::ranges::any_of(regions, [&](const auto& region) { return std::ranges::any_of(region.Matches, isHit); });
     const auto now = [&](std::string_view match) { return moved.Now(match); };
     if (isInRegion && !ChangeMatches(edit_, now)) return false;
-    for (const Synonym& synonym : std::vector<Synonym>(edit_.Synonyms)) {
-        if (!moved.Hits(synonym.Reference)) continue;
+    const auto move = [&](const Synonym& synonym) {
+        if (!moved.Hits(synonym.Reference)) return true;
         const std::optional<std::string> reference = moved.Now(synonym.Reference);
-        const bool isDone = reference ? WriteSynonym(edit_, {synonym.Name, *reference}, synonym.Name)
-                                      : DeleteSynonym(edit_, synonym.Name);
-        if (!isDone) return false;
-    }
-    return true;
+        return reference ? WriteSynonym(edit_, {synonym.Name, *reference}, synonym.Name)
+                         : DeleteSynonym(edit_, synonym.Name);
+    };
+    return std::ranges::all_of(std::vector<Synonym>(edit_.Synonyms), move);
 }
 
 template <class Kind>
