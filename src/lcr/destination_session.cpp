@@ -7,10 +7,8 @@
 #include "ctlfile/lines.h"
 #include "ctlfile/reader.h"
 #include "lcr/lcr_messages.h"
-#include "lcr/lcr_uses.h"
 #include "lcr/number_place.h"
 #include "lcr/rule_references.h"
-#include "lcr/text_file.h"
 #include "platform/ascii.h"
 #include "platform/files.h"
 #include "shell/server_files.h"
@@ -270,7 +268,7 @@ bool DestinationSession::Settle(const MovedReferences& moved, const AskAboutUses
     const std::vector<Use> uses = UsesOf(moved);
     if (uses.empty()) return write();
     const bool isInRules = uses.front().File == NameOf(ServerFile::Rules);
-    if (isInRules && !areRulesFree_) ShowWarning(kRulesWaitForSave, PendingRulesPath());
+    if (isInRules && !areRulesFree_) ShowWarning(kRulesWaitForSave, PendingRulesPath(), "destinations");
     const std::optional<UseChange> change = ask(uses);
     if (!change) return false;
     if (change->What == UseChange::Kind::Leave) return write();
@@ -351,18 +349,12 @@ bool DestinationSession::Delete(const PlaceName& place, const AskAboutUses& ask)
     return true;
 }
 
-bool DestinationSession::AreRulesAsRead() const {
-    const std::optional<TextOfFile> live = ReadTextFile(RulesPath());
-    if (live && StampOf(*live) != rules_->Stamp) ShowError(kChangedMeanwhile, RulesPath());
-    return live && StampOf(*live) == rules_->Stamp;
-}
-
 bool DestinationSession::Commit() {
     if (!edit_.Changed) {
         Drop();
         return true;
     }
-    if (areRulesChanged_ && (!AreRulesAsRead() || !KeepRulesPending(rules_->Rules))) return false;
+    if (areRulesChanged_ && (!AreRulesAsRead(rules_->Stamp) || !KeepRulesPending(rules_->Rules))) return false;
     const std::size_t copies = edit_.Copies.size();
     Destinations tables = std::move(edit_.Tables); // are shown for as long as it is not done
     std::vector<Synonym> synonyms = edit_.Synonyms;

@@ -11,8 +11,8 @@
 
 #include "lcr/destination_edit.h"
 #include "lcr/destination_entry.h"
+#include "lcr/lcr_uses.h"
 #include "lcr/rule_file.h"
-#include "shell/uses.h"
 
 namespace bv {
 
@@ -29,10 +29,6 @@ struct PlaceName {
 
     friend bool operator==(const PlaceName&, const PlaceName&) = default;
 };
-
-// Asked, where places refer to what goes or gets another name, what is to become of them: Replace gives them the new
-// name. None: nothing is to happen at all.
-using AskAboutUses = std::function<std::optional<UseChange>(const std::vector<Use>& uses)>;
 
 // The references that a change makes others.
 struct MovedReferences;
@@ -80,7 +76,6 @@ class DestinationSession {
     bool Settle(const MovedReferences& moved, const AskAboutUses& ask, const std::function<bool()>& write);
     bool ChangeFiles(const MovedReferences& moved);
     bool DeleteEntry(const PlaceName& place);
-    [[nodiscard]] bool AreRulesAsRead() const;
 
     DestinationEdit edit_;
     std::optional<RuleList> read_;     // the rules to be looked at

@@ -8,7 +8,7 @@
 #include "lcr/number_place.h"
 #include "lcr/place_boxes_dlg.h"
 #include "lcr/place_tree_dlg.h"
-#include "lcr/place_uses_dlg.h"
+#include "lcr/lcr_uses_dlg.h"
 #include "resources/ids.h"
 #include "voice/format.h"
 #include "voice/messages.h"

@@ -14,9 +14,13 @@
 namespace bv {
 namespace {
 
+std::vector<std::string> RoutingRule::*ListOf(LcrName kind) {
+    return kind == LcrName::User ? &RoutingRule::Users : &RoutingRule::Servers;
+}
+
 // What a rule loses without those of its names that are looked for; nothing when it has none of them.
 std::optional<Use> UseOfNames(const RuleList& rules, const RoutingRule& rule, LcrName kind, const NameSet& names) {
-    const std::vector<std::string>& used = kind == LcrName::User ? rule.Users : rule.Servers;
+    const std::vector<std::string>& used = rule.*ListOf(kind);
     std::string found;
     std::size_t others = used.size();
     for (const std::string& name : used) {
@@ -25,8 +29,8 @@ std::optional<Use> UseOfNames(const RuleList& rules, const RoutingRule& rule, Lc
         --others;
     }
     if (found.empty()) return {};
-    // Without its servers a rule sends nothing; without its users it takes everybody's faxes.
-    Use use = UseOfRule(rules, rule, kind == LcrName::User && others == 0);
+    const bool isLocal = kind == LcrName::Server && rule.AllowsLocalServer;
+    Use use = UseOfRule(rules, rule, others == 0 && !isLocal);
     use.Name = found;
     return use;
 }
@@ -105,29 +109,37 @@ Use UseOfRule(const RuleList& rules, const RoutingRule& rule, bool isOnly) {
             .Widens = isOnly};
 }
 
+std::vector<Use> FindRuleUses(const RuleList& rules, LcrName kind, const NameSet& names) {
+    std::vector<Use> uses;
+    for (const RoutingRule& rule : rules) {
+        if (auto use = UseOfNames(rules, rule, kind, names)) uses.push_back(std::move(*use));
+    }
+    return uses;
+}
+
+RuleList ChangeRuleNames(const RuleList& rules, LcrName kind, const NameSet& names, const UseChange& change) {
+    RuleList changed;
+    UseEffects effects(change);
+    for (const RoutingRule& rule : rules) {
+        const auto use = UseOfNames(rules, rule, kind, names);
+        if (use && effects.Of(*use) == UseEffect::Goes) continue;
+        changed.push_back(rule);
+        if (use) ReplaceNames(changed.back().*ListOf(kind), names, change);
+    }
+    return changed;
+}
+
 std::optional<std::vector<Use>> FindLcrUses(LcrName kind, const NameSet& names) {
     const std::optional<RuleList> rules = ReadRules();
     if (!rules) return {};
-    std::vector<Use> uses;
-    for (const RoutingRule& rule : *rules) {
-        if (auto use = UseOfNames(*rules, rule, kind, names)) uses.push_back(std::move(*use));
-    }
+    std::vector<Use> uses = FindRuleUses(*rules, kind, names);
     if (kind == LcrName::User && !AddLinkUses(names, uses)) return {};
     return uses;
 }
 
 bool ChangeRuleUsers(const NameSet& users, const UseChange& change) {
     std::optional<OpenedRules> opened = OpenRules();
-    if (!opened) return false;
-    RuleList changed;
-    UseEffects effects(change);
-    for (RoutingRule& rule : opened->Rules) {
-        const auto use = UseOfNames(opened->Rules, rule, LcrName::User, users);
-        if (use && effects.Of(*use) == UseEffect::Goes) continue;
-        if (use) ReplaceNames(rule.Users, users, change);
-        changed.push_back(std::move(rule));
-    }
-    return SaveRules(changed, opened->Stamp);
+    return opened && SaveRules(ChangeRuleNames(opened->Rules, LcrName::User, users, change), opened->Stamp);
 }
 
 bool ChangeLinkAccounts(const NameSet& users, const UseChange& change) {

@@ -1,6 +1,7 @@
 // Where routing, its links and its destinations refer to a name.
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -15,6 +16,15 @@ enum class LcrName { User, Server };
 
 // The rules, and for users the links, that refer to one of the names. None after a message: a file cannot be read.
 std::optional<std::vector<Use>> FindLcrUses(LcrName kind, const NameSet& names);
+
+// Asked, where places refer to what goes or gets another name, what is to become of them: Replace gives them the new
+// name. None: nothing is to happen at all.
+using AskAboutUses = std::function<std::optional<UseChange>(const std::vector<Use>& uses)>;
+
+// The same in rules that are at hand, and the rules with the change made. One that loses its last server, and is not
+// for the local one either, is a use that widens: nobody sends by it then.
+std::vector<Use> FindRuleUses(const RuleList& rules, LcrName kind, const NameSet& names);
+RuleList ChangeRuleNames(const RuleList& rules, LcrName kind, const NameSet& names, const UseChange& change);
 
 // A rule as such a place; whether the names are all that its criterion has.
 Use UseOfRule(const RuleList& rules, const RoutingRule& rule, bool isOnly);

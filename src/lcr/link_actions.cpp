@@ -14,14 +14,8 @@
 namespace bv {
 namespace {
 
-bool AgreeToUses(std::string_view identifier) {
-    const auto uses = FindLcrUses(LcrName::Server, {identifier});
-    return uses && AskDespiteUses(*uses, identifier);
-}
-
-bool AgreeToNewIdentifier(std::string_view identifier) {
-    return AgreeToUses(identifier) &&
-           AskWarning("Changing the ID of a link will mean it becomes a new link, losing any run-time information.  "
+bool AgreeToNewLink() {
+    return AskWarning("Changing the ID of a link will mean it becomes a new link, losing any run-time information.  "
                       "\n\nChange ID?");
 }
 
@@ -84,13 +78,20 @@ std::optional<SettingFault> FindLinkFault(const LinkEdit& edit, std::optional<st
     return FaultOfLink(link, others, edit.Router);
 }
 
-bool PutLink(LinkEdit& edit, std::optional<std::size_t> place, LinkRecord link) {
+bool AskDespiteRules(const std::string& identifier) {
+    auto uses = FindLcrUses(LcrName::Server, {identifier});
+    if (!uses) return false;
+    for (Use& use : *uses) use.Widens = false; // without a server a rule takes no more faxes
+    return AskDespiteUses(*uses, identifier);
+}
+
+bool PutLink(LinkEdit& edit, std::optional<std::size_t> place, LinkRecord link, const AgreeToLose& agree) {
     const LinkRecord before = place ? edit.Links[*place] : LinkRecord();
     if (place && link == before) return true;
     if (!IsKept(before, link)) return false;
     if (place && !EqualFolded(link.Identifier, before.Identifier)) {
+        if (!agree(before.Identifier) || (!before.IsNew && !AgreeToNewLink())) return false;
         link.IsNew = link.WriteStatus = true;
-        if (!before.IsNew && !AgreeToNewIdentifier(before.Identifier)) return false;
     }
     if (!EqualFolded(link.AccountName, before.AccountName) && !IsUser(link.AccountName) &&
         !AskWarning(kKeepUnknownAccount, link.AccountName))
@@ -126,9 +127,9 @@ bool ChangeLink(LinkEdit& edit, std::string_view identifier, const EnteredValues
            (changed == *link || Accept(edit, PlaceOf(edit, link), changed));
 }
 
-bool RemoveLink(LinkEdit& edit, std::size_t place) {
+bool RemoveLink(LinkEdit& edit, std::size_t place, const AgreeToLose& agree) {
     const std::string identifier = edit.Links.at(place).Identifier;
-    if (!AgreeToUses(identifier)) return false;
+    if (!agree(identifier)) return false;
     ShowStatus(kDeleted, "link", identifier);
     edit.Links.erase(edit.Links.begin() + static_cast<std::ptrdiff_t>(place));
     return true;

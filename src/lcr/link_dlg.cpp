@@ -7,6 +7,7 @@
 #include "dialogs/name_field_dlg.h"
 #include "dialogs/time_range_dlg.h"
 #include "lcr/lcr_fields_dlg.h"
+#include "lcr/lcr_uses_dlg.h"
 #include "resources/ids.h"
 #include "voice/format.h"
 #include "voice/messages.h"
@@ -18,7 +19,7 @@ constexpr ListColumn kStateTitles[] = {{"Key", 96}, {"Value", 56}};
 constexpr ListPlan kStatePlan{.List = ID_LINK_STATE, .Columns = kStateTitles, .IsSorted = false};
 
 struct LinkDialog {
-    LinkEdit& Edit;
+    LinkSession& Session;
     std::optional<std::size_t> Place; // none: a new link
     LinkRecord Entered;
     const LinkNotes* Notes = nullptr;
@@ -28,6 +29,7 @@ struct LinkDialog {
     RowTable States{};
     ListView StateList{States, kStatePlan};
 
+    [[nodiscard]] const LinkTable& Links() const { return Session.Edit().Links; }
     [[nodiscard]] bool IsOld() const { return !Entered.IsNew; }
 };
 
@@ -109,7 +111,7 @@ void ListState(HWND dialog, LinkDialog& context) {
 
 void FillLink(HWND dialog, LinkDialog& context) {
     const std::string title =
-        context.Place ? FormatText("Link %s", context.Edit.Links[*context.Place].Identifier) : "New link";
+        context.Place ? FormatText("Link %s", context.Links()[*context.Place].Identifier) : "New link";
     SetWindowTextA(dialog, title.c_str());
     using Fields = std::span<const FieldControl>;
     for (const Fields fields : {Fields(kFirst), Fields(&kAccountField, 1), Fields(kLast)})
@@ -150,13 +152,16 @@ int TakeLink(HWND dialog, LinkDialog& context) {
 
 void PutEntered(HWND dialog, LinkDialog& context) {
     if (const int fault = TakeLink(dialog, context)) return FocusControl(dialog, fault);
-    const bool isSame = context.Place && context.Entered == context.Edit.Links[*context.Place];
-    if (const auto fault = FindLinkFault(context.Edit, context.Place, context.Entered); fault && !isSame) {
+    const bool isSame = context.Place && context.Entered == context.Links()[*context.Place];
+    if (const auto fault = FindLinkFault(context.Session.Edit(), context.Place, context.Entered); fault && !isSame) {
         ShowError("%s", std::string(fault->Message));
         return FocusControl(dialog, ControlOf(fault->Key));
     }
     const WaitCursor wait;
-    if (PutLink(context.Edit, context.Place, context.Entered)) EndDialog(dialog, IDOK);
+    const auto ask = [&](const std::vector<Use>& uses) {
+        return AskUsesOfLink(dialog, context.Links()[*context.Place].Identifier, context.Entered.Identifier, uses);
+    };
+    if (context.Session.Put(context.Place, context.Entered, ask)) EndDialog(dialog, IDOK);
 }
 
 void TestAddress(HWND dialog, LinkDialog&) {
@@ -179,15 +184,15 @@ bool Open(HWND owner, LinkDialog& context) {
 
 } // namespace
 
-std::optional<std::size_t> EditLinkByDialog(HWND owner, LinkEdit& edit, const LinkFacts& facts, std::size_t place) {
-    LinkDialog context{.Edit = edit, .Place = place, .Entered = edit.Links.at(place)};
-    context.Notes = NotesOf(facts, context.Entered);
+std::optional<std::size_t> EditLinkByDialog(HWND owner, LinkSession& session, std::size_t place) {
+    LinkDialog context{.Session = session, .Place = place, .Entered = session.Edit().Links.at(place)};
+    context.Notes = NotesOf(session.Facts(), context.Entered);
     return Open(owner, context) ? std::optional(place) : std::nullopt;
 }
 
-std::optional<std::size_t> AddLinkByDialog(HWND owner, LinkEdit& edit, const LinkRecord& beginning) {
-    LinkDialog context{.Edit = edit, .Place = {}, .Entered = beginning};
-    return Open(owner, context) ? std::optional(edit.Links.size() - 1) : std::nullopt;
+std::optional<std::size_t> AddLinkByDialog(HWND owner, LinkSession& session, const LinkRecord& beginning) {
+    LinkDialog context{.Session = session, .Place = {}, .Entered = beginning};
+    return Open(owner, context) ? std::optional(session.Edit().Links.size() - 1) : std::nullopt;
 }
 
 INT_PTR CALLBACK LinkEditDlgBox(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {

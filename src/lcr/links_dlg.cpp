@@ -4,14 +4,14 @@
 
 #include "dialogs/list_view_dlg.h"
 #include "dialogs/live_text_dlg.h"
+#include "lcr/lcr_uses_dlg.h"
 #include "lcr/link_dlg.h"
-#include "lcr/link_rows.h"
 #include "resources/ids.h"
 
 namespace bv {
 namespace {
 
-constexpr int kActions[] = {ID_LINKS_ADD, ID_LINKS_EDIT, ID_LINKS_CLONE, ID_LINKS_DELETE};
+constexpr int kActions[] = {ID_LINKS_ADD, ID_LINKS_EDIT, ID_LINKS_CLONE, ID_LINKS_DELETE, ID_LINKS_WHERE_USED};
 
 // In the order of LinkColumn.
 constexpr ListColumn kTitles[] = {{"ID", 44},          {"Description", 58}, {"Type", 46},  {"Address", 80},
@@ -27,8 +27,7 @@ constexpr ListPlan kListPlan{.List = ID_LINKS_LIST,
                              .IsSorted = false};
 
 struct LinksDialog {
-    LinkEdit Edit{};
-    LinkFacts Facts{};
+    LinkSession Session{};
     RowTable Rows{};
     ListView List{Rows, kListPlan};
 };
@@ -36,7 +35,8 @@ struct LinksDialog {
 // What can be done with the selected link, and what is wrong with it.
 void FollowSelection(HWND dialog, LinksDialog& context) {
     const bool hasOne = context.List.HasOneSelected();
-    for (const int button : {ID_LINKS_EDIT, ID_LINKS_CLONE, ID_LINKS_DELETE}) EnableControl(dialog, button, hasOne);
+    for (const int button : {ID_LINKS_EDIT, ID_LINKS_CLONE, ID_LINKS_DELETE, ID_LINKS_WHERE_USED})
+        EnableControl(dialog, button, hasOne);
     const std::string_view remark =
         hasOne ? context.Rows.Text(context.List.Selected().front(), kLinkRemark) : std::string_view();
     ShowLiveText(GetDlgItem(dialog, ID_LINKS_REMARK), std::string(remark));
@@ -44,66 +44,71 @@ void FollowSelection(HWND dialog, LinksDialog& context) {
 
 void ListLinks(HWND dialog, LinksDialog& context) {
     context.List.Refill([&] {
-        FillLinkRows(context.Edit, context.Facts, context.Rows);
+        FillLinkRows(context.Session.Edit(), context.Session.Facts(), context.Rows);
         return true;
     });
     FollowSelection(dialog, context);
 }
 
 void FillLinks(HWND dialog, LinksDialog& context) {
-    SetText(dialog, ID_LINKS_HINT, DescribeUnreadable(context.Facts));
+    SetText(dialog, ID_LINKS_HINT, DescribeUnreadable(context.Session.Facts()));
     MakeLive(GetDlgItem(dialog, ID_LINKS_REMARK));
     context.List.Begin(dialog);
     ListLinks(dialog, context);
-    FocusControl(dialog, context.Edit.Links.empty() ? ID_LINKS_ADD : ID_LINKS_LIST);
+    FocusControl(dialog, context.Session.Edit().Links.empty() ? ID_LINKS_ADD : ID_LINKS_LIST);
 }
 
 // Lists what a box has changed.
 void Follow(HWND dialog, LinksDialog& context, std::optional<std::size_t> place) {
     if (!place) return;
     ListLinks(dialog, context);
-    context.List.SelectName(context.Edit.Links[*place].Identifier);
+    context.List.SelectName(context.Session.Edit().Links[*place].Identifier);
 }
 
 void PressAdd(HWND dialog, LinksDialog& context) {
     LinkRecord link = NewLink("");
-    if (!context.Edit.Router.WanEnabled) link.Type = LinkType::Email;
-    Follow(dialog, context, AddLinkByDialog(dialog, context.Edit, link));
+    if (!context.Session.Edit().Router.WanEnabled) link.Type = LinkType::Email;
+    Follow(dialog, context, AddLinkByDialog(dialog, context.Session, link));
 }
 
 void PressEdit(HWND dialog, LinksDialog& context) {
     if (!context.List.HasOneSelected()) return;
-    Follow(dialog, context, EditLinkByDialog(dialog, context.Edit, context.Facts, context.List.Selected().front()));
+    Follow(dialog, context, EditLinkByDialog(dialog, context.Session, context.List.Selected().front()));
 }
 
 void PressClone(HWND dialog, LinksDialog& context) {
-    const LinkRecord& link = context.Edit.Links[context.List.Selected().front()];
-    Follow(dialog, context, AddLinkByDialog(dialog, context.Edit, CloneOf(link)));
+    const LinkRecord& link = context.Session.Edit().Links[context.List.Selected().front()];
+    Follow(dialog, context, AddLinkByDialog(dialog, context.Session, CloneOf(link)));
 }
 
 void PressDelete(HWND dialog, LinksDialog& context) {
     if (!context.List.HasOneSelected()) return;
-    if (RemoveLink(context.Edit, context.List.Selected().front())) ListLinks(dialog, context);
+    const std::size_t place = context.List.Selected().front();
+    const std::string identifier = context.Session.Edit().Links[place].Identifier;
+    const auto ask = [&](const std::vector<Use>& uses) { return AskUsesOfLink(dialog, identifier, "", uses); };
+    if (context.Session.Remove(place, ask)) ListLinks(dialog, context);
+}
+
+void PressWhereUsed(HWND dialog, LinksDialog& context) {
+    const LinkRecord& link = context.Session.Edit().Links[context.List.Selected().front()];
+    ShowUsesOfLink(dialog, link.Identifier, context.Session.FindUses(link.Identifier));
 }
 
 void SaveLinksOfDialog(HWND dialog, LinksDialog& context) {
     const WaitCursor wait;
-    if (SaveLinkEdit(context.Edit)) EndDialog(dialog, IDOK);
+    if (context.Session.Commit()) return static_cast<void>(EndDialog(dialog, IDOK));
+    ListLinks(dialog, context); // some of it may be saved
 }
 
-bool IsChanged(HWND, const LinksDialog& context) { return context.Edit.Links != context.Edit.Before; }
+bool IsChanged(HWND, const LinksDialog& context) { return context.Session.IsChanged(); }
 
-constexpr DialogCommand<LinksDialog> kCommands[] = {{ID_LINKS_LIST, kListSelected, FollowSelection},
-                                                    {ID_LINKS_LIST, kListOpen, PressEdit},
-                                                    {ID_LINKS_LIST, kListRename, PressEdit},
-                                                    {ID_LINKS_LIST, kListAdd, PressAdd},
-                                                    {ID_LINKS_LIST, kListDelete, PressDelete},
-                                                    {ID_LINKS_ADD, BN_CLICKED, PressAdd},
-                                                    {ID_LINKS_EDIT, BN_CLICKED, PressEdit},
-                                                    {ID_LINKS_CLONE, BN_CLICKED, PressClone},
-                                                    {ID_LINKS_DELETE, BN_CLICKED, PressDelete},
-                                                    {IDOK, BN_CLICKED, SaveLinksOfDialog},
-                                                    {IDCANCEL, BN_CLICKED, EndWithCancel}};
+constexpr DialogCommand<LinksDialog> kCommands[] = {
+    {ID_LINKS_LIST, kListSelected, FollowSelection}, {ID_LINKS_LIST, kListOpen, PressEdit},
+    {ID_LINKS_LIST, kListRename, PressEdit},         {ID_LINKS_LIST, kListAdd, PressAdd},
+    {ID_LINKS_LIST, kListDelete, PressDelete},       {ID_LINKS_ADD, BN_CLICKED, PressAdd},
+    {ID_LINKS_EDIT, BN_CLICKED, PressEdit},          {ID_LINKS_CLONE, BN_CLICKED, PressClone},
+    {ID_LINKS_DELETE, BN_CLICKED, PressDelete},      {ID_LINKS_WHERE_USED, BN_CLICKED, PressWhereUsed},
+    {IDOK, BN_CLICKED, SaveLinksOfDialog},           {IDCANCEL, BN_CLICKED, EndWithCancel}};
 constexpr Anchor kAnchors[] = {{ID_LINKS_LIST, kGrowsBoth},
                                {ID_LINKS_HINT, kGrowsAcross},
                                {ID_LINKS_COUNT, kMovesDown},
@@ -112,6 +117,7 @@ constexpr Anchor kAnchors[] = {{ID_LINKS_LIST, kGrowsBoth},
                                {ID_LINKS_EDIT, kMovesDown},
                                {ID_LINKS_CLONE, kMovesDown},
                                {ID_LINKS_DELETE, kMovesDown},
+                               {ID_LINKS_WHERE_USED, kMovesDown},
                                {ID_STATUS_LINE, kMovesDown | kGrowsAcross},
                                {IDOK, kMovesBoth},
                                {IDCANCEL, kMovesBoth},
@@ -124,7 +130,7 @@ bool EditLinks(HWND owner) {
     LinksDialog context;
     {
         const WaitCursor wait;
-        if (!BeginLinkEdit(context.Edit) || !ReadLinkFacts(context.Facts)) return false;
+        if (!context.Session.Begin()) return false;
     }
     return OpenDialog("DisplayAllLinks", owner, DisplayAllLinksDlgBox, &context) == IDOK;
 }

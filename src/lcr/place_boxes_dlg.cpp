@@ -7,7 +7,7 @@
 #include "dialogs/pick_lists_dlg.h"
 #include "lcr/lcr_messages.h"
 #include "lcr/number_place.h"
-#include "lcr/place_uses_dlg.h"
+#include "lcr/lcr_uses_dlg.h"
 #include "resources/ids.h"
 #include "shell/row_table.h"
 #include "voice/format.h"

@@ -190,6 +190,12 @@ bool AreChangedSince(const TextStamp& stamp, TextStamp& now) {
     return now != stamp;
 }
 
+bool AreRulesAsRead(const TextStamp& stamp) {
+    const std::optional<TextOfFile> live = ReadTextFile(RulesPath());
+    if (live && StampOf(*live) != stamp) ShowError(kChangedMeanwhile, RulesPath());
+    return live && StampOf(*live) == stamp;
+}
+
 PendingRules LookForPendingRules() {
     if (platform::Files().Open(PendingRulesPath(), {}).Error == platform::FileError::NotFound)
         return PendingRules::None;

@@ -40,6 +40,9 @@ TextStamp StampOfSaved(const RuleList& rules);
 // Whether LCRRULES.INI is no longer as it was read. False when it cannot be read, too.
 bool AreChangedSince(const TextStamp& stamp, TextStamp& now);
 
+// Whether it still is as OpenRules has read it; false after 9025, or when it cannot be read.
+bool AreRulesAsRead(const TextStamp& stamp);
+
 // What an earlier run has left of its changes. One that ended while it wrote them has not ended the last line, or not
 // even written the file's header.
 enum class PendingRules { None, Whole, CutOff, Unreadable };

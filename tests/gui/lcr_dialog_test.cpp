@@ -31,6 +31,7 @@ using testing::StartsWith;
 
 constexpr const char* kSetup = "B-DB\\SETUP.INI";
 constexpr const char* kLinks = "B-DB\\LINK.INI";
+constexpr const char* kRules = "B-DB\\LCRRULES.INI";
 constexpr const char* kDropped = "EmailDeleteInvalidMsg: YES\r\n";
 
 struct Entry {
@@ -303,18 +304,54 @@ TEST_F(LcrDialogs, LinksKeepTheBoxWithAFault) {
     };
     for (const auto& [row, entries, said, focus] : kFaults)
         WithLink(row, [&](HWND, HWND box) { ExpectFault(box, entries, said, focus); });
-    const std::pair<Changes, std::string> kQuestions[] = {
-        {{{ID_LINK_ID, "NEW"}}, "MUNICH is used in:"},
-        {{{ID_LINK_ACCOUNT, "zoe"}}, "Brivane user zoe not found.\n\nKeep this account?"}};
-    for (const auto& [entries, said] : kQuestions)
-        WithLink(0, [&](HWND, HWND box) {
-            Make(box, entries);
-            Click(box, IDOK);
-            EXPECT_TRUE(Says(said)) << "and it is answered No";
-            EXPECT_TRUE(IsWindow(box));
-            Click(box, IDCANCEL);
-        });
+    WithLink(0, [&](HWND, HWND box) {
+        Make(box, {{ID_LINK_ACCOUNT, "zoe"}});
+        Click(box, IDOK);
+        EXPECT_TRUE(Says("Brivane user zoe not found.\n\nKeep this account?")) << "and it is answered No";
+        EXPECT_TRUE(IsWindow(box));
+        Click(box, IDCANCEL);
+    });
     EXPECT_EQ(File(kLinks), Links);
+}
+
+TEST_F(LcrDialogs, RenamedAndDeletedLinksTakeTheirRulesAlong) {
+    const std::string rules = File(kRules);
+    Front.Answer = true;
+    const auto uses = [](HWND list) { return Entries(list, ID_PLACE_USES_LIST); };
+    WithLinks([&](HWND list, const Windows& windows) {
+        Select(list, ID_LINKS_LIST, 0);
+        Click(list, ID_LINKS_WHERE_USED);
+        HWND box = windows.Wait("Where MUNICH is used");
+        EXPECT_EQ(uses(box).size(), 2U);
+        Click(box, IDOK);
+        EXPECT_TRUE(IsClosed(box));
+        Click(list, ID_LINKS_EDIT);
+        const HWND link = windows.Wait("Link MUNICH");
+        SetTextOf(link, ID_LINK_ID, "ISAR");
+        Click(link, IDOK);
+        box = windows.Wait("Where MUNICH is used");
+        EXPECT_THAT(uses(box), Each(testing::EndsWith("becomes ISAR")));
+        Click(box, IDOK);
+        EXPECT_TRUE(IsClosed(link));
+        EXPECT_THAT(Entries(list, ID_LINKS_LIST).at(0), HasSubstr("\t2\t")) << "rules name it";
+        Select(list, ID_LINKS_LIST, 1);
+        Click(list, ID_LINKS_DELETE);
+        box = windows.Wait("Where LEEDS is used");
+        EXPECT_EQ(Text(box, ID_PLACE_USES_EMPTIED), "Delete &rules that would lose their last server");
+        EXPECT_THAT(uses(box), Each(testing::EndsWith("could then be sent by no server")));
+        Click(box, ID_PLACE_USES_EMPTIED);
+        EXPECT_TRUE(Until([&] { return uses(box).at(0).ends_with("the entry goes"); }));
+        Click(box, IDOK);
+        EXPECT_TRUE(Until([&] { return Entries(list, ID_LINKS_LIST).size() == 2; }));
+        EXPECT_EQ(File(kRules), rules);
+        Click(list, IDOK);
+        EXPECT_TRUE(IsClosed(list));
+    });
+    EXPECT_TRUE(IsDone);
+    EXPECT_THAT(File(kLinks), testing::AllOf(HasSubstr("ID: ISAR"), Not(HasSubstr("ID: LEEDS"))));
+    const std::size_t second = rules.find("[RULE]\r\nDescription: Long faxes");
+    const std::string text = rules.substr(0, second) + rules.substr(rules.find("[RULE]", second + 1));
+    EXPECT_EQ(File(kRules), Replaced(text, "Server: MUNICH", "Server: ISAR"));
 }
 
 TEST_F(LcrDialogs, LinksAreWorkedByKeyboardAndWatchTheFile) {
@@ -344,11 +381,9 @@ TEST_F(LcrDialogs, LinksAreWorkedByKeyboardAndWatchTheFile) {
         EXPECT_TRUE(Until([&] { return Entries(list, ID_LINKS_LIST).size() == 3; }));
         Key(VK_HOME);
         Key(VK_DELETE);
-        EXPECT_TRUE(Says("MUNICH is used in:\nLCRRULES.INI: rule 1"));
-        Front.Answer = true;
-        Key(VK_DELETE);
-        EXPECT_TRUE(Until([&] { return Entries(list, ID_LINKS_LIST).size() == 2; }));
-        Front.Answer = false;
+        Click(windows.Wait("Where MUNICH is used"), IDOK);
+        EXPECT_TRUE(Until([&] { return IsWindowEnabled(list) && Entries(list, ID_LINKS_LIST).size() == 2; }));
+        FocusControlOf(list, ID_LINKS_LIST);
         Key(VK_ESCAPE);
         EXPECT_TRUE(Says("This will mean all changes will be lost.")) << "and it stays";
         Put(kLinks, Replaced(Links, "agent-fax@", "other@"));
@@ -412,7 +447,7 @@ TEST_F(LcrDialogs, ThePageOpensTheEditors) {
 
 TEST_F(LcrDialogs, ThePageSwitchesRoutingOnWhenItIsReady) {
     const std::string off = Replaced(Setup, "LCR: YES", "LCR: NO");
-    const std::string rules = File("B-DB\\LCRRULES.INI");
+    const std::string rules = File(kRules);
     const std::tuple<std::string, const char*, std::string, int> kLacks[] = {
         {"[ROUTES]", nullptr, "You must configure the General Settings", ID_LCR_GENERAL},
         {"[ROUTER]", kLinks, "You must set up some links", ID_LCR_LINKS},
