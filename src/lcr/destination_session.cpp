@@ -364,7 +364,11 @@ bool DestinationSession::Commit() {
     edit_.Synonyms = std::move(synonyms);
     edit_.Changed = true; // until the rules are saved, too
     if (!isDone && areRulesChanged_ && !isHalfDone_) platform::Files().Delete(PendingRulesPath());
-    if (!isDone || (areRulesChanged_ && !SaveRules(rules_->Rules, rules_->Stamp))) return false;
+    if (!isDone) return false;
+    if (areRulesChanged_ && !SaveRules(rules_->Rules, rules_->Stamp)) {
+        KeepRulesPending(rules_->Rules); // a save that fails may have taken them away
+        return false;
+    }
     areRulesChanged_ = false;
     Drop();
     return true;

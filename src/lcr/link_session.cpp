@@ -37,7 +37,8 @@ bool LinkSession::Settle(const std::string& identifier, const AskAboutUses& ask,
         rules_ = opened->Stamp;
         facts_.Rules = std::move(opened->Rules);
     }
-    change = *answer;
+    change.What = answer->What;
+    change.DeleteEmptied = answer->DeleteEmptied;
     return true;
 }
 
@@ -51,6 +52,7 @@ bool LinkSession::Put(std::optional<std::size_t> place, LinkRecord link, const A
     const std::string before = place ? edit_.Links.at(*place).Identifier : std::string();
     UseChange change;
     const auto agree = [&](const std::string& identifier) { return Settle(identifier, ask, change); };
+    change.By = link.Identifier;
     if (!PutLink(edit_, place, std::move(link), agree)) return false;
     ChangeRules(before, change);
     return true;
@@ -83,6 +85,7 @@ bool LinkSession::Commit() {
     if (!areRulesChanged_) return true;
     if (!SaveRules(facts_.Rules, *rules_)) {
         isHalfDone_ = true;
+        KeepRulesPending(facts_.Rules); // a save that fails may have taken them away
         ReadLinksAgain();
         return false;
     }

@@ -226,6 +226,10 @@ TEST(DestinationSession, KeepsRulesAndDestinationsTogether) {
         const auto held = server.Files.Open(kBase + "Area44.ini", {platform::Access::Read, platform::Deny::Nothing});
         EXPECT_FALSE(session.Commit()) << "the last file cannot be replaced";
     }
+    {
+        const auto held = server.Files.Open(kBase + "LCRRULES.INI", {platform::Access::Read, platform::Deny::Nothing});
+        EXPECT_FALSE(session.Commit()) << "then the rules";
+    }
     EXPECT_THAT(server.GetFile("REGION.INI"), testing::HasSubstr("UK/LDN"));
     EXPECT_THAT(server.GetFile("LCRRULES.NEW"), testing::HasSubstr("UK/LDN")) << "for when the program ends here";
     ASSERT_TRUE(session.Commit());
