@@ -85,7 +85,8 @@ constexpr PickPlan kPlacePlan{.Available = ID_RULE_PLACES_AVAILABLE,
 constexpr UINT kNumberDelay = 150;
 
 PlaceKind KindShown(HWND page) {
-    return static_cast<PlaceKind>(std::max<LRESULT>(SendDlgItemMessageA(page, ID_RULE_PLACES_SHOW, CB_GETCURSEL, 0, 0), 0));
+    return static_cast<PlaceKind>(
+        std::max<LRESULT>(SendDlgItemMessageA(page, ID_RULE_PLACES_SHOW, CB_GETCURSEL, 0, 0), 0));
 }
 
 void ListPlaces(HWND page, RuleDialog& context) {
@@ -183,7 +184,7 @@ constexpr DialogCommand<RuleDialog> kPriorityCommands[] = {{ID_PRIORITY_ANY, BN_
 
 // --- Users ---
 
-constexpr ListColumn kUserColumns_[] = {{"Name", 48}, {"Full name", 84}};
+constexpr ListColumn kUserColumns_[] = {{"Name", 40}, {"Full name", 96}};
 constexpr PickPlan kUserPlan{.Available = ID_RULE_USERS_AVAILABLE,
                              .Chosen = ID_RULE_USERS_CHOSEN,
                              .Take = ID_RULE_USERS_TAKE,
