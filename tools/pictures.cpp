@@ -202,8 +202,6 @@ void DrawUsers(const Painter& painter, HWND owner, const DiskServer& server) {
     painter.Draw("where-used-delete", "Where ANNA, FRANK is used", [&] {
         DeleteByDialog(owner, NamedThing::User, {"ANNA", "FRANK"});
     });
-    painter.Draw("where-used-printer", "Where PRINT-1 is used",
-                 [&] { DeleteByDialog(owner, NamedThing::Printer, {"PRINT-1"}); });
     painter.Draw("user-new", "Add new user", [&] { AddUserByDialog(owner, {}); });
     painter.Draw("users-many", "Change 3 users", [&] { ChangeUsersByDialog(owner, {"ANNA", "BEN", "CLARA"}); });
     painter.Draw(
@@ -352,7 +350,8 @@ void DrawOptions(const Painter& painter, HWND owner) {
 
 // Least-cost routing: its page, and the editors behind it.
 void DrawLcr(const Painter& painter, HWND owner, const DiskServer& server) {
-    static constexpr AreaPageMaker kPages[] = {[](FieldRecord& options) { return MakeLcrPage(options, {}); }};
+    static constexpr AreaPageMaker kPages[] = {[](FieldRecord& options) { return MakeLcrPage(options, {}); },
+                                               MakeDiallingPage, MakeGatewayPage};
     const auto showPage = [](HWND dialog) {
         Select(dialog, ID_OPTIONS_LIST, static_cast<int>(OptionPage::LeastCostRouting));
         Until([&] { return Text(dialog, ID_OPTIONS_TITLE) == "Least-cost routing"; });

@@ -21,16 +21,17 @@ class WeekDrawing {
             GetTextExtentPoint32A(device, day.Word.data(), static_cast<int>(day.Word.size()), &size);
             labels_ = std::max(labels_, size.cx);
         }
-        labels_ += size.cy / 2;
-        row_ = (area.bottom - area.top) / (kDaysOfWeek + 1);
+        margin_ = size.cy / 4;
+        labels_ += margin_ + size.cy / 2;
+        row_ = (area.bottom - area.top - margin_) / (kDaysOfWeek + 1);
         grid_ = {area.left + labels_, area.top + row_, area.right - size.cy, area.top + row_ * (kDaysOfWeek + 1)};
     }
 
     void Draw(const std::optional<WeekMask>& week) const {
         SetBkMode(device_, TRANSPARENT);
-        SetTextColor(device_, GetSysColor(COLOR_BTNTEXT));
-        FillRect(device_, &area_, GetSysColorBrush(COLOR_BTNFACE));
-        FillRect(device_, &grid_, GetSysColorBrush(COLOR_WINDOW));
+        SetTextColor(device_, GetSysColor(COLOR_WINDOWTEXT));
+        FillRect(device_, &area_, GetSysColorBrush(COLOR_WINDOW));
+        FrameRect(device_, &area_, GetSysColorBrush(COLOR_BTNSHADOW));
         if (week) Hatch(*week);
         DrawHours();
         DrawDays();
@@ -87,7 +88,7 @@ class WeekDrawing {
             const RECT line{grid_.left, Down(row), grid_.right, Down(row) + 1};
             FillRect(device_, &line, GetSysColorBrush(COLOR_BTNSHADOW));
             if (row == kDaysOfWeek) break;
-            RECT place{area_.left, Down(row), grid_.left, Down(row + 1)};
+            RECT place{area_.left + margin_, Down(row), grid_.left, Down(row + 1)};
             const std::string_view word = kWeekDays[static_cast<std::size_t>(row)].Word;
             DrawTextA(device_, word.data(), static_cast<int>(word.size()), &place, DT_VCENTER | DT_SINGLELINE);
         }
@@ -97,6 +98,7 @@ class WeekDrawing {
     RECT area_;
     RECT grid_{};
     LONG labels_ = 0; // how wide the days' names are
+    LONG margin_ = 0;
     LONG row_ = 0;
 };
 

@@ -231,8 +231,8 @@ void TakeArea(HWND dialog, AreaBox& context) {
 
 // A region and its members.
 
-constexpr ListColumn kAvailableColumns[] = {{"Destination", 70}, {"Description", 110}};
-constexpr ListColumn kMemberColumns[] = {{"Member", 70}, {"Description", 110}};
+constexpr ListColumn kAvailableColumns[] = {{"Destination", 52}, {"Description", 128}};
+constexpr ListColumn kMemberColumns[] = {{"Member", 52}, {"Description", 128}};
 constexpr PickPlan kMembers{.Available = ID_REGION_AVAILABLE,
                             .Chosen = ID_REGION_MEMBERS,
                             .Take = ID_REGION_TAKE,

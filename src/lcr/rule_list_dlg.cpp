@@ -21,7 +21,7 @@ namespace bv {
 namespace {
 
 constexpr ListColumn kColumns[] = {
-    {"Rule", 28, false}, {"Description", 124, false}, {"Faxes", 142, false}, {"Servers", 80, false}};
+    {"Rule", 26, false}, {"Description", 128, false}, {"Faxes", 148, false}, {"Servers", 80, false}};
 constexpr int kButtons[] = {ID_RULES_NEW, ID_RULES_EDIT, ID_RULES_DELETE, ID_RULES_UP, ID_RULES_DOWN};
 constexpr ListPlan kList{
     .List = ID_RULES_LIST, .Columns = kColumns, .DefaultButton = ID_RULES_EDIT, .Menu = kButtons, .IsSorted = false};

@@ -184,7 +184,7 @@ constexpr DialogCommand<RuleDialog> kPriorityCommands[] = {{ID_PRIORITY_ANY, BN_
 
 // --- Users ---
 
-constexpr ListColumn kUserColumns_[] = {{"Name", 48}, {"Full name", 84}};
+constexpr ListColumn kUserColumns_[] = {{"Name", 40}, {"Full name", 96}};
 constexpr PickPlan kUserPlan{.Available = ID_RULE_USERS_AVAILABLE,
                              .Chosen = ID_RULE_USERS_CHOSEN,
                              .Take = ID_RULE_USERS_TAKE,

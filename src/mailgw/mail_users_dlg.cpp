@@ -18,8 +18,8 @@ namespace {
 constexpr int kActions[] = {ID_MAIL_USERS_ENABLE, ID_MAIL_USERS_EDIT, ID_MAIL_USERS_REPLACE, ID_MAIL_USERS_DISABLE};
 
 // In the order of MailUserColumn.
-constexpr ListColumn kColumns[] = {{"Mail user", 78}, {"Sends as", 42}, {"Server user", 50},
-                                   {"Profile", 30},   {"Address", 80},  {"Remark", 102}};
+constexpr ListColumn kColumns[] = {{"Mail user", 76}, {"Sends as", 40}, {"Server user", 48},
+                                   {"Profile", 30},   {"Address", 77},  {"Remark", 118}};
 static_assert(std::size(kColumns) == kMailUserColumns);
 constexpr ListPlan kList{.List = ID_MAIL_USERS_LIST,
                          .Columns = kColumns,
