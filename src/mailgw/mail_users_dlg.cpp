@@ -19,7 +19,7 @@ constexpr int kActions[] = {ID_MAIL_USERS_ENABLE, ID_MAIL_USERS_EDIT, ID_MAIL_US
 
 // In the order of MailUserColumn.
 constexpr ListColumn kColumns[] = {{"Mail user", 76}, {"Sends as", 40}, {"Server user", 48},
-                                   {"Profile", 30},   {"Address", 77},  {"Remark", 118}};
+                                   {"Profile", 30},   {"Address", 77},  {"Remark", 104}};
 static_assert(std::size(kColumns) == kMailUserColumns);
 constexpr ListPlan kList{.List = ID_MAIL_USERS_LIST,
                          .Columns = kColumns,
