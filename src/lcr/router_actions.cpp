@@ -5,6 +5,7 @@
 
 #include "ctlfile/merge.h"
 #include "lcr/lcr_messages.h"
+#include "lcr/rule_file.h"
 #include "platform/ascii.h"
 #include "shell/server_files.h"
 #include "voice/messages.h"
@@ -121,19 +122,38 @@ std::string DescribeLinesToDrop(const RouterEdit& edit) {
     return edit.LinesToDrop.empty() ? std::string() : FillMessage(kSavingWillDrop, edit.LinesToDrop);
 }
 
-bool SaveRouterEdit(const RouterEdit& edit) {
+namespace {
+
+// What the rules that name this server by its name until now are to become. None: nothing is to be saved.
+std::optional<UseChange> AskAboutRules(const RouterEdit& edit, const std::string& now, const AskAboutUses& ask) {
+    const std::string& before = edit.Before.LocalServerId;
+    if (before.empty() || EqualFolded(before, now)) return UseChange();
+    const std::optional<std::vector<Use>> uses = FindLcrUses(LcrName::Server, {before});
+    if (!uses || uses->empty()) return uses ? std::optional(UseChange()) : std::nullopt;
+    const PendingRules pending = LookForPendingRules();
+    if (pending == PendingRules::None || pending == PendingRules::CutOff) return ask(*uses);
+    ShowWarning(kRulesWaitForSave, PendingRulesPath(), "general settings");
+    return UseChange();
+}
+
+} // namespace
+
+bool SaveRouterEdit(const RouterEdit& edit, const AskAboutUses& ask) {
     const RouterSettings mine = WithoutDisabled(edit.Entered, edit.Before);
     if (mine == WithoutDisabled(edit.Opened, edit.Before)) return true;
     if (!AgreeToDisable(edit.Before, mine, edit.Links)) return false;
     if (!edit.LinesToDrop.empty() && !AskWarning(kSavingDropsLines, NameOf(ServerFile::Setup), edit.LinesToDrop))
         return false;
+    std::optional<UseChange> ofRules = AskAboutRules(edit, mine.LocalServerId, ask);
+    if (!ofRules) return false;
+    ofRules->By = mine.LocalServerId;
     const auto change = [&](RouterSettings& settings) {
         settings = Merged(edit.Before, mine, settings);
         return CheckRouter(settings, edit.Links);
     };
     if (!ChangeRouterSettings(change)) return false;
     ShowStatus(kChanged);
-    return true;
+    return ofRules->What == UseChange::Kind::Leave || ChangeRuleServers({edit.Before.LocalServerId}, *ofRules);
 }
 
 } // namespace bv

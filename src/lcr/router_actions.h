@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "ctlfile/entered_values.h"
+#include "lcr/lcr_uses.h"
 #include "lcr/links.h"
 #include "lcr/router_settings.h"
 
@@ -46,7 +47,10 @@ std::string DescribeLinesToDrop(const RouterEdit& edit);
 
 // Saves what was entered, keys that have changed, on top of what somebody else has written since (TakesMine), after
 // the questions 9342 and 9354; the rules have been seen to (FindRouterFault). Unchanged settings are not written.
-// Status "Changed the general settings of routing". False, with the file as it was, after a message or the answer No.
-bool SaveRouterEdit(const RouterEdit& edit);
+// Rules that name this server by another name than the new one are asked about before and changed after it; while
+// changes of an earlier session wait for their save, they stay, after warning 9365. Status "Changed the general
+// settings of routing". False, with the file as it was, after a message or the answer No; and when the rules could not
+// be changed then, after their message.
+bool SaveRouterEdit(const RouterEdit& edit, const AskAboutUses& ask);
 
 } // namespace bv

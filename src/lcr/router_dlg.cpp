@@ -9,6 +9,7 @@
 #include "dialogs/time_range_dlg.h"
 #include "lcr/lcr_fields_dlg.h"
 #include "lcr/lcr_messages.h"
+#include "lcr/lcr_uses_dlg.h"
 #include "lcr/router_actions.h"
 #include "resources/ids.h"
 #include "voice/messages.h"
@@ -118,8 +119,11 @@ void SaveRouter(HWND dialog, RouterDialog& context) {
         ShowError("%s", fault->Message);
         return FocusControl(dialog, ControlOf(fault->Key));
     }
+    const auto ask = [&](const std::vector<Use>& uses) {
+        return AskUsesOfLink(dialog, context.Edit.Before.LocalServerId, context.Edit.Entered.LocalServerId, uses);
+    };
     const WaitCursor wait;
-    if (SaveRouterEdit(context.Edit)) EndDialog(dialog, IDOK);
+    if (SaveRouterEdit(context.Edit, ask)) EndDialog(dialog, IDOK);
 }
 
 void BrowseNotesId(HWND dialog, RouterDialog&) {

@@ -169,7 +169,7 @@ TEST(RouterEntry, SavesItsChangesOnTopOfThoseOfOthers) {
     RouterEdit edit;
     ASSERT_TRUE(BeginRouterEdit(edit));
     EXPECT_EQ(edit.Entered.EmailPollInterval, (HourMinute{10, 0})) << "is offered";
-    EXPECT_TRUE(SaveRouterEdit(edit)) << "and nothing has changed";
+    EXPECT_TRUE(SaveRouterEdit(edit, {})) << "and nothing has changed";
     EXPECT_THAT(server.Front.TakeSaid(), IsEmpty());
 
     edit.Entered.LocalServerDescription = "mine";
@@ -177,10 +177,10 @@ TEST(RouterEntry, SavesItsChangesOnTopOfThoseOfOthers) {
     const std::string theirs =
         head + "h\"\r\n" + dropped + "WanInboxDirectory: E:\\IN\r\nWanInboxPollFreq: 00:07\r\nMaxHops: 4\r\n";
     server.Put(kBase + "SETUP.INI", theirs);
-    EXPECT_FALSE(SaveRouterEdit(edit));
+    EXPECT_FALSE(SaveRouterEdit(edit, {}));
     EXPECT_EQ(server.Get(kBase + "SETUP.INI"), theirs);
     server.Front.Answer = true;
-    EXPECT_TRUE(SaveRouterEdit(edit));
+    EXPECT_TRUE(SaveRouterEdit(edit, {}));
     EXPECT_EQ(server.Get(kBase + "SETUP.INI"),
               head + "mine\"\r\nWanInboxDirectory: E:\\IN\r\nWanInboxPollFreq: 00:09\r\nMaxHops: 4\r\n");
     EXPECT_THAT(server.Front.TakeSaid(), testing::Contains(testing::HasSubstr(

@@ -1,11 +1,13 @@
 // Editing the links together with the rules that name them.
 #include "lcr/link_session.h"
+#include "lcr/router_actions.h"
 
 #include <gmock/gmock.h>
 
 #include "platform/ascii.h"
 #include "support/memory_server.h"
 #include "support/texts.h"
+#include "voice/format.h"
 
 namespace bv::test {
 namespace {
@@ -163,6 +165,31 @@ TEST(LinkSession, KeepsRulesAndLinksTogether) {
     EXPECT_THAT(server.GetFile("LCRRULES.INI"), testing::AllOf(HasSubstr("Server: NEW"), Not(HasSubstr("Server: A"))));
     EXPECT_THAT(server.GetFile("LINK.INI"), HasSubstr("Noted: 1")) << "the links are not written twice";
     EXPECT_EQ(server.GetFile("LCRRULES.NEW"), "(none)");
+}
+
+TEST(RouterEdit, ANewNameOfThisServerTakesTheRulesAlong) {
+    const std::string rules = Replaced(kRules, "Server: B\n", "Server: here\n");
+    const struct {
+        std::optional<UseChange> Answer;
+        const char* Pending;
+        const char* InRules;
+    } cases[] = {{std::nullopt, nullptr, "here"},
+                 {UseChange{Change::Leave}, nullptr, "here"},
+                 {UseChange{Change::Replace}, nullptr, "THERE"},
+                 {UseChange{Change::Replace}, kRules.c_str(), "here"}};
+    for (const auto& [answer, pending, inRules] : cases) {
+        LinkServer server;
+        server.PutFile("LCRRULES.INI", rules);
+        if (pending != nullptr) server.PutFile("LCRRULES.NEW", pending);
+        RouterEdit edit;
+        ASSERT_TRUE(BeginRouterEdit(edit));
+        edit.Entered.LocalServerId = "THERE";
+        std::vector<std::string> asked;
+        EXPECT_EQ(SaveRouterEdit(edit, Answering(answer, asked)), answer.has_value());
+        EXPECT_EQ(asked.size(), pending == nullptr ? 1u : 0u);
+        EXPECT_THAT(server.GetFile("LCRRULES.INI"), HasSubstr(FormatText("Server: %s\n", inRules)));
+        EXPECT_THAT(server.GetFile("SETUP.INI"), HasSubstr(answer ? "LocalServerID: THERE" : "LocalServerID: HERE"));
+    }
 }
 
 } // namespace
