@@ -16,6 +16,7 @@
 #include "lcr/rule_rows.h"
 #include "lcr/rule_session.h"
 #include "mailgw/mail_list.h"
+#include "mailgw/mail_user_rows.h"
 #include "sample_files.h"
 #include "sizes.h"
 #include "voice/format.h"
@@ -209,11 +210,32 @@ void LookUpNumber(benchmark::State& state) {
         if (!PlaceOfNumber(places, "+100 10001 123456")) std::abort();
 }
 
-void ListMailUsers(benchmark::State& state) {
+void PutMailUsers(std::size_t count) {
     std::string list = "; mail users\r\n";
-    for (std::size_t n = 0; n < Size(state); ++n)
-        list += FormatText("\r\n[USER]\r\nBrivname: %s\r\nEmailname: Person %06d\r\nProfile: NO\r\n", RecordName(n), n);
+    std::string people;
+    for (std::size_t n = 0; n < count; ++n) {
+        list += FormatText("\r\n[USER]\r\nBrivname: %s\r\nEmailname: Person %06d\r\nProfile: NO\r\n",
+                           RecordName(n % kUsers), n);
+        people += FormatText("Person %06d\tperson%06d@example.com\r\n", n, n);
+    }
     Put("MAILLIST.INI", list);
+    Put("MAILUSER.DAT", people);
+}
+
+// The list as its dialog has it, with the users of the server and of the mail system beside it.
+void OpenMailUsers(benchmark::State& state) {
+    PutPlaces();
+    PutMailUsers(Size(state));
+    for (auto _ : state) {
+        MailUserRows rows;
+        if (!rows.Read()) std::abort();
+        rows.Show(MailUserShow::All, "");
+        if (rows.Count() != Size(state)) std::abort();
+    }
+}
+
+void ListMailUsers(benchmark::State& state) {
+    PutMailUsers(Size(state));
     for (auto _ : state) {
         std::size_t count = 0;
         const auto visit = [&count](const MailUser&) { return ++count != 0; };
@@ -233,6 +255,7 @@ BENCHMARK(MoveOneRule)->RULE_SIZES;
 BENCHMARK(TryOneFax)->RULE_SIZES;
 BENCHMARK(OpenDestinations)->Arg(200)->Arg(2000)->Unit(benchmark::kMillisecond);
 BENCHMARK(LookUpNumber)->Arg(200)->Arg(2000)->Unit(benchmark::kMicrosecond);
+BENCHMARK(OpenMailUsers)->Arg(100000)->Unit(benchmark::kMillisecond);
 BENCHMARK(ListMailUsers)->Arg(100000)->Unit(benchmark::kMillisecond);
 
 } // namespace
