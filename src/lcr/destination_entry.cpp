@@ -172,8 +172,7 @@ std::span<const EntryRow<CountryEntry>> RowsOf(const CountryEntry&) { return kCo
 std::string CountryKind::FaultOf(const DestinationEdit&, const CountryEntry& entry, const CountryEntry& old) {
     if (entry.Identifier.size() > old.Identifier.size()) {
         for (const AreaEntry& area : old.Areas)
-            if (std::string fault = FaultOfLength(entry.Identifier, area.Identifier); !fault.empty())
-                return fault;
+            if (std::string fault = FaultOfLength(entry.Identifier, area.Identifier); !fault.empty()) return fault;
     }
     if (entry.DiallingCode.empty()) return "DiallingCode: \"\" - a country needs one";
     if (entry.DiallingCode != old.DiallingCode && !old.Areas.empty())

@@ -29,7 +29,8 @@ class Words {
         for (const std::string_view text : texts) text_.append(text).append("\n");
         for (const std::string& text : more) text_.append(text).append("\n");
         std::ranges::transform(text_, text_.begin(), [](char c) { return ToLower(c); });
-        return std::ranges::all_of(words_, [this](const std::string& word) { return text_.find(word) != std::string::npos; });
+        return std::ranges::all_of(words_,
+                                   [this](const std::string& word) { return text_.find(word) != std::string::npos; });
     }
 
   private:
