@@ -271,12 +271,10 @@ bool PlaceTree::PressKey(WORD key) {
         return true;
     }
     constexpr std::pair<WORD, int> kCodes[] = {{VK_F2, kListRename}, {VK_INSERT, kListAdd}, {VK_DELETE, kListDelete}};
-    for (const auto& [known, code] : kCodes) {
-        if (known != key) continue;
-        Notify(code);
-        return true;
-    }
-    return false;
+    const auto* const found = std::ranges::find(kCodes, key, &std::pair<WORD, int>::first);
+    if (found == std::end(kCodes)) return false;
+    Notify(found->second);
+    return true;
 }
 
 // Down goes from the filter to the tree; Esc empties the filter, and closes the dialog when that is empty.
@@ -314,8 +312,8 @@ void PlaceTree::CopySelected() const {
 void PlaceTree::OpenMenu(POINT at) const {
     if (at.x == -1 && at.y == -1) {
         RECT item{};
-        const HTREEITEM selected = SelectedItem();
-        std::memcpy(&item, &selected, sizeof selected);
+        *reinterpret_cast<HTREEITEM*>(&item) =
+            SelectedItem(); // the item that is asked about, as TVM_GETITEMRECT has it
         Send(Window(), TVM_GETITEMRECT, TRUE, reinterpret_cast<LPARAM>(&item));
         at = {item.left, item.bottom};
         ClientToScreen(Window(), &at);

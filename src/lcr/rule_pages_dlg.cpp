@@ -72,14 +72,14 @@ constexpr DialogCommand<RuleDialog> kSummaryCommands[] = {{ID_SUMMARY_LIST, kLis
 
 // --- Destinations ---
 
-constexpr ListColumn kPlaceColumns_[] = {{"Kind", 32}, {"Place", 44}, {"Name", 58}};
+constexpr ListColumn kPlaceColumns[] = {{"Kind", 32}, {"Place", 44}, {"Name", 58}};
 constexpr PickPlan kPlacePlan{.Available = ID_RULE_PLACES_AVAILABLE,
                               .Chosen = ID_RULE_PLACES_CHOSEN,
                               .Take = ID_RULE_PLACES_TAKE,
                               .Remove = ID_RULE_PLACES_REMOVE,
                               .RemoveAll = ID_RULE_PLACES_REMOVE_ALL,
-                              .AvailableColumns = kPlaceColumns_,
-                              .ChosenColumns = kPlaceColumns_,
+                              .AvailableColumns = kPlaceColumns,
+                              .ChosenColumns = kPlaceColumns,
                               .Filter = ID_RULE_PLACES_FILTER,
                               .Count = ID_RULE_PLACES_COUNT};
 constexpr UINT kNumberDelay = 150;
@@ -184,14 +184,14 @@ constexpr DialogCommand<RuleDialog> kPriorityCommands[] = {{ID_PRIORITY_ANY, BN_
 
 // --- Users ---
 
-constexpr ListColumn kUserColumns_[] = {{"Name", 40}, {"Full name", 96}};
+constexpr ListColumn kUserColumns[] = {{"Name", 40}, {"Full name", 96}};
 constexpr PickPlan kUserPlan{.Available = ID_RULE_USERS_AVAILABLE,
                              .Chosen = ID_RULE_USERS_CHOSEN,
                              .Take = ID_RULE_USERS_TAKE,
                              .Remove = ID_RULE_USERS_REMOVE,
                              .RemoveAll = ID_RULE_USERS_REMOVE_ALL,
-                             .AvailableColumns = kUserColumns_,
-                             .ChosenColumns = kUserColumns_,
+                             .AvailableColumns = kUserColumns,
+                             .ChosenColumns = kUserColumns,
                              .Filter = ID_RULE_USERS_FILTER,
                              .Count = ID_RULE_USERS_COUNT};
 
