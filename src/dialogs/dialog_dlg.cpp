@@ -200,14 +200,23 @@ bool AgreesToLoseChanges() { return AskWarning(kLoseChanges); }
 
 namespace {
 
+// True when a part has taken the key. Who takes a key with Alt takes Alt's release, too: Windows, which saw Alt alone,
+// would open the window's menu.
+bool ShowToParts(const MSG& message) {
+    static bool isAltTaken = false;
+    if (message.wParam == VK_MENU && (message.message == WM_SYSKEYUP || message.message == WM_KEYUP))
+        return std::exchange(isAltTaken, false);
+    const OpenedDialog* opened = OpenedOf(GetAncestor(message.hwnd, GA_ROOT));
+    const bool isTaken = opened != nullptr && opened->TakeKey(message);
+    if (message.message == WM_SYSKEYDOWN) isAltTaken = isTaken;
+    return isTaken;
+}
+
 // Shows the keys of a modal dialog's message loop to the dialog's parts first.
 LRESULT CALLBACK FilterKeys(int code, WPARAM wParam, LPARAM lParam) {
     const auto& message = *reinterpret_cast<const MSG*>(lParam);
     const bool isKey = message.message >= WM_KEYFIRST && message.message <= WM_KEYLAST;
-    if (code == MSGF_DIALOGBOX && isKey) {
-        const OpenedDialog* opened = OpenedOf(GetAncestor(message.hwnd, GA_ROOT));
-        if (opened != nullptr && opened->TakeKey(message)) return TRUE;
-    }
+    if (code == MSGF_DIALOGBOX && isKey && ShowToParts(message)) return TRUE;
     return CallNextHookEx(nullptr, code, wParam, lParam);
 }
 

@@ -98,12 +98,11 @@ TEST_F(RuleDialogs, AreWorkedByKeyboard) {
                   "more");
         EXPECT_EQ(Column(list, 3).at(0), "MUNICH, (local server)");
         EXPECT_FALSE(IsEnabled(list, ID_RULES_UP) || IsEnabled(list, ID_RULES_APPLY));
-        Click(list, ID_RULES_DOWN);
+        Key(VK_DOWN, VK_MENU);
         EXPECT_TRUE(Until([&] { return Selection(list, ID_RULES_LIST) == 1 && IsEnabled(list, ID_RULES_UP); }));
         EXPECT_EQ(Column(list, 1).at(0), "Long faxes to Leeds");
         EXPECT_THAT(File(kPending), HasSubstr("Revision: A\r\n\r\n[RULE]\r\nDescription: Long faxes to Leeds\r\n"));
         EXPECT_EQ(File(kLive), Before);
-        FocusControlOf(list, ID_RULES_LIST);
         Key('Z', VK_CONTROL);
         EXPECT_TRUE(Until([&] { return File(kPending) == "(none)"; }));
         EXPECT_EQ(Selection(list, ID_RULES_LIST), 0);
