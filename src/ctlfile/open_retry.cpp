@@ -15,6 +15,27 @@ constexpr std::int64_t kUnsaid = 500;      // milliseconds that a wait takes bef
 
 SharedPatience* sharedPatience = nullptr;
 
+platform::FileError ErrorOf(const platform::OpenResult& result) { return result.Error; }
+platform::FileError ErrorOf(platform::FileError error) { return error; }
+
+// Tries again while it is refused as access-denied, until the seconds have passed.
+template <class Try>
+auto UntilAllowed(const std::string& path, int seconds, const Try& attempt) {
+    platform::Clock& clock = platform::TheClock();
+    if (sharedPatience != nullptr) seconds = sharedPatience->Left(path, seconds);
+    const std::int64_t end = clock.Ticks() + std::int64_t{seconds} * 1000;
+    FileWait wait(path);
+    for (std::int64_t pause = 1;; pause = std::min(pause * 2, kLongestPause)) {
+        auto result = attempt();
+        if (ErrorOf(result) != platform::FileError::AccessDenied) return result;
+        if (clock.Ticks() >= end) {
+            if (sharedPatience != nullptr) sharedPatience->WearOut(path);
+            return result;
+        }
+        wait.Pause(pause);
+    }
+}
+
 } // namespace
 
 FileWait::~FileWait() {
@@ -47,19 +68,11 @@ int SharedPatience::Left(const std::string& path, int seconds) const {
 }
 
 platform::OpenResult OpenRetrying(const std::string& path, const platform::OpenRequest& request, int seconds) {
-    platform::Clock& clock = platform::TheClock();
-    if (sharedPatience != nullptr) seconds = sharedPatience->Left(path, seconds);
-    const std::int64_t end = clock.Ticks() + std::int64_t{seconds} * 1000;
-    FileWait wait(path);
-    for (std::int64_t pause = 1;; pause = std::min(pause * 2, kLongestPause)) {
-        platform::OpenResult result = platform::Files().Open(path, request);
-        if (result.Error != platform::FileError::AccessDenied) return result;
-        if (clock.Ticks() >= end) {
-            if (sharedPatience != nullptr) sharedPatience->WearOut(path);
-            return result;
-        }
-        wait.Pause(pause);
-    }
+    return UntilAllowed(path, seconds, [&] { return platform::Files().Open(path, request); });
+}
+
+platform::FileError DeleteRetrying(const std::string& path, int seconds) {
+    return UntilAllowed(path, seconds, [&] { return platform::Files().Delete(path); });
 }
 
 } // namespace bv

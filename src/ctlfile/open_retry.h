@@ -1,4 +1,4 @@
-// Opening a file that another process may hold.
+// Opening and deleting a file that another process may hold.
 #pragma once
 
 #include <cstdint>
@@ -31,6 +31,9 @@ class FileWait {
 // Opens the file; while that is refused as access-denied, yields to the system and tries again until so many
 // seconds have passed since the first try. Any other outcome returns at once.
 platform::OpenResult OpenRetrying(const std::string& path, const platform::OpenRequest& request, int seconds);
+
+// Deletes the file, likewise: Windows refuses that while somebody reads it.
+platform::FileError DeleteRetrying(const std::string& path, int seconds);
 
 // While one lives, no opening waits longer than so many seconds, and a path whose opening has timed out is not waited
 // for again: the steps of one command, which open the same file one after the other, share their patience. One that is

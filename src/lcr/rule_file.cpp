@@ -6,6 +6,7 @@
 
 #include "ctlfile/file_gate.h"
 #include "ctlfile/lines.h"
+#include "ctlfile/open_retry.h"
 #include "ctlfile/reader.h"
 #include "ctlfile/reading.h"
 #include "ctlfile/whole_file.h"
@@ -222,7 +223,7 @@ bool RecoverPendingRules() {
 }
 
 bool DropPendingRules() {
-    const platform::FileError error = platform::Files().Delete(PendingRulesPath());
+    const platform::FileError error = DeleteRetrying(PendingRulesPath(), SecondsOf(kDefaultTimeout));
     if (error == platform::FileError::None || error == platform::FileError::NotFound) return true;
     ShowError(kUnableToUpdateFile, PendingRulesPath());
     return false;
@@ -236,7 +237,7 @@ std::optional<OpenedRules> OpenRules() {
     case PendingRules::Unreadable: ShowError(kUnableToOpenFile, PendingRulesPath()); return {};
     case PendingRules::Whole:
         recovers = AskQuestion(kRecoverLastSession);
-        if (!recovers) platform::Files().Delete(PendingRulesPath());
+        if (!recovers) DropPendingRules();
         break;
     }
     std::optional<LoadedRules> saved = LoadRulesFrom(RulesPath());
@@ -263,7 +264,7 @@ std::optional<RuleList> ReadPendingRules() {
 
 bool AbandonRules(bool isChanged) {
     if (isChanged && !AskWarning(kLoseChanges)) return false;
-    platform::Files().Delete(PendingRulesPath());
+    DropPendingRules();
     return true;
 }
 

@@ -122,6 +122,11 @@ TEST(RuleSession, IsAsItWasWhenThePendingFileCannotBeWritten) {
     EXPECT_TRUE(session.Delete(0));
     const RuleList before = session.Rules();
     const std::string pending = scene.Pending();
+    {
+        const platform::OpenResult reader = scene.Files.Open(kBase + "LCRRULES.NEW", {});
+        EXPECT_FALSE(session.Undo());
+        EXPECT_GE(scene.Clock.Milliseconds, 5'000) << "Windows deletes no file that somebody reads: it is waited for";
+    }
     FaultyFiles files(scene.Files, {FaultKind::FailFromThenOn, 1});
     const platform::Substitute<platform::FileSystem> substitute(files);
     const std::function<bool(RuleSession&)> changes[] = {
