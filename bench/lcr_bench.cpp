@@ -1,4 +1,4 @@
-// Least-cost routing on a large server: 300 countries, 5,000 areas, 20,000 users; and its mail users.
+// Routing on a large server: 300 countries, 5,000 areas, 20,000 users; and its mail users.
 #include <benchmark/benchmark.h>
 #include <cstdlib>
 #include <filesystem>
@@ -17,6 +17,7 @@
 #include "lcr/rule_session.h"
 #include "mailgw/mail_list.h"
 #include "mailgw/mail_user_rows.h"
+#include "routing/inward_rules.h"
 #include "sample_files.h"
 #include "sizes.h"
 #include "voice/format.h"
@@ -210,6 +211,37 @@ void LookUpNumber(benchmark::State& state) {
         if (!PlaceOfNumber(places, "+100 10001 123456")) std::abort();
 }
 
+// As many inward rules of each kind; of the senders' two to a record.
+void PutInwardRules(std::size_t count) {
+    std::string senders = "[SENDERID]\r\n";
+    std::string numbers = "[SUBADDR]\r\n";
+    std::string forwards = "[FORWARD]\r\n";
+    for (std::size_t n = 0; n < count; ++n) {
+        const std::string user = RecordName(n % kUsers);
+        if (n % 2 == 0) senders += FormatText("@44%08d: \"+44 %08d\" \"Firm %d\"\r\n", n, n, n);
+        senders += RecordName((n + 1) % kUsers) + ": " + user + "\r\n";
+        numbers += FormatText("%d: %s\r\n", n, user);
+        forwards += user + ": \"\" LAN-ANY \"" + RecordName((n + 2) % kUsers) + "\"\r\n";
+    }
+    Put("ROUTING.INI", Header("RoutingInit") + senders + "\r\n" + numbers + "\r\n" + forwards + "\r\n");
+}
+
+// The dialog as it is opened, and once with the rows of each kind.
+void OpenInwardRouting(benchmark::State& state) {
+    PutPlaces();
+    PutInwardRules(Size(state));
+    for (auto _ : state) {
+        InwardRules rules;
+        NameSet names;
+        if (!ReadInwardRules(rules) || !ReadRoutingNames(names)) std::abort();
+        InwardRows rows;
+        for (const RoutingKind kind : {RoutingKind::Sender, RoutingKind::SubAddress, RoutingKind::Forward}) {
+            rows.Fill(kind, rules, &names);
+            if (rows.Count() != Size(state)) std::abort();
+        }
+    }
+}
+
 void PutMailUsers(std::size_t count) {
     std::string list = "; mail users\r\n";
     std::string people;
@@ -255,6 +287,7 @@ BENCHMARK(MoveOneRule)->RULE_SIZES;
 BENCHMARK(TryOneFax)->RULE_SIZES;
 BENCHMARK(OpenDestinations)->Arg(200)->Arg(2000)->Unit(benchmark::kMillisecond);
 BENCHMARK(LookUpNumber)->Arg(200)->Arg(2000)->Unit(benchmark::kMicrosecond);
+BENCHMARK(OpenInwardRouting)->RULE_SIZES;
 BENCHMARK(OpenMailUsers)->Arg(100000)->Unit(benchmark::kMillisecond);
 BENCHMARK(ListMailUsers)->Arg(100000)->Unit(benchmark::kMillisecond);
 

@@ -357,6 +357,24 @@ constexpr Parameter kDrop = {kDropLost, "Remove names that are no longer defined
                              ParameterKind::Flag};
 constexpr std::string_view kKeysHelp = "Keys and values as 'show' prints them; lists are parted by commas or blanks";
 
+// It has two names.
+constexpr Verb VerbOfFax(std::string_view name, std::string_view help) {
+    return {.Name = name,
+            .Help = help,
+            .Parameters = {{{"--destination", "A country, an area, a region, or the number that is dialled",
+                             ParameterKind::Option, "DESTINATION"},
+                            {"--user", "Who sends the fax", ParameterKind::Option, "NAME"},
+                            {"--pages", "How many pages it has", ParameterKind::Option, "NUMBER"},
+                            {"--priority", "Its priority, or several", ParameterKind::Option, "WORD"},
+                            kMoment,
+                            {"--server", "A server that could send it", ParameterKind::Option, "IDENTIFIER"},
+                            {kPending, "Go by the unsaved changes of the rules in place of the saved ones",
+                             ParameterKind::Flag},
+                            {kAll, "Show every given criterion of every rule", ParameterKind::Flag}}},
+            .Example = "--destination '+44 20 7946 0018' --pages 12",
+            .Run = Located<Telling<Match>>};
+}
+
 constexpr Verb kVerbs[] = {
     {.Name = "status",
      .Help = "Show whether routing is enabled and ready, or what is missing, and who edits it",
@@ -411,20 +429,8 @@ constexpr Verb kVerbs[] = {
      .Parameters = {{{kNumber, "The rule's number; without one, the off-peak period", ParameterKind::Optional}}},
      .Example = "1",
      .Run = Located<Telling<Week>>},
-    {.Name = "match",
-     .Help = "Show which rule decides on a fax and who sends it, and what speaks against the rules before",
-     .Parameters = {{{"--destination", "A country, an area, a region, or the number that is dialled",
-                      ParameterKind::Option, "DESTINATION"},
-                     {"--user", "Who sends the fax", ParameterKind::Option, "NAME"},
-                     {"--pages", "How many pages it has", ParameterKind::Option, "NUMBER"},
-                     {"--priority", "Its priority, or several", ParameterKind::Option, "WORD"},
-                     kMoment,
-                     {"--server", "A server that could send it", ParameterKind::Option, "IDENTIFIER"},
-                     {kPending, "Go by the unsaved changes of the rules in place of the saved ones",
-                      ParameterKind::Flag},
-                     {kAll, "Show every given criterion of every rule", ParameterKind::Flag}}},
-     .Example = "--destination '+44 20 7946 0018' --pages 12",
-     .Run = Located<Telling<Match>>},
+    VerbOfFax("match", "Show which rule decides on a fax and who sends it, and what speaks against the rules before"),
+    VerbOfFax("try", "The same as match, by the name that 'routing' has for it"),
     {.Name = "export",
      .Help = "Print the rules as comma-separated values, with a first line of the columns' names",
      .Parameters = {{kUtf8Flag}},

@@ -12,6 +12,17 @@
 
 namespace bv {
 
+namespace {
+
+// Whether the new text waits there already. Writing it anew would lay it open to a crash for nothing.
+bool IsPending(const ReplacedFile& file, std::string_view text) {
+    if (!file.MayBePending) return false;
+    ControlStream stream = OpenShared(file.NewPath, "rb");
+    return stream && stream.Rest() == text && !stream.Failed();
+}
+
+} // namespace
+
 TextStamp StampOf(const TextOfFile& file) {
     constexpr std::uint64_t kOffset = 0xcbf2'9ce4'8422'2325;
     constexpr std::uint64_t kPrime = 0x0000'0100'0000'01b3;
@@ -85,6 +96,7 @@ bool OfferRecovery(const ReplacedFile& file) {
 }
 
 bool WriteNewText(const ReplacedFile& file, std::string_view text) {
+    if (IsPending(file, text)) return true;
     switch (TryWriteWholeFile(file.NewPath, text, file.Path)) {
     case WriteFault::None: return true;
     case WriteFault::NotOpened: ShowError(file.NotOpened, file.NewPath); break;

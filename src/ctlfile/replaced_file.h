@@ -68,7 +68,8 @@ bool RecoverReplacedFile(const ReplacedFile& file);
 // Before a change: true unless the file is cut off. Then asks 9166; Yes puts the new text in place.
 bool OfferRecovery(const ReplacedFile& file);
 
-// Write the new text beside the live file, and put it in its place. False after the file's message.
+// Write the new text beside the live file, unless it is pending there already, and put it in its place. False after the
+// file's message.
 bool WriteNewText(const ReplacedFile& file, std::string_view text);
 bool PutNewTextInPlace(const ReplacedFile& file);
 

@@ -7,6 +7,7 @@
 #include <unordered_set>
 #include <utility>
 
+#include "dialogs/button_menu_dlg.h"
 #include "dialogs/clipboard_dlg.h"
 #include "platform/ascii.h"
 #include "platform/user_settings.h"
@@ -452,14 +453,7 @@ void ListView::OpenMenu(POINT at) {
         at = {item.left, item.bottom};
         ClientToScreen(Window(), &at);
     }
-    const HMENU menu = CreatePopupMenu();
-    for (const int button : plan_.Menu) {
-        const HWND window = GetDlgItem(dialog_, button);
-        wchar_t text[64] = L"";
-        GetWindowTextW(window, text, 64);
-        AppendMenuW(menu, IsWindowEnabled(window) ? MF_ENABLED : MF_GRAYED, static_cast<UINT_PTR>(button), text);
-        if (button == plan_.DefaultButton) SetMenuDefaultItem(menu, static_cast<UINT>(button), FALSE);
-    }
+    const HMENU menu = MenuOfButtons(dialog_, plan_.Menu, plan_.DefaultButton);
     const bool canSort = (GetWindowLongW(Window(), GWL_STYLE) & LVS_NOSORTHEADER) == 0; // else their order counts
     const HMENU columns = canSort ? CreatePopupMenu() : nullptr;
     for (std::size_t i = 0; canSort && i < plan_.Columns.size(); ++i) {
@@ -469,16 +463,11 @@ void ListView::OpenMenu(POINT at) {
     }
     if (canSort) AppendMenuW(menu, MF_SEPARATOR, 0, nullptr);
     if (canSort) AppendMenuW(menu, MF_POPUP, reinterpret_cast<UINT_PTR>(columns), Widen(FillMessage(kSortBy)).c_str());
-    RunMenuItem(TrackPopupMenu(menu, TPM_RETURNCMD | TPM_RIGHTBUTTON, at.x, at.y, 0, dialog_, nullptr));
-    DestroyMenu(menu);
-}
-
-void ListView::RunMenuItem(int item) {
-    if (item == 0) return;
+    const int item = ChooseFromMenu(dialog_, menu, at);
     const int column = item - kSortMenuBase;
-    if (column >= 0 && column < static_cast<int>(plan_.Columns.size())) return ClickColumn(column);
-    SendMessageW(dialog_, WM_COMMAND, MAKEWPARAM(item, BN_CLICKED),
-                 reinterpret_cast<LPARAM>(GetDlgItem(dialog_, item)));
+    const bool isColumn = column >= 0 && column < static_cast<int>(plan_.Columns.size());
+    if (isColumn) return ClickColumn(column);
+    PressButton(dialog_, item);
 }
 
 // Down goes to the list; Esc empties the filter, and closes the dialog when that is empty; F5 reads anew.

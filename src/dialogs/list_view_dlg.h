@@ -101,7 +101,6 @@ class ListView : public DialogPart {
     void SelectPlaces(const std::vector<std::size_t>& places);
     void CopySelected() const;
     void OpenMenu(POINT at);
-    void RunMenuItem(int item);
     void MakeColumns();
     void FillWidth() const;
     void RememberColumns() const;

@@ -35,6 +35,12 @@ struct PickPlan {
     int Count = 0; // of what there is
 };
 
+// The plan of controls whose numbers follow each other: the filter, what there is, the three buttons, what is chosen.
+constexpr PickPlan PicksFrom(int filter, int count, std::span<const ListColumn> available,
+                             std::span<const ListColumn> chosen) {
+    return {filter + 1, filter + 5, filter + 2, filter + 3, filter + 4, available, chosen, filter, count};
+}
+
 // A chosen name as its list shows it. What is no longer there, or not as it is written, can be chosen, too.
 struct ChosenRow {
     std::vector<std::string> Cells; // one for each column

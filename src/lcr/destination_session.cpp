@@ -10,7 +10,6 @@
 #include "lcr/number_place.h"
 #include "lcr/rule_references.h"
 #include "platform/ascii.h"
-#include "platform/files.h"
 #include "shell/server_files.h"
 #include "voice/format.h"
 #include "voice/messages.h"
@@ -242,8 +241,7 @@ std::string_view NameOf(PlaceKind kind) {
 const RuleList* DestinationSession::ReadRulesOnce(RuleReading reading) {
     if (rules_) return &rules_->Rules;
     if (!read_ && (!hasMissedRules_ || reading == RuleReading::Again)) {
-        const PendingRules pending = LookForPendingRules();
-        areRulesFree_ = pending == PendingRules::None || pending == PendingRules::CutOff;
+        areRulesFree_ = AreRulesFree();
         read_ = ReadRules();
         hasMissedRules_ = !read_;
     }
@@ -349,12 +347,7 @@ bool DestinationSession::Delete(const PlaceName& place, const AskAboutUses& ask)
     return true;
 }
 
-bool DestinationSession::Commit() {
-    if (!edit_.Changed) {
-        Drop();
-        return true;
-    }
-    if (areRulesChanged_ && (!AreRulesAsRead(rules_->Stamp) || !KeepRulesPending(rules_->Rules))) return false;
+FileBefore DestinationSession::CommitPlaces() {
     const std::size_t copies = edit_.Copies.size();
     Destinations tables = std::move(edit_.Tables); // are shown for as long as it is not done
     std::vector<Synonym> synonyms = edit_.Synonyms;
@@ -363,11 +356,16 @@ bool DestinationSession::Commit() {
     edit_.Tables = std::move(tables);
     edit_.Synonyms = std::move(synonyms);
     edit_.Changed = true; // until the rules are saved, too
-    if (!isDone && areRulesChanged_ && !isHalfDone_) platform::Files().Delete(PendingRulesPath());
-    if (!isDone) return false;
-    if (areRulesChanged_ && !SaveRules(rules_->Rules, rules_->Stamp)) {
-        KeepRulesPending(rules_->Rules); // a save that fails may have taken them away
-        return false;
+    if (isDone) return FileBefore::InPlace;
+    return isHalfDone_ ? FileBefore::HalfDone : FileBefore::AsItWas;
+}
+
+bool DestinationSession::Commit() {
+    const auto commit = [this] { return CommitPlaces(); };
+    if (edit_.Changed) {
+        const bool isSaved =
+            areRulesChanged_ ? SaveRulesBehind(rules_->Rules, rules_->Stamp, commit) : commit() == FileBefore::InPlace;
+        if (!isSaved) return false;
     }
     areRulesChanged_ = false;
     Drop();
@@ -375,7 +373,7 @@ bool DestinationSession::Commit() {
 }
 
 void DestinationSession::Drop() {
-    if (areRulesChanged_ && !isHalfDone_) platform::Files().Delete(PendingRulesPath());
+    if (areRulesChanged_ && !isHalfDone_) DropPendingRules();
     DropDestinationEdit(edit_);
     rules_.reset();
     read_.reset();

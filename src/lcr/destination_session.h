@@ -76,6 +76,7 @@ class DestinationSession {
     bool Settle(const MovedReferences& moved, const AskAboutUses& ask, const std::function<bool()>& write);
     bool ChangeFiles(const MovedReferences& moved);
     bool DeleteEntry(const PlaceName& place);
+    FileBefore CommitPlaces();
 
     DestinationEdit edit_;
     std::optional<RuleList> read_;     // the rules to be looked at

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "dialogs/button_menu_dlg.h"
 #include "dialogs/csv_import_dlg.h"
 #include "lcr/destination_import.h"
 #include "lcr/destination_session.h"
@@ -128,10 +129,7 @@ void PressAdd(HWND dialog, DestinationsDialog& context) {
     AppendMenuA(menu, country == nullptr ? MF_GRAYED : MF_ENABLED, ID_ADD_AREA, (area + "...").c_str());
     AppendMenuA(menu, MF_STRING, ID_ADD_REGION, "&Region...");
     AppendMenuA(menu, MF_STRING, ID_ADD_SYNONYM, "&Other name...");
-    RECT button{};
-    GetWindowRect(GetDlgItem(dialog, ID_PLACES_ADD), &button);
-    const int item = TrackPopupMenu(menu, TPM_RETURNCMD, button.left, button.bottom, 0, dialog, nullptr);
-    DestroyMenu(menu);
+    const int item = ChooseBelowButton(dialog, menu, ID_PLACES_ADD);
     if (item >= ID_ADD_COUNTRY) AddEntry(dialog, context, static_cast<PlaceKind>(item - ID_ADD_COUNTRY));
 }
 

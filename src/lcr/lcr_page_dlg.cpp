@@ -30,8 +30,6 @@ struct Editor {
     bool (*Open)(HWND owner, const LcrServices& services); // true when ended with OK
 };
 
-bool OpenRouter(HWND owner, const LcrServices& services) { return EditRouter(owner, services.TestLogin); }
-
 template <bool (*kEdit)(HWND owner)>
 bool Open(HWND owner, const LcrServices&) {
     return kEdit(owner);
@@ -39,7 +37,7 @@ bool Open(HWND owner, const LcrServices&) {
 
 constexpr Editor kEditors[] = {
     {ID_LCR_GENERAL, ID_LCR_GENERAL_LABEL, ID_LCR_GENERAL_STATE, &LcrOverview::General, &LcrButtons::General,
-     LcrLack::GeneralSettings, "general settings", OpenRouter},
+     LcrLack::GeneralSettings, "general settings", EditRouter},
     {ID_LCR_DESTINATIONS, ID_LCR_DESTINATIONS_LABEL, ID_LCR_DESTINATIONS_STATE, &LcrOverview::Destinations,
      &LcrButtons::Destinations, LcrLack::Destinations, "destinations", Open<EditDestinations>},
     {ID_LCR_LINKS, ID_LCR_LINKS_LABEL, ID_LCR_LINKS_STATE, &LcrOverview::Links, &LcrButtons::Links, LcrLack::Links,

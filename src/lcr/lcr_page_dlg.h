@@ -10,11 +10,6 @@
 
 namespace bv {
 
-// What the editors ask of areas above routing; null for what there is not.
-struct LcrServices {
-    LoginTest TestLogin = nullptr;
-};
-
 std::unique_ptr<AreaPage> MakeLcrPage(FieldRecord& options, const LcrServices& services);
 
 INT_PTR CALLBACK ConfigLcrDlgBox(HWND page, UINT message, WPARAM wParam, LPARAM lParam);

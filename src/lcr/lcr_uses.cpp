@@ -99,11 +99,6 @@ bool AddSynonymLosses(const Loss& loss, std::vector<Use>& uses) {
     return synonyms.has_value();
 }
 
-bool ChangeRules(LcrName kind, const NameSet& names, const UseChange& change) {
-    const std::optional<OpenedRules> opened = OpenRules();
-    return opened && SaveRules(ChangeRuleNames(opened->Rules, kind, names, change), opened->Stamp);
-}
-
 } // namespace
 
 Use UseOfRule(const RuleList& rules, const RoutingRule& rule, bool isOnly) {
@@ -143,11 +138,8 @@ std::optional<std::vector<Use>> FindLcrUses(LcrName kind, const NameSet& names) 
 }
 
 bool ChangeRuleUsers(const NameSet& users, const UseChange& change) {
-    return ChangeRules(LcrName::User, users, change);
-}
-
-bool ChangeRuleServers(const NameSet& servers, const UseChange& change) {
-    return ChangeRules(LcrName::Server, servers, change);
+    const std::optional<OpenedRules> opened = OpenRules();
+    return opened && SaveRules(ChangeRuleNames(opened->Rules, LcrName::User, users, change), opened->Stamp);
 }
 
 bool ChangeLinkAccounts(const NameSet& users, const UseChange& change) {

@@ -29,11 +29,10 @@ RuleList ChangeRuleNames(const RuleList& rules, LcrName kind, const NameSet& nam
 // A rule as such a place; whether the names are all that its criterion has.
 Use UseOfRule(const RuleList& rules, const RoutingRule& rule, bool isOnly);
 
-// Make the change to what the rules say of users or servers, and the links of users. Who calls them holds the edit
+// Make the change to what the rules say of users, and the links. Who calls them holds the edit
 // lock, and has seen that no changes of the rules wait for their save (CheckNoPendingRules). False after a message of
 // OpenRules and SaveRules, or of LoadLinks and SaveLinks.
 bool ChangeRuleUsers(const NameSet& users, const UseChange& change);
-bool ChangeRuleServers(const NameSet& servers, const UseChange& change);
 bool ChangeLinkAccounts(const NameSet& users, const UseChange& change);
 
 // The references of rules, regions and synonyms that name a place in the one tables and none in the others. None after

@@ -6,14 +6,12 @@
 #include "lcr/lcr_messages.h"
 #include "lcr/rule_file.h"
 #include "platform/ascii.h"
-#include "platform/files.h"
 #include "voice/messages.h"
 
 namespace bv {
 
 bool LinkSession::Begin() {
-    const PendingRules pending = LookForPendingRules();
-    areRulesFree_ = pending == PendingRules::None || pending == PendingRules::CutOff;
+    areRulesFree_ = AreRulesFree();
     return BeginLinkEdit(edit_) && ReadLinkFacts(facts_);
 }
 
@@ -77,20 +75,19 @@ void LinkSession::ReadLinksAgain() {
 }
 
 bool LinkSession::Commit() {
-    if (areRulesChanged_ && (!AreRulesAsRead(*rules_) || !KeepRulesPending(facts_.Rules))) return false;
-    if (!SaveLinkEdit(edit_)) {
-        if (areRulesChanged_ && !isHalfDone_) platform::Files().Delete(PendingRulesPath());
-        return false;
-    }
-    if (!areRulesChanged_) return true;
-    if (!SaveRules(facts_.Rules, *rules_)) {
+    if (!areRulesChanged_) return SaveLinkEdit(edit_);
+    bool areLinksSaved = false;
+    const auto saveLinks = [&] {
+        areLinksSaved = SaveLinkEdit(edit_);
+        if (areLinksSaved) return FileBefore::InPlace;
+        return isHalfDone_ ? FileBefore::HalfDone : FileBefore::AsItWas;
+    };
+    areRulesChanged_ = !SaveRulesBehind(facts_.Rules, *rules_, saveLinks);
+    if (areLinksSaved && areRulesChanged_) {
         isHalfDone_ = true;
-        KeepRulesPending(facts_.Rules); // a save that fails may have taken them away
         ReadLinksAgain();
-        return false;
     }
-    areRulesChanged_ = false;
-    return true;
+    return !areRulesChanged_;
 }
 
 } // namespace bv

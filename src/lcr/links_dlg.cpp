@@ -132,7 +132,7 @@ bool EditLinks(HWND owner) {
         const WaitCursor wait;
         if (!context.Session.Begin()) return false;
     }
-    return OpenDialog("DisplayAllLinks", owner, DisplayAllLinksDlgBox, &context) == IDOK;
+    return OpenDialogOf(ServerFile::Links, "DisplayAllLinks", owner, DisplayAllLinksDlgBox, &context) == IDOK;
 }
 
 INT_PTR CALLBACK DisplayAllLinksDlgBox(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {

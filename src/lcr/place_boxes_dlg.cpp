@@ -233,15 +233,7 @@ void TakeArea(HWND dialog, AreaBox& context) {
 
 constexpr ListColumn kAvailableColumns[] = {{"Destination", 52}, {"Description", 128}};
 constexpr ListColumn kMemberColumns[] = {{"Member", 52}, {"Description", 128}};
-constexpr PickPlan kMembers{.Available = ID_REGION_AVAILABLE,
-                            .Chosen = ID_REGION_MEMBERS,
-                            .Take = ID_REGION_TAKE,
-                            .Remove = ID_REGION_REMOVE,
-                            .RemoveAll = ID_REGION_REMOVE_ALL,
-                            .AvailableColumns = kAvailableColumns,
-                            .ChosenColumns = kMemberColumns,
-                            .Filter = ID_REGION_FILTER,
-                            .Count = ID_REGION_COUNT};
+constexpr PickPlan kMembers = PicksFrom(ID_REGION_FILTER, ID_REGION_COUNT, kAvailableColumns, kMemberColumns);
 
 enum ShownKinds { kShowAll, kShowCountries, kShowAreas };
 

@@ -6,6 +6,7 @@
 #include <cstring>
 #include <utility>
 
+#include "dialogs/button_menu_dlg.h"
 #include "dialogs/clipboard_dlg.h"
 #include "platform/ascii.h"
 #include "voice/format.h"
@@ -318,19 +319,7 @@ void PlaceTree::OpenMenu(POINT at) const {
         at = {item.left, item.bottom};
         ClientToScreen(Window(), &at);
     }
-    const HMENU menu = CreatePopupMenu();
-    for (const int button : plan_.Menu) {
-        const HWND window = GetDlgItem(dialog_, button);
-        wchar_t text[64] = L"";
-        GetWindowTextW(window, text, 64);
-        AppendMenuW(menu, IsWindowEnabled(window) ? MF_ENABLED : MF_GRAYED, static_cast<UINT_PTR>(button), text);
-        if (button == plan_.DefaultButton) SetMenuDefaultItem(menu, static_cast<UINT>(button), FALSE);
-    }
-    const int item = TrackPopupMenu(menu, TPM_RETURNCMD | TPM_RIGHTBUTTON, at.x, at.y, 0, dialog_, nullptr);
-    DestroyMenu(menu);
-    if (item != 0)
-        PostMessageW(dialog_, WM_COMMAND, MAKEWPARAM(item, BN_CLICKED),
-                     reinterpret_cast<LPARAM>(GetDlgItem(dialog_, item)));
+    PressButton(dialog_, ChooseFromMenu(dialog_, MenuOfButtons(dialog_, plan_.Menu, plan_.DefaultButton), at));
 }
 
 } // namespace bv

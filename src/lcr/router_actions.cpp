@@ -5,7 +5,7 @@
 
 #include "ctlfile/merge.h"
 #include "lcr/lcr_messages.h"
-#include "lcr/rule_file.h"
+#include "lcr/link_actions.h"
 #include "platform/ascii.h"
 #include "shell/server_files.h"
 #include "voice/messages.h"
@@ -31,15 +31,22 @@ bool CheckRouter(const RouterSettings& settings, const LinkTable& links) {
 
 bool DependsOn(const LinkRecord& link, bool isShared) { return (link.Type == LinkType::SharedDirectory) == isShared; }
 
-// A kind that is disabled has no lines, and so no values but those of the file.
+// Without a name there is none that rules could have.
+bool AgreeToRename(const RouterSettings& before, const RouterSettings& after) {
+    return before.LocalServerId.empty() || EqualFolded(before.LocalServerId, after.LocalServerId) ||
+           AskDespiteRules(before.LocalServerId);
+}
+
+// A kind that is disabled, and a Notes ID file of another mail system, has no lines, and so no values but those of the
+// file.
 RouterSettings WithoutDisabled(RouterSettings settings, const RouterSettings& before) {
     if (!settings.EmailEnabled) {
         settings.Email = before.Email;
         settings.EmailLoginName = before.EmailLoginName;
-        settings.NotesIdFile = before.NotesIdFile;
         settings.EmailLoginParams = before.EmailLoginParams;
         settings.EmailPollInterval = before.EmailPollInterval;
     }
+    if (!settings.EmailEnabled || settings.Email != EmailType::LotusNotes) settings.NotesIdFile = before.NotesIdFile;
     if (!settings.WanEnabled) {
         settings.WanInboxDirectory = before.WanInboxDirectory;
         settings.WanPollInterval = before.WanPollInterval;
@@ -91,7 +98,7 @@ bool EnterRouterSettings(const EnteredValues& values) {
         EnableKinds(values, settings);
         isChanged = settings != before;
         return CheckRouter(settings, links) && AgreeToDisable(before, settings, links) &&
-               AreKept(RouterKeys(), values, settings, AsRead(settings));
+               AgreeToRename(before, settings) && AreKept(RouterKeys(), values, settings, AsRead(settings));
     };
     if (!ChangeRouterSettings(enter)) return false;
     constexpr MessageWith<0> kUnchanged = "Nothing was to be changed";
@@ -99,7 +106,7 @@ bool EnterRouterSettings(const EnteredValues& values) {
     return true;
 }
 
-bool BeginRouterEdit(RouterEdit& edit) {
+bool BeginRouterEdit(RouterEdit& edit, const std::string& notesIdFile) {
     constexpr HourMinute kEmailPoll = {10, 0};
     constexpr HourMinute kWanPoll = {5, 0};
     edit = {};
@@ -108,6 +115,7 @@ bool BeginRouterEdit(RouterEdit& edit) {
     if (!lines) return false;
     edit.LinesToDrop = *lines;
     edit.Opened = edit.Before;
+    if (edit.Before.NotesIdFile.empty()) edit.Opened.NotesIdFile = notesIdFile;
     if (!edit.Before.EmailEnabled && !edit.Before.EmailPollInterval.IsInterval())
         edit.Opened.EmailPollInterval = kEmailPoll;
     if (!edit.Before.WanEnabled) {
@@ -124,36 +132,54 @@ std::string DescribeLinesToDrop(const RouterEdit& edit) {
 
 namespace {
 
-// What the rules that name this server by its name until now are to become. None: nothing is to be saved.
-std::optional<UseChange> AskAboutRules(const RouterEdit& edit, const std::string& now, const AskAboutUses& ask) {
+// Changes the rules that name this server by its name until now, as the person wants them, in memory. False: nothing
+// is to be saved at all.
+bool RenameInRules(const RouterEdit& edit, const std::string& now, const AskAboutUses& ask,
+                   std::optional<OpenedRules>& rules) {
     const std::string& before = edit.Before.LocalServerId;
-    if (before.empty() || EqualFolded(before, now)) return UseChange();
-    const std::optional<std::vector<Use>> uses = FindLcrUses(LcrName::Server, {before});
-    if (!uses || uses->empty()) return uses ? std::optional(UseChange()) : std::nullopt;
-    const PendingRules pending = LookForPendingRules();
-    if (pending == PendingRules::None || pending == PendingRules::CutOff) return ask(*uses);
-    ShowWarning(kRulesWaitForSave, PendingRulesPath(), "general settings");
-    return UseChange();
+    if (before.empty() || EqualFolded(before, now)) return true;
+    const auto uses =
+        rules ? FindRuleUses(rules->Rules, LcrName::Server, {before}) : FindLcrUses(LcrName::Server, {before});
+    if (!uses || uses->empty()) return uses.has_value();
+    if (!rules && !AreRulesFree()) {
+        ShowWarning(kRulesWaitForSave, PendingRulesPath(), "general settings");
+        return true;
+    }
+    std::optional<UseChange> change = ask(*uses);
+    if (!change || change->What == UseChange::Kind::Leave) return change.has_value();
+    change->By = now;
+    if (!rules) rules = OpenRules();
+    if (rules) rules->Rules = ChangeRuleNames(rules->Rules, LcrName::Server, {before}, *change);
+    return rules.has_value();
+}
+
+bool AgreeToSave(const RouterEdit& edit, const RouterSettings& mine) {
+    return AgreeToDisable(edit.Before, mine, edit.Links) &&
+           (edit.LinesToDrop.empty() || AskWarning(kSavingDropsLines, NameOf(ServerFile::Setup), edit.LinesToDrop));
 }
 
 } // namespace
 
-bool SaveRouterEdit(const RouterEdit& edit, const AskAboutUses& ask) {
+bool SaveRouterEdit(RouterEdit& edit, const AskAboutUses& ask) {
     const RouterSettings mine = WithoutDisabled(edit.Entered, edit.Before);
-    if (mine == WithoutDisabled(edit.Opened, edit.Before)) return true;
-    if (!AgreeToDisable(edit.Before, mine, edit.Links)) return false;
-    if (!edit.LinesToDrop.empty() && !AskWarning(kSavingDropsLines, NameOf(ServerFile::Setup), edit.LinesToDrop))
-        return false;
-    std::optional<UseChange> ofRules = AskAboutRules(edit, mine.LocalServerId, ask);
-    if (!ofRules) return false;
-    ofRules->By = mine.LocalServerId;
+    const bool isChanged = mine != WithoutDisabled(edit.Opened, edit.Before);
+    if (!isChanged && !edit.UnsavedRules) return true;
+    std::optional<OpenedRules> rules = edit.UnsavedRules;
+    if (isChanged && (!AgreeToSave(edit, mine) || !RenameInRules(edit, mine.LocalServerId, ask, rules))) return false;
     const auto change = [&](RouterSettings& settings) {
         settings = Merged(edit.Before, mine, settings);
         return CheckRouter(settings, edit.Links);
     };
-    if (!ChangeRouterSettings(change)) return false;
-    ShowStatus(kChanged);
-    return ofRules->What == UseChange::Kind::Leave || ChangeRuleServers({edit.Before.LocalServerId}, *ofRules);
+    bool isInPlace = false;
+    const auto save = [&] {
+        isInPlace = ChangeRouterSettings(change);
+        if (isInPlace) return FileBefore::InPlace;
+        return edit.UnsavedRules ? FileBefore::HalfDone : FileBefore::AsItWas;
+    };
+    const bool isDone = rules ? SaveRulesBehind(rules->Rules, rules->Stamp, save) : save() == FileBefore::InPlace;
+    if (isInPlace) ShowStatus(kChanged);
+    if (isInPlace && !isDone) edit = {mine, edit.Entered, edit.Entered, edit.Links, {}, std::move(rules)};
+    return isDone;
 }
 
 } // namespace bv

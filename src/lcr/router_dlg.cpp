@@ -18,7 +18,7 @@ namespace bv {
 namespace {
 
 struct RouterDialog {
-    LoginTest Test;
+    LcrServices Services;
     RouterEdit Edit{};
     RowFields<RouterKey, RouterSettings> Fields{RouterKeys(), Edit.Entered};
     PasswordField Password{};
@@ -68,7 +68,7 @@ void EnableControls(HWND dialog, RouterDialog& context) {
         for (const FieldControl& field : fields) EnableControl(dialog, field.Control, IsChecked(dialog, check.Control));
     const bool hasEmail = IsChecked(dialog, ID_ROUTER_EMAIL);
     EnableControl(dialog, ID_ROUTER_PASSWORD, hasEmail);
-    EnableControl(dialog, ID_ROUTER_TEST_LOGIN, hasEmail && context.Test != nullptr);
+    EnableControl(dialog, ID_ROUTER_TEST_LOGIN, hasEmail && context.Services.TestLogin != nullptr);
     for (const int control : {ID_ROUTER_NOTES_ID, ID_ROUTER_NOTES_BROWSE})
         EnableControl(dialog, control, hasEmail && IsNotesChosen(dialog));
     for (const int control : {ID_ROUTER_INBOX + 1, ID_ROUTER_INBOX + 2, ID_ROUTER_TEST_INBOX})
@@ -135,7 +135,7 @@ void BrowseNotesId(HWND dialog, RouterDialog&) {
 void TestLogin(HWND dialog, RouterDialog& context) {
     if (const int fault = TakeEmail(dialog, context)) return FocusControl(dialog, fault);
     const WaitCursor wait;
-    context.Test(dialog, context.Edit.Entered);
+    context.Services.TestLogin(dialog, context.Edit.Entered);
 }
 
 void TestInbox(HWND dialog, RouterDialog&) {
@@ -157,11 +157,12 @@ constexpr DialogPlan<RouterDialog> kPlan{HELP_ROUTER, FillRouter, kCommands};
 
 } // namespace
 
-bool EditRouter(HWND owner, LoginTest test) {
-    RouterDialog context{.Test = test};
+bool EditRouter(HWND owner, const LcrServices& services) {
+    RouterDialog context{.Services = services};
     {
         const WaitCursor wait;
-        if (!BeginRouterEdit(context.Edit)) return false;
+        const std::string notesIdFile = services.NotesIdFile != nullptr ? services.NotesIdFile() : std::string();
+        if (!BeginRouterEdit(context.Edit, notesIdFile)) return false;
     }
     return OpenDialogOf(ServerFile::Setup, "RouterDlg", owner, RouterDlgBox, &context) == IDOK;
 }

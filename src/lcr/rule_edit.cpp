@@ -34,37 +34,42 @@ bool CheckField(MessageId<2> fault, std::string_view name, const std::string& te
 
 struct EnteredTime {
     std::string_view Word; // "AFTER" or "BEFORE"
-    const std::string& Hour;
-    const std::string& Minute;
+    TimeField Hour;
+    TimeField Minute;
 
-    [[nodiscard]] bool IsLeftOut() const { return Hour.empty() && Minute.empty(); }
-    [[nodiscard]] bool IsFine() const {
-        return CheckField(kNotAnHour, Word, Hour, kEndOfDay) && CheckField(kNotMinutes, Word, Minute, 60);
+    [[nodiscard]] bool IsLeftOut(const RuleTime& time) const { return (time.*Hour + time.*Minute).empty(); }
+    [[nodiscard]] bool IsFine(const RuleTime& time, TimeField& wrong) const {
+        wrong = Hour;
+        if (!CheckField(kNotAnHour, Word, time.*Hour, kEndOfDay)) return false;
+        wrong = Minute;
+        return CheckField(kNotMinutes, Word, time.*Minute, 60);
     }
-    [[nodiscard]] std::string Clock() const {
-        return FormatText("%.2d:%.2d", ParseDigits(Hour).value_or(0), ParseDigits(Minute).value_or(0));
+    [[nodiscard]] std::string Clock(const RuleTime& time) const {
+        return FormatText("%.2d:%.2d", ParseDigits(time.*Hour).value_or(0), ParseDigits(time.*Minute).value_or(0));
     }
 };
+constexpr EnteredTime kAfter = {"AFTER", &RuleTime::AfterHour, &RuleTime::AfterMinute};
+constexpr EnteredTime kBefore = {"BEFORE", &RuleTime::BeforeHour, &RuleTime::BeforeMinute};
 
 std::string TwoDigits(int number) { return FormatText("%.2d", number); }
 
-std::optional<std::string> MakeSpecificText(const RuleTime& time) {
-    const EnteredTime after = {"AFTER", time.AfterHour, time.AfterMinute};
-    const EnteredTime before = {"BEFORE", time.BeforeHour, time.BeforeMinute};
+std::optional<std::string> MakeSpecificText(const RuleTime& time, TimeField& wrong) {
     std::string text;
     for (const WeekDay& day : kWeekDays)
         if ((time.Days & day.Bit) != 0) text.append(day.Word).append(" ");
-    for (const EnteredTime* entered : {&after, &before}) {
-        if (entered->IsLeftOut()) continue;
-        if (!entered->IsFine()) return {};
-        text.append(entered->Word).append(" ").append(entered->Clock()).append(" ");
+    for (const EnteredTime& entered : {kAfter, kBefore}) {
+        if (entered.IsLeftOut(time)) continue;
+        if (!entered.IsFine(time, wrong)) return {};
+        text.append(entered.Word).append(" ").append(entered.Clock(time)).append(" ");
     }
     // Without AFTER the period starts at midnight.
-    if (!before.IsLeftOut() && after.Clock() == before.Clock()) {
-        ShowError(kTimesAreEqual, before.Clock());
+    if (!kBefore.IsLeftOut(time) && kAfter.Clock(time) == kBefore.Clock(time)) {
+        wrong = kBefore.Hour;
+        ShowError(kTimesAreEqual, kBefore.Clock(time));
         return {};
     }
     if (!text.empty()) return text;
+    wrong = nullptr;
     ShowError(kTimeIsEmpty);
     return {};
 }
@@ -140,14 +145,14 @@ RuleField FindFault(const RuleList& rules, std::optional<std::size_t> position, 
 
 } // namespace
 
-std::optional<std::string> MakeTimeText(const RuleTime& time) {
+std::optional<std::string> MakeTimeText(const RuleTime& time, TimeField& wrong) {
     switch (time.When) {
     case RuleTime::Choice::Any: return "";
     case RuleTime::Choice::Offpeak: return std::string(kOffpeak);
     case RuleTime::Choice::Peak: return std::string(kPeak);
     case RuleTime::Choice::Specific: break;
     }
-    return MakeSpecificText(time);
+    return MakeSpecificText(time, wrong);
 }
 
 std::optional<RuleTime> ShowTime(std::string_view text) {

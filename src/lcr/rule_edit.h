@@ -29,9 +29,13 @@ struct RuleTime {
     friend bool operator==(const RuleTime&, const RuleTime&) = default;
 };
 
+// One of its hours and minutes; null: its days.
+using TimeField = std::string RuleTime::*;
+
 // The rule's time as the file has it: "", "OFFPEAK", "PEAK" or such as "SAT SUN AFTER 18:00 BEFORE 08:00 ". None, after
-// a message that names the field, for hours from 24, minutes from 60, equal times, and neither days nor times.
-std::optional<std::string> MakeTimeText(const RuleTime& time);
+// a message, for hours from 24, minutes from 60, equal times, and neither days nor times; the field is then the one
+// that is wrong.
+std::optional<std::string> MakeTimeText(const RuleTime& time, TimeField& wrong);
 
 // A rule's time as its fields show it; none when the text cannot be shown so.
 std::optional<RuleTime> ShowTime(std::string_view text);

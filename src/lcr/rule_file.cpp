@@ -132,6 +132,13 @@ std::optional<LoadedRules> LoadRulesFrom(const std::string& path) {
     return WasRead(file) ? std::optional(std::move(loaded)) : std::nullopt;
 }
 
+// Whether LCRRULES.INI still is as it was read; false after 9025, or when it cannot be read.
+bool AreAsRead(const TextStamp& stamp) {
+    const std::optional<TextOfFile> live = ReadTextFile(RuleFile().Path);
+    if (live && StampOf(*live) != stamp) ShowError(kChangedMeanwhile, RuleFile().Path);
+    return live && StampOf(*live) == stamp;
+}
+
 std::string TextOf(const RuleList& rules) {
     std::string text(kFileHeader);
     for (const RoutingRule& rule : rules) AppendRule(text, rule);
@@ -191,10 +198,14 @@ bool AreChangedSince(const TextStamp& stamp, TextStamp& now) {
     return now != stamp;
 }
 
-bool AreRulesAsRead(const TextStamp& stamp) {
-    const std::optional<TextOfFile> live = ReadTextFile(RulesPath());
-    if (live && StampOf(*live) != stamp) ShowError(kChangedMeanwhile, RulesPath());
-    return live && StampOf(*live) == stamp;
+bool SaveRulesBehind(const RuleList& rules, const TextStamp& stamp, const std::function<FileBefore()>& saveOther) {
+    if (!AreAsRead(stamp) || !KeepRulesPending(rules)) return false;
+    const FileBefore other = saveOther();
+    if (other == FileBefore::AsItWas) DropPendingRules();
+    if (other != FileBefore::InPlace) return false;
+    if (SaveRules(rules, stamp)) return true;
+    KeepRulesPending(rules); // a save that fails may have taken them away
+    return false;
 }
 
 PendingRules LookForPendingRules() {
@@ -204,6 +215,11 @@ PendingRules LookForPendingRules() {
     const bool isWhole = IsWholeText(file.Rest(), RuleFile().Type);
     if (file.Failed()) return PendingRules::Unreadable;
     return isWhole ? PendingRules::Whole : PendingRules::CutOff;
+}
+
+bool AreRulesFree() {
+    const PendingRules pending = LookForPendingRules();
+    return pending == PendingRules::None || pending == PendingRules::CutOff;
 }
 
 bool RecoverPendingRules() {

@@ -3,6 +3,7 @@
 // at the next opening.
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -40,8 +41,13 @@ TextStamp StampOfSaved(const RuleList& rules);
 // Whether LCRRULES.INI is no longer as it was read. False when it cannot be read, too.
 bool AreChangedSince(const TextStamp& stamp, TextStamp& now);
 
-// Whether it still is as OpenRules has read it; false after 9025, or when it cannot be read.
-bool AreRulesAsRead(const TextStamp& stamp);
+// How far the file has come that is saved before the rules.
+enum class FileBefore { AsItWas, HalfDone, InPlace };
+
+// Saves rules that go with another file: they wait in LCRRULES.NEW while that one is saved, so that a program that ends
+// between the two loses neither, and go on waiting when they cannot be saved then. Where the other file stays as it
+// was, they wait no longer. False after a message of either, or with nothing done after 9025 of KeepRulesPending.
+bool SaveRulesBehind(const RuleList& rules, const TextStamp& stamp, const std::function<FileBefore()>& saveOther);
 
 // What an earlier run has left of its changes. One that ended while it wrote them has not ended the last line, or not
 // even written the file's header.
@@ -49,6 +55,9 @@ enum class PendingRules { None, Whole, CutOff, Unreadable };
 
 // Shows nothing.
 PendingRules LookForPendingRules();
+
+// Whether the rules can be changed on the way: no changes of an earlier session wait for their save. Shows nothing.
+bool AreRulesFree();
 
 // Puts pending changes that are whole in the place of LCRRULES.INI, which is kept as LCRRULES.OLD, or deletes them.
 // False after a message.

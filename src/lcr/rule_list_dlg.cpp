@@ -1,6 +1,7 @@
 #include "lcr/rule_list_dlg.h"
 
 #include "dialogs/arrow_button_dlg.h"
+#include "dialogs/button_menu_dlg.h"
 #include "dialogs/csv_import_dlg.h"
 #include "dialogs/fields_dlg.h"
 #include "dialogs/keys_dlg.h"
@@ -287,10 +288,7 @@ void OpenTools(HWND dialog, RuleListDialog& context) {
         else
             AppendMenuA(menu, tool.Can(context) ? MF_ENABLED : MF_GRAYED, i + 1, tool.Caption);
     }
-    RECT button{};
-    GetWindowRect(GetDlgItem(dialog, ID_RULES_TOOLS), &button);
-    const int chosen = TrackPopupMenu(menu, TPM_RETURNCMD, button.left, button.bottom, 0, dialog, nullptr);
-    DestroyMenu(menu);
+    const int chosen = ChooseBelowButton(dialog, menu, ID_RULES_TOOLS);
     if (chosen > 0) kTools[chosen - 1].Do(dialog, context);
 }
 

@@ -73,15 +73,7 @@ constexpr DialogCommand<RuleDialog> kSummaryCommands[] = {{ID_SUMMARY_LIST, kLis
 // --- Destinations ---
 
 constexpr ListColumn kPlaceColumns[] = {{"Kind", 32}, {"Place", 44}, {"Name", 58}};
-constexpr PickPlan kPlacePlan{.Available = ID_RULE_PLACES_AVAILABLE,
-                              .Chosen = ID_RULE_PLACES_CHOSEN,
-                              .Take = ID_RULE_PLACES_TAKE,
-                              .Remove = ID_RULE_PLACES_REMOVE,
-                              .RemoveAll = ID_RULE_PLACES_REMOVE_ALL,
-                              .AvailableColumns = kPlaceColumns,
-                              .ChosenColumns = kPlaceColumns,
-                              .Filter = ID_RULE_PLACES_FILTER,
-                              .Count = ID_RULE_PLACES_COUNT};
+constexpr PickPlan kPlacePlan = PicksFrom(ID_RULE_PLACES_FILTER, ID_RULE_PLACES_COUNT, kPlaceColumns, kPlaceColumns);
 constexpr UINT kNumberDelay = 150;
 
 PlaceKind KindShown(HWND page) {
@@ -185,15 +177,7 @@ constexpr DialogCommand<RuleDialog> kPriorityCommands[] = {{ID_PRIORITY_ANY, BN_
 // --- Users ---
 
 constexpr ListColumn kUserColumns[] = {{"Name", 40}, {"Full name", 96}};
-constexpr PickPlan kUserPlan{.Available = ID_RULE_USERS_AVAILABLE,
-                             .Chosen = ID_RULE_USERS_CHOSEN,
-                             .Take = ID_RULE_USERS_TAKE,
-                             .Remove = ID_RULE_USERS_REMOVE,
-                             .RemoveAll = ID_RULE_USERS_REMOVE_ALL,
-                             .AvailableColumns = kUserColumns,
-                             .ChosenColumns = kUserColumns,
-                             .Filter = ID_RULE_USERS_FILTER,
-                             .Count = ID_RULE_USERS_COUNT};
+constexpr PickPlan kUserPlan = PicksFrom(ID_RULE_USERS_FILTER, ID_RULE_USERS_COUNT, kUserColumns, kUserColumns);
 
 void FillUsers(HWND page, RuleDialog& context) {
     const WaitCursor wait;
@@ -211,8 +195,8 @@ constexpr DialogCommand<RuleDialog> kUserCommands[] = {{ID_RULE_USERS_CHOSEN, kL
 
 constexpr int kTimeChoices[] = {ID_RULE_TIME_ANY, ID_RULE_TIME_OFFPEAK, ID_RULE_TIME_PEAK, ID_RULE_TIME_SPECIFIC};
 constexpr int kTimeFields[] = {ID_RULE_AFTER_HOUR, ID_RULE_AFTER_MINUTE, ID_RULE_BEFORE_HOUR, ID_RULE_BEFORE_MINUTE};
-constexpr std::string RuleTime::*kTimeTexts[] = {&RuleTime::AfterHour, &RuleTime::AfterMinute, &RuleTime::BeforeHour,
-                                                 &RuleTime::BeforeMinute};
+constexpr TimeField kTimeTexts[] = {&RuleTime::AfterHour, &RuleTime::AfterMinute, &RuleTime::BeforeHour,
+                                    &RuleTime::BeforeMinute};
 
 std::optional<RuleTime> TimeOf(HWND page) {
     const auto chosen = std::ranges::find_if(kTimeChoices, [page](int choice) { return IsChecked(page, choice); });
@@ -228,9 +212,9 @@ std::optional<RuleTime> TimeOf(HWND page) {
 }
 
 // The rule's own text as long as the fields say what it says; none after a message.
-std::optional<std::string> TimeText(const RuleDialog& context) {
+std::optional<std::string> TimeText(const RuleDialog& context, TimeField& wrong) {
     if (!context.Time || context.Time == ShowTime(context.Before.Time)) return context.Before.Time.String();
-    return MakeTimeText(*context.Time);
+    return MakeTimeText(*context.Time, wrong);
 }
 
 void ShowTimes(HWND page, RuleDialog& context) {
@@ -239,7 +223,8 @@ void ShowTimes(HWND page, RuleDialog& context) {
         EnableControl(page, ID_RULE_TIME_DAYS + static_cast<int>(i), isSpecific);
     for (const int field : kTimeFields) EnableControl(page, field, isSpecific);
     const CaughtMessages caught; // what is not yet a time has no week
-    const std::optional<std::string> text = TimeText(context);
+    TimeField wrong = nullptr;
+    const std::optional<std::string> text = TimeText(context, wrong);
     context.TimeWeek.Show(text ? WeekOfTime(*text, context.Session.Offpeak()) : std::nullopt);
     const bool hasBoth =
         isSpecific && context.Time->Days != 0 && !(context.Time->AfterHour + context.Time->BeforeHour).empty();
@@ -267,22 +252,11 @@ void ChangeTime(HWND page, RuleDialog& context) {
     ShowTimes(page, context);
 }
 
-// The first field that is no hour and no minute; else the first day.
-int TimeFault(const RuleTime& time) {
-    constexpr int kLimits[] = {24, 60, 24, 60};
-    for (std::size_t i = 0; i < std::size(kTimeFields); ++i) {
-        const std::string& text = time.*kTimeTexts[i];
-        const std::string& other = time.*kTimeTexts[i ^ 1];
-        const bool isDigits = !text.empty() && text.find_first_not_of("0123456789") == std::string::npos;
-        const bool isFine = isDigits ? std::stoi(text) < kLimits[i] : text.empty() && other.empty();
-        if (!isFine) return kTimeFields[i];
-    }
-    return time.BeforeHour.empty() ? ID_RULE_TIME_DAYS : ID_RULE_BEFORE_HOUR;
-}
-
 int TakeTime(HWND, RuleDialog& context) {
-    const std::optional<std::string> text = TimeText(context);
-    if (!text) return TimeFault(*context.Time);
+    TimeField wrong = nullptr;
+    const std::optional<std::string> text = TimeText(context, wrong);
+    if (!text && wrong == nullptr) return ID_RULE_TIME_DAYS;
+    if (!text) return kTimeFields[std::ranges::find(kTimeTexts, wrong) - std::begin(kTimeTexts)];
     context.Rule.Time = *text;
     return 0;
 }

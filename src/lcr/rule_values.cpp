@@ -180,7 +180,8 @@ bool EnterTime(RoutingRule& rule, std::string_view, std::string_view value, cons
     if (!time)
         return Refuse(kTime, value,
                       "is not PEAK, OFFPEAK, a time such as SAT SUN AFTER 18:00 BEFORE 08:00, or nothing");
-    const std::optional<std::string> text = MakeTimeText(*time);
+    TimeField wrong = nullptr;
+    const std::optional<std::string> text = MakeTimeText(*time, wrong);
     if (text) rule.Time = *text;
     return text.has_value();
 }

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "covlet/catalogue_dlg.h"
+#include "ctlfile/reader.h"
 #include "devices/device_list_dlg.h"
 #include "dialling/dialling_page_dlg.h"
 #include "dialogs/dialog_dlg.h"
@@ -13,6 +14,7 @@
 #include "mailgw/mail_list.h"
 #include "mailgw/mail_login.h"
 #include "mailgw/mail_users_dlg.h"
+#include "mailgw/notes_settings.h"
 #include "options/options_dlg.h"
 #include "resources/ids.h"
 #include "routing/inward_dlg.h"
@@ -44,7 +46,13 @@ void TestRouterLogin(HWND owner, const RouterSettings& settings) {
         reinterpret_cast<std::uintptr_t>(owner),
         {ValueCodec<EmailType>::Text(settings.Email), settings.EmailLoginName, {settings.EmailLoginParams, true}});
 }
-constexpr LcrServices kLcrServices{TestRouterLogin};
+std::string NotesIdFile() {
+    FixedText<kMaxLine> keyFile;
+    FixedText<kMaxLine> location;
+    ReadNotesSettings(keyFile, location);
+    return keyFile.String();
+}
+constexpr LcrServices kLcrServices{TestRouterLogin, NotesIdFile};
 std::unique_ptr<AreaPage> MakeRoutingPage(FieldRecord& options) { return MakeLcrPage(options, kLcrServices); }
 
 // The settings' pages of other areas, in the order of OptionPage.

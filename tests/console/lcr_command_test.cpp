@@ -105,7 +105,7 @@ const test::CommandCase kCases[] = {
      "1\tOne\tall\tYES\tnothing speaks against it\n"
      "Rule 1 \"One\" decides: server LON or the local server sends the fax\n",
      ""},
-    {"match --destination nowhere", 1, "", "\"nowhere\" is no number and no destination.\n"},
+    {"try --destination nowhere", 1, "", "\"nowhere\" is no number and no destination.\n"},
     {"match --pending --pages 9", 1, "", "There are no unsaved changes of the rules\n"},
     {"match --pages many", 1, "", "Pages: \"many\" is not a number from 0 to 65535\n"},
 };

@@ -3,16 +3,10 @@
 
 #include <commctrl.h>
 
-#include <gmock/gmock.h>
-
-#include "gui/disk_server.h"
-#include "gui/gui.h"
+#include "gui/dialog_fixture.h"
 #include "lcr/destinations_dlg.h"
 #include "lcr/edit_lock.h"
 #include "resources/ids.h"
-#include "shell/server_paths.h"
-#include "shell/startup.h"
-#include "support/recording_front.h"
 
 namespace bv::gui {
 namespace {
@@ -63,34 +57,24 @@ std::string Chosen(HWND dialog) {
     return TextOfItem(tree, Next(tree, TVGN_CARET, nullptr));
 }
 
-class DestinationDialogs : public testing::Test {
+class DestinationDialogs : public DialogFixture {
   protected:
+    DestinationDialogs() : DialogFixture(kCountries) {}
     void SetUp() override {
-        Startup() = {};
-        ASSERT_EQ(LoadServerPaths(), kDone);
+        DialogFixture::SetUp();
         Before = All();
     }
-    bool With(const std::function<void(HWND, const Windows&)>& drive) {
+    bool WithTree(const std::function<void(HWND, const Windows&)>& drive) {
         bool isSaved = false;
         RunDriven([&] { isSaved = RunLcrEditor([] { return EditDestinations(nullptr); }); },
                   [&](const Windows& windows) { drive(windows.Wait("Destinations", ID_PLACES_TREE), windows); });
         return isSaved;
     }
-    [[nodiscard]] std::string File(const char* name) const { return Server.Files().Read(name); }
     [[nodiscard]] std::string All() const { return File(kCountries) + File(kRegions) + File(kAreas) + File(kRules); }
-    [[nodiscard]] bool Says(const std::string& text) const {
-        return Until([&] {
-            return std::ranges::any_of(Front.Said, [&](const auto& said) { return said.find(text) != said.npos; });
-        });
-    }
-
-    DiskServer Server;
-    test::RecordingFront Front;
-    std::string Before;
 };
 
 TEST_F(DestinationDialogs, AreWorkedByKeyboardAndWriteNothingBeforeOk) {
-    EXPECT_FALSE(With([&](HWND dialog, const Windows& windows) {
+    EXPECT_FALSE(WithTree([&](HWND dialog, const Windows& windows) {
         Choose(dialog, "LDS");
         EXPECT_EQ(Text(dialog, ID_PLACES_INFO),
                   "Area UK/LDS \"Leeds\": 113...; used by rule 2 \"Long faxes to Leeds\", region HOME");
@@ -130,7 +114,7 @@ TEST_F(DestinationDialogs, AreWorkedByKeyboardAndWriteNothingBeforeOk) {
     }));
     EXPECT_EQ(All(), Before);
     EXPECT_FALSE(Startup().SettingsChanged);
-    EXPECT_TRUE(With([](HWND dialog, const Windows&) { Click(dialog, IDOK); })) << "unchanged";
+    EXPECT_TRUE(WithTree([](HWND dialog, const Windows&) { Click(dialog, IDOK); })) << "unchanged";
     EXPECT_EQ(All(), Before);
 }
 
@@ -168,7 +152,7 @@ TEST_F(DestinationDialogs, BoxesChangeTheirEntryAlone) {
     };
     for (const BoxCase& one : cases) {
         const std::string before = File(one.File);
-        EXPECT_TRUE(With([&](HWND dialog, const Windows& windows) {
+        EXPECT_TRUE(WithTree([&](HWND dialog, const Windows& windows) {
             Choose(dialog, one.Entry);
             Click(dialog, ID_PLACES_EDIT);
             const HWND box = windows.Wait(one.Title);
@@ -186,12 +170,12 @@ TEST_F(DestinationDialogs, BoxesChangeTheirEntryAlone) {
         std::string after = before;
         EXPECT_THAT(before, HasSubstr(one.From));
         EXPECT_EQ(File(one.File), after.replace(after.find(one.From), one.From.size(), one.To)) << one.Entry;
-        Server.Files().Write(one.File, before);
+        Write(one.File, before);
     }
 }
 
 TEST_F(DestinationDialogs, MembersOfARegionArePickedByKeyboard) {
-    EXPECT_FALSE(With([&](HWND dialog, const Windows& windows) {
+    EXPECT_FALSE(WithTree([&](HWND dialog, const Windows& windows) {
         Choose(dialog, "HOME");
         Click(dialog, ID_PLACES_EDIT);
         const HWND box = windows.Wait("Region");
@@ -224,7 +208,7 @@ TEST_F(DestinationDialogs, MembersOfARegionArePickedByKeyboard) {
 }
 
 TEST_F(DestinationDialogs, RenamedAndDeletedEntriesTakeTheirReferencesAlong) {
-    EXPECT_TRUE(With([&](HWND dialog, const Windows& windows) {
+    EXPECT_TRUE(WithTree([&](HWND dialog, const Windows& windows) {
         Choose(dialog, "LDS");
         Click(dialog, ID_PLACES_EDIT);
         const HWND box = windows.Wait("Area of United Kingdom");
@@ -264,7 +248,7 @@ TEST_F(DestinationDialogs, FaultsKeepTheBoxAndGetTheFocus) {
         {"EU ", "Region", ID_REGION_ID, "", "error: Identifier: \"\" is not a name of 1 to 29"},
         {"GB", "Other name", ID_SYNONYM_REFERENCE, "XX", "error: Stands for: \"XX\" is no country"},
     };
-    EXPECT_FALSE(With([&](HWND dialog, const Windows& windows) {
+    EXPECT_FALSE(WithTree([&](HWND dialog, const Windows& windows) {
         for (const auto& [entry, title, control, text, said] : kFaults) {
             Front.Said.clear();
             Choose(dialog, entry);

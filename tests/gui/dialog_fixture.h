@@ -1,5 +1,5 @@
 // What tests of dialogs have in common: a copy of the sample server on the disk, a face that writes down what is said,
-// and the one file that the dialogs change.
+// and the files that the dialogs change, of which one is looked at most.
 #pragma once
 
 #include <gmock/gmock.h>
@@ -28,8 +28,14 @@ class DialogFixture : public testing::Test {
     }
     void TearDown() override { Startup() = {}; }
 
-    [[nodiscard]] std::string File() const { return Server.Files().Read(file_); }
-    void Write(const std::string& text) const { Server.Files().Write(file_, text); }
+    [[nodiscard]] std::string File() const { return File(file_); }
+    void Write(const std::string& text) const { Write(file_, text); }
+
+    // Any file of the server; "(none)" for one that is not there.
+    [[nodiscard]] std::string File(const std::string& name) const {
+        return Server.Files().Has(name) ? Server.Files().Read(name) : "(none)";
+    }
+    void Write(const std::string& name, const std::string& text) const { Server.Files().Write(name, text); }
 
     // The file with the first such part replaced behind the mark; a part that is not there makes the test fail.
     [[nodiscard]] std::string With(const std::string& from, const std::string& to, const std::string& mark = "") const {

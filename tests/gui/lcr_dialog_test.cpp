@@ -1,22 +1,16 @@
 // The dialogs of least-cost routing inside this process, on a copy of the sample server.
 #include <windows.h>
 
-#include <gmock/gmock.h>
-
 #include <filesystem>
 
 #include "ctlfile/scramble.h"
-#include "gui/disk_server.h"
-#include "gui/gui.h"
+#include "gui/dialog_fixture.h"
 #include "lcr/edit_lock.h"
 #include "lcr/lcr_page_dlg.h"
 #include "lcr/links_dlg.h"
 #include "options/options_dlg.h"
 #include "platform/files.h"
 #include "resources/ids.h"
-#include "shell/server_paths.h"
-#include "shell/startup.h"
-#include "support/recording_front.h"
 #include "support/texts.h"
 
 namespace bv::gui {
@@ -54,22 +48,16 @@ void Make(HWND box, const Changes& entries) {
     }
 }
 
-bool IsClosed(HWND dialog) {
-    return Until([&] { return !IsWindow(dialog); });
-}
-
-class LcrDialogs : public testing::Test {
+class LcrDialogs : public DialogFixture {
   protected:
+    LcrDialogs() : DialogFixture(kSetup) {}
     void SetUp() override {
-        Startup() = {};
-        ASSERT_EQ(LoadServerPaths(), kDone);
-        Setup = File(kSetup);
+        DialogFixture::SetUp();
         Links = File(kLinks);
     }
-    void TearDown() override { Startup() = {}; }
 
-    void WithRouter(const std::function<void(HWND)>& drive, LoginTest test = nullptr) {
-        RunDriven([&] { IsDone = EditRouter(nullptr, test); },
+    void WithRouter(const std::function<void(HWND)>& drive, const LcrServices& services = {}) {
+        RunDriven([&] { IsDone = EditRouter(nullptr, services); },
                   [&](const Windows& windows) { drive(windows.Wait("General settings")); });
     }
     void WithLinks(const std::function<void(HWND, const Windows&)>& drive) {
@@ -96,13 +84,6 @@ class LcrDialogs : public testing::Test {
                   });
     }
 
-    [[nodiscard]] std::string File(const char* name) const { return Server.Files().Read(name); }
-    void Put(const char* name, const std::string& text) const { Server.Files().Write(name, text); }
-    [[nodiscard]] bool Says(const std::string& text) const {
-        return Until([&] {
-            return std::ranges::any_of(Front.Said, [&](const auto& said) { return said.find(text) != said.npos; });
-        });
-    }
     // While it lives, a new text of the file cannot be written.
     struct Blocked {
         std::filesystem::path Place;
@@ -124,15 +105,13 @@ class LcrDialogs : public testing::Test {
         EXPECT_TRUE(IsClosed(box));
     }
 
-    DiskServer Server;
-    test::RecordingFront Front;
-    std::string Setup;
     std::string Links;
     bool IsDone = false;
 };
 
 TEST_F(LcrDialogs, GeneralSettingsChangeTheirLinesAndNothingElse) {
-    const std::string email = Setup.substr(Setup.find("EmailType:"), Setup.find("WanInbox") - Setup.find("EmailType:"));
+    const std::string email =
+        Before.substr(Before.find("EmailType:"), Before.find("WanInbox") - Before.find("EmailType:"));
     const struct {
         Changes Made;
         std::string From;
@@ -152,7 +131,7 @@ TEST_F(LcrDialogs, GeneralSettingsChangeTheirLinesAndNothingElse) {
     };
     Front.Answer = true;
     for (const auto& [entries, from, to] : kCases) {
-        Put(kSetup, Setup);
+        Write(Before);
         WithRouter([&](HWND box) {
             EXPECT_EQ(Text(box, ID_ROUTER_PASSWORD), "********");
             Make(box, entries);
@@ -160,14 +139,14 @@ TEST_F(LcrDialogs, GeneralSettingsChangeTheirLinesAndNothingElse) {
             EXPECT_TRUE(IsClosed(box)) << to;
         });
         EXPECT_TRUE(IsDone);
-        EXPECT_EQ(File(kSetup), Replaced(Replaced(Setup, from, to), kDropped, ""));
+        EXPECT_EQ(File(), Replaced(Replaced(Before, from, to), kDropped, ""));
     }
     EXPECT_THAT(Front.Said, Contains(HasSubstr("Saving removes these lines from file SETUP.INI:\n\nEmailDelete")));
     EXPECT_THAT(Front.Said, Contains(HasSubstr("Links of this kind, which will not work without it: 2.")));
-    Put(kSetup, Setup);
+    Write(Before);
     Front.Said.clear();
     WithRouter([](HWND box) { Click(box, IDOK); });
-    EXPECT_EQ(File(kSetup), Setup);
+    EXPECT_EQ(File(), Before);
     EXPECT_THAT(Front.Said, Each(StartsWith("wait cursor")));
 }
 
@@ -177,14 +156,16 @@ TEST_F(LcrDialogs, ANewPasswordIsScrambledOnceAndTested) {
     Front.Answer = true;
     WithRouter(
         [](HWND box) {
+            EXPECT_EQ(Text(box, ID_ROUTER_NOTES_ID), "N:\\FAX.ID") << "is offered";
             SetTextOf(box, ID_ROUTER_PASSWORD, "hush");
             Click(box, ID_ROUTER_TEST_LOGIN);
             Until([] { return !testedPassword.empty(); });
             Click(box, IDOK);
         },
-        [](HWND, const RouterSettings& settings) { testedPassword = settings.EmailLoginParams; });
+        {.TestLogin = [](HWND, const RouterSettings& settings) { testedPassword = settings.EmailLoginParams; },
+         .NotesIdFile = [] { return std::string("N:\\FAX.ID"); }});
     EXPECT_EQ(UnscrambleText(testedPassword), "hush");
-    EXPECT_THAT(File(kSetup), HasSubstr("EmailLoginParams: " + testedPassword + "\r\n"));
+    EXPECT_THAT(File(), HasSubstr("EmailLoginParams: " + testedPassword + "\r\n"));
 }
 
 TEST_F(LcrDialogs, GeneralSettingsKeepTheBoxWithAFault) {
@@ -203,12 +184,12 @@ TEST_F(LcrDialogs, GeneralSettingsKeepTheBoxWithAFault) {
     };
     for (const auto& [entries, said, focus] : kFaults)
         WithRouter([&](HWND box) { ExpectFault(box, entries, said, focus); });
-    EXPECT_EQ(File(kSetup), Setup);
+    EXPECT_EQ(File(), Before);
 
     Front.Answer = true;
     WithRouter([&](HWND box) { // what others write meanwhile stays, and a fault of the file keeps what was typed
-        const std::string theirs = Replaced(Setup, "WanInboxPollFreq: 00:05", "WanInboxPollFreq: 00:07");
-        Put(kSetup, theirs);
+        const std::string theirs = Replaced(Before, "WanInboxPollFreq: 00:05", "WanInboxPollFreq: 00:07");
+        Write(theirs);
         SetTextOf(box, ID_ROUTER_DESCRIPTION, "Mine");
         {
             const Blocked blocked(Server.Files().HostPath("B-DB\\SETUP.new"));
@@ -219,8 +200,7 @@ TEST_F(LcrDialogs, GeneralSettingsKeepTheBoxWithAFault) {
         EXPECT_EQ(Text(box, ID_ROUTER_DESCRIPTION), "Mine");
         Click(box, IDOK);
         EXPECT_TRUE(IsClosed(box));
-        EXPECT_EQ(File(kSetup),
-                  Replaced(Replaced(theirs, "LONDON, \"Quillmere London\"", "LONDON, \"Mine\""), kDropped, ""));
+        EXPECT_EQ(File(), Replaced(Replaced(theirs, "LONDON, \"Quillmere London\"", "LONDON, \"Mine\""), kDropped, ""));
     });
 }
 
@@ -267,7 +247,7 @@ TEST_F(LcrDialogs, LinksAreGatheredAndWrittenWithOk) {
                                        delay + "MaxOutboundPriority: URGENT\r\nMaxInboundPriority: URGENT\r\n"
                                                "RejectHigherPriorityMsg: NO\r\n");
     for (const auto& [row, entries, from, to] : kCases) {
-        Put(kLinks, Links);
+        Write(kLinks, Links);
         WithLink(row, [&](HWND list, HWND box) {
             Make(box, entries);
             Click(box, IDOK);
@@ -386,10 +366,10 @@ TEST_F(LcrDialogs, LinksAreWorkedByKeyboardAndWatchTheFile) {
         FocusControlOf(list, ID_LINKS_LIST);
         Key(VK_ESCAPE);
         EXPECT_TRUE(Says("This will mean all changes will be lost.")) << "and it stays";
-        Put(kLinks, Replaced(Links, "agent-fax@", "other@"));
+        Write(kLinks, Replaced(Links, "agent-fax@", "other@"));
         Click(list, IDOK);
         EXPECT_TRUE(Says("LINK.INI was changed by somebody else since it was opened here."));
-        Put(kLinks, Replaced(Links, "LINKSHUTDOWN", "LINKUP"));
+        Write(kLinks, Replaced(Links, "LINKSHUTDOWN", "LINKUP"));
         Front.Said.clear();
         {
             const Blocked blocked(Server.Files().HostPath("B-DB\\Link.new"));
@@ -432,7 +412,15 @@ TEST_F(LcrDialogs, ThePageOpensTheEditors) {
             Click(page, ID_LCR_GENERAL);
             EXPECT_TRUE(Says("error: LCR settings are being edited by another user.  Please try again later"));
         }
-        Put(kSetup, Replaced(Setup, "[ROUTER]", "[ROUTES]"));
+        Front.Said.clear();
+        const std::filesystem::path requests = std::filesystem::path(LcrLockPath()).parent_path();
+        const std::filesystem::path away = requests.parent_path() / "away";
+        std::filesystem::rename(requests, away);
+        Click(page, ID_LCR_GENERAL);
+        EXPECT_TRUE(Says("error: LCR settings are being edited by another user.  Please try again later"));
+        EXPECT_TRUE(Says("status 2: The lock file " + LcrLockPath() + " cannot be used"));
+        std::filesystem::rename(away, requests);
+        Write(Replaced(Before, "[ROUTER]", "[ROUTES]"));
         Click(page, ID_LCR_GENERAL);
         HWND editor = windows.Wait("General settings");
         EXPECT_EQ(Text(editor, ID_ROUTER_WAN_POLL), "00:05");
@@ -446,7 +434,7 @@ TEST_F(LcrDialogs, ThePageOpensTheEditors) {
 }
 
 TEST_F(LcrDialogs, ThePageSwitchesRoutingOnWhenItIsReady) {
-    const std::string off = Replaced(Setup, "LCR: YES", "LCR: NO");
+    const std::string off = Replaced(Before, "LCR: YES", "LCR: NO");
     const std::string rules = File(kRules);
     const std::tuple<std::string, const char*, std::string, int> kLacks[] = {
         {"[ROUTES]", nullptr, "You must configure the General Settings", ID_LCR_GENERAL},
@@ -454,7 +442,7 @@ TEST_F(LcrDialogs, ThePageSwitchesRoutingOnWhenItIsReady) {
         {"[ROUTER]", "B-DB\\COUNTRY.INI", "You must set up some fax destination definitions", ID_LCR_DESTINATIONS},
     };
     for (const auto& [header, gone, said, focus] : kLacks) {
-        Put(kSetup, Replaced(off, "[ROUTER]", header));
+        Write(Replaced(off, "[ROUTER]", header));
         const std::string text = gone == nullptr ? "" : File(gone);
         if (gone != nullptr) DeleteFileA(Server.Files().Path(gone).c_str());
         WithPage([&](HWND dialog, HWND page, const Windows&) {
@@ -466,16 +454,16 @@ TEST_F(LcrDialogs, ThePageSwitchesRoutingOnWhenItIsReady) {
             Click(dialog, IDCANCEL);
             EXPECT_TRUE(IsClosed(dialog));
         });
-        EXPECT_THAT(File(kSetup), HasSubstr("LCR: NO"));
-        if (gone != nullptr) Put(gone, text);
+        EXPECT_THAT(File(), HasSubstr("LCR: NO"));
+        if (gone != nullptr) Write(gone, text);
     }
-    Put(kSetup, off);
+    Write(off);
     WithPage([&](HWND dialog, HWND page, const Windows&) {
         Click(page, ID_LCR_ENABLED);
         Click(dialog, IDOK);
         EXPECT_TRUE(IsClosed(dialog));
     });
-    EXPECT_THAT(File(kSetup), HasSubstr("LCR: YES"));
+    EXPECT_THAT(File(), HasSubstr("LCR: YES"));
 }
 
 } // namespace

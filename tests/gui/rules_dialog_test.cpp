@@ -3,15 +3,9 @@
 
 #include <commctrl.h>
 
-#include <gmock/gmock.h>
-
-#include "gui/disk_server.h"
-#include "gui/gui.h"
+#include "gui/dialog_fixture.h"
 #include "lcr/rule_list_dlg.h"
 #include "resources/ids.h"
-#include "shell/server_paths.h"
-#include "shell/startup.h"
-#include "support/recording_front.h"
 #include "support/texts.h"
 #include "voice/format.h"
 
@@ -26,13 +20,9 @@ constexpr const char* kTitle = "Routing rules";
 constexpr const char* kLive = "B-DB\\LCRRULES.INI";
 constexpr const char* kPending = "B-DB\\LCRRules.new";
 
-class RuleDialogs : public testing::Test {
+class RuleDialogs : public DialogFixture {
   protected:
-    void SetUp() override {
-        Startup() = {};
-        ASSERT_EQ(LoadServerPaths(), kDone);
-        Before = File(kLive);
-    }
+    RuleDialogs() : DialogFixture(kLive) {}
 
     // What the list ended with.
     bool WithList(const std::function<void(HWND, const Windows&)>& drive) {
@@ -61,19 +51,6 @@ class RuleDialogs : public testing::Test {
             if (!Until([&] { return SendTo(box, ID_RULE_PAGES, TCM_GETCURSEL) != now; })) return;
         }
     }
-
-    [[nodiscard]] std::string File(const char* name) const {
-        return Server.Files().Has(name) ? Server.Files().Read(name) : "(none)";
-    }
-    [[nodiscard]] bool Says(const std::string& text) const {
-        return Until([&] {
-            return std::ranges::any_of(Front.Said, [&](const auto& said) { return said.find(text) != said.npos; });
-        });
-    }
-
-    DiskServer Server;
-    test::RecordingFront Front;
-    std::string Before;
 };
 
 std::vector<std::string> Column(HWND list, std::size_t column) {

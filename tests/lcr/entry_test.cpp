@@ -160,6 +160,33 @@ TEST(RouterEntry, RefusesWhatTheSettingsCannotKeep) {
                 testing::Contains("error: LocalServerID: You must enter this server's unique ID"));
 }
 
+TEST(RouterEntry, OffersTheNotesIdFileUntilThereIsOne) {
+    const std::string notes = "EmailType: LOTUS_NOTES_API\r\nEmailLoginName: \"Fax\"";
+    const struct {
+        std::string Lines;
+        std::string Shown;
+        std::string Saved; // once Notes is chosen
+    } cases[] = {{"", "N:\\FAX.ID", notes + ", \"N:\\FAX.ID\"\r\n"},
+                 {notes + ", \"F:\\OLD.ID\"\r\n", "F:\\OLD.ID", ", \"F:\\OLD.ID\"\r\n"},
+                 {"EmailType: MAPI\r\nEmailLoginName: \"Fax\"\r\n", "N:\\FAX.ID", notes + ", \"N:\\FAX.ID\"\r\n"}};
+    for (const auto& [lines, shown, saved] : cases) {
+        RoutingServer server;
+        const std::string before =
+            "[ROUTER]\r\nLocalServerID: HERE, \"h\"\r\n" + lines + "EmailInboxPollFreq: 00:10\r\n";
+        server.Put(kBase + "SETUP.INI", before);
+        RouterEdit edit;
+        ASSERT_TRUE(BeginRouterEdit(edit, "N:\\FAX.ID"));
+        EXPECT_EQ(edit.Entered.NotesIdFile, shown);
+        EXPECT_TRUE(SaveRouterEdit(edit, {}));
+        EXPECT_EQ(server.Get(kBase + "SETUP.INI"), before) << "an offer is no change";
+        edit.Entered.Email = EmailType::LotusNotes;
+        edit.Entered.EmailEnabled = true;
+        edit.Entered.EmailLoginName = "Fax";
+        EXPECT_TRUE(SaveRouterEdit(edit, {}));
+        EXPECT_THAT(server.Get(kBase + "SETUP.INI"), testing::HasSubstr(saved));
+    }
+}
+
 TEST(RouterEntry, SavesItsChangesOnTopOfThoseOfOthers) {
     RoutingServer server;
     const std::string head = "[ROUTER]\r\nLocalServerID: HERE, \"";
@@ -187,7 +214,9 @@ TEST(RouterEntry, SavesItsChangesOnTopOfThoseOfOthers) {
                                              "changed by somebody else meanwhile: WanInboxPollFreq: \"00:07\"")));
 
     server.Front.Answer = false;
+    server.Put(kBase + "LCRRULES.INI", "[RULE]\r\nDescription: Here\r\nServer: here\r\n");
     for (const auto& [values, said] : std::vector<std::pair<EnteredValues, std::string>>{
+             {{{"LocalServerID", "THERE"}}, "rule 1 \"Here\""},
              {{{"WanEnabled", "NO"}, {"EmailLoginName", "Fax"}, {"EmailInboxPollFreq", "00:10"}},
               "which will not work without it: 1."},
              {{{"LocalServerID", "lon"}}, "LocalServerID: lon is the ID of a link."}}) {

@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 
 #include "platform/ascii.h"
+#include "support/faulty_files.h"
 #include "support/memory_server.h"
 #include "support/texts.h"
 #include "voice/format.h"
@@ -190,6 +191,45 @@ TEST(RouterEdit, ANewNameOfThisServerTakesTheRulesAlong) {
         EXPECT_THAT(server.GetFile("LCRRULES.INI"), HasSubstr(FormatText("Server: %s\n", inRules)));
         EXPECT_THAT(server.GetFile("SETUP.INI"), HasSubstr(answer ? "LocalServerID: THERE" : "LocalServerID: HERE"));
     }
+}
+
+TEST(RouterEdit, NeverHasANewNameWithoutItsRules) {
+    std::vector<std::string> asked;
+    const AskAboutUses ask = Answering(UseChange{Change::Replace}, asked);
+    const auto begin = [](LinkServer& server, RouterEdit& edit) {
+        server.PutFile("LCRRULES.INI", Replaced(kRules, "Server: B\n", "Server: here\n"));
+        const bool isRead = BeginRouterEdit(edit);
+        edit.Entered.LocalServerId = "THERE";
+        return isRead;
+    };
+    for (int call = 1;; ++call) {
+        LinkServer server;
+        RouterEdit edit;
+        ASSERT_TRUE(begin(server, edit));
+        FaultyFiles files(server.Files, {FaultKind::Kill, call});
+        {
+            const platform::Substitute<platform::FileSystem> use(files);
+            SaveRouterEdit(edit, ask);
+        }
+        if (!files.Fired()) break;
+        const auto has = [&](const char* name) { return server.GetFile(name).find("THERE") != std::string::npos; };
+        EXPECT_TRUE(has("LCRRULES.INI") || has("LCRRULES.NEW") || !has("SETUP.INI")) << "ended at change " << call;
+    }
+    LinkServer server;
+    RouterEdit edit;
+    ASSERT_TRUE(begin(server, edit));
+    {
+        const auto held = server.Files.Open(kBase + "LCRRULES.INI", {platform::Access::Read, platform::Deny::Nothing});
+        EXPECT_FALSE(SaveRouterEdit(edit, ask)) << "the rules cannot be replaced";
+    }
+    EXPECT_THAT(server.GetFile("SETUP.INI") + server.GetFile("LCRRULES.NEW"),
+                testing::AllOf(HasSubstr("LocalServerID: THERE"), HasSubstr("Server: THERE")));
+    edit.Entered.LocalServerId = "ELSEWHERE";
+    ASSERT_TRUE(SaveRouterEdit(edit, ask)) << "and once more";
+    EXPECT_THAT(server.GetFile("SETUP.INI") + server.GetFile("LCRRULES.INI"),
+                testing::AllOf(HasSubstr("LocalServerID: ELSEWHERE"), HasSubstr("Server: ELSEWHERE"),
+                               Not(HasSubstr("THERE\n"))));
+    EXPECT_EQ(server.GetFile("LCRRULES.NEW"), "(none)");
 }
 
 } // namespace

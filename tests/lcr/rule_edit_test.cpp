@@ -18,37 +18,58 @@ TEST(RuleTime, IsMadeOfItsFields) {
         RuleTime Time;
         std::optional<std::string> Text;
         std::string Error;
-        bool IsShownSo = true; // the text comes back as the same fields
+        TimeField Wrong = nullptr; // the days
+        bool IsShownSo = true;     // the text comes back as the same fields
     } rows[] = {
         {{}, "", ""},
         {{Offpeak}, "OFFPEAK", ""},
         {{Peak}, "PEAK", ""},
-        {{Any, 127, "99", "x"}, "", "", false},
+        {{Any, 127, "99", "x"}, "", "", nullptr, false},
         {{Specific, 127}, "MON TUE WED THU FRI SAT SUN ", ""},
         {{Specific, 65, "18", "00", "08", "00"}, "SAT SUN AFTER 18:00 BEFORE 08:00 ", ""},
-        {{Specific, 0, "9", "5", "23", "59"}, "AFTER 09:05 BEFORE 23:59 ", "", false},
+        {{Specific, 0, "9", "5", "23", "59"}, "AFTER 09:05 BEFORE 23:59 ", "", nullptr, false},
         {{Specific, 2, "09", "00"}, "MON AFTER 09:00 ", ""},
         {{Specific, 0, "", "", "09", "00"}, "BEFORE 09:00 ", ""},
         {{Specific}, {}, "Time: choose some days, or a time of day"},
-        {{Specific, 0, "24", "00", "1", "0"}, {}, "AFTER: \"24\" - an hour is a number from 0 to 23"},
-        {{Specific, 0, "1", "60", "1", "0"}, {}, "AFTER: \"60\" - minutes are a number from 0 to 59"},
-        {{Specific, 2, "", "", "-1", "0"}, {}, "BEFORE: \"-1\" - an hour is a number from 0 to 23"},
-        {{Specific, 2, "1", "", "2", "0"}, {}, "AFTER: \"\" - minutes are a number from 0 to 59"},
-        {{Specific, 2, "", "0"}, {}, "AFTER: \"\" - an hour is a number from 0 to 23"},
-        {{Specific, 2, "001", "0"}, {}, "AFTER: \"001\" - an hour is a number from 0 to 23"},
-        {{Specific, 2, "08", "0", "8", "00"}, {}, "AFTER and BEFORE: \"08:00\" - the two times must not be equal"},
-        {{Specific, 2, "", "", "0", "0"}, {}, "AFTER and BEFORE: \"00:00\" - the two times must not be equal"},
+        {{Specific, 0, "24", "00", "1", "0"},
+         {},
+         "AFTER: \"24\" - an hour is a number from 0 to 23",
+         &RuleTime::AfterHour},
+        {{Specific, 0, "1", "60", "1", "0"},
+         {},
+         "AFTER: \"60\" - minutes are a number from 0 to 59",
+         &RuleTime::AfterMinute},
+        {{Specific, 2, "", "", "-1", "0"},
+         {},
+         "BEFORE: \"-1\" - an hour is a number from 0 to 23",
+         &RuleTime::BeforeHour},
+        {{Specific, 2, "1", "", "2", "0"},
+         {},
+         "AFTER: \"\" - minutes are a number from 0 to 59",
+         &RuleTime::AfterMinute},
+        {{Specific, 2, "", "0"}, {}, "AFTER: \"\" - an hour is a number from 0 to 23", &RuleTime::AfterHour},
+        {{Specific, 2, "001", "0"}, {}, "AFTER: \"001\" - an hour is a number from 0 to 23", &RuleTime::AfterHour},
+        {{Specific, 2, "08", "0", "8", "00"},
+         {},
+         "AFTER and BEFORE: \"08:00\" - the two times must not be equal",
+         &RuleTime::BeforeHour},
+        {{Specific, 2, "", "", "0", "0"},
+         {},
+         "AFTER and BEFORE: \"00:00\" - the two times must not be equal",
+         &RuleTime::BeforeHour},
     };
     for (const auto& row : rows) {
         const MemoryServer server;
-        EXPECT_EQ(MakeTimeText(row.Time), row.Text);
+        TimeField wrong = nullptr;
+        EXPECT_EQ(MakeTimeText(row.Time, wrong), row.Text);
         EXPECT_EQ(server.Front.Said,
                   row.Error.empty() ? std::vector<std::string>() : std::vector{"error: " + row.Error});
+        EXPECT_TRUE(row.Text || wrong == row.Wrong) << row.Error;
         if (!row.Text) continue;
         const auto shown = ShowTime(*row.Text);
         ASSERT_TRUE(shown);
         EXPECT_EQ(*shown == row.Time, row.IsShownSo) << *row.Text;
-        EXPECT_EQ(ParseTimeRange(MakeTimeText(*shown).value()), ParseTimeRange(*row.Text)) << *row.Text;
+        EXPECT_EQ(ParseTimeRange(MakeTimeText(*shown, wrong).value()), ParseTimeRange(*row.Text)) << *row.Text;
     }
     for (const char* text : {"never", "AFTER 25:00", "AFTER 1:1 BEFORE 1:99", "OFFPEAK MON"})
         EXPECT_EQ(ShowTime(text), std::nullopt) << text;
