@@ -169,7 +169,7 @@ int MakeName(Session& session, const Arguments& arguments) {
     return kExitDone;
 }
 
-// The account names of all users of the mail system; the exit status tells whether each has one of its own.
+// The account names that all users of the mail system would get, and what is wrong with them.
 int CheckNames(Session& session, const Arguments& arguments) {
     const std::string& given = arguments[kExpression];
     if (arguments.Has(kExpression) && !IsAccountExpression(given)) {
@@ -211,7 +211,8 @@ int Test(Session& session, const Arguments& arguments) {
     if (!login) return kExitRefused;
     PrintLines(session, {DescribeMailLibrary(login->System)});
     session.SayWhatIsDone();
-    return TestMailLogin(0, *login) ? kExitDone : kExitRefused;
+    MailWait wait; // Ctrl+C ends it
+    return TestMailLogin(*login, wait) ? kExitDone : kExitRefused;
 }
 
 constexpr Parameter kUser = {"USER", "Name of the server user under which the faxes go"};

@@ -203,7 +203,10 @@ void FillDialling(HWND dialog, DiallingDialog& context) {
     FocusControl(dialog, context.Locations.Mode == kDialLocation ? ID_DIALLING_LOCATION : ID_DIALLING_TRY);
 }
 
-bool IsDialogChanged(HWND, const DiallingDialog& context) { return IsChanged(context.Locations); }
+// Also by what cannot be taken.
+bool IsDialogChanged(HWND dialog, const DiallingDialog& context) {
+    return IsChanged(context.Locations) || (HasLocation(context) && DifferFrom(dialog, kFields, context.Fields));
+}
 
 void TakeDialling(HWND dialog, DiallingDialog& context) {
     if (!TakeShown(dialog, context)) return;

@@ -135,6 +135,12 @@ std::optional<std::string> FieldText(HWND dialog, const FieldControl& field, con
     return TakeText(dialog, field.Control, text) ? std::optional(text) : std::nullopt;
 }
 
+// The same as far as it can be told without a message.
+std::string ShownText(HWND dialog, const FieldControl& field, const FieldRecord& record) {
+    const bool isTyped = field.Form == FieldForm::Text || field.Form == FieldForm::Number;
+    return isTyped ? GetText(dialog, field.Control) : FieldText(dialog, field, record).value_or("");
+}
+
 // The control that the field's last value is shown by.
 int LastControl(const FieldControl& field) {
     const bool isRow = field.Form == FieldForm::Words || field.Form == FieldForm::Radio;
@@ -209,11 +215,15 @@ int TakeFields(HWND dialog, std::span<const FieldControl> fields, FieldRecord& r
 
 void TakeGoodFields(HWND dialog, std::span<const FieldControl> fields, FieldRecord& record) {
     for (const FieldControl& field : fields) {
-        const bool isTyped = field.Form == FieldForm::Text || field.Form == FieldForm::Number;
-        const std::string text =
-            isTyped ? GetText(dialog, field.Control) : FieldText(dialog, field, record).value_or("");
+        const std::string text = ShownText(dialog, field, record);
         if (text != record.TextOf(field.Key)) record.Enter(field.Key, text);
     }
+}
+
+bool DifferFrom(HWND dialog, std::span<const FieldControl> fields, const FieldRecord& record) {
+    return std::ranges::any_of(fields, [&](const FieldControl& field) {
+        return ShownText(dialog, field, record) != record.TextOf(field.Key);
+    });
 }
 
 HWND AddTooltips(HWND dialog, std::span<const FieldControl> fields, const FieldRecord& record) {

@@ -56,6 +56,9 @@ int TakeFields(HWND dialog, std::span<const FieldControl> fields, FieldRecord& r
 // Takes those of the values that can be, and says nothing of the others: for what is shown while somebody types.
 void TakeGoodFields(HWND dialog, std::span<const FieldControl> fields, FieldRecord& record);
 
+// Whether a control says something else than the record, be it a value or not.
+bool DifferFrom(HWND dialog, std::span<const FieldControl> fields, const FieldRecord& record);
+
 // Gives each control a tooltip: its key and what it takes. Returns the window that shows them, which goes with the
 // dialog's.
 HWND AddTooltips(HWND dialog, std::span<const FieldControl> fields, const FieldRecord& record);

@@ -28,6 +28,10 @@ bool ProgressBox::Advance(int done, const std::string& count, const std::string&
     SetText(dialog_, ID_PROGRESS_COUNT, count);
     SetText(dialog_, ID_PROGRESS_NAME, name);
     SendDlgItemMessageA(dialog_, ID_PROGRESS_BAR, PBM_SETPOS, static_cast<WPARAM>(done), 0);
+    return GoOn();
+}
+
+bool ProgressBox::GoOn() {
     Pump();
     return !state_.Cancelled;
 }

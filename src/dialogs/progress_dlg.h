@@ -22,6 +22,11 @@ class ProgressBox {
     // the person's input take effect. False once Cancel was pressed or the program ends.
     bool Advance(int done, const std::string& count, const std::string& name);
 
+    // The same with what is shown already.
+    bool GoOn();
+
+    [[nodiscard]] HWND Window() const { return dialog_; }
+
   private:
     struct State {
         bool Cancelled = false;

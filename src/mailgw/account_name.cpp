@@ -110,10 +110,11 @@ bool MakeMailAccountName(std::string_view displayName, AccountName& name) {
     return expression && MakeMailAccountName(displayName, *expression, name);
 }
 
-std::optional<NameSet> ReadTakenAccounts() {
+std::optional<NameSet> ReadTakenAccounts(NameSet leaving) {
     NameSet taken;
     const bool isListRead = VisitMailUsers([&](const MailUser& user) {
-        if (!user.EmailBrivname.IsEmpty()) taken.Add(user.EmailBrivname);
+        const bool isLeaving = leaving.Remove(user.Emailname);
+        if (!isLeaving && !user.EmailBrivname.IsEmpty()) taken.Add(user.EmailBrivname);
         return true;
     });
     UserListView everybody;

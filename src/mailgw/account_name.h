@@ -36,9 +36,9 @@ bool MakeMailAccountName(std::string_view displayName, std::string_view expressi
 // The same with the expression of SETUP.INI; false also after its messages.
 bool MakeMailAccountName(std::string_view displayName, AccountName& name);
 
-// The account names that a mail user cannot get: those that other mail users have, and the names of users and user
-// groups. None after 413 or 9011.
-std::optional<NameSet> ReadTakenAccounts();
+// The account names that a mail user cannot get: those that mail users have, and the names of users and user groups.
+// Those of these e-mail names, the first record of each, leave. None after 413 or 9011.
+std::optional<NameSet> ReadTakenAccounts(NameSet leaving = {});
 
 // Which of the account names clash: with one that is taken, or among themselves. An empty one does not.
 std::vector<bool> ClashingAccountNames(std::span<const std::string> accounts, const NameSet& taken);

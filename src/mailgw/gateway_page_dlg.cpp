@@ -5,6 +5,7 @@
 #include "mailgw/mail_alias_dlg.h"
 #include "mailgw/mail_login.h"
 #include "mailgw/mail_users_dlg.h"
+#include "mailgw/mail_wait_dlg.h"
 #include "options/option_values.h"
 #include "resources/ids.h"
 #include "voice/messages.h"
@@ -28,8 +29,6 @@ constexpr FieldControl kTips[] = {{ID_GATEWAY_SYSTEM, kSystem},
                                   {ID_GATEWAY_NAME, kName},
                                   {ID_GATEWAY_PASSWORD, kPassword},
                                   {ID_GATEWAY_PERMANENT, kPermanent}};
-
-std::uintptr_t HandleOf(HWND window) { return reinterpret_cast<std::uintptr_t>(window); }
 
 class GatewayPage : public AreaPage {
   public:
@@ -74,7 +73,8 @@ void TakeFolder(HWND dialog, FolderBox& context) {
     if (!TakeText(dialog, ID_FOLDER_SUBJECT, subject)) return;
     const auto folder = static_cast<int>(SendDlgItemMessageA(dialog, ID_FOLDER, CB_GETCURSEL, 0, 0));
     const WaitCursor wait;
-    if (ClearMailFolder(HandleOf(dialog), context.Login, folder, subject))
+    MailWaitBox box(dialog);
+    if (ClearMailFolder(context.Login, folder, subject, box))
         EndDialog(dialog, IDOK);
     else
         FocusControl(dialog, ID_FOLDER_SUBJECT);
@@ -130,7 +130,8 @@ void TestLogin(HWND page, GatewayPage& context) {
     const std::optional<MailLogin> login = EnteredLogin(page, context);
     if (!login) return;
     const WaitCursor wait;
-    TestMailLogin(HandleOf(page), *login);
+    MailWaitBox box(GetAncestor(page, GA_ROOT));
+    TestMailLogin(*login, box);
 }
 
 void ClearFolders(HWND page, GatewayPage& context) {

@@ -10,7 +10,6 @@
 #include "voice/messages.h"
 
 namespace bv {
-namespace {
 
 using mapi::Error;
 
@@ -27,9 +26,13 @@ struct MailState {
     NotesTable Notes;
 };
 
+namespace {
+
+thread_local MailState* ownState = nullptr; // of a thread that uses a session of its own
+
 MailState& State() {
-    static MailState state;
-    return state;
+    static MailState ofProcess;
+    return ownState != nullptr ? *ownState : ofProcess;
 }
 
 template <class... Values>
@@ -273,10 +276,20 @@ int& ConfiguredMailType() {
     return type;
 }
 
+MailSession NewMailSession() { return std::make_shared<MailState>(); }
+
+UseMailSession::UseMailSession(const MailSession& session) : before_(std::exchange(ownState, session.get())) {}
+UseMailSession::~UseMailSession() { ownState = before_; }
+
 StatusCode MailInit(std::uintptr_t ownerWindow, const std::string& profile, const std::string& password,
                     bool isInteractive) {
+    if (State().IsInitialised) return kDone;
+    const StatusCode status = MailLoad(profile);
+    return status == kDone ? MailLogOn(ownerWindow, password, isInteractive) : status;
+}
+
+StatusCode MailLoad(const std::string& profile) {
     MailState& state = State();
-    if (state.IsInitialised) return kDone;
     const int type = ConfiguredMailType();
     if (type < static_cast<int>(MailType::Vim) || type > static_cast<int>(MailType::Notes)) {
         Report(MailSeverity::Error, "Invalid mail type %d", type);
@@ -284,10 +297,14 @@ StatusCode MailInit(std::uintptr_t ownerWindow, const std::string& profile, cons
     }
     state = {};
     state.Type = static_cast<MailType>(type);
-    state.Window = ownerWindow;
     state.Profile = profile;
-    StatusCode status = LoadMailLibrary(state.Type, state.Loaded);
-    if (status == kDone) status = Logon(password, isInteractive);
+    return LoadMailLibrary(state.Type, state.Loaded);
+}
+
+StatusCode MailLogOn(std::uintptr_t ownerWindow, const std::string& password, bool isInteractive) {
+    MailState& state = State();
+    state.Window = ownerWindow;
+    const StatusCode status = Logon(password, isInteractive);
     if (status != kDone) state = {};
     state.IsInitialised = status == kDone;
     return status;

@@ -16,6 +16,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -37,6 +38,27 @@ int& ConfiguredMailType();
 // and CMC there is no logging on. A failure leaves nothing loaded.
 StatusCode MailInit(std::uintptr_t ownerWindow, const std::string& profile, const std::string& password,
                     bool isInteractive);
+
+// The two steps of MailInit: finding and loading the library, and logging on, which may last, or never end.
+StatusCode MailLoad(const std::string& profile);
+StatusCode MailLogOn(std::uintptr_t ownerWindow, const std::string& password, bool isInteractive);
+
+// The operations are the process's one session, but for those of a thread while it uses another one. Such a session is
+// used by one thread at a time.
+struct MailState;
+using MailSession = std::shared_ptr<MailState>;
+MailSession NewMailSession();
+
+class UseMailSession {
+  public:
+    explicit UseMailSession(const MailSession& session);
+    ~UseMailSession();
+    UseMailSession(const UseMailSession&) = delete;
+    UseMailSession& operator=(const UseMailSession&) = delete;
+
+  private:
+    MailState* before_;
+};
 
 // Logs off and unloads the library, also when logging off fails: kMailFailed, after "Logoff from MAPI failed (%lu)".
 StatusCode MailTerm();

@@ -129,9 +129,13 @@ bool WarnOfLostProfile(const UserChange& user) {
 std::optional<EnableFault> FindClash(std::span<const NewMailUser> users) {
     using Field = EnableFault::Field;
     std::vector<std::string> accounts;
-    for (const NewMailUser& user : users) accounts.push_back(user.Account);
+    NameSet leaving; // what has their names
+    for (const NewMailUser& user : users) {
+        accounts.push_back(user.Account);
+        leaving.Add(user.Emailname);
+    }
     if (std::ranges::all_of(accounts, &std::string::empty)) return {};
-    const std::optional<NameSet> taken = ReadTakenAccounts();
+    const std::optional<NameSet> taken = ReadTakenAccounts(std::move(leaving));
     if (!taken) return EnableFault{Field::List};
     const std::vector<bool> clashes = ClashingAccountNames(accounts, *taken);
     const auto clash = std::ranges::find(clashes, true);

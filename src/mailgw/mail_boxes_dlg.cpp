@@ -5,10 +5,10 @@
 #include "mailgw/account_name.h"
 #include "mailgw/mail_directory.h"
 #include "mailgw/mail_list.h"
-#include "mailgw/mail_login.h"
 #include "mailgw/mail_messages.h"
 #include "mailgw/mail_profiles.h"
 #include "mailgw/mail_user_edit.h"
+#include "mailgw/mail_wait_dlg.h"
 #include "resources/ids.h"
 #include "shell/row_table.h"
 #include "voice/messages.h"
@@ -197,8 +197,7 @@ void TakeName(HWND dialog, NamesBox& context) {
 
 void PressBook(HWND dialog, NamesBox& context) {
     const WaitCursor wait;
-    const std::optional<MailLogin> login = ReadGatewayLogin();
-    const std::vector<std::string> names = login ? PickMailNames(HandleOf(dialog), *login) : std::vector<std::string>();
+    const std::vector<std::string> names = PickFromBook(dialog);
     if (names.empty()) return;
     context.Name = names.front();
     EndDialog(dialog, IDOK);

@@ -5,8 +5,8 @@
 #include "mailgw/mail_alias_dlg.h"
 #include "mailgw/mail_directory.h"
 #include "mailgw/mail_list.h"
-#include "mailgw/mail_login.h"
 #include "mailgw/mail_user_rows.h"
+#include "mailgw/mail_wait_dlg.h"
 #include "resources/ids.h"
 #include "voice/messages.h"
 
@@ -101,8 +101,7 @@ void PressAdd(HWND dialog, EnableDialog& context) {
 
 void PressBook(HWND dialog, EnableDialog& context) {
     const WaitCursor wait;
-    const std::optional<MailLogin> login = ReadGatewayLogin();
-    const std::vector<std::string> names = login ? PickMailNames(HandleOf(dialog), *login) : std::vector<std::string>();
+    const std::vector<std::string> names = PickFromBook(dialog);
     if (!names.empty()) AddNames(dialog, context, names);
 }
 

@@ -135,6 +135,17 @@ struct ComingRecord {
     std::string Text;
 };
 
+// A record of one certain server user that is to be replaced must be there still. False after 9025.
+bool CheckTheirsAreThere(std::span<const MailUserChange> changes, const LeavingRecords& leaving) {
+    for (std::size_t i = 0; i < changes.size(); ++i) {
+        const MailUserChange& change = changes[i];
+        if (!change.LeavesOwn || !change.Comes || leaving.Changes.contains(i)) continue;
+        ShowError(kChangedMeanwhile, *change.Leaves);
+        return false;
+    }
+    return true;
+}
+
 // In the order of their names.
 std::vector<ComingRecord> MakeComing(std::span<const MailUserChange> changes, const LeavingRecords& leaving,
                                      const ProfileUsers& profiles) {
@@ -286,6 +297,7 @@ MailListOutcome ChangeMailUsers(std::span<const MailUserChange> changes) {
     if (!list.Load()) return MailListOutcome::Failed;
 
     const LeavingRecords leaving = FindLeaving(list, changes);
+    if (!CheckTheirsAreThere(changes, leaving)) return MailListOutcome::Failed;
     for (const std::size_t index : leaving.Changes) {
         if (!CheckDeletable(changes[index].ServerName)) return MailListOutcome::Failed;
     }

@@ -41,12 +41,13 @@ struct MailUserChange {
     std::optional<std::string_view> Leaves = {};
     std::optional<std::string_view> Comes = {};
     std::string_view Account = {}; // the EmailBrivname of the one that comes, if it is to be another one
-    bool LeavesOwn = false;        // only a record whose Brivname is the server user leaves
+    bool LeavesOwn = false;        // only a record whose Brivname is the server user leaves, and must if one comes
 };
 
 // NotListed: 5427 has been shown of a record that should only leave, and MustDisableInMailSystem is set; everything
 // else is done. NoList: none is to come, the list cannot be opened, and nothing has been shown. Failed: after 5021 for
-// a record of a default user that would leave, or a message above; then nothing is done.
+// a record of a default user that would leave, 9025 for one that must leave and is not there, or a message above; then
+// nothing is done.
 enum class MailListOutcome { Done, NotListed, NoList, Failed };
 
 // All changes in one rewrite, each of the list as it was before. A record that comes goes

@@ -1,5 +1,7 @@
 #include "mailgw/mail_login.h"
 
+#include <functional>
+#include <memory>
 #include <utility>
 
 #include "ctlfile/reading.h"
@@ -36,41 +38,22 @@ std::optional<std::string> Readable(const LoginPassword& password) {
     return text;
 }
 
-// Logged into a mail system while it lives.
-class LoggedIn {
-  public:
-    LoggedIn(std::uintptr_t ownerWindow, const MailLogin& login, bool isInteractive) {
-        const std::optional<MailType> type = CheckSystem(login.System);
-        const std::optional<std::string> password = type ? Readable(login.Password) : std::nullopt;
-        std::unique_ptr<platform::Library> library; // one that is missing has its box before any status
-        if (!password || LoadMailLibrary(*type, library) != kDone) return;
-        ConfiguredMailType() = static_cast<int>(*type);
-        ShowStatus(kLoggingIntoMail);
-        isIn_ = MailInit(ownerWindow, login.Name, *password, isInteractive) == kDone;
-    }
-    ~LoggedIn() {
-        End();
-        ConfiguredMailType() = before_;
-    }
-    LoggedIn(const LoggedIn&) = delete;
-    LoggedIn& operator=(const LoggedIn&) = delete;
+// The system whose sessions can be had here; none after a message.
+std::optional<MailType> CheckSystem(std::string_view system) {
+    if (system.empty()) ShowError(kNoMailSystemChosen);
+    if (system.empty()) return {};
+    const std::optional<MailType> type = InterfaceOf(system);
+    if (type == MailType::Mapi || type == MailType::Notes) return type;
+    ShowWarning(kNotTestedHere, system);
+    return {};
+}
 
-    explicit operator bool() const { return isIn_; }
-    bool End() { return std::exchange(isIn_, false) && MailTerm() == kDone; }
-
-  private:
-    static std::optional<MailType> CheckSystem(std::string_view system) {
-        if (system.empty()) ShowError(kNoMailSystemChosen);
-        if (system.empty()) return {};
-        const std::optional<MailType> type = InterfaceOf(system);
-        if (type == MailType::Mapi || type == MailType::Notes) return type;
-        ShowWarning(kNotTestedHere, system);
-        return {};
-    }
-
-    int before_ = ConfiguredMailType();
-    bool isIn_ = false;
-};
+// Logs in, does the work, and logs out.
+bool Work(const MailLogin& login, bool isInteractive, std::function<StatusCode()> work, MailWait& wait) {
+    const std::optional<MailType> type = CheckSystem(login.System);
+    const std::optional<std::string> password = type ? Readable(login.Password) : std::nullopt;
+    return password && RunMailSession({*type, login.Name, *password, isInteractive, std::move(work)}, wait);
+}
 
 std::string DescribeOrigin(const MailLibraryName& library) {
     if (library.Key.empty()) return library.Name;
@@ -98,29 +81,32 @@ std::optional<MailLogin> ReadGatewayLogin() {
                      {options.MailLoginParams.String(), true}};
 }
 
-bool TestMailLogin(std::uintptr_t ownerWindow, const MailLogin& login) {
-    LoggedIn session(ownerWindow, login, false);
-    if (!session || !session.End()) return false;
+bool TestMailLogin(const MailLogin& login, MailWait& wait) {
+    if (!Work(
+            login, false, [] { return kDone; }, wait))
+        return false;
     ShowStatus(kLoggedIn);
     return true;
 }
 
-bool ClearMailFolder(std::uintptr_t ownerWindow, const MailLogin& login, int folder, const std::string& subject) {
+bool ClearMailFolder(const MailLogin& login, int folder, const std::string& subject, MailWait& wait) {
     if (!AskQuestion(kDeleteOldMessages, subject, MailFolderName(folder))) return false;
-    LoggedIn session(ownerWindow, login, true);
-    if (!session || MailTidyFolder(folder, subject) != kDone || !session.End()) return false;
+    if (!Work(
+            login, true, [folder, subject] { return MailTidyFolder(folder, subject); }, wait))
+        return false;
     ShowStatus(kFolderTidied, subject, MailFolderName(folder));
     return true;
 }
 
-std::vector<std::string> PickMailNames(std::uintptr_t ownerWindow, const MailLogin& login) {
+std::vector<std::string> PickMailNames(const MailLogin& login, MailWait& wait) {
+    const auto chosen = std::make_shared<std::vector<MailRecipient>>();
+    const bool isDone = Work(
+        login, true, [chosen] { return MailPickAddresses("Choose mail users", *chosen); }, wait);
     std::vector<std::string> names;
-    std::vector<MailRecipient> chosen;
-    LoggedIn session(ownerWindow, login, true);
-    if (!session || MailPickAddresses("Choose mail users", chosen) != kDone) return names;
-    for (const MailRecipient& recipient : chosen)
+    if (!isDone) return names;
+    for (const MailRecipient& recipient : *chosen)
         if (!recipient.Name.empty()) names.push_back(recipient.Name);
-    if (session.End()) SetStatusLine("", 1);
+    SetStatusLine("", 1);
     return names;
 }
 

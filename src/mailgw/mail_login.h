@@ -1,13 +1,13 @@
 // What a person does with a log-in to a mail system, and telling what this workstation has for it.
 #pragma once
 
-#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "mailgw/mail_library.h"
+#include "mailgw/mail_session.h"
 
 namespace bv {
 
@@ -30,17 +30,17 @@ struct MailLogin {
 // The mail gateway's of SETUP.INI. None after 413 or 9011.
 std::optional<MailLogin> ReadGatewayLogin();
 
-// Each logs in, does it, and logs out. Status 5084, and what fails is said as mail_access.h has it. False also after
-// 9449 without a system, 9427 for one whose log-in cannot be tried here, and 5035 when the stored password cannot be
-// read back. The test asks nobody anything, as nobody would be there to answer the server; status 9428.
-bool TestMailLogin(std::uintptr_t ownerWindow, const MailLogin& login);
+// Each logs in, does it, and logs out, as RunMailSession has it. False also after 9449 without a system, 9427 for one
+// whose log-in cannot be tried here, and 5035 when the stored password cannot be read back. The test asks
+// nobody anything, as nobody would be there to answer the server; status 9428.
+bool TestMailLogin(const MailLogin& login, MailWait& wait);
 
 // Deletes the gateway's messages with the subject from a folder (MailFolderName), when the person agrees (9429). Status
 // 9448.
-bool ClearMailFolder(std::uintptr_t ownerWindow, const MailLogin& login, int folder, const std::string& subject);
+bool ClearMailFolder(const MailLogin& login, int folder, const std::string& subject, MailWait& wait);
 
 // Has the person choose from the mail system's address book. None when nothing was chosen.
-std::vector<std::string> PickMailNames(std::uintptr_t ownerWindow, const MailLogin& login);
+std::vector<std::string> PickMailNames(const MailLogin& login, MailWait& wait);
 
 // The mail gateway's version, its generation as the option MailGatewayV6 has it, and its directory.
 std::string DescribeGateway(std::string_view isV6);

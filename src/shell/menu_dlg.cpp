@@ -14,6 +14,7 @@
 #include "mailgw/mail_list.h"
 #include "mailgw/mail_login.h"
 #include "mailgw/mail_users_dlg.h"
+#include "mailgw/mail_wait_dlg.h"
 #include "mailgw/notes_settings.h"
 #include "options/options_dlg.h"
 #include "resources/ids.h"
@@ -42,9 +43,9 @@ void OpenDevices(HWND owner) { ConfigureDevices(owner, kServices); }
 
 // The log-in of least-cost routing, with the password as it would be stored.
 void TestRouterLogin(HWND owner, const RouterSettings& settings) {
+    MailWaitBox box(owner);
     TestMailLogin(
-        reinterpret_cast<std::uintptr_t>(owner),
-        {ValueCodec<EmailType>::Text(settings.Email), settings.EmailLoginName, {settings.EmailLoginParams, true}});
+        {ValueCodec<EmailType>::Text(settings.Email), settings.EmailLoginName, {settings.EmailLoginParams, true}}, box);
 }
 std::string NotesIdFile() {
     FixedText<kMaxLine> keyFile;

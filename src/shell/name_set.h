@@ -22,6 +22,7 @@ class NameSet {
     }
 
     void Add(std::string_view name) { names_.insert(UpperText(name)); }
+    bool Remove(std::string_view name) { return names_.erase(UpperText(name)) != 0; } // whether it was there
     [[nodiscard]] bool IsEmpty() const { return names_.empty(); }
     [[nodiscard]] bool Has(std::string_view name) const { return names_.contains(UpperText(name)); }
 

@@ -52,8 +52,8 @@ class Front {
     virtual void PeekMessages() = 0;
 };
 
-// Installs a front while it lives, then the one before. Without any, messages go nowhere and questions are
-// answered No.
+// Installs a front for this thread while it lives, then the one before. Without any, messages go nowhere and
+// questions are answered No.
 class UseFront {
   public:
     explicit UseFront(Front& front);

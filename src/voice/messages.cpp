@@ -25,7 +25,7 @@ class SilentFront : public Front {
     void PeekMessages() override {}
 };
 
-Front* installedFront = nullptr;
+thread_local Front* installedFront = nullptr;
 bool yieldNow = false;
 std::int64_t lastYield = 0;
 

@@ -102,6 +102,8 @@ TEST_F(DiallingDialogs, FaultsKeepTheDialogAndWhatWasTyped) {
                 EXPECT_TRUE(IsChecked(dialog, ID_DIALLING_LOCATIONS));
             }
             EXPECT_EQ(Text(dialog, focus), entries[0].Text);
+            Click(dialog, IDCANCEL);
+            EXPECT_TRUE(Says("This will mean all changes will be lost")) << said;
             SetTextOf(dialog, focus, before);
         }
         SetTextOf(dialog, ID_DIALLING_AREA, "30");

@@ -2,20 +2,19 @@
 #include <windows.h>
 
 #include <commctrl.h>
-#include <gmock/gmock.h>
 
-#include "gui/disk_server.h"
-#include "gui/gui.h"
+#include "gui/dialog_fixture.h"
+#include "mailgw/fake_mail.h"
 #include "mailgw/gateway_page_dlg.h"
 #include "mailgw/mail_alias_dlg.h"
 #include "mailgw/mail_boxes_dlg.h"
 #include "mailgw/mail_list.h"
 #include "mailgw/mail_users_dlg.h"
 #include "options/options_dlg.h"
+#include "platform/files.h"
+#include "platform/libraries.h"
 #include "resources/ids.h"
-#include "shell/server_paths.h"
-#include "shell/startup.h"
-#include "support/recording_front.h"
+#include "support/fakes.h"
 #include "users/user_details_dlg.h"
 
 namespace bv::gui {
@@ -26,16 +25,28 @@ using testing::HasSubstr;
 using testing::Not;
 
 constexpr const char* kTitle = "Brivane - mail users";
-constexpr const char* kList = "B-DB\\MAILLIST.INI";
 constexpr const char* kSetup = "B-DB\\SETUP.INI";
 
-class MailDialogs : public testing::Test {
+struct Entry {
+    int Control;
+    const char* Text; // none: a click
+};
+
+void Make(HWND box, const std::vector<Entry>& entries) {
+    for (const auto& [control, text] : entries) {
+        if (text != nullptr)
+            SetTextOf(box, control, text);
+        else
+            Send(GetDlgItem(box, control), BM_CLICK);
+    }
+}
+
+class MailDialogs : public DialogFixture {
   protected:
+    MailDialogs() : DialogFixture("B-DB\\MAILLIST.INI") {}
     void SetUp() override {
-        Startup() = {};
+        DialogFixture::SetUp();
         MustDisableInMailSystem() = false;
-        ASSERT_EQ(LoadServerPaths(), kDone);
-        Before = File();
     }
 
     void WithList(const std::string& user, const std::function<void(HWND, const Windows&)>& drive) {
@@ -50,24 +61,10 @@ class MailDialogs : public testing::Test {
             drive(windows.Wait(title));
         });
     }
-
-    [[nodiscard]] std::string File() const { return Server.Files().Read(kList); }
-    [[nodiscard]] bool Says(const std::string& text) const {
-        return Until([&] {
-            return std::ranges::any_of(Front.Said, [&](const auto& said) { return said.find(text) != said.npos; });
-        });
-    }
-
-    DiskServer Server;
-    test::RecordingFront Front;
-    std::string Before;
 };
 
 bool Becomes(HWND dialog, int control, const std::string& text) {
     return Until([&] { return Text(dialog, control) == text; });
-}
-bool IsClosed(HWND dialog) {
-    return Until([&] { return !IsWindow(dialog); });
 }
 
 // An entry of a drop-down list, as by a click.
@@ -104,7 +101,7 @@ TEST_F(MailDialogs, TheListIsWorkedByKeyboard) {
         Key(VK_DELETE);
         EXPECT_TRUE(Becomes(list, ID_MAIL_USERS_TOTAL, "Mail users: 5, by a profile: 2"));
         EXPECT_THAT(File(), Not(HasSubstr("Sales Clara")));
-        Server.Files().Write(kList, Before);
+        Write(Before);
         Key(VK_F5);
         EXPECT_TRUE(Becomes(list, ID_MAIL_USERS_TOTAL, "Mail users: 6, by a profile: 2"));
         Front.Answer = false;
@@ -116,10 +113,6 @@ TEST_F(MailDialogs, TheListIsWorkedByKeyboard) {
 }
 
 TEST_F(MailDialogs, BoxesChangeTheirRecordAndNothingElse) {
-    struct Entry {
-        int Control;
-        const char* Text; // none: a click
-    };
     const struct {
         int Row;
         int Button;
@@ -180,15 +173,10 @@ TEST_F(MailDialogs, BoxesChangeTheirRecordAndNothingElse) {
     };
     for (const auto& [row, button, title, entries, from, to, said, focus] : rows) {
         SCOPED_TRACE(to + said);
-        Server.Files().Write(kList, Before);
+        Write(Before);
         Front.Said.clear();
         WithBox(row, button, title, [&](HWND box) {
-            for (const auto& [control, text] : entries) {
-                if (text != nullptr)
-                    SetTextOf(box, control, text);
-                else
-                    Send(GetDlgItem(box, control), BM_CLICK);
-            }
+            Make(box, entries);
             Click(box, IDOK);
             if (said.empty()) {
                 EXPECT_TRUE(IsClosed(box));
@@ -201,6 +189,64 @@ TEST_F(MailDialogs, BoxesChangeTheirRecordAndNothingElse) {
         std::string after = Before;
         if (!from.empty()) after.replace(after.find(from), from.size(), to);
         EXPECT_EQ(File(), after);
+    }
+}
+
+TEST_F(MailDialogs, BoxesKeepWhatWasTypedWhenTheListCannotBeChanged) {
+    const struct {
+        int Button;
+        const char* Title;
+        std::vector<Entry> Entries; // the last one is looked at
+        std::string Unopened;
+        std::string Changed;
+    } kBoxes[] = {
+        {ID_MAIL_USERS_EDIT,
+         "Mail user",
+         {{ID_MAIL_USER_SUB_ADDRESS, "202"}},
+         "error: Unable to open file ",
+         "error: Sales Clara was changed by somebody else meanwhile, and is not overwritten."},
+        {ID_MAIL_USERS_REPLACE,
+         "Replace mail user",
+         {{ID_REPLACE_NEW, "Sales Klara"}},
+         "error: Unable to create file ",
+         "error: Sales Clara was changed by somebody else meanwhile, and is not overwritten."},
+        {ID_MAIL_USERS_ENABLE,
+         "Enable mail users",
+         {{ID_ENABLE_NAME, "By hand"},
+          {ID_ENABLE_ADD, nullptr},
+          {ID_ENABLE_FOR_USER, nullptr},
+          {ID_ENABLE_USER, "BEN"}},
+         "error: Unable to create file ",
+         "ask question: Mail user By hand is in the list already and sends as IRIS.\n\nReplace?"},
+    };
+    const std::string path = Server.Files().Path("B-DB\\MAILLIST.INI");
+    test::FakeClock clock; // whose waits are over at once
+    const platform::Substitute<platform::Clock> use(clock);
+    for (const auto& [button, title, entries, unopened, changed] : kBoxes) {
+        Write(Before);
+        WithBox(0, button, title, [&](HWND box) {
+            Make(box, entries);
+            const auto expectRefused = [&](const std::string& said) {
+                Front.Said.clear();
+                Click(box, IDOK);
+                EXPECT_TRUE(Says(said)) << title;
+                EXPECT_TRUE(Until([&] { return IsWindowEnabled(box); }));
+                EXPECT_EQ(Text(box, entries.back().Control), entries.back().Text);
+            };
+            {
+                const auto held = platform::Files().Open(path, {platform::Access::Read, platform::Deny::Writing});
+                expectRefused(unopened + path);
+            }
+            SetFileAttributesA(path.c_str(), FILE_ATTRIBUTE_READONLY);
+            expectRefused(unopened + path);
+            SetFileAttributesA(path.c_str(), FILE_ATTRIBUTE_NORMAL);
+            EXPECT_EQ(File(), Before);
+            Write("[USER]\r\nBrivname: IRIS\r\nEmailname: By hand\r\nProfile: NO\r\n");
+            const std::string theirs = File();
+            expectRefused(changed);
+            EXPECT_EQ(File(), theirs);
+            Click(box, IDCANCEL);
+        });
     }
 }
 
@@ -291,12 +337,16 @@ TEST_F(MailDialogs, TheUsersPageLooksUpAName) {
               });
 }
 
-TEST_F(MailDialogs, TheGatewaysPageKeepsItsPassword) {
-    constexpr AreaPageMaker kPages[] = {MakeGatewayPage};
-    const std::string setup = Server.Files().Read(kSetup) + "\r\n[QUEUEMAN]\r\nMailType: EXCHANGE\r\n";
-    Server.Files().Write(kSetup, setup);
-    const auto withPage = [&](const std::function<void(HWND, HWND, const Windows&)>& drive) {
-        RunDriven([&] { ConfigureOptions(nullptr, kPages); },
+// The settings of a server with a mail system, at the page of the mail gateway.
+class GatewayPages : public MailDialogs {
+  protected:
+    void SetUp() override {
+        MailDialogs::SetUp();
+        Server.Files().Write(kSetup, Server.Files().Read(kSetup) + "\r\n[QUEUEMAN]\r\nMailType: EXCHANGE\r\n");
+    }
+    static void WithPage(const std::function<void(HWND, HWND, const Windows&)>& drive) {
+        static constexpr AreaPageMaker kPages[] = {MakeGatewayPage};
+        RunDriven([] { ConfigureOptions(nullptr, kPages); },
                   [&](const Windows& windows) {
                       const HWND dialog = windows.Wait("Brivane - server settings");
                       const int last = static_cast<int>(Entries(dialog, ID_OPTIONS_LIST).size()) - 1;
@@ -304,8 +354,64 @@ TEST_F(MailDialogs, TheGatewaysPageKeepsItsPassword) {
                       Until([&] { return Text(dialog, ID_OPTIONS_TITLE) == "Mail gateway"; });
                       drive(dialog, FrontPage(dialog), windows);
                   });
+    }
+};
+
+// The tests' own mail library, whose log-on comes back when it may.
+class HeldMail final : public platform::Libraries {
+  public:
+    HeldMail() {
+        mayReturn = CreateEventA(nullptr, TRUE, FALSE, nullptr);
+        UseMailPartner(&partner_);
+    }
+    ~HeldMail() override { Release(); }
+    HeldMail(const HeldMail&) = delete;
+    HeldMail& operator=(const HeldMail&) = delete;
+    static void Release() { SetEvent(mayReturn); }
+    std::unique_ptr<platform::Library> Load(const std::string&) override { return std::make_unique<Library>(); }
+
+  private:
+    struct Library final : platform::Library {
+        void (*Entry(const std::string& name))() override {
+            const std::vector<test::MailEntry> entries = test::MapiEntries();
+            const auto found = std::ranges::find(entries, name, &test::MailEntry::Name);
+            return found == entries.end() ? nullptr : found->Entry;
+        }
     };
-    withPage([&](HWND dialog, HWND page, const Windows& windows) {
+    static mapi::Error Call(const char* entry, const char*) {
+        if (entry == std::string("Logon")) WaitForSingleObject(mayReturn, INFINITE);
+        return 0;
+    }
+    static inline HANDLE mayReturn = nullptr;
+    test::MailPartner partner_{Call};
+    platform::Substitute<platform::Libraries> use_{*this};
+};
+
+TEST_F(GatewayPages, ALogInThatHangsIsGivenUpByCancel) {
+    HeldMail mail;
+    WithPage([&](HWND dialog, HWND page, const Windows& windows) {
+        Click(page, ID_GATEWAY_TEST);
+        const HWND box = windows.Wait("Brivane Setup", ID_PROGRESS_BAR);
+        EXPECT_EQ(Text(box, ID_PROGRESS_COUNT), "Logging into mail system");
+        EXPECT_FALSE(IsWindowEnabled(dialog));
+        Click(box, IDCANCEL);
+        EXPECT_TRUE(Says("status 1: Given up waiting for the mail system"));
+        EXPECT_TRUE(Until([&] { return IsWindowEnabled(dialog); }));
+        Click(page, ID_GATEWAY_TEST);
+        EXPECT_TRUE(Says("error: The mail system has not come back yet"));
+        mail.Release();
+        EXPECT_TRUE(Until([&] {
+            Send(GetDlgItem(page, ID_GATEWAY_TEST), BM_CLICK);
+            return std::ranges::find(Front.Said, "status 1: Logged into the mail system, and out again") !=
+                   Front.Said.end();
+        }));
+        Click(dialog, IDCANCEL);
+        EXPECT_TRUE(IsClosed(dialog));
+    });
+}
+
+TEST_F(GatewayPages, KeepTheirPassword) {
+    WithPage([&](HWND dialog, HWND page, const Windows& windows) {
         EXPECT_THAT(Text(page, ID_GATEWAY_LIBRARY), HasSubstr("[Mail] MAPIDLL32"));
         Choose(page, ID_GATEWAY_SYSTEM, 0);
         EXPECT_TRUE(Becomes(page, ID_GATEWAY_LIBRARY, "No mail system is chosen"));
@@ -332,7 +438,7 @@ TEST_F(MailDialogs, TheGatewaysPageKeepsItsPassword) {
     const std::string saved = Server.Files().Read(kSetup);
     EXPECT_THAT(saved, HasSubstr("MailLoginName: Fax Gateway\r\n"));
     EXPECT_THAT(saved, Not(HasSubstr("secret")));
-    withPage([&](HWND dialog, HWND page, const Windows&) {
+    WithPage([&](HWND dialog, HWND page, const Windows&) {
         EXPECT_EQ(Text(page, ID_GATEWAY_NAME), "Fax Gateway");
         Click(dialog, IDOK);
         EXPECT_TRUE(IsClosed(dialog));

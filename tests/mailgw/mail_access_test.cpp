@@ -1,8 +1,11 @@
 // The mail system's access layer, on libraries of the test's own.
 #include "mailgw/mail_access.h"
 
+#include <functional>
+#include <future>
 #include <map>
 #include <set>
+#include <thread>
 
 #include <gmock/gmock.h>
 
@@ -29,6 +32,7 @@ using EntryMap = std::map<std::string, PlainEntry>;
 struct Answers : test::MailPartner {
     Texts Calls;
     Faults Fail; // by entry
+    std::function<void()> WhileLoggingOn = [] {};
 
     Texts TakeCalls() { return std::exchange(Calls, {}); }
 };
@@ -36,6 +40,7 @@ Answers* answers = nullptr;
 
 Error NoteCall(const char* entry, const char* details) {
     answers->Calls.push_back(*details == '\0' ? entry : entry + std::string(" ") + details);
+    if (entry == std::string("Logon")) answers->WhileLoggingOn();
     const auto fail = answers->Fail.find(entry);
     return fail == answers->Fail.end() ? 0 : fail->second;
 }
@@ -79,6 +84,14 @@ class TestLibraries final : public platform::Libraries {
     };
 };
 
+// Who waits for a session over window 5, and gives up when that is called for.
+class OverWindow final : public MailWait {
+  public:
+    bool GivesUp = false;
+    std::uintptr_t Begin(const std::string&) override { return 5; }
+    bool GoesOn() override { return !GivesUp; }
+};
+
 class MailAccess : public testing::Test {
   protected:
     MailAccess() {
@@ -104,6 +117,7 @@ class MailAccess : public testing::Test {
     }
 
     Answers answers_;
+    OverWindow wait_;
     MemoryServer server_;
     TestLibraries libraries_;
     platform::Substitute<platform::Libraries> use_{libraries_};
@@ -401,29 +415,50 @@ TEST_F(MailAccess, ALogInIsTestedAndEndsAgain) {
     ConfiguredMailType() = 3;
     for (const auto& [login, fail, called, said] : rows) {
         answers_.Fail = fail;
-        EXPECT_EQ(TestMailLogin(5, login), said.back().ends_with("out again")) << login.System;
+        EXPECT_EQ(TestMailLogin(login, wait_), said.back().ends_with("out again")) << login.System;
         EXPECT_THAT(answers_.TakeCalls(), ElementsAreArray(called)) << login.System;
         EXPECT_THAT(server_.Front.TakeSaid(), ElementsAreArray(said)) << login.System;
         EXPECT_EQ(ConfiguredMailType(), 3) << "as it was before";
     }
     libraries_.There.erase("MAPI32.DLL");
-    EXPECT_FALSE(TestMailLogin(5, {"MAPI", "", {}}));
+    EXPECT_FALSE(TestMailLogin({"MAPI", "", {}}, wait_));
     EXPECT_THAT(server_.Front.TakeSaid(), ElementsAre("error: Unable to load mail DLL MAPI32.DLL (error #126)"));
 }
 
 TEST_F(MailAccess, FoldersAreClearedAndNamesPickedInASessionOfTheirOwn) {
     const MailLogin login{"MAPI", "gate", {}};
-    EXPECT_FALSE(ClearMailFolder(5, login, 1, "new"));
+    EXPECT_FALSE(ClearMailFolder(login, 1, "new", wait_));
     EXPECT_THAT(answers_.TakeCalls(), IsEmpty()) << "not agreed";
     server_.Front.Answer = true;
-    EXPECT_TRUE(ClearMailFolder(5, login, 1, "new"));
+    EXPECT_TRUE(ClearMailFolder(login, 1, "new", wait_));
     EXPECT_THAT(answers_.TakeCalls(), testing::Contains(testing::StartsWith("DeleteMail")));
     EXPECT_EQ(server_.Front.TakeSaid().back(),
               "status 1: Deleted the messages with the subject \"new\" from folder Waste");
-    EXPECT_EQ(PickMailNames(5, login).size(), 1U);
+    EXPECT_EQ(PickMailNames(login, wait_).size(), 1U);
     answers_.Fail = {{"Address", 1}};
-    EXPECT_THAT(PickMailNames(5, login), IsEmpty()) << "cancelled";
+    EXPECT_THAT(PickMailNames(login, wait_), IsEmpty()) << "cancelled";
     EXPECT_EQ(MailTerm(), kMailNotInitialised);
+}
+
+TEST_F(MailAccess, ALogInThatHangsCanBeGivenUp) {
+    const MailLogin login{"MAPI", "gate", {}};
+    std::promise<void> answer;
+    answers_.WhileLoggingOn = [answered = answer.get_future().share()] { answered.wait(); };
+    server_.Front.Answer = true;
+    wait_.GivesUp = true;
+    EXPECT_FALSE(ClearMailFolder(login, 1, "new", wait_));
+    EXPECT_EQ(server_.Front.TakeSaid().back().find("status 1: Given up"), 0U);
+    EXPECT_FALSE(TestMailLogin(login, wait_)) << "while the first one is in the library";
+    EXPECT_EQ(server_.Front.TakeSaid().back().find("error: The mail system has not come back yet"), 0U);
+    answer.set_value();
+    wait_.GivesUp = false;
+    while (!TestMailLogin(login, wait_)) std::this_thread::yield();
+    const Texts once = {"Initialize", "Logon 5 gate (none) 3", "OpenExtended 7777777777",
+                        "Release",    "Logoff 7777777777",     "Uninitialize"};
+    Texts all = once; // without the work
+    all.insert(all.end(), once.begin(), once.end());
+    all[7] = "Logon 5 gate (none) 2";
+    EXPECT_THAT(answers_.TakeCalls(), ElementsAreArray(all));
 }
 
 TEST_F(MailAccess, TheLibraryOfThisWorkstationIsDescribed) {

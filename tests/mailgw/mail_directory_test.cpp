@@ -81,6 +81,14 @@ TEST(MailDirectory, IsMadeWhenMissingOrForced) {
     program.Makes.clear();
     EXPECT_TRUE(EnsureMailUserList(0, true));
     EXPECT_EQ(server.Get(kDirectory), "two") << "nothing was made, so the old one stays";
+    EXPECT_FALSE(RemakeMailUserList(0));
+    EXPECT_THAT(server.Front.TakeSaid(), testing::Contains("error: MAILCONF.EXE has made no list of mail users."));
+    program.Makes = "Smith John\tjo@x\r\nArcher A"; // killed in the middle
+    EXPECT_TRUE(RemakeMailUserList(0));
+    std::vector<MailPerson> people;
+    EXPECT_TRUE(ReadMailDirectory(people));
+    ASSERT_EQ(people.size(), 1U);
+    EXPECT_EQ(people[0].Name + "|" + people[0].Address, "Smith John|jo@x");
     EXPECT_TRUE(DeleteMailUserList());
     EXPECT_EQ(server.Get(kDirectory), "(none)");
     EXPECT_TRUE(DeleteMailUserList());

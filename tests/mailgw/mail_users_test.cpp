@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 
 #include "mailgw/account_name.h"
+#include "mailgw/list_texts.h"
 #include "mailgw/mail_actions.h"
 #include "mailgw/mail_directory.h"
 #include "mailgw/mail_list.h"
@@ -13,24 +14,19 @@
 namespace bv {
 namespace {
 
+using test::ListEntry;
 using test::MemoryServer;
+using test::Prevented;
 using testing::ElementsAre;
 using testing::ElementsAreArray;
 using testing::IsEmpty;
 using Texts = std::vector<std::string>;
 
-const std::string kList = "F:\\BRIVANE\\B-DB\\MAILLIST.INI";
 const std::string kDirectory = "F:\\BRIVANE\\B-DB\\MAILUSER.DAT";
 const std::string kSetup = "F:\\BRIVANE\\B-DB\\SETUP.INI";
 
-std::string Entry(const std::string& user, const std::string& email, const std::string& more = "Profile: NO\r\n") {
-    return "[USER]\r\nBrivname: " + user + "\r\nEmailname: " + email + "\r\n" + more + "\r\n";
-}
 std::string ByProfile(const std::string& email, const std::string& account) {
-    return Entry("PROF", email, (account.empty() ? "" : "EmailBrivname: " + account + "\r\n") + "Profile: YES\r\n");
-}
-std::string Prevented(const std::string& user) {
-    return "status 1: Brivane user " + user + " prevented from using gateway for send messages";
+    return ListEntry("PROF", email, (account.empty() ? "" : "EmailBrivname: " + account + "\r\n") + "Profile: YES\r\n");
 }
 
 class MailUsers : public testing::Test {
@@ -64,18 +60,18 @@ TEST_F(MailUsers, AChangedRecordKeepsAllElse) {
          {{MailKey::SubAddr, ""}, {MailKey::PrintSent, "YES"}},
          "[USER]\r\n; Ann's\r\nemailname:  Ann A\r\nBrivname: ANN\r\nPrintSent: YES\r\nBillTo: 100\r\n",
          {"status 1: Modified mail user Ann A"}},
-        {Entry("ANN", "Ann A"),
+        {ListEntry("ANN", "Ann A"),
          {{MailKey::Brivname, "prof"}, {MailKey::EmailBrivname, "AnnA"}},
-         Entry("PROF", "Ann A", "EmailBrivname: AnnA\r\nProfile: YES\r\n"),
+         ListEntry("PROF", "Ann A", "EmailBrivname: AnnA\r\nProfile: YES\r\n"),
          {"status 1: Modified mail user Ann A"}},
-        {Entry("GONE", "Ann A"),
+        {ListEntry("GONE", "Ann A"),
          {{MailKey::PrintRecd, "x"}}, // a name as it was is not refused
-         Entry("GONE", "Ann A", "Profile: NO\r\nPrintRecd: x\r\n"),
+         ListEntry("GONE", "Ann A", "Profile: NO\r\nPrintRecd: x\r\n"),
          {"status 1: Modified mail user Ann A"}},
-        {Entry("ANN", "Ann A"), {{MailKey::Brivname, "ANN"}}, Entry("ANN", "Ann A"), {}},
-        {Entry("ANN", "Ann A"),
+        {ListEntry("ANN", "Ann A"), {{MailKey::Brivname, "ANN"}}, ListEntry("ANN", "Ann A"), {}},
+        {ListEntry("ANN", "Ann A"),
          {{MailKey::Brivname, "ZOE"}},
-         Entry("ANN", "Ann A"),
+         ListEntry("ANN", "Ann A"),
          {"error: Brivane user ZOE not found"}},
         {ByProfile("Ann A", "AnnA") + ByProfile("Ben", "BBen"),
          {{MailKey::EmailBrivname, "bben"}},
@@ -83,19 +79,19 @@ TEST_F(MailUsers, AChangedRecordKeepsAllElse) {
          {"error: Account name: \"bben\" is in use."}},
     };
     for (const auto& [before, values, after, said] : rows) {
-        server_.Put(kList, before);
+        server_.Put(test::kMailList, before);
         std::optional<MailUser> user;
         ASSERT_TRUE(ReadListedMailUser(0, user) && user);
         MailUser entered = *user;
         for (const auto& [key, value] : values) EXPECT_EQ(SetMailValue(entered, key, value), std::nullopt);
         SaveMailUser(*user, entered);
-        EXPECT_EQ(server_.Get(kList), after);
+        EXPECT_EQ(server_.Get(test::kMailList), after);
         Texts heard = server_.Front.TakeSaid();
         std::erase_if(heard, [](const std::string& text) { return text.find("file ") != text.npos; });
         EXPECT_THAT(heard, ElementsAreArray(said));
     }
 
-    server_.Put(kList, Entry("ANN", "Ann A"));
+    server_.Put(test::kMailList, ListEntry("ANN", "Ann A"));
     std::optional<MailUser> user;
     ASSERT_TRUE(ReadListedMailUser(0, user));
     MailUser entered = *user;
@@ -103,43 +99,44 @@ TEST_F(MailUsers, AChangedRecordKeepsAllElse) {
         EXPECT_TRUE(SetMailValue(entered, MailKey::SubAddr, text).has_value()) << text;
     EXPECT_TRUE(SetMailValue(entered, MailKey::Brivname, "").has_value());
     EXPECT_EQ(SetMailValue(entered, MailKey::SubAddr, "1"), std::nullopt);
-    server_.Put(kList, Entry("BEN", "Ann A"));
+    server_.Put(test::kMailList, ListEntry("BEN", "Ann A"));
     EXPECT_TRUE(SaveMailUser(*user, entered).has_value());
-    EXPECT_EQ(server_.Get(kList), Entry("BEN", "Ann A"));
+    EXPECT_EQ(server_.Get(test::kMailList), ListEntry("BEN", "Ann A"));
     EXPECT_THAT(server_.Front.TakeSaid(),
                 ElementsAre("error: Ann A was changed by somebody else meanwhile, and is not overwritten."));
 }
 
 TEST_F(MailUsers, TheOnesThatAreMeantAreDisabled) {
-    const std::string list = Entry("ANN", "Al") + Entry("BEN", "Al") + Entry("ANN", "Bo") + Entry("(def)", "Cy");
+    const std::string list =
+        ListEntry("ANN", "Al") + ListEntry("BEN", "Al") + ListEntry("ANN", "Bo") + ListEntry("(def)", "Cy");
     const struct {
         std::vector<ListedMailUser> Users;
         std::string After;
         std::string Asked;
     } rows[] = {
         {{{"BEN", "Al"}},
-         Entry("ANN", "Al") + Entry("ANN", "Bo") + Entry("(def)", "Cy"),
+         ListEntry("ANN", "Al") + ListEntry("ANN", "Bo") + ListEntry("(def)", "Cy"),
          "Deleting mail user Al - of BEN"},
-        {{{"ANN", "Al"}, {"ANN", "Bo"}}, Entry("BEN", "Al") + Entry("(def)", "Cy"), "Deleting 2 mail users"},
+        {{{"ANN", "Al"}, {"ANN", "Bo"}}, ListEntry("BEN", "Al") + ListEntry("(def)", "Cy"), "Deleting 2 mail users"},
         {{{"ANN", "Bo"}, {"(def)", "Cy"}}, list, "Not allowed to delete default user (def)"},
     };
     for (const auto& [users, after, asked] : rows) {
-        server_.Put(kList, list);
+        server_.Put(test::kMailList, list);
         server_.Front.Answer = true;
         EXPECT_EQ(DisableMailUsers(users), after != list);
-        EXPECT_EQ(server_.Get(kList), after);
+        EXPECT_EQ(server_.Get(test::kMailList), after);
         EXPECT_THAT(server_.Front.TakeSaid().front(), testing::HasSubstr(asked));
-        server_.Put(kList, list);
+        server_.Put(test::kMailList, list);
         server_.Front.Answer = false;
         EXPECT_FALSE(DisableMailUsers(users));
-        EXPECT_EQ(server_.Get(kList), list);
+        EXPECT_EQ(server_.Get(test::kMailList), list);
         server_.Front.TakeSaid();
     }
 }
 
 TEST_F(MailUsers, ManyAreEnabledAtOnceOrNone) {
     using Field = EnableFault::Field;
-    const std::string list = Entry("ANN", "Bo") + ByProfile("Di", "DDi");
+    const std::string list = ListEntry("ANN", "Bo") + ByProfile("Di", "DDi");
     const struct {
         std::string Server;
         std::vector<NewMailUser> Users;
@@ -150,16 +147,21 @@ TEST_F(MailUsers, ManyAreEnabledAtOnceOrNone) {
     } rows[] = {
         {"ben",
          {{"Cy", ""}, {"Al", ""}},
-         Entry("BEN", "Al") + Entry("ANN", "Bo") + Entry("BEN", "Cy") + ByProfile("Di", "DDi"),
+         ListEntry("BEN", "Al") + ListEntry("ANN", "Bo") + ListEntry("BEN", "Cy") + ByProfile("Di", "DDi"),
          "status 1: Added 2 mail users"},
         {"PROF",
          {{"Cy", "CCy"}},
-         Entry("ANN", "Bo") + ByProfile("Cy", "CCy") + ByProfile("Di", "DDi"),
+         ListEntry("ANN", "Bo") + ByProfile("Cy", "CCy") + ByProfile("Di", "DDi"),
          "status 1: e-mail name - Cy"},
         {"PROF",
          {{"bo", "BBo"}},
          ByProfile("Di", "DDi") + ByProfile("bo", "BBo"),
          "ask question: Mail user bo is in the list already and sends as ANN.\n\nReplace?"},
+        {"PROF",
+         {{"DI", "DDi"}},
+         ListEntry("ANN", "Bo") + ByProfile("DI", "DDi"),
+         "ask question: Mail user DI is in the list already and sends as DDi.\n\nReplace?"},
+        {"PROF", {{"Cy", "DDi"}}, "", "error: Account name: \"DDi\" is in use.", Field::Account},
         {"BEN", {}, "", "error: Please select a mail user.", Field::List},
         {"", {{"Cy", ""}}, "", "error: Please select a server user.", Field::ServerUser},
         {"ZOE", {{"Cy", ""}}, "", "error: Brivane user ZOE not found", Field::ServerUser},
@@ -176,33 +178,37 @@ TEST_F(MailUsers, ManyAreEnabledAtOnceOrNone) {
     };
     server_.Front.Answer = true;
     for (const auto& [server, users, after, said, where, row] : rows) {
-        server_.Put(kList, list);
+        server_.Put(test::kMailList, list);
         const std::optional<EnableFault> fault = EnableMailUsers(server, users);
         EXPECT_EQ(fault.has_value(), where.has_value()) << said;
         EXPECT_TRUE(!fault || (fault->Where == where && fault->User == row)) << said;
-        EXPECT_EQ(server_.Get(kList), after.empty() ? list : after) << said;
+        EXPECT_EQ(server_.Get(test::kMailList), after.empty() ? list : after) << said;
         EXPECT_THAT(server_.Front.TakeSaid(), testing::Contains(said));
     }
-    server_.Put(kList, list);
+    server_.Put(test::kMailList, list);
     server_.Front.Answer = false;
     const NewMailUser listed{"Bo", ""};
     EXPECT_TRUE(EnableMailUsers("BEN", {&listed, 1}).has_value());
-    EXPECT_EQ(server_.Get(kList), list);
+    EXPECT_EQ(server_.Get(test::kMailList), list);
 }
 
 TEST_F(MailUsers, ARenamedPersonKeepsTheRecord) {
     const std::string more = "Profile: NO\r\nSubAddr: 5\r\n";
-    const std::string list = Entry("ANN", "Al", more) + Entry("BEN", "Al") + Entry("BEN", "Cy");
-    server_.Put(kList, list);
+    const std::string list = ListEntry("ANN", "Al", more) + ListEntry("BEN", "Al") + ListEntry("BEN", "Cy");
+    server_.Put(test::kMailList, list);
     EXPECT_FALSE(RenameMailUser({"ANN", "Al"}, "Cy")) << "not agreed";
-    EXPECT_EQ(server_.Get(kList), list);
+    EXPECT_EQ(server_.Get(test::kMailList), list);
     server_.Front.Answer = true;
     EXPECT_TRUE(RenameMailUser({"ANN", "Al"}, "Cy"));
-    EXPECT_EQ(server_.Get(kList), Entry("BEN", "Al") + Entry("ANN", "Cy", more));
+    EXPECT_EQ(server_.Get(test::kMailList), ListEntry("BEN", "Al") + ListEntry("ANN", "Cy", more));
     server_.Front.TakeSaid();
     EXPECT_TRUE(RenameMailUser({"ANN", "Cy"}, "CY"));
     EXPECT_THAT(server_.Front.TakeSaid(), ElementsAre(Prevented("ANN"), "status 1: Added mail user CY"));
-    EXPECT_EQ(server_.Get(kList), Entry("BEN", "Al") + Entry("ANN", "CY", more));
+    EXPECT_EQ(server_.Get(test::kMailList), ListEntry("BEN", "Al") + ListEntry("ANN", "CY", more));
+    EXPECT_FALSE(RenameMailUser({"ANN", "Al"}, "Di")) << "is not there any more";
+    EXPECT_THAT(server_.Front.TakeSaid(),
+                ElementsAre("error: Al was changed by somebody else meanwhile, and is not overwritten."));
+    EXPECT_EQ(server_.Get(test::kMailList), ListEntry("BEN", "Al") + ListEntry("ANN", "CY", more));
 }
 
 std::string Shown(const RowModel& rows) {
@@ -215,8 +221,8 @@ std::string Shown(const RowModel& rows) {
 
 TEST_F(MailUsers, RowsSayWhatWillNotWork) {
     server_.Put(kDirectory, "Archer Ann\tann@x\r\nno address\r\nBo\tbo@x\n");
-    server_.Put(kList, Entry("ANN", "Ann Archer") + Entry("ZOE", "Bo") + Entry("(def)", "bo") + ByProfile("Di", "") +
-                           ByProfile("Ed", "BEN"));
+    server_.Put(test::kMailList, ListEntry("ANN", "Ann Archer") + ListEntry("ZOE", "Bo") + ListEntry("(def)", "bo") +
+                                     ByProfile("Di", "") + ByProfile("Ed", "BEN"));
     MailUserRows rows;
     EXPECT_TRUE(rows.Read());
     EXPECT_EQ(Shown(rows), "Ann Archer|ANN|ANN||ann@x|\n"
@@ -237,7 +243,7 @@ TEST_F(MailUsers, RowsSayWhatWillNotWork) {
 
 TEST_F(MailUsers, PeopleGetAccountsOfTheirOwn) {
     server_.Put(kDirectory, "Smith John\tj@x\r\nSmith Jim\ti@x\r\nBo\tbo@x\r\nBEN\tben@x\r\n");
-    server_.Put(kList, Entry("ANN", "Bo"));
+    server_.Put(test::kMailList, ListEntry("ANN", "Bo"));
     MailPeople people;
     EXPECT_TRUE(people.Read());
     people.Tick(0, true);
@@ -269,12 +275,12 @@ TEST_F(MailUsers, TheExpressionIsWrittenWhenItIsOne) {
 }
 
 TEST_F(MailUsers, OldListsAndLostUsersAreOfferedARemedy) {
-    server_.Put(kList, Entry("ANN", "Al", ""));
+    server_.Put(test::kMailList, ListEntry("ANN", "Al", ""));
     OfferUpgrade();
-    EXPECT_EQ(server_.Get(kList), Entry("ANN", "Al", ""));
+    EXPECT_EQ(server_.Get(test::kMailList), ListEntry("ANN", "Al", ""));
     server_.Front.Answer = true;
     OfferUpgrade();
-    EXPECT_EQ(server_.Get(kList), Entry("ANN", "Al"));
+    EXPECT_EQ(server_.Get(test::kMailList), ListEntry("ANN", "Al"));
     server_.Front.TakeSaid();
     OfferUpgrade();
     OfferToRemakeUserList(7);

@@ -74,6 +74,9 @@ TEST(Locale, SundayIsTheFirstDay) {
 TEST(Libraries, AreLoadedWhenTheyAreThere) {
     EXPECT_FALSE(TheLibraries().Load("CTL3DNONE.DLL"));
     EXPECT_FALSE(TheLibraries().Load("Y:\\NONE\\CTL3DNONE.DLL"));
+    const TemporaryDirectory directory;
+    directory.Write("OTHER.DLL", "this is none, as one of another width is none\n");
+    EXPECT_FALSE(TheLibraries().Load(directory.Path("OTHER.DLL")));
     std::unique_ptr<Library> library = TheLibraries().Load("kernel32.dll");
     const std::string entry = library ? "GetTickCount" : "cos";
     if (!library) library = TheLibraries().Load("libm.so.6");
