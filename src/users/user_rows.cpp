@@ -52,23 +52,23 @@ class Reader {
     }
 
     // Valid until the next value is asked for.
-    std::string_view Value(std::size_t key) {
-        records_.Get(key, value_);
-        return value_;
+    [[nodiscard]] std::string_view Value(std::size_t key) const {
+        return records_.Value(key).value_or(std::string_view());
     }
 
-    std::string NetworkName() {
+    [[nodiscard]] std::string_view NetworkName() const {
         for (const Key key : {kUsername, kNetware, kLanManager})
-            if (const std::string_view name = Value(key); !name.empty()) return std::string(name);
+            if (const std::string_view name = Value(key); !name.empty()) return name;
         return {};
     }
 
-    std::string Rights() {
+    [[nodiscard]] std::string Rights() const {
         std::string text;
         for (std::size_t i = 0; i < kPermissionKeys.size(); ++i) {
             const PermissionKey& key = kPermissionKeys[i];
+            const std::optional<std::string_view> value = records_.Value(kFirstPermission + i);
             std::uint8_t flags = kDefaultPermissionFlags;
-            if (!records_.Get(kFirstPermission + i, value_) || !ParsePermission(value_, key.Flag, flags)) continue;
+            if (!value || !ParsePermission(*value, key.Flag, flags)) continue;
             if (flags == kDefaultPermissionFlags || key.Flag == kGroupAdmin) continue;
             const std::string_view name = key.Key.substr(0, key.Key.size() - 1);
             text.append(text.empty() ? "" : ", ").append((flags & key.Flag) == 0 ? "no " : "").append(name);
@@ -77,7 +77,7 @@ class Reader {
     }
 
     // The printer of received faxes, and behind a stroke that of sent ones.
-    std::string Printing() {
+    [[nodiscard]] std::string Printing() const {
         std::string text(Value(kRecdDevice));
         const std::string_view sent = Value(kSentDevice);
         if (!sent.empty() && sent != text) text.append(" / ").append(sent);
@@ -86,7 +86,6 @@ class Reader {
 
   private:
     RecordWalker records_;
-    WholeValue value_;
 };
 
 bool IsProfile(std::string_view mailName) { return mailName.starts_with('(') || mailName.starts_with('*'); }
