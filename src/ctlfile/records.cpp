@@ -61,9 +61,16 @@ RecordWalker::RecordWalker(ControlStream& stream, std::string_view header, std::
 
 bool RecordWalker::Next() {
     if (!stream_.Seek(end_) || !FindHeader()) return false;
+    std::ranges::fill(lines_, Line());
+    missing_ = keys_.size();
+    while (missing_ != 0) {
+        end_ = stream_.Tell();
+        const std::string_view raw = stream_.NextRawLine();
+        if (raw.empty() || IsParagraphLine(raw)) return true;
+        Note(raw, end_);
+    }
     stream_.SkipToLine('[');
     end_ = stream_.Tell();
-    FindKeys();
     return true;
 }
 
@@ -72,22 +79,9 @@ bool RecordWalker::FindHeader() {
         start_ = stream_.Tell();
         const std::string_view raw = stream_.NextRawLine();
         bodyStart_ = stream_.Tell();
-        if (BeginsWith(CountingPart(raw), header_)) return true;
+        if (header_.Begins(raw)) return true;
     }
     return false;
-}
-
-void RecordWalker::FindKeys() {
-    std::ranges::fill(lines_, Line());
-    missing_ = keys_.size();
-    std::string_view body = stream_.Seen(bodyStart_, static_cast<std::size_t>(end_ - bodyStart_));
-    if (stream_.Failed()) body = body.substr(0, body.rfind('\n') + 1); // what was read of a line is none
-    LineEnds ends;
-    for (std::size_t at = 0; at < body.size() && missing_ != 0;) {
-        const std::size_t next = std::min(ends.Find(body, at) + 1, body.size());
-        Note(body.substr(at, next - at), bodyStart_ + at);
-        at = next;
-    }
 }
 
 void RecordWalker::Note(std::string_view line, Position at) {
@@ -95,7 +89,7 @@ void RecordWalker::Note(std::string_view line, Position at) {
         const Key& key = keys_[next - 1];
         Line& found = lines_[next - 1];
         next = key.Next;
-        if (found.Size != 0 || !key.Begins(line)) continue;
+        if (!key.Begins(line) || found.Size != 0) continue;
         found = {at, line.size()};
         --missing_;
     }

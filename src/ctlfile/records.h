@@ -47,6 +47,7 @@ class RecordWalker {
         std::uint64_t Bits = 0;
         std::uint64_t Counts = 0; // the bits that tell: not which case a letter has
     };
+    // What a line begins with: a key, or the header.
     struct Key {
         explicit Key(std::string_view text);
         [[nodiscard]] bool Begins(std::string_view line) const;
@@ -66,11 +67,10 @@ class RecordWalker {
     };
     static Word WordOf(std::string_view text);
     bool FindHeader();
-    void FindKeys();
     void Note(std::string_view line, Position at);
 
     ControlStream& stream_;
-    std::string_view header_;
+    Key header_;
     std::vector<Key> keys_;
     std::vector<Line> lines_;               // of each key
     std::array<std::uint8_t, 256> first_{}; // the first key that begins with the character, in any case, as Next

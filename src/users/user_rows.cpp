@@ -46,10 +46,14 @@ class Reader {
 
     // To the next record that is not the default one.
     bool Next() {
-        while (records_.Next())
-            if (!IsDefaultName(Value(kName))) return true;
+        while (records_.Next()) {
+            name_ = Value(kName);
+            if (!IsDefaultName(name_)) return true;
+        }
         return false;
     }
+
+    [[nodiscard]] const std::string& Name() const { return name_; }
 
     // Valid until the next value is asked for.
     [[nodiscard]] std::string_view Value(std::size_t key) const {
@@ -86,6 +90,7 @@ class Reader {
 
   private:
     RecordWalker records_;
+    std::string name_;
 };
 
 bool IsProfile(std::string_view mailName) { return mailName.starts_with('(') || mailName.starts_with('*'); }
@@ -96,7 +101,9 @@ void AddUsers(ControlStream& list, bool profilesOnly, RowTable& rows) {
     Reader reader(list, RecordKind::User);
     while (reader.Next()) {
         if (profilesOnly && !IsProfile(reader.Value(kMailName))) continue;
-        for (const Key key : {kName, kFullname, kGroup}) rows.Add(reader.Value(key));
+        rows.Add(reader.Name());
+        rows.Add(reader.Value(kFullname));
+        rows.Add(reader.Value(kGroup));
         rows.Add(reader.NetworkName());
         rows.Add(reader.Value(kMailName));
         rows.Add(reader.Rights());
@@ -120,10 +127,9 @@ void AddGroups(ControlStream& list, RowTable& rows) {
     list.Rewind();
     Reader reader(list, RecordKind::Group);
     while (reader.Next()) {
-        const std::string name(reader.Value(kName));
-        rows.Add(name);
+        rows.Add(reader.Name());
         rows.Add(reader.Value(kFullname));
-        const auto counted = members.find(UpperText(name));
+        const auto counted = members.find(UpperText(reader.Name()));
         rows.Add(std::to_string(counted == members.end() ? 0 : counted->second));
         rows.Add(reader.Printing());
     }
