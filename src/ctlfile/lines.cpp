@@ -101,14 +101,18 @@ std::size_t LineEnds::FindFurther(std::string_view text, std::size_t from) {
 }
 
 std::size_t FindControl(std::string_view text, std::size_t from) {
+    constexpr std::size_t kWord = 8;
     std::size_t at = from;
-    for (; at + 8 <= text.size(); at += 8) {
+    while (at + kWord <= text.size()) {
         std::uint64_t bytes = 0;
-        std::memcpy(&bytes, text.data() + at, 8);
+        std::memcpy(&bytes, text.data() + at, kWord);
         const std::uint64_t marks = MarkControls(bytes);
-        if (marks == 0) continue;
-        at += FirstMarked(marks);
-        break;
+        if (marks != 0) {
+            at += FirstMarked(marks);
+            break;
+        }
+        // The last word begins among bytes that have been looked at, so that none is left to look at one by one.
+        at = at + kWord == text.size() ? text.size() : std::min(at + kWord, text.size() - kWord);
     }
     while (at < text.size() && !IsControl(text[at])) ++at;
     return at;

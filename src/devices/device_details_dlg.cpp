@@ -14,9 +14,7 @@
 namespace bv {
 
 std::optional<std::string> DeviceFields::Enter(std::string_view key, std::string_view text) {
-    if (auto fault = Key(key).FaultIn(device_.Settings, text)) return fault;
-    EnterDeviceValue(device_, key, text);
-    return std::nullopt;
+    return TakeDeviceValue(device_, *FindDeviceKey(device_.Type, key), text);
 }
 
 std::string DeviceFields::Describe(std::string_view key) const {

@@ -140,16 +140,23 @@ KeyHelp HelpOf(const DeviceKey& key, DeviceType type) {
             .OfNew = key.Field.Text(NewDevice(type).Settings)};
 }
 
+std::optional<std::string> TakeDeviceValue(Device& device, const DeviceKey& key, std::string_view text) {
+    if (auto fault = key.Field.FaultIn(device.Settings, text)) return fault;
+    key.Field.Store(device.Settings, text);
+    device.IsDescribed = device.IsDescribed || key.Field.Key == kDescriptionKey;
+    device.IsPortGiven = device.IsPortGiven || key.Field.Key == kPortKey;
+    return {};
+}
+
 bool EnterDeviceValue(Device& device, std::string_view keyName, std::string_view text) {
     const DeviceKey* key = FindDeviceKey(device.Type, keyName);
     if (key == nullptr) {
         ShowError(kNoSuchKey, keyName, text, FormatText("%s devices", TypeWord(device.Type)));
         return false;
     }
-    if (!EnterValue(key->Field, text, device.Settings)) return false;
-    device.IsDescribed = device.IsDescribed || key->Field.Key == kDescriptionKey;
-    device.IsPortGiven = device.IsPortGiven || key->Field.Key == kPortKey;
-    return true;
+    const std::optional<std::string> fault = TakeDeviceValue(device, *key, text);
+    if (fault) ShowError("%s", *fault);
+    return !fault;
 }
 
 const StoredValue& StoredValueOf(const Device& device, const DeviceKey& key) {

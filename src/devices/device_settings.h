@@ -112,7 +112,10 @@ struct Device {
     bool IsPortGiven = false; // and the port, about which then may be asked
 };
 
-// Takes a value that a person gives for a key of the device's type. False after a message.
+// Takes a value that a person gives for a key of the device's type; the fault, in a sentence, when it cannot.
+std::optional<std::string> TakeDeviceValue(Device& device, const DeviceKey& key, std::string_view text);
+
+// The same for the key of that name. False after a message.
 bool EnterDeviceValue(Device& device, std::string_view keyName, std::string_view text);
 
 // What the file holds for one of DeviceKeys.

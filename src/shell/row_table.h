@@ -19,6 +19,7 @@ class RowTable : public RowModel {
         texts_.clear();
         ends_.clear();
         texts_.reserve(characters);
+        ends_.reserve(characters / kUsualCell);
     }
 
     // The next cell of the row that is being added; a row is there with its last cell.
@@ -36,6 +37,8 @@ class RowTable : public RowModel {
     }
 
   private:
+    static constexpr std::size_t kUsualCell = 12; // characters
+
     std::size_t columns_ = 0;
     std::string texts_;
     std::vector<std::uint32_t> ends_; // of each cell in the texts

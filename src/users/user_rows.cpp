@@ -46,29 +46,33 @@ class Reader {
 
     // To the next record that is not the default one.
     bool Next() {
-        while (records_.Next())
-            if (!IsDefaultName(Value(kName))) return true;
+        while (records_.Next()) {
+            name_ = Value(kName);
+            if (!IsDefaultName(name_)) return true;
+        }
         return false;
     }
 
+    [[nodiscard]] const std::string& Name() const { return name_; }
+
     // Valid until the next value is asked for.
-    std::string_view Value(std::size_t key) {
-        records_.Get(key, value_);
-        return value_;
+    [[nodiscard]] std::string_view Value(std::size_t key) const {
+        return records_.Value(key).value_or(std::string_view());
     }
 
-    std::string NetworkName() {
+    [[nodiscard]] std::string_view NetworkName() const {
         for (const Key key : {kUsername, kNetware, kLanManager})
-            if (const std::string_view name = Value(key); !name.empty()) return std::string(name);
+            if (const std::string_view name = Value(key); !name.empty()) return name;
         return {};
     }
 
-    std::string Rights() {
+    [[nodiscard]] std::string Rights() const {
         std::string text;
         for (std::size_t i = 0; i < kPermissionKeys.size(); ++i) {
             const PermissionKey& key = kPermissionKeys[i];
+            const std::optional<std::string_view> value = records_.Value(kFirstPermission + i);
             std::uint8_t flags = kDefaultPermissionFlags;
-            if (!records_.Get(kFirstPermission + i, value_) || !ParsePermission(value_, key.Flag, flags)) continue;
+            if (!value || !ParsePermission(*value, key.Flag, flags)) continue;
             if (flags == kDefaultPermissionFlags || key.Flag == kGroupAdmin) continue;
             const std::string_view name = key.Key.substr(0, key.Key.size() - 1);
             text.append(text.empty() ? "" : ", ").append((flags & key.Flag) == 0 ? "no " : "").append(name);
@@ -77,7 +81,7 @@ class Reader {
     }
 
     // The printer of received faxes, and behind a stroke that of sent ones.
-    std::string Printing() {
+    [[nodiscard]] std::string Printing() const {
         std::string text(Value(kRecdDevice));
         const std::string_view sent = Value(kSentDevice);
         if (!sent.empty() && sent != text) text.append(" / ").append(sent);
@@ -86,7 +90,7 @@ class Reader {
 
   private:
     RecordWalker records_;
-    WholeValue value_;
+    std::string name_;
 };
 
 bool IsProfile(std::string_view mailName) { return mailName.starts_with('(') || mailName.starts_with('*'); }
@@ -97,7 +101,9 @@ void AddUsers(ControlStream& list, bool profilesOnly, RowTable& rows) {
     Reader reader(list, RecordKind::User);
     while (reader.Next()) {
         if (profilesOnly && !IsProfile(reader.Value(kMailName))) continue;
-        for (const Key key : {kName, kFullname, kGroup}) rows.Add(reader.Value(key));
+        rows.Add(reader.Name());
+        rows.Add(reader.Value(kFullname));
+        rows.Add(reader.Value(kGroup));
         rows.Add(reader.NetworkName());
         rows.Add(reader.Value(kMailName));
         rows.Add(reader.Rights());
@@ -121,10 +127,9 @@ void AddGroups(ControlStream& list, RowTable& rows) {
     list.Rewind();
     Reader reader(list, RecordKind::Group);
     while (reader.Next()) {
-        const std::string name(reader.Value(kName));
-        rows.Add(name);
+        rows.Add(reader.Name());
         rows.Add(reader.Value(kFullname));
-        const auto counted = members.find(UpperText(name));
+        const auto counted = members.find(UpperText(reader.Name()));
         rows.Add(std::to_string(counted == members.end() ? 0 : counted->second));
         rows.Add(reader.Printing());
     }
