@@ -15,6 +15,7 @@
 #include "lcr/rule_references.h"
 #include "lcr/rule_rows.h"
 #include "lcr/rule_session.h"
+#include "mailgw/account_name.h"
 #include "mailgw/mail_list.h"
 #include "mailgw/mail_user_rows.h"
 #include "routing/inward_rules.h"
@@ -275,6 +276,56 @@ void ListMailUsers(benchmark::State& state) {
     }
 }
 
+// A character of the filter that most rows have.
+void FilterMailUsers(benchmark::State& state) {
+    PutPlaces();
+    PutMailUsers(Size(state));
+    MailUserRows rows;
+    if (!rows.Read()) std::abort();
+    RowOrder order(rows);
+    for (auto _ : state) {
+        order.Filter("");
+        order.Filter("7");
+        if (order.Shown() == 0 || order.Shown() == Size(state)) std::abort();
+    }
+}
+
+// The account names of all users of the mail system, and which of them clash, as for each character of an expression.
+void MakeAccountNames(benchmark::State& state) {
+    std::vector<std::string> people;
+    for (std::size_t n = 0; n < Size(state); ++n) people.push_back(FormatText("Person%06d John", n));
+    for (auto _ : state) {
+        std::vector<std::string> accounts;
+        AccountName account;
+        for (const std::string& person : people) {
+            MakeMailAccountName(person, "%1First%Last", account);
+            accounts.push_back(account.String());
+        }
+        if (ClashingAccountNames(accounts, {}).size() != Size(state)) std::abort();
+    }
+}
+
+// The users of the mail system as the box has them that enables them, by a profile.
+void OpenMailPeople(benchmark::State& state) {
+    PutPlaces();
+    PutMailUsers(Size(state));
+    for (auto _ : state) {
+        MailPeople people;
+        people.GiveAccounts(true, kDefaultAccountExpression);
+        if (!people.Read() || people.Count() != Size(state)) std::abort();
+    }
+}
+
+void TypeMailAccount(benchmark::State& state) {
+    PutPlaces();
+    PutMailUsers(Size(state));
+    Put("MAILLIST.INI", "");
+    MailPeople people;
+    people.GiveAccounts(true, kDefaultAccountExpression);
+    if (!people.Read()) std::abort();
+    for (auto _ : state) people.SetAccount(0, "Somebody");
+}
+
 #define RULE_SIZES Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecond)
 BENCHMARK(ReadFiles)->RULE_SIZES;
 BENCHMARK(LoadAndCheckRules)->RULE_SIZES;
@@ -290,6 +341,10 @@ BENCHMARK(LookUpNumber)->Arg(200)->Arg(2000)->Unit(benchmark::kMicrosecond);
 BENCHMARK(OpenInwardRouting)->RULE_SIZES;
 BENCHMARK(OpenMailUsers)->Arg(100000)->Unit(benchmark::kMillisecond);
 BENCHMARK(ListMailUsers)->Arg(100000)->Unit(benchmark::kMillisecond);
+BENCHMARK(OpenMailPeople)->Arg(100000)->Unit(benchmark::kMillisecond);
+BENCHMARK(TypeMailAccount)->Arg(100000)->Unit(benchmark::kMillisecond);
+BENCHMARK(FilterMailUsers)->Arg(100000)->Unit(benchmark::kMillisecond);
+BENCHMARK(MakeAccountNames)->Arg(100000)->Unit(benchmark::kMillisecond);
 
 } // namespace
 } // namespace bv::bench

@@ -111,6 +111,7 @@ TEST_F(DiallingDialogs, FaultsKeepTheDialogAndWhatWasTyped) {
         Click(dialog, IDOK);
         EXPECT_TRUE(Says("was changed by somebody else since it was opened here"));
         EXPECT_EQ(Text(dialog, ID_DIALLING_AREA), "30");
+        Front.Said.clear();
         Click(dialog, IDCANCEL);
         EXPECT_TRUE(Says("This will mean all changes will be lost"));
         EXPECT_TRUE(IsWindow(dialog));
