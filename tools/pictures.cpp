@@ -362,7 +362,7 @@ void DrawLcr(const Painter& painter, HWND owner, const DiskServer& server) {
     server.Files().Write("B-DB\\SETUP.INI", test::Replaced(setup, "LCR: YES", "LCR: NO"));
     painter.Draw("lcr-off", "Brivane - server settings", settings, showPage);
     server.Files().Write("B-DB\\SETUP.INI", setup);
-    painter.Draw("lcr-general", "General settings", [&] { EditRouter(owner, nullptr); });
+    painter.Draw("lcr-general", "General settings", [&] { EditRouter(owner, {}); });
     const auto links = [&] { EditLinks(owner); };
     painter.Draw("lcr-links", "Links to remote servers", links);
     for (const auto& [row, title] : {std::pair(0, "Link MUNICH"), std::pair(2, "Link AGENT")})
