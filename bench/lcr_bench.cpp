@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <vector>
 
 #include "baselines.h"
 #include "lcr/dead_rules.h"
@@ -16,6 +17,7 @@
 #include "lcr/rule_rows.h"
 #include "lcr/rule_session.h"
 #include "mailgw/account_name.h"
+#include "mailgw/mail_actions.h"
 #include "mailgw/mail_list.h"
 #include "mailgw/mail_user_rows.h"
 #include "routing/inward_rules.h"
@@ -326,6 +328,19 @@ void TypeMailAccount(benchmark::State& state) {
     for (auto _ : state) people.SetAccount(0, "Somebody");
 }
 
+// A thousand users of the mail system let in among so many, in one rewrite.
+void EnableThousand(benchmark::State& state) {
+    PutPlaces();
+    std::vector<NewMailUser> users;
+    for (int n = 0; n < 1000; ++n) users.push_back({FormatText("Newcomer %04d", n), ""});
+    for (auto _ : state) {
+        state.PauseTiming();
+        PutMailUsers(Size(state));
+        state.ResumeTiming();
+        if (EnableMailUsers(RecordName(7), users)) std::abort();
+    }
+}
+
 #define RULE_SIZES Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecond)
 BENCHMARK(ReadFiles)->RULE_SIZES;
 BENCHMARK(LoadAndCheckRules)->RULE_SIZES;
@@ -343,6 +358,7 @@ BENCHMARK(OpenMailUsers)->Arg(100000)->Unit(benchmark::kMillisecond);
 BENCHMARK(ListMailUsers)->Arg(100000)->Unit(benchmark::kMillisecond);
 BENCHMARK(OpenMailPeople)->Arg(100000)->Unit(benchmark::kMillisecond);
 BENCHMARK(TypeMailAccount)->Arg(100000)->Unit(benchmark::kMillisecond);
+BENCHMARK(EnableThousand)->Arg(100000)->Unit(benchmark::kMillisecond);
 BENCHMARK(FilterMailUsers)->Arg(100000)->Unit(benchmark::kMillisecond);
 BENCHMARK(MakeAccountNames)->Arg(100000)->Unit(benchmark::kMillisecond);
 
