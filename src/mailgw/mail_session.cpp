@@ -2,7 +2,6 @@
 
 #include <atomic>
 #include <chrono>
-#include <future>
 #include <memory>
 #include <system_error>
 #include <thread>
@@ -17,7 +16,7 @@
 namespace bv {
 namespace {
 
-constexpr std::chrono::milliseconds kPause{20};
+constexpr std::chrono::milliseconds kPause{5};
 
 // Keeps what is said on a thread that has no face.
 class KeptMessages final : public Front {
@@ -42,7 +41,8 @@ class KeptMessages final : public Front {
     std::vector<std::function<void()>> said_;
 };
 
-// Shared by the two threads. The caller's looks at nothing but the outcome until that is there.
+// Shared by the two threads. The caller's looks at nothing but the outcome until that is there, and ends the thread
+// then: it is never detached, as one that is at its very beginning may stand still under Wine.
 struct Session {
     explicit Session(MailSessionPlan plan) : Plan(std::move(plan)) {}
 
@@ -51,7 +51,9 @@ struct Session {
     MailSession Mail = NewMailSession();
     KeptMessages Said = {};
     std::atomic<bool> IsGivenUp = false;
-    std::promise<StatusCode> Outcome = {};
+    StatusCode Outcome = kDone;
+    std::atomic<bool> IsOver = false; // the outcome is there
+    std::thread Thread = {};
 };
 
 StatusCode Do(const Session& session) {
@@ -63,25 +65,37 @@ StatusCode Do(const Session& session) {
     return status == kDone ? ended : status;
 }
 
-void Run(const std::shared_ptr<Session>& session) {
-    const UseFront said(session->Said);
-    const UseMailSession own(session->Mail);
-    session->Outcome.set_value(Do(*session));
+void Run(Session& session) {
+    const UseFront said(session.Said);
+    const UseMailSession own(session.Mail);
+    session.Outcome = Do(session);
+    session.IsOver = true;
 }
 
 // Without a thread to be had the session is done here, and nobody can give it up.
-void Start(const std::shared_ptr<Session>& session) {
+void Start(Session& session) {
     try {
-        std::thread(Run, session).detach();
+        session.Thread = std::thread(Run, std::ref(session));
     } catch (const std::system_error&) {
         Run(session);
     }
 }
 
-// The session that was given up last; it is there until its library has come back.
-std::weak_ptr<Session>& GivenUp() {
-    static std::weak_ptr<Session> session;
+void End(Session& session) {
+    if (session.Thread.joinable()) session.Thread.join();
+}
+
+// The session that was given up last, until its library has come back. One that never does outlives the program's end.
+std::unique_ptr<Session>& GivenUp() {
+    static auto& session = *new std::unique_ptr<Session>;
     return session;
+}
+
+bool IsLastOneBack() {
+    if (GivenUp() && !GivenUp()->IsOver) return false;
+    if (GivenUp()) End(*GivenUp());
+    GivenUp().reset();
+    return true;
 }
 
 StatusCode Load(const Session& session) {
@@ -95,26 +109,28 @@ StatusCode Load(const Session& session) {
 } // namespace
 
 bool RunMailSession(const MailSessionPlan& plan, MailWait& wait) {
-    if (!GivenUp().expired()) {
+    if (!IsLastOneBack()) {
         ShowError(kMailNotBack);
         return false;
     }
-    const auto session = std::make_shared<Session>(plan);
+    auto session = std::make_unique<Session>(plan);
     if (Load(*session) != kDone) return false;
     ShowStatus(kLoggingIntoMail);
-    std::future<StatusCode> outcome = session->Outcome.get_future();
     session->Window = wait.Begin(plan.Profile);
-    Start(session);
-    while (outcome.wait_for(kPause) != std::future_status::ready && !session->IsGivenUp)
-        session->IsGivenUp = !wait.GoesOn();
+    Start(*session);
+    while (!session->IsOver && !session->IsGivenUp) {
+        std::this_thread::sleep_for(kPause);
+        session->IsGivenUp = !session->IsOver && !wait.GoesOn();
+    }
     wait.End();
     if (session->IsGivenUp) {
-        GivenUp() = session;
+        GivenUp() = std::move(session);
         ShowStatus(kMailGivenUp);
         return false;
     }
+    End(*session);
     session->Said.SayAll();
-    return outcome.get() == kDone;
+    return session->Outcome == kDone;
 }
 
 } // namespace bv

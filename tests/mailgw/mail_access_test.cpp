@@ -1,8 +1,9 @@
 // The mail system's access layer, on libraries of the test's own.
 #include "mailgw/mail_access.h"
 
+#include <atomic>
+#include <chrono>
 #include <functional>
-#include <future>
 #include <map>
 #include <set>
 #include <thread>
@@ -442,17 +443,19 @@ TEST_F(MailAccess, FoldersAreClearedAndNamesPickedInASessionOfTheirOwn) {
 
 TEST_F(MailAccess, ALogInThatHangsCanBeGivenUp) {
     const MailLogin login{"MAPI", "gate", {}};
-    std::promise<void> answer;
-    answers_.WhileLoggingOn = [answered = answer.get_future().share()] { answered.wait(); };
+    std::atomic<bool> isBack = false;
+    answers_.WhileLoggingOn = [&isBack] {
+        while (!isBack) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    };
     server_.Front.Answer = true;
     wait_.GivesUp = true;
     EXPECT_FALSE(ClearMailFolder(login, 1, "new", wait_));
     EXPECT_EQ(server_.Front.TakeSaid().back().find("status 1: Given up"), 0U);
     EXPECT_FALSE(TestMailLogin(login, wait_)) << "while the first one is in the library";
     EXPECT_EQ(server_.Front.TakeSaid().back().find("error: The mail system has not come back yet"), 0U);
-    answer.set_value();
+    isBack = true;
     wait_.GivesUp = false;
-    while (!TestMailLogin(login, wait_)) std::this_thread::yield();
+    while (!TestMailLogin(login, wait_)) std::this_thread::sleep_for(std::chrono::milliseconds(1));
     const Texts once = {"Initialize", "Logon 5 gate (none) 3", "OpenExtended 7777777777",
                         "Release",    "Logoff 7777777777",     "Uninitialize"};
     Texts all = once; // without the work
