@@ -40,14 +40,7 @@ int Show(Session& session, const Arguments& arguments) {
 
 // Changes and saves the links while nobody else edits routing.
 int Edit(const Session& session, const std::function<bool(LinkEdit& edit)>& change) {
-    return Perform(session, [&] {
-        return RunLcrEditor(
-            [&] {
-                LinkEdit edit;
-                return BeginLinkEdit(edit) && change(edit) && SaveLinkEdit(edit);
-            },
-            "links");
-    });
+    return Perform(session, [&] { return RunLcrEditor([&] { return ChangeLinks(change); }, "links"); });
 }
 
 int Add(Session& session, const Arguments& arguments) {

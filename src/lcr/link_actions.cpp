@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "ctlfile/file_gate.h"
 #include "ctlfile/whole_file.h"
 #include "lcr/lcr_messages.h"
 #include "lcr/lcr_uses.h"
@@ -62,6 +63,14 @@ bool BeginLinkEdit(LinkEdit& edit) {
 }
 
 bool SaveLinkEdit(const LinkEdit& edit) { return edit.Links == edit.Before || SaveLinks(edit.Links, edit.Stamp); }
+
+bool ChangeLinks(const std::function<bool(LinkEdit& edit)>& change) {
+    const ReplacedFile file = LinkFile();
+    const FileGate gate(file.Path);
+    if (!gate) ShowError(file.NotOpened, file.Path);
+    LinkEdit edit;
+    return gate && BeginLinkEdit(edit) && change(edit) && SaveLinkEdit(edit);
+}
 
 LinkRecord* FindLink(LinkTable& links, std::string_view identifier) {
     const auto isIt = [&](const LinkRecord& link) { return EqualFolded(link.Identifier, identifier); };

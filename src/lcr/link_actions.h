@@ -26,6 +26,10 @@ bool BeginLinkEdit(LinkEdit& edit);
 // Writes them, unless they are as they were read. False after a message of SaveLinks.
 bool SaveLinkEdit(const LinkEdit& edit);
 
+// Reads, changes and writes them while nobody else can, for who has not looked at them before. False after a message,
+// or when the change is.
+bool ChangeLinks(const std::function<bool(LinkEdit& edit)>& change);
+
 // The link of that identifier, in any case; null, after 9130, without one.
 LinkRecord* FindLink(LinkTable& links, std::string_view identifier);
 
