@@ -126,6 +126,29 @@ TEST(LinkSession, ChangesLinksWithTheRulesThatNameThem) {
     }
 }
 
+TEST(ChangeLinks, LetsNobodyElseInFromReadingToSaving) {
+    using platform::Access;
+    using platform::Deny;
+    LinkServer server;
+    const std::string gate = kBase + "LINK.LCK";
+    int changes = 0;
+    const auto change = [&](LinkEdit& edit) {
+        ++changes;
+        EXPECT_EQ(server.Files.Open(gate, {}).Error, platform::FileError::AccessDenied);
+        return RemoveLink(edit, "B");
+    };
+    {
+        server.Put(gate, "");
+        const auto other = server.Files.Open(gate, {Access::ReadWrite, Deny::ReadingAndWriting});
+        EXPECT_FALSE(ChangeLinks(change));
+        EXPECT_EQ(changes, 0);
+        EXPECT_THAT(server.Front.TakeSaid(), testing::ElementsAre(HasSubstr("Link.ini")));
+    }
+    EXPECT_TRUE(ChangeLinks(change));
+    EXPECT_EQ(changes, 1);
+    EXPECT_EQ(Identifiers(), "A");
+}
+
 TEST(LinkSession, KeepsRulesAndLinksTogether) {
     LinkServer server;
     std::vector<std::string> asked;
