@@ -150,6 +150,7 @@ void ListView::Rescale(int dpi) {
 void ListView::Refill(const std::function<bool()>& read) {
     const std::vector<std::string> names = SelectedNames();
     const int place = NextItem(Window(), -1, LVNI_SELECTED);
+    order_.Clear(); // a box or a progress that shows meanwhile has the list drawn
     isRead_ = read();
     order_.Reset();
     const std::unordered_set<std::string> wanted(names.begin(), names.end());
@@ -167,8 +168,10 @@ std::vector<std::size_t> ListView::Selected() const {
         for (std::size_t place = 0; place < order_.Shown(); ++place) rows.push_back(order_.RowAt(place));
         return rows;
     }
-    for (int item = NextItem(Window(), -1, LVNI_SELECTED); item >= 0; item = NextItem(Window(), item, LVNI_SELECTED))
-        rows.push_back(order_.RowAt(static_cast<std::size_t>(item)));
+    for (int item = NextItem(Window(), -1, LVNI_SELECTED); item >= 0; item = NextItem(Window(), item, LVNI_SELECTED)) {
+        const auto place = static_cast<std::size_t>(item);
+        if (place < order_.Shown()) rows.push_back(order_.RowAt(place)); // none while the rows are read
+    }
     return rows;
 }
 
@@ -360,13 +363,14 @@ bool ListView::AnswerNotice(const NMHDR& notice, INT_PTR& result) {
 
 void ListView::ShowCell(NMLVDISPINFOW& cell) {
     const auto place = static_cast<std::size_t>(cell.item.iItem);
-    if (place >= order_.Shown()) return;
-    if (plan_.HasTicks && (cell.item.mask & LVIF_STATE) != 0 && cell.item.iSubItem == 0) {
+    const bool isShown = place < order_.Shown(); // none is while the rows are read
+    if (isShown && plan_.HasTicks && (cell.item.mask & LVIF_STATE) != 0 && cell.item.iSubItem == 0) {
         cell.item.stateMask |= LVIS_STATEIMAGEMASK;
         cell.item.state |= INDEXTOSTATEIMAGEMASK(rows_.IsTicked(order_.RowAt(place)) ? 2U : 1U);
     }
     if ((cell.item.mask & LVIF_TEXT) == 0) return;
-    cell_ = Widen(rows_.Text(order_.RowAt(place), static_cast<std::size_t>(cell.item.iSubItem)));
+    const auto column = static_cast<std::size_t>(cell.item.iSubItem);
+    cell_ = isShown ? Widen(rows_.Text(order_.RowAt(place), column)) : std::wstring();
     lstrcpynW(cell.item.pszText, cell_.c_str(), cell.item.cchTextMax);
 }
 

@@ -57,8 +57,11 @@ MailUserShow Chosen(HWND dialog, const MailUsersDialog& context) {
     return entry == (hasUser ? 2 : 1) ? MailUserShow::Profiles : MailUserShow::Remarks;
 }
 
-void ShowRows(HWND dialog, MailUsersDialog& context) {
+enum class Reading { Before, Again };
+
+void Fill(HWND dialog, MailUsersDialog& context, Reading reading) {
     context.List.Refill([&] {
+        if (reading == Reading::Again) context.IsRead = context.Rows.Read();
         context.Rows.Show(Chosen(dialog, context), context.ServerUser);
         return context.IsRead;
     });
@@ -66,11 +69,12 @@ void ShowRows(HWND dialog, MailUsersDialog& context) {
     EnableButtons(dialog, context);
 }
 
+void ShowRows(HWND dialog, MailUsersDialog& context) { Fill(dialog, context, Reading::Before); }
+
 void ListUsers(HWND dialog, MailUsersDialog& context) {
     const WaitCursor wait;
     for (std::size_t i = 0; i < std::size(kFiles); ++i) context.Stamps[i] = StampOf(PathOf(kFiles[i]));
-    context.IsRead = context.Rows.Read();
-    ShowRows(dialog, context);
+    Fill(dialog, context, Reading::Again);
 }
 
 // Reads anew when a file is another one: this program or another has changed it.

@@ -63,6 +63,12 @@ void RowOrder::Reset() {
     Sort(sort_);
 }
 
+void RowOrder::Clear() {
+    order_.clear();
+    shown_.clear();
+    places_.clear();
+}
+
 void RowOrder::Fold() {
     if (!lines_.empty()) return;
     lines_.reserve(rows_.Count() + 1);

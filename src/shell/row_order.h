@@ -42,6 +42,9 @@ class RowOrder {
     // The rows have changed: filters and sorts anew, as before.
     void Reset();
 
+    // Shows no row, until the rows have changed.
+    void Clear();
+
     // Shows the rows in which each word of the text stands somewhere, in any case of the letters A to Z.
     void Filter(std::string_view text);
     [[nodiscard]] const std::string& Words() const { return filter_; }

@@ -28,20 +28,6 @@ using testing::Not;
 constexpr const char* kTitle = "Brivane - mail users";
 constexpr const char* kSetup = "B-DB\\SETUP.INI";
 
-struct Entry {
-    int Control;
-    const char* Text; // none: a click
-};
-
-void Make(HWND box, const std::vector<Entry>& entries) {
-    for (const auto& [control, text] : entries) {
-        if (text != nullptr)
-            SetTextOf(box, control, text);
-        else
-            Send(GetDlgItem(box, control), BM_CLICK);
-    }
-}
-
 class MailDialogs : public DialogFixture {
   protected:
     MailDialogs() : DialogFixture("B-DB\\MAILLIST.INI") {}
@@ -105,6 +91,11 @@ TEST_F(MailDialogs, TheListIsWorkedByKeyboard) {
         Write(Before);
         Key(VK_F5);
         EXPECT_TRUE(Becomes(list, ID_MAIL_USERS_TOTAL, "Mail users: 6, by a profile: 2"));
+        Select(list, ID_MAIL_USERS_LIST, 3);
+        Write(With("[USER]\r\nBrivname: CLARA\r\nEmailname: Sales Clara\r\nProfile: NO\r\nSubAddr: 201\r\n", ""));
+        Key(VK_F5);
+        EXPECT_TRUE(Becomes(list, ID_MAIL_USERS_TOTAL, "Mail users: 5, by a profile: 2"));
+        EXPECT_EQ(Selection(list, ID_MAIL_USERS_LIST), 2) << "Workshop Petra, whatever has gone before her";
         Front.Answer = false;
         MustDisableInMailSystem() = true;
         Click(list, IDOK);
@@ -321,12 +312,7 @@ TEST_F(MailDialogs, TheUsersPageLooksUpAName) {
     RunDriven([&] { EditUserByDialog(nullptr, RecordKind::User, "CLARA", &kServices); },
               [&](const Windows& windows) {
                   const HWND dialog = windows.Wait("Brivane user details - CLARA");
-                  SetForegroundWindow(dialog);
-                  for (int turn = 0; turn < 5; ++turn) {
-                      Key(VK_TAB, VK_CONTROL);
-                      EXPECT_TRUE(Until([&] { return SendTo(dialog, ID_USER_PAGES, TCM_GETCURSEL) == turn + 1; }));
-                  }
-                  const HWND page = FrontPage(dialog);
+                  const HWND page = ShowPage(dialog, ID_USER_PAGES, 5);
                   EXPECT_EQ(Text(page, ID_MAIL_HINT), "Mail users under this name: 1");
                   Click(page, ID_MAIL_LOOK_UP);
                   const HWND box = windows.Wait("Choose a mail user");
