@@ -172,13 +172,8 @@ void DrawItems(const Painter& painter, HWND owner) {
 void DrawPages(const Painter& painter, int tabs, const std::string& name, const std::string& title, int pages,
                const std::function<void()>& open) {
     for (int page = 0; page < pages; ++page)
-        painter.Draw(name + "-" + std::to_string(page + 1), title, open, [&](HWND dialog) {
-            SetForegroundWindow(dialog);
-            for (int i = 0; i < page; ++i) {
-                Key(VK_TAB, VK_CONTROL);
-                Until([&] { return SendTo(dialog, tabs, TCM_GETCURSEL) == i + 1; });
-            }
-        });
+        painter.Draw(name + "-" + std::to_string(page + 1), title, open,
+                     [&](HWND dialog) { ShowPage(dialog, tabs, page); });
 }
 
 void DrawUsers(const Painter& painter, HWND owner, const DiskServer& server) {

@@ -50,17 +50,6 @@ class DeviceDialogs : public DialogFixture {
 
 enum PageNumber { kLine, kDial, kRetry, kModem, kCommands };
 
-// Brings a page to the front by the keyboard, and returns it.
-HWND ShowPage(HWND dialog, int page) {
-    const auto now = [&] { return static_cast<int>(SendTo(dialog, ID_DEVICE_PAGES, TCM_GETCURSEL)); };
-    SetForegroundWindow(dialog);
-    for (int step = now(); step < page; ++step) {
-        Key(VK_TAB, VK_CONTROL);
-        Until([&] { return now() == step + 1; });
-    }
-    return FrontPage(dialog);
-}
-
 struct Setting {
     PageNumber Page;
     int Control;
@@ -68,11 +57,6 @@ struct Setting {
     const char* From; // the line of the paragraph, and what it becomes
     const char* To;
 };
-
-void Make(HWND page, const Setting& setting) {
-    if (setting.Text != nullptr) return SetTextOf(page, setting.Control, setting.Text);
-    Send(GetDlgItem(page, setting.Control), BM_CLICK);
-}
 
 TEST_F(DeviceDialogs, EachControlWritesItsKeyAndNothingElse) {
     constexpr Setting kSettings[] = {
@@ -107,7 +91,8 @@ TEST_F(DeviceDialogs, EachControlWritesItsKeyAndNothingElse) {
     };
     std::string paragraph = Paragraph("MODEM-1");
     WithDevice("MODEM-1", [&](HWND dialog) {
-        for (const Setting& setting : kSettings) Make(ShowPage(dialog, setting.Page), setting);
+        for (const Setting& setting : kSettings)
+            Make(ShowPage(dialog, ID_DEVICE_PAGES, setting.Page), {setting.Control, setting.Text});
         Click(dialog, IDOK);
         EXPECT_TRUE(IsClosed(dialog));
     });
@@ -134,8 +119,8 @@ TEST_F(DeviceDialogs, FaultsKeepTheirPageAndGetTheFocus) {
         Front.Said.clear();
         Front.Answer = false;
         WithDevice("MODEM-1", [&](HWND dialog) {
-            const HWND page = ShowPage(dialog, wrong.Page);
-            Make(page, wrong);
+            const HWND page = ShowPage(dialog, ID_DEVICE_PAGES, wrong.Page);
+            Make(page, {wrong.Control, wrong.Text});
             Click(dialog, IDOK);
             EXPECT_TRUE(Until([&] { return !Front.Said.empty() && FocusOf(FrontPage(dialog)) == wrong.Control; }))
                 << message;
@@ -153,7 +138,7 @@ TEST_F(DeviceDialogs, WithoutAChangeNothingIsWrittenAndWithOneWhatIsMissing) {
     WithDevice("MODEM-2", [&](HWND dialog) {
         EXPECT_EQ(Text(dialog, ID_DEVICE_HINT),
                   "Settings that file SETUP.INI does not have yet and that saving writes: 25");
-        for (int page = kLine; page <= kCommands; ++page) ShowPage(dialog, page);
+        for (int page = kLine; page <= kCommands; ++page) ShowPage(dialog, ID_DEVICE_PAGES, page);
         Click(dialog, IDOK);
         EXPECT_TRUE(IsClosed(dialog));
     });

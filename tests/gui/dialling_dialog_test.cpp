@@ -18,20 +18,6 @@ using testing::StartsWith;
 constexpr const char* kTitle = "Dialling properties";
 constexpr const char* kLondon = "Description: London office";
 
-struct Entry {
-    int Control;
-    const char* Text; // none: a click
-};
-
-void Make(HWND dialog, const std::vector<Entry>& entries) {
-    for (const auto& [control, text] : entries) {
-        if (text != nullptr)
-            SetTextOf(dialog, control, text);
-        else
-            Send(GetDlgItem(dialog, control), BM_CLICK);
-    }
-}
-
 class DiallingDialogs : public DialogFixture {
   protected:
     DiallingDialogs() : DialogFixture("B-DB\\DIALLING.INI") {}

@@ -258,10 +258,30 @@ void Type(const std::string& text) {
     Inject(inputs);
 }
 
+void Make(HWND dialog, const Entry& entry) {
+    if (entry.Text != nullptr) return SetTextOf(dialog, entry.Control, entry.Text);
+    if (entry.Choice >= 0) return Select(dialog, entry.Control, entry.Choice);
+    SendTo(dialog, entry.Control, BM_CLICK);
+}
+
+void Make(HWND dialog, const std::vector<Entry>& entries) {
+    for (const Entry& entry : entries) Make(dialog, entry);
+}
+
 HWND FrontPage(HWND dialog) {
     for (const HWND child : Children(dialog))
         if (ClassOf(child) == "#32770" && IsWindowVisible(child)) return child;
     return nullptr;
+}
+
+HWND ShowPage(HWND dialog, int tabs, int page) {
+    const auto now = [&] { return static_cast<int>(SendTo(dialog, tabs, TCM_GETCURSEL)); };
+    SetForegroundWindow(dialog);
+    for (int step = now(); step < page; ++step) {
+        Key(VK_TAB, VK_CONTROL);
+        Until([&] { return now() == step + 1; });
+    }
+    return FrontPage(dialog);
 }
 
 std::vector<HWND> Children(HWND window) {

@@ -47,8 +47,21 @@ void Select(HWND dialog, int list, int index);
 void Key(WORD key, WORD modifier = 0);
 void Type(const std::string& text); // ASCII
 
+// What a person does to a control: a text for an edit control or combo box, else a click, or the choice of that number
+// in a drop-down list.
+struct Entry {
+    int Control;
+    const char* Text = nullptr;
+    int Choice = -1;
+};
+void Make(HWND dialog, const Entry& entry);
+void Make(HWND dialog, const std::vector<Entry>& entries);
+
 // The page of a dialog that is in front.
 HWND FrontPage(HWND dialog);
+
+// Brings a page of the dialog, of those behind its tab control, to the front by the keyboard, and returns it.
+HWND ShowPage(HWND dialog, int tabs, int page);
 
 // The child windows in their order.
 std::vector<HWND> Children(HWND window);

@@ -110,20 +110,6 @@ TEST_F(InwardDialogs, TellWhoGetsAFaxAndWhatWillNotWork) {
     });
 }
 
-struct Entry {
-    int Control;
-    const char* Text; // none: a click
-};
-
-void Make(HWND box, const std::vector<Entry>& entries) {
-    for (const auto& [control, text] : entries) {
-        if (text != nullptr)
-            SetTextOf(box, control, text);
-        else
-            Send(GetDlgItem(box, control), BM_CLICK);
-    }
-}
-
 TEST_F(InwardDialogs, BoxesChangeTheirLinesAndNothingElse) {
     const struct {
         int Kind;

@@ -28,25 +28,7 @@ constexpr const char* kLinks = "B-DB\\LINK.INI";
 constexpr const char* kRules = "B-DB\\LCRRULES.INI";
 constexpr const char* kDropped = "EmailDeleteInvalidMsg: YES\r\n";
 
-struct Entry {
-    int Control;
-    const char* Text; // none: a click
-    int Choice = -1;  // of a drop-down list
-};
 using Changes = std::vector<Entry>;
-
-void Make(HWND box, const Changes& entries) {
-    for (const auto& [control, text, choice] : entries) {
-        if (choice >= 0) {
-            SendTo(box, control, CB_SETCURSEL, static_cast<WPARAM>(choice));
-            Send(box, WM_COMMAND, MAKEWPARAM(control, CBN_SELCHANGE));
-        } else if (text != nullptr) {
-            SetTextOf(box, control, text);
-        } else {
-            Send(GetDlgItem(box, control), BM_CLICK);
-        }
-    }
-}
 
 class LcrDialogs : public DialogFixture {
   protected:

@@ -62,13 +62,6 @@ struct Setting {
     int Choice = -1;
 };
 
-void Make(HWND page, const Setting& setting) {
-    if (setting.Text != nullptr) return SetTextOf(page, setting.Control, setting.Text);
-    if (setting.Choice < 0) return static_cast<void>(Send(GetDlgItem(page, setting.Control), BM_CLICK));
-    SendTo(page, setting.Control, CB_SETCURSEL, static_cast<WPARAM>(setting.Choice));
-    Send(page, WM_COMMAND, MAKEWPARAM(setting.Control, CBN_SELCHANGE));
-}
-
 constexpr Setting kSettings[] = {
     {General, ID_GENERAL_LOG_DAYS, "14", "LogKeepDays: 30", "LogKeepDays: 14"},
     {Sending, ID_QUEUE_TRIES, "7", "SendTries: 5", "SendTries: 7"},
@@ -130,7 +123,7 @@ TEST_F(OptionDialogs, EachControlChangesItsLineAndNoOther) {
     std::string file = Before;
     WithOptions([&](HWND dialog, const Windows&) {
         for (const Setting& setting : kSettings) {
-            Make(ShowPage(dialog, setting.Page), setting);
+            Make(ShowPage(dialog, setting.Page), {setting.Control, setting.Text, setting.Choice});
             const std::size_t at =
                 file.find(setting.From,
                           setting.Page == ScannerInput && setting.Control != ID_SCAN_ON ? file.find("[HPSCAN]") : 0);
@@ -222,7 +215,7 @@ TEST_F(OptionDialogs, FaultsKeepTheirPageAndGetTheFocus) {
         Front.Said.clear();
         Front.Answer = false;
         WithOptions([&](HWND dialog, const Windows&) {
-            Make(ShowPage(dialog, wrong.Page), wrong);
+            Make(ShowPage(dialog, wrong.Page), {wrong.Control, wrong.Text, wrong.Choice});
             Click(dialog, IDOK);
             EXPECT_TRUE(Says(message)) << message;
             EXPECT_TRUE(Until([&] { return FocusOf(FrontPage(dialog)) == wrong.Control; })) << message;

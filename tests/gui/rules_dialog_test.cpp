@@ -174,20 +174,6 @@ TEST_F(RuleDialogs, MarkFilterAndTry) {
     });
 }
 
-struct Entry {
-    int Control;
-    const char* Text; // none: a click
-};
-
-void Make(HWND page, const std::vector<Entry>& entries) {
-    for (const auto& [control, text] : entries) {
-        if (text != nullptr)
-            SetTextOf(page, control, text);
-        else
-            Send(GetDlgItem(page, control), BM_CLICK);
-    }
-}
-
 TEST_F(RuleDialogs, PagesChangeTheirLinesAndNothingElse) {
     const struct {
         int Row;

@@ -55,17 +55,6 @@ class UserDialogs : public DialogFixture {
     }
 };
 
-// Brings a page to the front by the keyboard, and returns it.
-HWND ShowPage(HWND dialog, int page) {
-    const auto now = [&] { return static_cast<int>(SendTo(dialog, ID_USER_PAGES, TCM_GETCURSEL)); };
-    SetForegroundWindow(dialog);
-    for (int step = now(); step < page; ++step) {
-        Key(VK_TAB, VK_CONTROL);
-        Until([&] { return now() == step + 1; });
-    }
-    return FrontPage(dialog);
-}
-
 enum PageNumber { kGeneral, kPermissions, kTimes, kDial, kPrint, kMail };
 
 struct Setting {
@@ -74,11 +63,6 @@ struct Setting {
     const char* Text; // none: a click
     const char* Line; // of the record afterwards; none: another row's
 };
-
-void Make(HWND page, const Setting& setting) {
-    if (setting.Text != nullptr) return SetTextOf(page, setting.Control, setting.Text);
-    Send(GetDlgItem(page, setting.Control), BM_CLICK);
-}
 
 TEST_F(UserDialogs, EachPageWritesItsKeysAndNothingElse) {
     constexpr Setting kSettings[] = {
@@ -102,7 +86,8 @@ TEST_F(UserDialogs, EachPageWritesItsKeysAndNothingElse) {
     const std::string beforeAnna = Before.substr(0, Before.find("Name: ANNA"));
     const std::string afterAnna = Before.substr(Before.find("Name: BEN"));
     WithAnna([&](HWND dialog) {
-        for (const Setting& setting : kSettings) Make(ShowPage(dialog, setting.Page), setting);
+        for (const Setting& setting : kSettings)
+            Make(ShowPage(dialog, ID_USER_PAGES, setting.Page), {setting.Control, setting.Text});
         Click(dialog, IDOK);
         EXPECT_TRUE(Until([&] { return !IsWindow(dialog); }));
     });
@@ -131,9 +116,9 @@ TEST_F(UserDialogs, FaultsKeepTheirPageAndGetTheFocus) {
     for (const auto& [wrong, message] : kFaults) {
         Front.Said.clear();
         WithAnna([&](HWND dialog) {
-            const HWND page = ShowPage(dialog, wrong.Page);
+            const HWND page = ShowPage(dialog, ID_USER_PAGES, wrong.Page);
             if (wrong.Page == kTimes) Send(GetDlgItem(page, ID_TIMES + 1), BM_CLICK);
-            Make(page, wrong);
+            Make(page, {wrong.Control, wrong.Text});
             Click(dialog, IDOK);
             EXPECT_TRUE(Until([&] { return !Front.Said.empty() && FocusOf(FrontPage(dialog)) == wrong.Control; }))
                 << message;
@@ -147,12 +132,12 @@ TEST_F(UserDialogs, FaultsKeepTheirPageAndGetTheFocus) {
 
 TEST_F(UserDialogs, OkWithoutAChangeAndCancelWriteNothing) {
     WithAnna([&](HWND dialog) {
-        for (int page = kGeneral; page <= kMail; ++page) ShowPage(dialog, page);
+        for (int page = kGeneral; page <= kMail; ++page) ShowPage(dialog, ID_USER_PAGES, page);
         Click(dialog, IDOK);
         EXPECT_TRUE(Until([&] { return !IsWindow(dialog); }));
     });
     WithAnna([&](HWND dialog) {
-        const HWND page = ShowPage(dialog, kPrint);
+        const HWND page = ShowPage(dialog, ID_USER_PAGES, kPrint);
         Select(page, ID_PRINT_SLOTS, 2);
         EXPECT_TRUE(Until([&] { return Text(page, ID_PRINT_PRINTER) == "PRINT-1"; }));
         Click(dialog, IDCANCEL);
@@ -311,7 +296,7 @@ TEST_F(UserDialogs, EveryKeyOfAUserHasATooltip) {
     std::set<std::string> keys;
     WithAnna([&](HWND dialog) {
         for (int page = kGeneral; page <= kMail; ++page) {
-            const HWND window = ShowPage(dialog, page);
+            const HWND window = ShowPage(dialog, ID_USER_PAGES, page);
             for (int row = 0; page == kPermissions && row < 6; ++row) keys.insert(KeyOfTip(window, row));
             for (int slot = 0; page == kPrint && slot < 4; ++slot) {
                 Select(window, ID_PRINT_SLOTS, slot);
@@ -373,11 +358,11 @@ TEST_F(UserDialogs, TheDetailsAreWorkedByKeyboardAlone) {
         Type("Keys alone");
         Key('O', VK_MENU); // Choose group
         Key(VK_ESCAPE);
-        HWND page = ShowPage(dialog, kPermissions);
+        HWND page = ShowPage(dialog, ID_USER_PAGES, kPermissions);
         Key('P', VK_MENU);
         EXPECT_TRUE(isAt(ID_PERMISSIONS));
         Key(VK_SPACE);
-        page = ShowPage(dialog, kMail);
+        page = ShowPage(dialog, ID_USER_PAGES, kMail);
         Key('G', VK_MENU);
         EXPECT_TRUE(Until([&] { return IsChecked(page, ID_MAIL_GATEWAY); }));
         Key(VK_RETURN);
@@ -473,7 +458,7 @@ TEST_F(UserDialogs, GrowWithTheScreensResolution) {
                   RaiseDpi(dialog, dialog);
                   EXPECT_EQ(width(), MulDiv(static_cast<int>(before), 144, 96));
               });
-    WithAnna([](HWND dialog) { RaiseDpi(dialog, ShowPage(dialog, kPrint)); });
+    WithAnna([](HWND dialog) { RaiseDpi(dialog, ShowPage(dialog, ID_USER_PAGES, kPrint)); });
 }
 
 } // namespace
