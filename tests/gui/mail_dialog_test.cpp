@@ -384,7 +384,7 @@ TEST_F(GatewayPages, ALogInThatHangsIsGivenUpByCancel) {
         EXPECT_FALSE(IsWindowEnabled(dialog));
         Click(box, IDCANCEL);
         EXPECT_TRUE(Says("status 1: Given up waiting for the mail system"));
-        EXPECT_TRUE(Until([&] { return IsWindowEnabled(dialog); }));
+        EXPECT_TRUE(Until([&] { return IsWindowEnabled(dialog) && FocusOf(page) == ID_GATEWAY_TEST; }));
         Click(page, ID_GATEWAY_TEST);
         EXPECT_TRUE(Says("error: The mail system has not come back yet"));
         mail.Release();
