@@ -49,9 +49,9 @@ class ListView : public DialogPart {
     // Has other columns from now on; to be filled anew.
     void Change(const ListPlan& plan);
 
-    // Has the rows read anew, by the reader and not before, then shows them and selects those that have the names (RowModel::Name) of the rows
-    // that were selected; when there are none of these any more, the row at the place of the first one. False
-    // from the reader: the rows could not be read.
+    // Has the rows read anew, by the reader and not before, then shows them and selects those that have the names
+    // (RowModel::Name) of the rows that were selected; when there are none of these any more, the row at the place of
+    // the first one. False from the reader: the rows could not be read.
     void Refill(const std::function<bool()>& read);
 
     // The selected rows, by their number in the model, in the order shown.
