@@ -12,6 +12,6 @@ set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 set(CMAKE_CXX_FLAGS_INIT "-gdwarf-4") # Wine's backtraces cannot read DWARF 5
 foreach(kind EXE SHARED MODULE)
-  set(CMAKE_${kind}_LINKER_FLAGS_INIT "-static")
+  set(CMAKE_${kind}_LINKER_FLAGS_INIT "-static \"-B${CMAKE_CURRENT_LIST_DIR}/lld/\"")
 endforeach()
 get_filename_component(CMAKE_CROSSCOMPILING_EMULATOR "${CMAKE_CURRENT_LIST_DIR}/../tools/winrun" ABSOLUTE)
