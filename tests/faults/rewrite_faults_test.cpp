@@ -167,10 +167,10 @@ Action OfUserList(const char* name, const std::string& before, const std::functi
 // Adds so many users that the list is copied back in several pieces, and updates one.
 bool ChangeManyUsers() {
     static const std::vector<NamedRecord> added = [] {
-        std::vector<NamedRecord> many(600);
+        std::vector<NamedRecord> many(40);
         for (NamedRecord& one : many) {
             one.Name = FormatText("N%.3d", &one - many.data());
-            one.Record.Fullname = std::string(100, 'x');
+            one.Record.Fullname = std::string(kCopyPiece / 15, 'x');
         }
         return many;
     }();
@@ -262,7 +262,7 @@ const Action kActions[] = {
     OfSetup("TelephoneTypesAreChanged", ChangeTelephoneTypes),
     {"CommandSets", kKeys, Commanding({"file", "set", "", "A", "k", "longer"}), {kNotOpened, kNotUpdated}, {}},
     OfUserList("ManyUsersAreChanged", kUsers, ChangeManyUsers),
-    {"KeyOfALargeFile", Lines(2'500, 'a') + kKeys, Updating({"[A]", "k:", "longer"}), {}, {}},
+    {"KeyOfALargeFile", Lines(1'100, 'a') + kKeys, Updating({"[A]", "k:", "longer"}), {}, {}},
     {"LargeFileGrows", Lines(2'100, 'a'), ReplacingBy(Lines(4'200, 'b')), {}, {}},
     {"LargeFileShrinks", Lines(4'200, 'a'), ReplacingBy(Lines(2'100, 'b')), {}, {}},
     {"LargeFileKeepsItsLength", Lines(3'000, 'a'), ReplacingBy(Lines(3'000, 'b')), {}, {}},

@@ -62,6 +62,9 @@ void MakeDesktop() {
     desktopName = "bvtest" + std::to_string(GetCurrentProcessId());
     desktop = CreateDesktopA(desktopName.c_str(), nullptr, nullptr, 0, GENERIC_ALL, nullptr);
     UseDesktop();
+    // Starts the process that Wine has for each desktop, which would else be started, and ended, with the first program
+    // under test; every program after it would have to start another one.
+    GetDesktopWindow();
 }
 
 void UseDesktop() { SetThreadDesktop(desktop); }

@@ -27,8 +27,8 @@ class InwardDialogs : public DialogFixture {
     // The box of a rule of a kind, by its row; of a new one without.
     void WithBox(int kind, int row, const std::function<void(HWND list, HWND box)>& drive) {
         WithList([&](HWND list, const Windows& windows) {
-            Click(list, kind);
-            Until([&] { return IsChecked(list, kind) && IsEnabled(list, ID_INWARD_EDIT); });
+            SendTo(list, kind, BM_CLICK);
+            Until([&] { return IsEnabled(list, ID_INWARD_EDIT); });
             if (row >= 0) Select(list, ID_INWARD_LIST, row);
             Click(list, row >= 0 ? ID_INWARD_EDIT : ID_INWARD_ADD);
             const std::string what = kind == ID_INWARD_SENDERS         ? "sender rule"
