@@ -162,6 +162,8 @@ TEST(SaveFaults, LeaveWholeFilesAndAreSaid) {
                                      FaultKind::Kill, FaultKind::KillHalfWritten}) {
             if (saving.IsInPlace && kind != FaultKind::FailOnce) continue;
             for (const CallKind counted : {CallKind::Changes, CallKind::Looks}) {
+                const bool hasHalf = kind == FaultKind::ShortWrite || kind == FaultKind::KillHalfWritten;
+                if (hasHalf && counted == CallKind::Looks) continue;
                 int call = 1;
                 while (RunUnder({kind, call, counted}, saving, after)) ++call;
                 EXPECT_GT(call, 4) << saving.Name << ": hardly anything has failed";

@@ -64,14 +64,14 @@ bool ReplaceBy(const std::string& path, const std::string& text) {
 }
 
 const Action kActions[] = {
-    {"key", "B-DB\\SETUP.INI", Lines(1500, 'a') + "k: 1\r\n",
+    {"key", "B-DB\\SETUP.INI", Lines(1100, 'a') + "k: 1\r\n",
      [](const std::string& path) {
          return UpdateControlFile(path, {"[A]", "k:", "longer"});
      }},
-    {"large file grows", "B-DB\\SETUP.INI", Lines(1500, 'a'),
-     [](const std::string& path) { return ReplaceBy(path, Lines(3000, 'b')); }},
-    {"large file shrinks", "B-DB\\SETUP.INI", Lines(3000, 'a'),
-     [](const std::string& path) { return ReplaceBy(path, Lines(1500, 'b')); }},
+    {"large file grows", "B-DB\\SETUP.INI", Lines(1100, 'a'),
+     [](const std::string& path) { return ReplaceBy(path, Lines(2100, 'b')); }},
+    {"large file shrinks", "B-DB\\SETUP.INI", Lines(2100, 'a'),
+     [](const std::string& path) { return ReplaceBy(path, Lines(1100, 'b')); }},
     {"catalogue", "B-COVER\\MSGDIR.CTL", "[DIRECTORY]\r\nFile: A \"One\"\r\n",
      [](const std::string&) { return ChangeCatalogueEntry(ItemKind::Coversheet, "A", "Two"); }},
     {"user", "B-DB\\USERLIST.INI", "[USER]\r\nName: (d)\r\n\r\n[USER]\r\nName: BEN\r\n",
