@@ -241,8 +241,12 @@ class Person {
         if (!Until(leave)) Fail("the dialogs cannot be left");
     }
 
-    [[noreturn]] static void Fail(const char* why) {
+    [[noreturn]] void Fail(const char* why) const {
         std::printf("FAILED: %s\n", why);
+        for (const HWND window : windows_.All()) {
+            std::printf("  %s%s: %s\n", IsWindowEnabled(window) != FALSE ? "" : "(disabled) ", Text(window).c_str(),
+                        Text(window, kBoxText).c_str());
+        }
         std::fflush(stdout);
         TerminateProcess(GetCurrentProcess(), 1);
         std::abort();

@@ -3,6 +3,8 @@
 #include <commctrl.h>
 
 #include <atomic>
+#include <cstdio>
+#include <cstdlib>
 #include <thread>
 
 namespace bv::gui {
@@ -60,8 +62,15 @@ void CancelDialogs(const Windows& windows, const std::atomic<bool>& ended) {
 
 void MakeDesktop() {
     desktopName = "bvtest" + std::to_string(GetCurrentProcessId());
-    desktop = CreateDesktopA(desktopName.c_str(), nullptr, nullptr, 0, GENERIC_ALL, nullptr);
-    UseDesktop();
+    // Refused at times while other processes start; a desktop that is not this process's would be the programs' alone.
+    const auto make = [] {
+        desktop = CreateDesktopA(desktopName.c_str(), nullptr, nullptr, 0, GENERIC_ALL, nullptr);
+        return desktop != nullptr && SetThreadDesktop(desktop);
+    };
+    if (!Until(make)) {
+        std::fprintf(stderr, "no desktop for the tests: error %lu\n", GetLastError());
+        std::exit(1);
+    }
     // Starts the process that Wine has for each desktop, which would else be started, and ended, with the first program
     // under test; every program after it would have to start another one.
     GetDesktopWindow();
