@@ -62,7 +62,7 @@ void CancelDialogs(const Windows& windows, const std::atomic<bool>& ended) {
 
 void MakeDesktop() {
     desktopName = "bvtest" + std::to_string(GetCurrentProcessId());
-    // Refused at times while other processes start; a desktop that is not this process's would be the programs' alone.
+    // Without it the programs under test would be on a desktop that this process does not see.
     const auto make = [] {
         desktop = CreateDesktopA(desktopName.c_str(), nullptr, nullptr, 0, GENERIC_ALL, nullptr);
         return desktop != nullptr && SetThreadDesktop(desktop);
